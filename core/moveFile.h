@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QUrl>
+
+#include <system_error>
+
+/// Moves a file (or a link, or a folder on the same file system) and never overwrites: a taken
+/// destination gives `std::errc::file_exists` and changes nothing. The name, not what it links to,
+/// is moved; modification time, permissions and extended attributes stay as they are.
+///
+/// On one file system the move is one atomic step, as far as the file system has such a step;
+/// where it has none a hard link or a place-holder of our own keeps the promise. To another file
+/// system a regular file or link is copied, flushed to the disk and compared in size before the
+/// source is removed; whatever fails leaves the source whole and no half copy behind.
+///
+/// @return the system's error, or none. Any thread; blocks.
+std::error_code moveFile(const QUrl &source, const QUrl &destination);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QFuture>
+#include <QImage>
+#include <QSize>
+#include <QUrl>
+
+#include <memory>
+
+class FileWriters;
+
+/// The pixels of new screenshots, for everybody who needs them: decoded once, off the main thread,
+/// and not before the file is complete.
+///
+/// Each request opens the file before it returns, so that the file may be renamed at once. Then it
+/// waits, without blocking anybody, until the last writer has closed the file and a picture can be
+/// read, for at most `completionLimit`. Requests for a file whose pixels are still here share them;
+/// only the newest few pictures are kept, and none for long.
+///
+/// Any thread. Destruction ends what waits: its futures give null images.
+class ScreenshotImages
+{
+public:
+    explicit ScreenshotImages(FileWriters &writers);
+    ~ScreenshotImages();
+
+    /// The whole picture; a null image when it can't be read.
+    QFuture<QImage> image(const QUrl &file);
+
+    /// The picture scaled down to fit into `bounds` (pixels), its proportions kept; never scaled
+    /// up. A null image when it can't be read.
+    QFuture<QImage> thumbnail(const QUrl &file, QSize bounds);
+
+    /// Finished when the file is complete or the wait is over.
+    QFuture<void> completion(const QUrl &file);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+/// The system's notice of what happens in one folder. Lives on one thread with an event loop, on
+/// which it is made, armed and heard. Released or disarmed, it holds no descriptor.
+class FolderEvents : public QObject
+{
+    Q_OBJECT
+public:
+    /// How much of what happens in the folder is told.
+    enum class Coverage {
+        Nothing, ///< the folder can't be watched now
+        Some,    ///< changes made by other machines may go untold (network, FUSE)
+        All,     ///< every change of an entry's presence, content, times or links is told
+    };
+
+    /// Watches `folder`, in place of whatever was watched before, and says what will be told.
+    /// Whoever needs a baseline lists the folder after this call, so that nothing falls between.
+    virtual Coverage arm(const QString &folder) = 0;
+    virtual void disarm() = 0;
+
+Q_SIGNALS:
+    /// Something happened to the entries of these names (created, written, touched, renamed,
+    /// linked, deleted). A name may be told more than once and need not exist any more.
+    void entriesChanged(const QStringList &names);
+
+    /// Events were lost, or the folder's own attributes changed: only a fresh listing tells.
+    void listAgain();
+
+    /// The watched folder was deleted, moved away or unmounted. Nothing more is told until the
+    /// next arm().
+    void folderGone();
+};
+
+std::unique_ptr<FolderEvents> makeFolderEvents();

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// An ordinary application that the user works with.
+struct Application {
+    QString localizedName;
+    /// The application's identifier (on Linux the id of its desktop entry), if it has one.
+    std::optional<QString> bundleIdentifier;
+
+    bool operator==(const Application &) const = default;
+};
+
+/// Which application the user is working in. Main thread.
+class FrontmostApplication : public QObject
+{
+    Q_OBJECT
+public:
+    /// The application in front, or the one before it where panels, desktops, this program or a
+    /// screenshot tool are in front; absent where the system does not tell.
+    virtual std::optional<Application> current() = 0;
+
+Q_SIGNALS:
+    /// The user has brought another application to the front.
+    void activated(const Application &application);
+};
+
+std::unique_ptr<FrontmostApplication> makeFrontmostApplication();

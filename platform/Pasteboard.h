@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// What one copy puts on the clipboard.
+struct PasteboardContents {
+    /// The kinds of bytes that a picture file holds.
+    enum class ImageType { Png, Jpeg, Heic, Tiff };
+
+    struct Picture {
+        /// The file's own bytes under their type; absent when the file could not be read.
+        std::optional<QByteArray> bytes;
+        ImageType type = ImageType::Png;
+        /// The decoded picture, for those who can't read `type`. Called at most once, when
+        /// somebody asks for it; a null image when it can't be decoded.
+        std::function<QImage()> image;
+    };
+
+    std::optional<Picture> picture;
+    /// The file reference and, as text, its plain path.
+    std::optional<QUrl> file;
+};
+
+/// The desktop's clipboard. Main thread.
+class Pasteboard
+{
+public:
+    virtual ~Pasteboard() = default;
+
+    virtual void clear() = 0;
+
+    /// Replaces what is there. False when the system refused.
+    virtual bool write(PasteboardContents contents) = 0;
+
+    /// The file has moved: where our contents still name its old place, they name the new one from
+    /// now on. Otherwise nothing happens.
+    virtual void fileMoved(const QUrl &from, const QUrl &to) = 0;
+};
+
+std::unique_ptr<Pasteboard> makePasteboard();

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/FileBrowser.h"
+#include "platform/FileWriters.h"
+#include "platform/FolderEvents.h"
+#include "platform/FrontmostApplication.h"
+#include "platform/LoginItem.h"
+#include "platform/PanelWindow.h"
+#include "platform/Pasteboard.h"
+#include "platform/RunningInstance.h"
+#include "platform/ScreenshotPreferences.h"
+#include "platform/StatusItem.h"
+#include "platform/SystemTrash.h"
+#include "platform/TextRecognizer.h"
+
+#include <functional>
+#include <memory>
+
+/// All that the operating system does for the program. None of the members is ever null.
+struct Platform {
+    /// Each watcher makes its own, on its own thread.
+    std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents;
+    std::unique_ptr<FileBrowser> fileBrowser;
+    std::unique_ptr<FileWriters> fileWriters;
+    std::unique_ptr<FrontmostApplication> frontmostApplication;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<PanelWindow> panelWindow;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<RunningInstance> runningInstance;
+    std::unique_ptr<ScreenshotPreferences> screenshotPreferences;
+    std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<SystemTrash> systemTrash;
+    std::unique_ptr<TextRecognizer> textRecognizer;
+};
+
+/// The services of the system that the program was built for. Needs the application object.
+Platform nativePlatform();

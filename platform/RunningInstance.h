@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+/// Keeps one copy of the program running for a user's session. Main thread.
+class RunningInstance : public QObject
+{
+    Q_OBJECT
+public:
+    /// True when this process is now the one that runs. False when another one is: it has then
+    /// been asked to reopen, and this process should end.
+    virtual bool claim() = 0;
+
+Q_SIGNALS:
+    /// The user has opened the program again.
+    void reopened();
+
+    /// The user has picked one of the program's actions outside of it, for instance from a dock:
+    /// one of "recent", "undo", "instant", "reveal", "quit".
+    void actionRequested(const QString &name);
+};
+
+std::unique_ptr<RunningInstance> makeRunningInstance();

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+/// A program to run, by its path, and its arguments.
+struct SystemCommand {
+    QString executable;
+    QStringList arguments;
+
+    bool operator==(const SystemCommand &) const = default;
+};
+
+/// The system's own screenshot settings, the domain "com.apple.screencapture" with its keys
+/// "location" and "show-thumbnail". Read afresh on every call. Main thread.
+class ScreenshotPreferences
+{
+public:
+    virtual ~ScreenshotPreferences() = default;
+
+    /// The stored "location" as it stands, which may begin with a tilde; absent when none is
+    /// stored.
+    virtual std::optional<QString> location() const = 0;
+
+    /// Where this desktop's own screenshot tool saves when no "location" is stored; absent when
+    /// unknown.
+    virtual std::optional<QString> desktopToolFolder() const = 0;
+
+    /// The stored "show-thumbnail"; absent when none is stored or it is no boolean.
+    virtual std::optional<bool> showsThumbnail() const = 0;
+
+    /// Stores what this class can store itself, and returns the commands that must be run, in
+    /// order, for the system and the desktop's own tool to follow.
+    [[nodiscard]] virtual QList<SystemCommand> storeLocation(const QString &path) = 0;
+    [[nodiscard]] virtual QList<SystemCommand> storeShowsThumbnail(bool shows) = 0;
+};
+
+std::unique_ptr<ScreenshotPreferences> makeScreenshotPreferences();

@@ -1,0 +1,19 @@
+#include "platform/Platform.h"
+
+Platform nativePlatform()
+{
+    return {
+        .makeFolderEvents = makeFolderEvents,
+        .fileBrowser = makeFileBrowser(),
+        .fileWriters = makeFileWriters(),
+        .frontmostApplication = makeFrontmostApplication(),
+        .loginItem = makeLoginItem(),
+        .panelWindow = makePanelWindow(),
+        .pasteboard = makePasteboard(),
+        .runningInstance = makeRunningInstance(),
+        .screenshotPreferences = makeScreenshotPreferences(),
+        .statusItem = makeStatusItem(),
+        .systemTrash = makeSystemTrash(),
+        .textRecognizer = makeTextRecognizer(),
+    };
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QFont>
+
+/// The interface font. Sizes are in points of the layout, of which one is one device-independent
+/// pixel, on every platform.
+QFont systemFont(int size, QFont::Weight weight = QFont::Normal);
+
+/// The interface's fixed-width font.
+QFont monospacedSystemFont(int size, QFont::Weight weight = QFont::Normal);
