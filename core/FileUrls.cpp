@@ -15,8 +15,8 @@ QString lastComponent(const QString &path)
 qsizetype extensionDot(const QString &name)
 {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    const bool hasExtension = dot > 0 && dot + 1 < name.size()
-        && name.indexOf(QLatin1Char(' '), dot) < 0;
+    const bool hasExtension =
+        dot > 0 && dot + 1 < name.size() && name.indexOf(QLatin1Char(' '), dot) < 0;
     return hasExtension ? dot : -1;
 }
 
@@ -78,8 +78,8 @@ QUrl freeUrl(const QUrl &wanted)
     const QString extension = pathExtension(name);
     const QString suffix = extension.isEmpty() ? QString() : QLatin1Char('.') + extension;
     for (int counter = 2;; ++counter) {
-        const QUrl candidate
-            = child(parentFolder(wanted), base + QLatin1Char('-') + QString::number(counter) + suffix);
+        const QUrl candidate = child(parentFolder(wanted),
+                                     base + QLatin1Char('-') + QString::number(counter) + suffix);
         if (!exists(candidate))
             return candidate;
     }

@@ -39,13 +39,13 @@ void VelmoraLog::write(const QString &message)
 
 void VelmoraLog::append(const QString &path, const QString &message)
 {
-    const QByteArray line = QString(velmoraTimestamp() + QLatin1Char(' ') + message
-                                    + QLatin1Char('\n')).toUtf8();
+    const QByteArray line =
+        QString(velmoraTimestamp() + QLatin1Char(' ') + message + QLatin1Char('\n')).toUtf8();
     const int descriptor = openLog(QFile::encodeName(path).constData());
     if (descriptor < 0)
         return;
-    if (isRegularFile(descriptor))
-        [[maybe_unused]] const ssize_t written
-            = ::write(descriptor, line.constData(), static_cast<size_t>(line.size()));
+    if (isRegularFile(descriptor)) [[maybe_unused]]
+        const ssize_t written =
+            ::write(descriptor, line.constData(), static_cast<size_t>(line.size()));
     ::close(descriptor);
 }

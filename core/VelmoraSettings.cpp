@@ -39,9 +39,8 @@ template <typename Option>
 void write(const QString &key, Option option)
 {
     const auto &cases = optionCases<Option>();
-    const auto match = std::find_if(cases.begin(), cases.end(), [option](const auto &entry) {
-        return entry.option == option;
-    });
+    const auto match = std::find_if(cases.begin(), cases.end(),
+                                    [option](const auto &entry) { return entry.option == option; });
     VelmoraSettings::open().setValue(key, match->rawValue);
 }
 

@@ -51,16 +51,17 @@ private:
 
 std::error_code renameExclusively(const char *source, const char *destination)
 {
-    return ::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0 ? noError()
-                                                                                      : lastError();
+    return ::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0
+               ? noError()
+               : lastError();
 }
 
 bool isSameFile(const char *first, const char *second)
 {
     struct stat a = {};
     struct stat b = {};
-    return ::lstat(first, &a) == 0 && ::lstat(second, &b) == 0 && a.st_dev == b.st_dev
-        && a.st_ino == b.st_ino;
+    return ::lstat(first, &a) == 0 && ::lstat(second, &b) == 0 && a.st_dev == b.st_dev &&
+           a.st_ino == b.st_ino;
 }
 
 /// On a file system that ignores case, "Shot.png" stands in the way of itself as "shot.png".
@@ -98,11 +99,13 @@ std::error_code replacePlaceholder(const char *source, const char *destination)
         return lastError();
     struct stat ours = {};
     struct stat found = {};
-    const bool stillOurs = ::fstat(placeholder.number(), &ours) == 0
-        && ::lstat(destination, &found) == 0 && ours.st_ino == found.st_ino && found.st_size == 0;
+    const bool stillOurs = ::fstat(placeholder.number(), &ours) == 0 &&
+                           ::lstat(destination, &found) == 0 && ours.st_ino == found.st_ino &&
+                           found.st_size == 0;
     if (stillOurs && ::rename(source, destination) == 0)
         return noError();
-    const std::error_code error = stillOurs ? lastError() : std::make_error_code(std::errc::file_exists);
+    const std::error_code error =
+        stillOurs ? lastError() : std::make_error_code(std::errc::file_exists);
     if (stillOurs)
         ::unlink(destination);
     return error;
@@ -110,18 +113,18 @@ std::error_code replacePlaceholder(const char *source, const char *destination)
 
 bool lacksHardLinks(const std::error_code &error)
 {
-    return error.value() == EPERM || error.value() == ENOTSUP || error.value() == ENOSYS
-        || error.value() == EMLINK;
+    return error.value() == EPERM || error.value() == ENOTSUP || error.value() == ENOSYS ||
+           error.value() == EMLINK;
 }
 
 std::error_code moveWithinFileSystem(const char *source, const char *destination)
 {
     const std::error_code error = renameExclusively(source, destination);
-    if (error.value() == EEXIST && isSameFile(source, destination)
-        && qstricmp(source, destination) == 0 && qstrcmp(source, destination) != 0)
+    if (error.value() == EEXIST && isSameFile(source, destination) &&
+        qstricmp(source, destination) == 0 && qstrcmp(source, destination) != 0)
         return renameCaseOnly(source, destination);
-    const bool lacksExclusiveRename = error.value() == EINVAL || error.value() == ENOSYS
-        || error.value() == ENOTSUP;
+    const bool lacksExclusiveRename =
+        error.value() == EINVAL || error.value() == ENOSYS || error.value() == ENOTSUP;
     if (!lacksExclusiveRename)
         return error;
     const std::error_code linkError = linkAndUnlink(source, destination);
@@ -152,11 +155,13 @@ void copyAttributes(int from, int to, const struct stat &status)
     QByteArray names(length > 0 ? length : 0, '\0');
     if (::flistxattr(from, names.data(), static_cast<size_t>(names.size())) == length) {
         for (const QByteArray &name : names.split('\0')) {
-            const ssize_t size = name.isEmpty() ? -1 : ::fgetxattr(from, name.constData(), nullptr, 0);
+            const ssize_t size =
+                name.isEmpty() ? -1 : ::fgetxattr(from, name.constData(), nullptr, 0);
             if (size < 0)
                 continue;
             QByteArray value(size, '\0');
-            if (::fgetxattr(from, name.constData(), value.data(), static_cast<size_t>(size)) == size)
+            if (::fgetxattr(from, name.constData(), value.data(), static_cast<size_t>(size)) ==
+                size)
                 ::fsetxattr(to, name.constData(), value.constData(), static_cast<size_t>(size), 0);
         }
     }
@@ -199,8 +204,8 @@ std::error_code copyLink(const char *source, const char *copy, off_t length)
 QByteArray temporaryName(const char *destination)
 {
     static std::atomic<unsigned> count = 0;
-    return QByteArray(destination).left(QByteArray(destination).lastIndexOf('/') + 1) + ".velmora-"
-        + QByteArray::number(::getpid()) + '-' + QByteArray::number(++count);
+    return QByteArray(destination).left(QByteArray(destination).lastIndexOf('/') + 1) +
+           ".velmora-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(++count);
 }
 
 std::error_code moveAcrossFileSystems(const char *source, const char *destination)
@@ -214,8 +219,8 @@ std::error_code moveAcrossFileSystems(const char *source, const char *destinatio
         return std::make_error_code(std::errc::file_exists);
     const QByteArray copy = temporaryName(destination);
     std::error_code error = S_ISREG(status.st_mode)
-        ? copyRegularFile(source, copy.constData())
-        : copyLink(source, copy.constData(), status.st_size);
+                                ? copyRegularFile(source, copy.constData())
+                                : copyLink(source, copy.constData(), status.st_size);
     if (!error)
         error = moveWithinFileSystem(copy.constData(), destination);
     if (error) {

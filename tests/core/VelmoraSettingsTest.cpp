@@ -58,8 +58,8 @@ private Q_SLOTS:
     void aChangeByAnotherProcessIsSeenAtTheNextRead()
     {
         VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
-        QFile store(qEnvironmentVariable("XDG_CONFIG_HOME")
-                    + QStringLiteral("/velmora/velmora.conf"));
+        QFile store(qEnvironmentVariable("XDG_CONFIG_HOME") +
+                    QStringLiteral("/velmora/velmora.conf"));
         QVERIFY(store.open(QFile::ReadWrite));
         const QByteArray changed = store.readAll().replace("topLeft", "bottomLeft");
         store.seek(0);
