@@ -44,8 +44,9 @@ void VelmoraLog::append(const QString &path, const QString &message)
     const int descriptor = openLog(QFile::encodeName(path).constData());
     if (descriptor < 0)
         return;
-    if (isRegularFile(descriptor)) [[maybe_unused]]
-        const ssize_t written =
+    if (isRegularFile(descriptor)) {
+        [[maybe_unused]] const ssize_t written =
             ::write(descriptor, line.constData(), static_cast<size_t>(line.size()));
+    }
     ::close(descriptor);
 }

@@ -1,0 +1,172 @@
+// Prints what a running program tells assistive technologies, as JSON: each element with its
+// role, name, text, place on the screen, states and children.
+//
+// usage: accessible_tree PID
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
+
+#include <optional>
+
+namespace
+{
+
+constexpr int replyMilliseconds = 3000;
+constexpr int deepest = 30;
+constexpr uint screenCoordinates = 0;
+
+struct Element {
+    QString service;
+    QString path;
+};
+
+QString interfaceName(const char *name)
+{
+    return QStringLiteral("org.a11y.atspi.") + QLatin1String(name);
+}
+
+/// The answer's arguments; empty when the element is gone or lacks the interface.
+QVariantList ask(const QDBusConnection &bus, const Element &element, const QString &interface,
+                 const QString &method, const QVariantList &arguments = {})
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(element.service, element.path, interface, method);
+    call.setArguments(arguments);
+    const QDBusMessage reply = bus.call(call, QDBus::Block, replyMilliseconds);
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments() : QVariantList();
+}
+
+QVariant property(const QDBusConnection &bus, const Element &element, const char *interface,
+                  const char *name)
+{
+    const QVariantList reply =
+        ask(bus, element, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+            {interfaceName(interface), QString::fromLatin1(name)});
+    return reply.isEmpty() ? QVariant() : reply.first().value<QDBusVariant>().variant();
+}
+
+QList<Element> childrenOf(const QDBusConnection &bus, const Element &element)
+{
+    QList<Element> children;
+    const QVariantList reply =
+        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetChildren"));
+    if (reply.isEmpty())
+        return children;
+    const auto list = reply.first().value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        Element child;
+        QDBusObjectPath path;
+        list.beginStructure();
+        list >> child.service >> path;
+        list.endStructure();
+        child.path = path.path();
+        children.append(child);
+    }
+    list.endArray();
+    return children;
+}
+
+QJsonArray extentsOf(const QDBusConnection &bus, const Element &element)
+{
+    const QVariantList reply = ask(bus, element, interfaceName("Component"),
+                                   QStringLiteral("GetExtents"), {screenCoordinates});
+    if (reply.isEmpty())
+        return {};
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    const auto structure = reply.first().value<QDBusArgument>();
+    structure.beginStructure();
+    structure >> x >> y >> width >> height;
+    structure.endStructure();
+    return {x, y, width, height};
+}
+
+/// Whether the two words of state bits hold the bit (atspi-constants: 11 focusable, 12 focused,
+/// 25 showing, 8 enabled).
+bool hasState(const QList<uint> &words, uint bit)
+{
+    return words.size() > bit / 32 && ((words.at(bit / 32) >> (bit % 32)) & 1U) != 0;
+}
+
+QList<uint> statesOf(const QDBusConnection &bus, const Element &element)
+{
+    const QVariantList reply =
+        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetState"));
+    return reply.isEmpty() ? QList<uint>()
+                           : qdbus_cast<QList<uint>>(reply.first().value<QDBusArgument>());
+}
+
+QJsonObject treeOf(const QDBusConnection &bus, const Element &element, int depth)
+{
+    const QVariantList role =
+        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetRoleName"));
+    const QList<uint> states = statesOf(bus, element);
+    QJsonObject node{
+        {QStringLiteral("role"), role.isEmpty() ? QString() : role.first().toString()},
+        {QStringLiteral("name"), property(bus, element, "Accessible", "Name").toString()},
+        {QStringLiteral("place"), extentsOf(bus, element)},
+        {QStringLiteral("enabled"), hasState(states, 8)},
+        {QStringLiteral("focused"), hasState(states, 12)},
+        {QStringLiteral("showing"), hasState(states, 25)},
+    };
+    const QVariant length = property(bus, element, "Text", "CharacterCount");
+    if (length.isValid()) {
+        const QVariantList text = ask(bus, element, interfaceName("Text"),
+                                      QStringLiteral("GetText"), {0, length.toInt()});
+        node.insert(QStringLiteral("text"), text.isEmpty() ? QString() : text.first().toString());
+    }
+    QJsonArray children;
+    if (depth < deepest) {
+        for (const Element &child : childrenOf(bus, element))
+            children.append(treeOf(bus, child, depth + 1));
+    }
+    node.insert(QStringLiteral("children"), children);
+    return node;
+}
+
+std::optional<QDBusConnection> accessibilityBus()
+{
+    const Element launcher{QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus")};
+    const QVariantList address = ask(QDBusConnection::sessionBus(), launcher, launcher.service,
+                                     QStringLiteral("GetAddress"));
+    if (address.isEmpty())
+        return std::nullopt;
+    const auto bus =
+        QDBusConnection::connectToBus(address.first().toString(), QStringLiteral("accessibility"));
+    return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const uint pid = arguments.size() == 2 ? arguments.at(1).toUInt() : 0;
+    const auto bus = accessibilityBus();
+    if (pid == 0 || !bus) {
+        QTextStream(stderr) << (pid == 0 ? "usage: accessible_tree PID\n" : "no bus\n");
+        return 2;
+    }
+    const Element desktop{QStringLiteral("org.a11y.atspi.Registry"),
+                          QStringLiteral("/org/a11y/atspi/accessible/root")};
+    for (const Element &program : childrenOf(*bus, desktop)) {
+        if (bus->interface()->servicePid(program.service) != pid)
+            continue;
+        QTextStream(stdout) << QJsonDocument(treeOf(*bus, program, 0)).toJson();
+        return 0;
+    }
+    return 1;
+}
