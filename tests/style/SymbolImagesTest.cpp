@@ -18,6 +18,7 @@ const QStringList symbolNames = {
     QStringLiteral("camera.viewfinder"),
     QStringLiteral("bolt.fill"),
     QStringLiteral("lock.fill"),
+    QStringLiteral("photo"),
     QStringLiteral("checkmark.circle.fill"),
     QStringLiteral("circle"),
     QStringLiteral("hand.raised.fill"),

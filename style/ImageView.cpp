@@ -1,0 +1,56 @@
+#include "style/ImageView.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
+
+void ImageView::setImage(const QImage &image)
+{
+    m_image = image;
+    m_picture = {};
+    update();
+}
+
+void ImageView::setCornerRadius(double radius)
+{
+    m_cornerRadius = radius;
+    m_picture = {};
+    update();
+}
+
+QPixmap ImageView::picture()
+{
+    const double ratio = devicePixelRatioF();
+    const QSize pixels = (QSizeF(size()) * ratio).toSize();
+    if (m_image.isNull() || pixels.isEmpty())
+        return {};
+    if (m_picture.size() == pixels && m_picture.devicePixelRatio() == ratio)
+        return m_picture;
+
+    m_picture = QPixmap(pixels);
+    m_picture.fill(Qt::transparent);
+    const QImage scaled = m_image.scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter painter(&m_picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath clip;
+    clip.addRoundedRect(QRectF({}, pixels), m_cornerRadius * ratio, m_cornerRadius * ratio);
+    const QPoint corner((pixels.width() - scaled.width()) / 2,
+                        (pixels.height() - scaled.height()) / 2);
+    // A brush and not a clip path: clipping has no smooth edge.
+    QBrush brush(scaled);
+    brush.setTransform(QTransform::fromTranslate(corner.x(), corner.y()));
+    QPainterPath frame;
+    frame.addRect(QRectF(corner, scaled.size()));
+    painter.fillPath(clip.intersected(frame), brush);
+    painter.end();
+    m_picture.setDevicePixelRatio(ratio);
+    return m_picture;
+}
+
+void ImageView::paintEvent(QPaintEvent *)
+{
+    const QPixmap shown = picture();
+    if (!shown.isNull())
+        QPainter(this).drawPixmap(0, 0, shown);
+}
