@@ -1,0 +1,215 @@
+#include "core/VelmoraLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace
+{
+
+const QString programLog = QStringLiteral("/tmp/Velmora.log");
+constexpr uid_t nobody = 65534;
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void fill(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QFile::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+/// The lines without their line feeds; what follows the last line feed counts as one more.
+QList<QByteArray> linesOf(const QString &path)
+{
+    return contentOf(path).split('\n');
+}
+
+} // namespace
+
+class VelmoraLogTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_path = m_folder->filePath(QStringLiteral("Velmora.log"));
+    }
+
+    void aLineIsAStampASpaceTheMessageAndALineFeed()
+    {
+        VelmoraLog::append(m_path, QStringLiteral("watcher start"));
+        const QRegularExpression line(QStringLiteral("\\A\\d{8}-\\d{6} watcher start\\n\\z"));
+        QVERIFY(line.match(QString::fromUtf8(contentOf(m_path))).hasMatch());
+    }
+
+    void aMissingFileIsCreatedForItsOwnerOnly()
+    {
+        const mode_t before = ::umask(0);
+        VelmoraLog::append(m_path, QStringLiteral("first"));
+        ::umask(before);
+        QCOMPARE(QFileInfo(m_path).permissions(),
+                 QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+    }
+
+    void laterLinesAreAppendedToWhatStandsThere()
+    {
+        fill(m_path, "an older run\n");
+        VelmoraLog::append(m_path, QStringLiteral("first"));
+        VelmoraLog::append(m_path, QStringLiteral("second"));
+        const QList<QByteArray> lines = linesOf(m_path);
+        QCOMPARE(lines.size(), 4);
+        QCOMPARE(lines.at(0), QByteArray("an older run"));
+        QVERIFY(lines.at(1).endsWith(" first"));
+        QVERIFY(lines.at(2).endsWith(" second"));
+        QVERIFY(lines.at(3).isEmpty());
+    }
+
+    void nonAsciiTextIsWrittenAsUtf8Unchanged()
+    {
+        const QString message = QStringLiteral("detected /tmp/Captures d’écran/日本 😀.png");
+        VelmoraLog::append(m_path, message);
+        QVERIFY(contentOf(m_path).endsWith(QByteArray(" " + message.toUtf8() + "\n")));
+    }
+
+    void anEmptyMessageIsTheStampAndOneSpace()
+    {
+        VelmoraLog::append(m_path, QString());
+        const QByteArray content = contentOf(m_path);
+        QCOMPARE(content.size(), qsizetype(std::char_traits<char>::length("20260115-093012 \n")));
+        QVERIFY(content.endsWith(" \n"));
+    }
+
+    void lineFeedsInAMessageStay()
+    {
+        VelmoraLog::append(m_path, QStringLiteral("one\ntwo"));
+        QVERIFY(contentOf(m_path).endsWith(" one\ntwo\n"));
+    }
+
+    void aPlantedSymbolicLinkIsNotFollowed()
+    {
+        const QString victim = m_folder->filePath(QStringLiteral("victim"));
+        fill(victim, "precious");
+        QVERIFY(QFile::link(victim, m_path));
+        VelmoraLog::append(m_path, QStringLiteral("line"));
+        QCOMPARE(contentOf(victim), QByteArray("precious"));
+        QVERIFY(QFileInfo(m_path).isSymbolicLink());
+    }
+
+    void aPlantedLinkToNothingCreatesNothing()
+    {
+        const QString target = m_folder->filePath(QStringLiteral("target"));
+        QVERIFY(QFile::link(target, m_path));
+        VelmoraLog::append(m_path, QStringLiteral("line"));
+        QVERIFY(!QFileInfo::exists(target));
+    }
+
+    void aPlantedPipeNeitherBlocksNorGetsTheLine()
+    {
+        const QByteArray path = QFile::encodeName(m_path);
+        QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+        VelmoraLog::append(m_path, QStringLiteral("nobody reads"));
+
+        const int reader = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(reader >= 0);
+        VelmoraLog::append(m_path, QStringLiteral("somebody reads"));
+        char byte = 0;
+        QCOMPARE(::read(reader, &byte, 1), ssize_t(0));
+        ::close(reader);
+    }
+
+    void aFolderInTheWayLosesTheLineOnly()
+    {
+        QVERIFY(QDir().mkdir(m_path));
+        VelmoraLog::append(m_path, QStringLiteral("line"));
+        QVERIFY(QDir(m_path).isEmpty());
+    }
+
+    void aMissingFolderLosesTheLineOnly()
+    {
+        const QString path = m_folder->filePath(QStringLiteral("missing/Velmora.log"));
+        VelmoraLog::append(path, QStringLiteral("line"));
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    void anUnwritableFileStaysAsItIs()
+    {
+        fill(m_path, "kept\n");
+        QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner | QFile::ReadOther));
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner |
+                                                            QFile::ExeOwner | QFile::ReadOther |
+                                                            QFile::ExeOther));
+        // Permissions do not bind root: as root the line is written by somebody else.
+        const uid_t user = ::geteuid();
+        QVERIFY(user != 0 || ::seteuid(nobody) == 0);
+        VelmoraLog::append(m_path, QStringLiteral("line"));
+        QCOMPARE(::seteuid(user), 0);
+        QCOMPARE(contentOf(m_path), QByteArray("kept\n"));
+    }
+
+    void aWriteThatTheSystemRefusesLosesTheLineOnly()
+    {
+        const QByteArray before("kept\n");
+        fill(m_path, before);
+        rlimit old = {};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &old), 0);
+        const rlimit full = {static_cast<rlim_t>(before.size()), old.rlim_max};
+        const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &full), 0);
+        VelmoraLog::append(m_path, QStringLiteral("line"));
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &old), 0);
+        std::signal(SIGXFSZ, oldHandler);
+        QCOMPARE(contentOf(m_path), before);
+        VelmoraLog::append(m_path, QStringLiteral("next"));
+        QVERIFY(contentOf(m_path).endsWith(" next\n"));
+    }
+
+    void linesOfManyThreadsAllArriveWhole()
+    {
+        constexpr int threadCount = 4;
+        constexpr int linesEach = 50;
+        std::vector<std::thread> threads;
+        for (int number = 0; number < threadCount; ++number) {
+            threads.emplace_back([this, number] {
+                for (int line = 0; line < linesEach; ++line)
+                    VelmoraLog::append(m_path, QStringLiteral("thread %1 end").arg(number));
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        const QString lines = QString::fromUtf8(contentOf(m_path));
+        static const QRegularExpression whole(QStringLiteral("^\\d{8}-\\d{6} thread \\d end$"),
+                                              QRegularExpression::MultilineOption);
+        QCOMPARE(lines.count(whole), threadCount * linesEach);
+    }
+
+    void theProgramWritesToItsFixedPath()
+    {
+        const QString message = QStringLiteral("detected %1/shot.png").arg(m_folder->path());
+        VelmoraLog::write(message);
+        QVERIFY(contentOf(programLog).contains(QByteArray(" " + message.toUtf8() + "\n")));
+    }
+};
+
+QTEST_GUILESS_MAIN(VelmoraLogTest)
+#include "VelmoraLogTest.moc"

@@ -1,0 +1,44 @@
+#include "core/VelmoraTimestamp.h"
+
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimeZone>
+
+class VelmoraTimestampTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aMomentIsYearMonthDayAndTimeOfDay()
+    {
+        const QDateTime moment(QDate(2026, 1, 15), QTime(9, 30, 12));
+        QCOMPARE(velmoraTimestamp(moment), QStringLiteral("20260115-093012"));
+    }
+
+    void aMomentIsToldInTheSystemsTimeZone()
+    {
+        // The zone of the tests is Europe/Berlin.
+        const QDateTime summer(QDate(2026, 7, 1), QTime(22, 30), Qt::UTC);
+        QCOMPARE(velmoraTimestamp(summer), QStringLiteral("20260702-003000"));
+        const QDateTime winter(QDate(2026, 12, 31), QTime(23, 59, 59), Qt::UTC);
+        QCOMPARE(velmoraTimestamp(winter), QStringLiteral("20270101-005959"));
+    }
+
+    void theHourCountsToTwentyThree()
+    {
+        const QDateTime moment(QDate(2026, 3, 2), QTime(15, 4, 5));
+        QCOMPARE(velmoraTimestamp(moment), QStringLiteral("20260302-150405"));
+    }
+
+    void withoutAMomentItIsNow()
+    {
+        const QString before = velmoraTimestamp(QDateTime::currentDateTime());
+        const QString stamp = velmoraTimestamp();
+        const QString after = velmoraTimestamp(QDateTime::currentDateTime());
+        QVERIFY(before <= stamp && stamp <= after);
+        QVERIFY(QRegularExpression(QStringLiteral("\\A\\d{8}-\\d{6}\\z")).match(stamp).hasMatch());
+    }
+};
+
+QTEST_GUILESS_MAIN(VelmoraTimestampTest)
+#include "VelmoraTimestampTest.moc"
