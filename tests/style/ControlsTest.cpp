@@ -81,6 +81,7 @@ private Q_SLOTS:
         QWidget window;
         auto *button = new BezelButton(QStringLiteral("Press"), &window);
         button->resize(70, 28);
+        window.setGeometry(40, 40, 200, 100); // away from the pointer
         window.show();
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
