@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,12 +23,16 @@ bool isRegularFile(int descriptor)
 }
 
 /// Appends, or creates the file. Two opens, since one with O_CREAT is refused for another user's
-/// file in a sticky folder even where appending is allowed.
+/// file in a sticky folder even where appending is allowed; and once more where somebody else has
+/// created the file in between.
 int openLog(const char *path)
 {
-    const int descriptor = ::open(path, safeFlags | O_APPEND);
-    return descriptor >= 0 ? descriptor
-                           : ::open(path, safeFlags | O_APPEND | O_CREAT | O_EXCL, ownerOnly);
+    int descriptor = ::open(path, safeFlags | O_APPEND);
+    if (descriptor < 0 && errno == ENOENT)
+        descriptor = ::open(path, safeFlags | O_APPEND | O_CREAT | O_EXCL, ownerOnly);
+    if (descriptor < 0 && errno == EEXIST)
+        descriptor = ::open(path, safeFlags | O_APPEND);
+    return descriptor;
 }
 
 } // namespace
