@@ -21,7 +21,8 @@ class FrontmostApplication : public QObject
     Q_OBJECT
 public:
     /// The application in front, or the one before it where panels, desktops, this program or a
-    /// screenshot tool are in front; absent where the system does not tell.
+    /// screenshot tool are in front; absent where the system does not tell, or has not told yet:
+    /// activated() follows as soon as it does.
     virtual std::optional<Application> current() = 0;
 
 Q_SIGNALS:

@@ -1,0 +1,101 @@
+#include "platform/FrontmostApplication.h"
+
+#include "platform/linux/ApplicationOfWindow.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/X11Windows.h"
+
+#include <QFuture>
+#include <QGuiApplication>
+#include <QtConcurrent>
+
+namespace
+{
+
+/// The application behind the X server's active window. What is installed is read in the
+/// background, so nobody waits for it at the start of the program.
+class X11FrontmostApplication : public FrontmostApplication
+{
+public:
+    X11FrontmostApplication()
+    {
+        connect(&m_windows, &X11Windows::activeWindowChanged, this, [this] { announce(); });
+        readEntries();
+    }
+
+    std::optional<Application> current() override
+    {
+        look();
+        return m_isWaylandSession && !m_hasActiveWindow ? std::nullopt : m_application;
+    }
+
+private:
+    void look()
+    {
+        const std::optional<X11Window> active = m_windows.activeWindow();
+        m_hasActiveWindow = active.has_value();
+        if (active && isWorkingWindow(*active)) {
+            m_working = active;
+            identify();
+        }
+        if (m_entries && m_entries->isOutdated())
+            readEntries();
+    }
+
+    /// At once: a moment later the window's process may be gone.
+    void identify()
+    {
+        if (m_entries && m_working)
+            m_application = applicationOf(*m_working, *m_entries);
+    }
+
+    void announce()
+    {
+        const std::optional<Application> application = current();
+        if (!application || application == m_announced)
+            return;
+        m_announced = application;
+        Q_EMIT activated(*application);
+    }
+
+    void readEntries()
+    {
+        if (m_isReading)
+            return;
+        m_isReading = true;
+        QtConcurrent::run(&DesktopEntries::read, DesktopEntries::standardFolders())
+            .then(this, [this](const DesktopEntries &entries) {
+                m_isReading = false;
+                m_entries = entries;
+                identify();
+                announce();
+            });
+    }
+
+    X11Windows m_windows;
+    /// Absent until they have been read for the first time.
+    std::optional<DesktopEntries> m_entries;
+    bool m_isReading = false;
+    /// The window that the user works in, or last worked in.
+    std::optional<X11Window> m_working;
+    std::optional<Application> m_application;
+    std::optional<Application> m_announced;
+    bool m_hasActiveWindow = false;
+    /// There the X server knows nothing of the other windows: none active may well mean that
+    /// another application is in front.
+    const bool m_isWaylandSession = qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+};
+
+class UnknownFrontmostApplication : public FrontmostApplication
+{
+public:
+    std::optional<Application> current() override { return std::nullopt; }
+};
+
+} // namespace
+
+std::unique_ptr<FrontmostApplication> makeFrontmostApplication()
+{
+    if (QGuiApplication::platformName() == u"xcb")
+        return std::make_unique<X11FrontmostApplication>();
+    return std::make_unique<UnknownFrontmostApplication>();
+}
