@@ -1,0 +1,86 @@
+#include "imaging/decodeImage.h"
+
+#include "imaging/OpenFile.h"
+#include "imaging/decodeHeic.h"
+#include "imaging/jpegEnd.h"
+
+#include <QBuffer>
+#include <QImageReader>
+
+#include <string_view>
+
+namespace
+{
+
+/// Pixels of 64 bits, while they are decoded.
+constexpr int allocationLimitMegabytes = int(maximumDecodedPixels * 8 / 1'000'000);
+
+using namespace std::string_view_literals;
+
+/// The name under which Qt knows the format; nullptr for what has no unmistakable
+/// beginning.
+const char *qtFormat(const QByteArray &bytes)
+{
+    const std::string_view content(bytes.constData(), size_t(bytes.size()));
+    if (content.starts_with("\x89PNG\r\n\x1A\n"sv))
+        return "png";
+    if (content.starts_with("\xFF\xD8\xFF"sv))
+        return "jpeg";
+    if (content.starts_with("II*\0"sv) || content.starts_with("MM\0*"sv) ||
+        content.starts_with("II+\0"sv) || content.starts_with("MM\0+"sv))
+        return "tiff";
+    if (content.starts_with("RIFF"sv) && content.substr(0, 12).ends_with("WEBP"sv))
+        return "webp";
+    return nullptr;
+}
+
+QImage decodeWithQt(QByteArray &bytes, const char *format)
+{
+    // The limit is the process's; the pixels are counted below because not every format heeds it.
+    static const bool limited = [] {
+        QImageReader::setAllocationLimit(allocationLimitMegabytes);
+        return true;
+    }();
+    Q_UNUSED(limited)
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (size.isEmpty() || qint64(size.width()) * size.height() > maximumDecodedPixels)
+        return {};
+    return reader.read();
+}
+
+/// Everybody down the road works with 8 bits a channel.
+QImage withoutDeepChannels(QImage image)
+{
+    if (image.depth() <= 32)
+        return image;
+    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                         : QImage::Format_RGB32);
+}
+
+QImage decode(QByteArray bytes)
+{
+    if (const char *format = qtFormat(bytes)) {
+        if (qstrcmp(format, "jpeg") == 0 && !reachesJpegEnd(bytes))
+            return {};
+        return withoutDeepChannels(decodeWithQt(bytes, format));
+    }
+    return isHeic(bytes) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
+}
+
+} // namespace
+
+QImage decodeImage(const QUrl &file)
+{
+    const std::shared_ptr<OpenFile> open = OpenFile::open(file.toLocalFile());
+    return open ? decodeImage(open->descriptor()) : QImage();
+}
+
+QImage decodeImage(int descriptor)
+{
+    std::optional<QByteArray> bytes = readWhole(descriptor, maximumPictureFileSize);
+    return bytes ? decode(std::move(*bytes)) : QImage();
+}

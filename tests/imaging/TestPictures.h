@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+/// Pictures that tests make for themselves.
+namespace TestPictures
+{
+
+/// Four fields, red and green above blue and white: it looks different in every orientation.
+QImage fourFields(QSize size);
+
+/// Every pixel another colour: takes about as many bytes compressed as not.
+QImage noise(QSize size);
+
+/// The picture as a file of this format ("png", "jpeg", "tiff", "webp" or "heic").
+QByteArray encoded(const QImage &image, const QString &format);
+
+/// A well-formed PNG file that claims this size and holds hardly any data.
+QByteArray pngThatClaims(quint32 width, quint32 height);
+
+/// Writes a whole new file; false when that fails.
+bool write(const QString &path, const QByteArray &bytes);
+
+/// Whether both show the same, up to what a lossy format loses.
+bool lookAlike(const QImage &one, const QImage &other);
+
+} // namespace TestPictures
