@@ -63,9 +63,9 @@ private Q_SLOTS:
     void aWriterInAnotherProcessCounts()
     {
         QProcess writer;
-        writer.start(QStringLiteral("sh"), {QStringLiteral("-c"),
-                                            QStringLiteral("exec >>\"$1\"; echo ready >&2; read x"),
-                                            QStringLiteral("sh"), m_path});
+        writer.start(QStringLiteral("sh"),
+                     {QStringLiteral("-c"), QStringLiteral("exec >>\"$1\"; echo ready >&2; read x"),
+                      QStringLiteral("sh"), m_path});
         writer.setReadChannel(QProcess::StandardError);
         QVERIFY(writer.waitForReadyRead(10'000));
         QCOMPARE(m_writers->writersOf(m_reader.handle()), Answer::Some);
