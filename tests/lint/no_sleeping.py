@@ -19,7 +19,8 @@ MAY_SLEEP = {"tests/world/desktop.py"}
 
 def main():
     root = pathlib.Path(sys.argv[1])
-    tests = [path for path in sorted((root / "tests").rglob("*")) if path.suffix in (".cpp", ".py", ".h")]
+    everything = sorted((root / "tests").rglob("*"))
+    tests = [path for path in everything if path.suffix in (".cpp", ".h", ".py")]
     complaints = [
         f"{name}:{number}: {line.strip()}"
         for path in tests

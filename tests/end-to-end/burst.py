@@ -1,0 +1,89 @@
+#!/usr/bin/env python3
+"""Two hundred screenshots in five seconds."""
+
+import struct
+import time
+import unittest
+import zlib
+
+import case
+import desktop
+
+COUNT = 200
+SECONDS = 5.0
+TITLES = [
+    f"{first} {second} Evening Walk"
+    for first in ("Alpine", "Coastal", "Desert", "Forest", "Garden")
+    for second in ("Bakery", "Castle", "Harbour", "Library")
+]
+WARM_UP = 20
+NAMING_SECONDS = 400
+MAY_GROW_BYTES = 12 * 1024 * 1024
+IEND_LENGTH = 12
+
+
+def with_comment(png, comment):
+    """The same picture with a comment, so that no two files are equal."""
+    body = b"tEXtComment\0" + comment.encode()
+    chunk = struct.pack(">I", len(body) - 4) + body + struct.pack(">I", zlib.crc32(body))
+    return png[:-IEND_LENGTH] + chunk + png[-IEND_LENGTH:]
+
+
+def slug(title):
+    return "gazette-" + title.lower().replace(" ", "-")
+
+
+class Burst(case.EndToEnd):
+    def drop_all(self, pages, prefix, count, seconds):
+        """Drops the pages in turn, evenly over the time. Returns each file's bytes by its name."""
+        start = time.monotonic()
+        dropped = {}
+        for number in range(count):
+            due = start + seconds * number / count
+            desktop.wait_until(lambda: time.monotonic() >= due, "its turn")
+            title, png = pages[number % len(pages)]
+            name = f"{prefix} {number:03}.png"
+            dropped[name] = (title, with_comment(png, name))
+            (desktop.FOLDER / name).write_bytes(dropped[name][1])
+        return dropped
+
+    def wait_until_all_are_named(self, count):
+        def all_named():
+            names = desktop.pictures()
+            return len(names) == count and all(
+                any(name.startswith(slug(title)) for title in TITLES) for name in names
+            )
+
+        desktop.wait_until(all_named, "every file has its name", NAMING_SECONDS)
+
+    def test_two_hundred_screenshots_in_five_seconds(self):
+        pages = [(title, self.picture_bytes(title)) for title in TITLES]
+        self.drop_all(pages, "First", WARM_UP, 2)
+        self.wait_until_all_are_named(WARM_UP)
+        memory = self.velmora.private_bytes()
+        descriptors = self.velmora.descriptor_count()
+
+        dropped = self.drop_all(pages, "Burst", COUNT, SECONDS)
+        self.wait_until_all_are_named(WARM_UP + COUNT)
+
+        detected = self.detected()
+        for name in dropped:
+            self.assertEqual(detected.count(str(desktop.FOLDER / name)), 1, name)
+        self.assertEqual(len(detected), WARM_UP + COUNT)
+        by_content = {(desktop.FOLDER / name).read_bytes(): name for name in desktop.pictures()}
+        self.assertEqual(len(by_content), WARM_UP + COUNT)
+        for title, content in dropped.values():
+            self.assertTrue(by_content[content].startswith(slug(title)), by_content[content])
+        self.wait_for_rows(3)
+        desktop.wait_until(
+            lambda: self.velmora.private_bytes() < memory + MAY_GROW_BYTES,
+            f"memory back to {memory} bytes",
+            30,
+        )
+        desktop.wait_until(
+            lambda: self.velmora.descriptor_count() <= descriptors, "descriptors closed", 30
+        )
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,165 @@
+#!/usr/bin/env python3
+"""What a user does with a row: names, undoes, trashes, closes."""
+
+import os
+import pathlib
+import unittest
+
+import case
+import desktop
+
+SETTLED_SECONDS = 1.0
+
+
+class Rows(case.EndToEnd):
+    def edit(self, row, text):
+        """Clicks into the name and replaces it."""
+        desktop.click(*row.field)
+        self.velmora.wait_for_row(lambda each: each.is_editing, "the field has the keyboard")
+        desktop.press("ctrl+a")
+        desktop.type_text(text)
+
+    def press_button(self, name):
+        """Clicks the first row's button."""
+        row = self.velmora.wait_for_row(lambda each: each.button(name), f"a button {name}")
+        desktop.click(*row.button(name))
+
+    def first_row(self):
+        return self.velmora.rows()[0]
+
+    def test_a_new_row_does_not_take_the_keyboard(self):
+        self.drop_named()
+        self.assertEqual(desktop.active_window(), self.page.window)
+
+    def test_a_row_shows_what_happens(self):
+        self.drop()
+        row = self.velmora.wait_for_row(lambda each: each.status, "a status")
+        self.assertIn(row.status, ("Reading screen text...", "Renamed automatically"))
+        self.assertEqual(row.freshness, "NEW")
+        self.velmora.wait_for_row(
+            lambda each: each.status == "Renamed automatically", "the outcome", case.NAMING_SECONDS
+        )
+
+    def test_every_control_has_a_name(self):
+        self.drop_named()
+        wanted = ["Undo", "Copy", "Reveal in Finder", "Move to Trash", "Dismiss"]
+        self.velmora.wait_for_row(lambda each: each.buttons == wanted, f"buttons {wanted}")
+
+    def test_return_renames_to_the_typed_name(self):
+        self.drop_named()
+        self.edit(self.first_row(), "Board Minutes")
+        desktop.press("Return")
+        self.wait_for_name("board-minutes.png")
+        self.velmora.wait_for_row(
+            lambda each: each.status == "Saved as board-minutes.png"
+            and each.filename == "board-minutes.png",
+            "the outcome",
+        )
+        self.assertEqual(desktop.pictures(), ["board-minutes.png"])
+
+    def test_leaving_the_field_renames_to_the_typed_name(self):
+        self.drop_named()
+        self.edit(self.first_row(), "board minutes")
+        x, y, width, _ = desktop.geometry(self.page.window)
+        desktop.click(x + width // 2, y + 20)
+        self.wait_for_name("board-minutes.png")
+
+    def test_a_typed_name_that_is_taken_gets_a_number(self):
+        self.drop_named()
+        taken = desktop.FOLDER / "taken.png"
+        taken.write_bytes(b"another file")
+        os.utime(taken, (0, 0))
+        self.edit(self.first_row(), "taken")
+        desktop.press("Return")
+        self.wait_for_name("taken-2.png")
+        self.assertEqual(taken.read_bytes(), b"another file")
+
+    def test_typing_before_the_suggestion_keeps_the_users_name(self):
+        content = self.picture_bytes()
+        path = desktop.FOLDER / "slow.png"
+        with path.open("wb", buffering=0) as file:
+            file.write(content[: len(content) // 2])
+            row = self.velmora.wait_for_row(lambda each: True, "a row")
+            self.edit(row, "m")
+            self.velmora.wait_for_row(lambda each: each.filename == "m", "the typed letter")
+            file.write(content[len(content) // 2:])
+        untouched = desktop.stays(
+            lambda: self.first_row().filename == "m"
+            and case.FALLBACK.fullmatch(desktop.pictures()[0]),
+            4 * SETTLED_SECONDS,
+        )
+        self.assertTrue(untouched, desktop.pictures())
+        desktop.type_text("y own")
+        desktop.press("Return")
+        self.wait_for_name("my-own.png")
+        self.assertEqual((desktop.FOLDER / "my-own.png").read_bytes(), content)
+
+    def test_the_four_editing_keys_work_in_the_field(self):
+        self.drop_named()
+        self.edit(self.first_row(), "minutes")
+        desktop.press("ctrl+a", "ctrl+x")
+        self.velmora.wait_for_row(lambda each: each.filename == "", "the empty field")
+        self.assertEqual(desktop.clipboard("UTF8_STRING"), b"minutes")
+        desktop.press("ctrl+v", "ctrl+v")
+        self.velmora.wait_for_row(lambda each: each.filename == "minutesminutes", "the text twice")
+
+    def test_escape_closes_the_row_and_leaves_the_file(self):
+        path = self.drop_named()
+        desktop.click(*self.first_row().field)
+        self.velmora.wait_for_row(lambda each: each.is_editing, "the field has the keyboard")
+        desktop.press("Escape")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
+        self.assertEqual(desktop.pictures(), [path.name])
+
+    def test_the_close_button_closes_the_row_and_leaves_the_file(self):
+        path = self.drop_named()
+        self.press_button("Dismiss")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
+        self.assertEqual(desktop.pictures(), [path.name])
+
+    def test_the_undo_button_takes_the_automatic_name_back(self):
+        self.drop_named()
+        self.press_button("Undo")
+        row = self.velmora.wait_for_row(lambda each: each.status == "Restored", "the outcome")
+        self.assertRegex(row.filename, case.FALLBACK)
+        self.assertEqual(desktop.pictures(), [row.filename])
+        self.assertIsNone(row.button("Undo"))
+        once = desktop.stays(lambda: len(self.detected()) == 1, SETTLED_SECONDS)
+        self.assertTrue(once, self.velmora.log.own_messages())
+
+    def test_an_undo_whose_old_name_is_taken_changes_nothing(self):
+        path = self.drop_named()
+        content = path.read_bytes()
+        self.edit(self.first_row(), "minutes")
+        desktop.press("Return")
+        self.wait_for_name("minutes.png")
+        path.write_bytes(b"somebody else's")
+        self.press_button("Undo")
+        self.velmora.wait_for_row(lambda each: each.status == "Could not undo", "the outcome")
+        self.assertEqual(path.read_bytes(), b"somebody else's")
+        self.assertEqual((desktop.FOLDER / "minutes.png").read_bytes(), content)
+
+    def test_the_trash_button_moves_the_file_to_the_desktops_trash(self):
+        path = self.drop_named()
+        content = path.read_bytes()
+        self.press_button("Move to Trash")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
+        self.assertEqual(desktop.pictures(), [])
+        trash = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Trash"
+        self.assertEqual((trash / "files" / path.name).read_bytes(), content)
+        note = (trash / "info" / f"{path.name}.trashinfo").read_text().splitlines()
+        self.assertEqual(note[:2], ["[Trash Info]", f"Path={path}"])
+
+    def test_a_file_that_is_gone_gives_clear_outcomes(self):
+        self.drop_named().unlink()
+        self.edit(self.first_row(), "minutes")
+        desktop.press("Return")
+        self.velmora.wait_for_row(lambda each: each.status == "Rename failed", "the outcome")
+        self.press_button("Copy")
+        self.velmora.wait_for_row(lambda each: each.status == "Could not copy", "the outcome")
+        self.press_button("Move to Trash")
+        self.velmora.wait_for_row(lambda each: each.status == "Trash failed", "the outcome")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

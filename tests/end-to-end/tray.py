@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""The tray as a window: its place, its rows, how long it stays."""
+
+import time
+import unittest
+
+import case
+import desktop
+
+SCREEN_WIDTH, SCREEN_HEIGHT = 1600, 1000
+MARGIN = 44
+ROW_HEIGHTS = {1: 88, 2: 166, 3: 244}
+
+
+class Tray(case.EndToEnd):
+    def test_three_rows_and_a_fourth(self):
+        titles = ["Alpha Glacier", "Bravo Harbour", "Charlie Meadow", "Delta Orchard"]
+        paths = [self.drop_named(title) for title in titles]
+        rows = self.wait_for_rows(3)
+        self.assertEqual([row.freshness for row in rows], ["NEW", "EARLIER", "EARLIER"])
+        self.assertEqual([row.filename for row in rows], [path.name for path in paths[:0:-1]])
+        self.assertEqual(desktop.geometry(self.velmora.tray_window())[3], ROW_HEIGHTS[3])
+        self.assertEqual(desktop.pictures(), sorted(path.name for path in paths))
+
+    def test_a_new_row_follows_the_corner_setting(self):
+        right = SCREEN_WIDTH - desktop.TRAY_WIDTH - MARGIN
+        corners = {
+            "bottomRight": lambda height: (right, SCREEN_HEIGHT - height - MARGIN),
+            "topRight": lambda height: (right, MARGIN),
+            "bottomLeft": lambda height: (MARGIN, SCREEN_HEIGHT - height - MARGIN),
+            "topLeft": lambda height: (MARGIN, MARGIN),
+        }
+        for count, (corner, place) in enumerate(corners.items(), start=1):
+            with self.subTest(corner):
+                desktop.save_settings(trayPosition=corner)
+                self.drop()
+                height = ROW_HEIGHTS[min(count, 3)]
+                wanted = (*place(height), desktop.TRAY_WIDTH, height)
+                desktop.wait_until(
+                    lambda: (window := self.velmora.tray_window())
+                    and desktop.geometry(window) == wanted,
+                    f"the tray at {wanted}",
+                )
+
+    def test_the_panel_stays_above_and_out_of_the_way(self):
+        self.drop()
+        self.wait_for_rows(1)
+        window = self.velmora.tray_window()
+        states = desktop.window_property(window, "_NET_WM_STATE")
+        for state in ("ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"):
+            self.assertIn(f"_NET_WM_STATE_{state}", states)
+        self.assertEqual(desktop.window_property(window, "_NET_WM_DESKTOP"), "4294967295")
+        self.assertEqual(desktop.active_window(), self.page.window)
+
+
+class FifteenSeconds(case.EndToEnd):
+    settings = {"trayDuration": "fifteenSeconds"}
+
+    def test_a_row_is_dismissed_after_fifteen_seconds_even_while_its_name_is_typed(self):
+        self.drop()
+        row = self.wait_for_rows(1)[0]
+        shown = time.monotonic()
+        desktop.click(*row.field)
+        desktop.type_text("half a na")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden", 20)
+        self.assertAlmostEqual(time.monotonic() - shown, 15, delta=1.5)
+        self.assertEqual(len(desktop.pictures()), 1)
+
+    def test_each_row_has_its_own_fifteen_seconds(self):
+        self.drop("Alpha Glacier")
+        self.wait_for_rows(1)
+        first = time.monotonic()
+        desktop.wait_until(lambda: time.monotonic() - first > 4, "four seconds have passed")
+        self.drop("Bravo Harbour")
+        self.wait_for_rows(2)
+        row = desktop.wait_until(
+            lambda: len(rows := self.velmora.rows()) == 1 and rows[0], "one row is left", 15
+        )
+        self.assertAlmostEqual(time.monotonic() - first, 15, delta=1.5)
+        self.assertEqual(row.filename, "gazette-bravo-harbour-harvest-better.png")
+        self.assertEqual(row.freshness, "NEW")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

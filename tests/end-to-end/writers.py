@@ -1,0 +1,110 @@
+#!/usr/bin/env python3
+"""Screenshots as real tools write them: each gets its row at once, and its name."""
+
+import os
+import unittest
+
+import case
+import desktop
+
+SETTLED_SECONDS = 1.0
+
+
+class Writers(case.EndToEnd):
+    def expect_named_once(self, path, name):
+        """The file at the path is reported once, and gets the name that its text makes."""
+        target = self.wait_for_name(name)
+        self.velmora.wait_for_row(
+            lambda row: row.filename == name and row.status == "Renamed automatically",
+            "the row shows the name",
+        )
+        self.assertEqual(desktop.pictures(), [name])
+        once = desktop.stays(lambda: self.detected() == [str(path)], SETTLED_SECONDS)
+        self.assertTrue(once, self.velmora.log.own_messages())
+        self.assertEqual(len(self.velmora.rows()), 1)
+        return target
+
+    def test_a_picture_by_maim(self):
+        path = desktop.FOLDER / "maim.png"
+        desktop.run("maim", "-i", str(self.page.window), str(path))
+        self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+
+    def test_a_picture_by_scrot(self):
+        path = desktop.FOLDER / "2026-01-15-093012_960x620_scrot.png"
+        desktop.run("scrot", "--focused", str(path))
+        self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+
+    def test_a_jpeg_keeps_its_extension_in_lower_case(self):
+        desktop.run("scrot", "--focused", "--quality", "95", str(self.outside / "shot.jpg"))
+        path = desktop.FOLDER / "Shot.JPG"
+        os.rename(self.outside / "shot.jpg", path)
+        self.expect_named_once(path, f"{case.TITLE_NAME}.jpg")
+
+    def test_a_writer_that_fills_the_file_slowly(self):
+        content = self.picture_bytes()
+        path = desktop.FOLDER / "slow.png"
+        chunk = 512
+        with path.open("wb", buffering=0) as file:
+            half = len(content) // 2
+            for start in range(0, half, chunk):
+                file.write(content[start:min(start + chunk, half)])
+            row = self.velmora.wait_for_row(lambda row: True, "a row for the half-written file")
+            self.assertRegex(row.filename, case.FALLBACK)
+            unread = desktop.stays(
+                lambda: case.FALLBACK.fullmatch(desktop.pictures()[0]), SETTLED_SECONDS
+            )
+            self.assertTrue(unread, "nobody reads half a picture")
+            for start in range(half, len(content), chunk):
+                file.write(content[start:start + chunk])
+        target = self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+        self.assertEqual(target.read_bytes(), content)
+
+    def test_a_writer_that_renames_a_temporary_file_in_the_folder(self):
+        path = desktop.FOLDER / "renamed.png"
+        hidden = desktop.FOLDER / ".renamed.png.tmp"
+        hidden.write_bytes(self.picture_bytes())
+        os.rename(hidden, path)
+        self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+
+    def test_a_writer_that_moves_the_file_into_the_folder(self):
+        path = desktop.FOLDER / "moved.png"
+        outside = self.outside / "moved.png"
+        outside.write_bytes(self.picture_bytes())
+        os.rename(outside, path)
+        self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+
+    def test_a_writer_that_links_an_unnamed_file(self):
+        path = desktop.FOLDER / "linked.png"
+        descriptor = os.open(desktop.FOLDER, os.O_TMPFILE | os.O_WRONLY, 0o644)
+        try:
+            os.write(descriptor, self.picture_bytes())
+            os.link(f"/proc/self/fd/{descriptor}", path, follow_symlinks=True)
+        finally:
+            os.close(descriptor)
+        self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+
+    def test_a_second_picture_of_the_same_page_gets_a_number(self):
+        self.drop_named()
+        second = self.drop()
+        self.wait_for_name(f"{case.TITLE_NAME}-2.png")
+        self.assertEqual(len(desktop.pictures()), 2)
+        self.assertEqual(self.detected()[-1], str(second))
+
+    def test_a_file_that_is_no_picture_is_left_alone(self):
+        others = ["notes.txt", "shot.tif", "page.gif"]
+        for name in [*others, ".hidden.png"]:
+            (desktop.FOLDER / name).write_bytes(self.picture_bytes())
+        self.drop_named()
+        self.assertEqual(len(self.detected()), 1)
+        self.assertEqual(desktop.pictures(), sorted([*others, f"{case.TITLE_NAME}.png"]))
+
+    def test_a_picture_that_cannot_be_decoded_still_gets_its_row(self):
+        path = desktop.FOLDER / "broken.png"
+        path.write_bytes(b"\x89PNG\r\n\x1a\n and then nothing that makes sense")
+        self.velmora.wait_for_row(lambda row: row.filename == "gazette.png", "the row", 30)
+        self.assertEqual(desktop.pictures(), ["gazette.png"])
+        self.assertEqual(self.detected(), [str(path)])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
