@@ -1,5 +1,7 @@
 #pragma once
 
+#include <qnamespace.h>
+
 #include <memory>
 
 class QWindow;
@@ -11,11 +13,19 @@ class PanelWindow
 public:
     virtual ~PanelWindow() = default;
 
+    /// The type that the window must be made with so that it stays when the user turns to another
+    /// application.
+    virtual Qt::WindowType windowType() const = 0;
+
     /// Called before each time that the window is shown; the native window exists.
     virtual void prepare(QWindow &window) = 0;
 
     /// Gives the window the keyboard, because the user has clicked into it.
     virtual void takeFocus(QWindow &window) = 0;
+
+    /// Whether what is transparent in a window lets those behind it through. Where it does not it
+    /// is black. Read afresh.
+    virtual bool showsTransparency() const = 0;
 };
 
 std::unique_ptr<PanelWindow> makePanelWindow();

@@ -1,0 +1,183 @@
+#include "platform/PanelWindow.h"
+
+#include "tests/world/XDesktop.h"
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/xcb.h>
+
+namespace
+{
+
+QString text(const char *literal)
+{
+    return QString::fromLatin1(literal);
+}
+
+/// A window as the tray makes its own.
+class Panel : public QWidget
+{
+public:
+    explicit Panel(PanelWindow &service)
+        : QWidget(nullptr,
+                  service.windowType() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+        , m_service(service)
+    {
+        setAttribute(Qt::WA_ShowWithoutActivating);
+        setGeometry(700, 600, 300, 100);
+        create();
+    }
+
+    void present()
+    {
+        m_service.prepare(*windowHandle());
+        show();
+        QVERIFY(QTest::qWaitForWindowExposed(this));
+    }
+
+    QString property(const char *name) const { return XDesktop::property(winId(), text(name)); }
+
+private:
+    PanelWindow &m_service;
+};
+
+} // namespace
+
+class PanelWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QCOMPARE(QGuiApplication::platformName(), text("xcb"));
+        m_service = makePanelWindow();
+    }
+
+    void itIsAPanelEachTimeItIsShown()
+    {
+        Panel panel(*m_service);
+        for (int time = 0; time < 3; ++time) {
+            panel.present();
+            QTRY_COMPARE(panel.property("_NET_WM_DESKTOP"), text("4294967295"));
+            const QString state = panel.property("_NET_WM_STATE");
+            QVERIFY2(state.contains(text("_NET_WM_STATE_SKIP_TASKBAR")), qPrintable(state));
+            QVERIFY2(state.contains(text("_NET_WM_STATE_SKIP_PAGER")), qPrintable(state));
+            QVERIFY2(state.contains(text("_NET_WM_STATE_ABOVE")), qPrintable(state));
+            const QString type = panel.property("_NET_WM_WINDOW_TYPE");
+            QVERIFY2(type.startsWith(text("_NET_WM_WINDOW_TYPE_UTILITY")), qPrintable(type));
+            panel.hide();
+            QTRY_VERIFY(panel.property("_NET_WM_DESKTOP") != text("4294967295"));
+        }
+    }
+
+    void theStatesAreThereBeforeTheWindowIsMapped()
+    {
+        Panel panel(*m_service);
+        m_service->prepare(*panel.windowHandle());
+        const QString state = panel.property("_NET_WM_STATE");
+        for (const char *name : {"STICKY", "SKIP_TASKBAR", "SKIP_PAGER", "ABOVE"})
+            QVERIFY2(state.contains(text("_NET_WM_STATE_") + text(name)), qPrintable(state));
+        QCOMPARE(panel.property("_NET_WM_DESKTOP"), text("4294967295"));
+    }
+
+    void itMayHaveTheKeyboardAndIsNobodysDialogue()
+    {
+        Panel panel(*m_service);
+        panel.present();
+        const QString hints = panel.property("WM_HINTS");
+        QVERIFY2(hints.contains(text("Client accepts input or input focus: True")),
+                 qPrintable(hints));
+        QVERIFY(panel.property("WM_TRANSIENT_FOR").contains(text("not found")));
+    }
+
+    void itIsInAGroupOfItsOwn()
+    {
+        Panel panel(*m_service);
+        QWidget other;
+        other.show();
+        panel.present();
+        const QString hints = panel.property("WM_HINTS");
+        QVERIFY2(hints.contains(text("group leader: 0x") + QString::number(panel.winId(), 16)),
+                 qPrintable(hints));
+    }
+
+    void showingItLeavesTheKeyboardToTheOtherProgram()
+    {
+        QTemporaryDir folder;
+        const Terminal terminal(folder.filePath(text("typed")));
+        Panel panel(*m_service);
+        panel.present();
+        XDesktop::type(text("a"));
+        QVERIFY(terminal.isActive());
+        QVERIFY(!panel.isActiveWindow());
+    }
+
+    void itTakesTheKeyboardWhenItIsTold()
+    {
+        QTemporaryDir folder;
+        const Terminal terminal(folder.filePath(text("typed")));
+        Panel panel(*m_service);
+        panel.present();
+        m_service->takeFocus(*panel.windowHandle());
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        QTRY_COMPARE(XDesktop::activeWindow(), panel.winId());
+    }
+
+    void itStaysOnTheOtherWorkspaces()
+    {
+        Panel panel(*m_service);
+        panel.present();
+        QWidget ordinary;
+        ordinary.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&ordinary));
+
+        const auto mapState = [](const QWidget &window) {
+            return XDesktop::run(text("xwininfo"), {text("-id"), QString::number(window.winId())})
+                .section(text("Map State:"), 1)
+                .section(u'\n', 0, 0)
+                .trimmed();
+        };
+        XDesktop::run(text("xdotool"), {text("set_desktop"), text("1")});
+        QTRY_COMPARE(mapState(ordinary), text("IsUnMapped"));
+        QCOMPARE(mapState(panel), text("IsViewable"));
+        XDesktop::run(text("xdotool"), {text("set_desktop"), text("0")});
+        QTRY_COMPARE(mapState(ordinary), text("IsViewable"));
+    }
+
+    void transparencyShowsWhereACompositorRuns()
+    {
+        QVERIFY(!m_service->showsTransparency());
+
+        // A compositor says that it runs by owning this selection.
+        int screen = 0;
+        xcb_connection_t *compositor = xcb_connect(nullptr, &screen);
+        const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(screen);
+        xcb_intern_atom_reply_t *atom = xcb_intern_atom_reply(
+            compositor,
+            xcb_intern_atom(compositor, false, static_cast<uint16_t>(name.size()),
+                            name.constData()),
+            nullptr);
+        const xcb_window_t owner = xcb_generate_id(compositor);
+        const xcb_screen_t *root = xcb_setup_roots_iterator(xcb_get_setup(compositor)).data;
+        xcb_create_window(compositor, XCB_COPY_FROM_PARENT, owner, root->root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_set_selection_owner(compositor, owner, atom->atom, XCB_CURRENT_TIME);
+        std::free(xcb_get_input_focus_reply(compositor, xcb_get_input_focus(compositor), nullptr));
+        QVERIFY(m_service->showsTransparency());
+
+        xcb_disconnect(compositor);
+        std::free(atom);
+        QTRY_VERIFY(!m_service->showsTransparency());
+    }
+
+private:
+    std::unique_ptr<PanelWindow> m_service;
+};
+
+QTEST_MAIN(PanelWindowTest)
+#include "PanelWindowTest.moc"
