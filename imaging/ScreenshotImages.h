@@ -8,14 +8,16 @@
 #include <memory>
 
 class FileWriters;
+class HeldScreenshot;
 
 /// The pixels of new screenshots, for everybody who needs them: decoded once, off the main thread,
 /// and not before the file is complete.
 ///
 /// Each request opens the file before it returns, so that the file may be renamed at once. Then it
 /// waits, without blocking anybody, until the last writer has closed the file and a picture can be
-/// read, for at most `completionLimit`. Requests for a file whose pixels are still here share them;
-/// only the newest few pictures are kept, and none for long.
+/// read, for at most `CompletionWait::limit`. Requests for a file whose pixels are still here share
+/// them; only the newest few pictures are kept, and none for long. The newest request is served
+/// first. Cancelling a future frees what is not needed any more.
 ///
 /// Any thread. Destruction ends what waits: its futures give null images.
 class ScreenshotImages
@@ -33,6 +35,14 @@ public:
 
     /// Finished when the file is complete or the wait is over.
     QFuture<void> completion(const QUrl &file);
+
+    /// A file that is to be asked for later, whatever its name is then. Holds no pixels. Null when
+    /// there is no regular file.
+    using Held = std::shared_ptr<HeldScreenshot>;
+    Held hold(const QUrl &file);
+
+    QFuture<QImage> image(const Held &file);
+    QFuture<void> completion(const Held &file);
 
 private:
     class Private;

@@ -1,0 +1,69 @@
+#include "imaging/CompletionWait.h"
+
+#include <array>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// The last one repeats.
+constexpr std::array<std::chrono::milliseconds, 7> pauses = {2ms,  5ms,  10ms, 20ms,
+                                                             50ms, 50ms, 100ms};
+
+} // namespace
+
+CompletionWait::CompletionWait(const FileIdentity &identity, std::chrono::milliseconds unchangedFor,
+                               Time now)
+    : m_seen(identity), m_lastChange(now - unchangedFor), m_deadline(now + limit)
+{
+}
+
+CompletionWait::Step CompletionWait::probed(FileWriters::Answer answer,
+                                            const FileIdentity &identity, Time now)
+{
+    see(identity, now);
+    m_lastTry = now >= m_deadline;
+    if (m_unreadable && m_unreadable->sameContent(m_seen)) {
+        if (answer == FileWriters::Answer::Some && !m_lastTry)
+            return Step::Wait;
+        return waitForChange(now);
+    }
+    if (m_lastTry || answer == FileWriters::Answer::None)
+        return Step::Decode;
+    const bool steady = now - m_lastChange >= steadyTime;
+    return answer == FileWriters::Answer::Unknown && steady ? Step::Decode : Step::Wait;
+}
+
+CompletionWait::Step CompletionWait::decoded(bool readable, const FileIdentity &identityAfterwards,
+                                             Time now)
+{
+    const bool changed = !m_seen.sameContent(identityAfterwards);
+    if (readable && (!changed || m_lastTry))
+        return Step::Finish;
+    if (changed) {
+        see(identityAfterwards, now);
+        return m_lastTry ? Step::GiveUp : Step::Wait;
+    }
+    m_unreadable = m_seen;
+    return waitForChange(now);
+}
+
+std::chrono::milliseconds CompletionWait::pause()
+{
+    return pauses[std::min(m_pauses++, pauses.size() - 1)];
+}
+
+void CompletionWait::see(const FileIdentity &identity, Time now)
+{
+    if (m_seen.sameContent(identity))
+        return;
+    m_seen = identity;
+    m_lastChange = now;
+}
+
+CompletionWait::Step CompletionWait::waitForChange(Time now) const
+{
+    const bool over = m_lastTry || now - m_lastChange >= brokenLimit;
+    return over ? Step::GiveUp : Step::Wait;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "imaging/OpenFile.h"
+#include "platform/FileWriters.h"
+
+#include <chrono>
+#include <optional>
+
+/// Decides when a picture file that somebody may still be writing is worth decoding, and when it
+/// is not worth waiting for any longer. Knows no clock: every call says what time it is.
+class CompletionWait
+{
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// No file is waited for longer.
+    static constexpr std::chrono::seconds limit{10};
+    /// A file that no picture can be read from is given up this long after its last change.
+    static constexpr std::chrono::seconds brokenLimit{2};
+    /// Where nobody tells whether a file is written, it counts as complete after this long
+    /// without a change.
+    static constexpr std::chrono::milliseconds steadyTime{150};
+
+    enum class Step {
+        Decode, ///< decode now, and report with decoded()
+        Wait,   ///< look again after pause()
+        Finish, ///< the picture last decoded is the answer
+        GiveUp, ///< there is no picture
+    };
+
+    /// @param unchangedFor for how long the file has not changed already
+    CompletionWait(const FileIdentity &identity, std::chrono::milliseconds unchangedFor, Time now);
+
+    Step probed(FileWriters::Answer answer, const FileIdentity &identity, Time now);
+    Step decoded(bool readable, const FileIdentity &identityAfterwards, Time now);
+
+    /// How long to wait before the next look: short at first, then longer.
+    std::chrono::milliseconds pause();
+
+private:
+    void see(const FileIdentity &identity, Time now);
+    Step waitForChange(Time now) const;
+
+    FileIdentity m_seen;
+    /// The state of the file that was decoded in vain.
+    std::optional<FileIdentity> m_unreadable;
+    Time m_lastChange;
+    Time m_deadline;
+    bool m_lastTry = false;
+    size_t m_pauses = 0;
+};

@@ -1,0 +1,50 @@
+#include "imaging/HeldScreenshot.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+
+std::shared_ptr<HeldScreenshot> HeldScreenshot::hold(const QUrl &file, const OpenCount &openCount)
+{
+    const QString path = file.toLocalFile();
+    const std::optional<FileIdentity> identity = fileIdentity(path);
+    if (!identity)
+        return nullptr;
+    return std::shared_ptr<HeldScreenshot>(new HeldScreenshot(path, *identity, openCount));
+}
+
+HeldScreenshot::HeldScreenshot(const QString &path, const FileIdentity &identity,
+                               const OpenCount &openCount)
+    : m_path(path), m_identity(identity), m_openCount(openCount)
+{
+    if (m_openCount->fetch_add(1) < maximumOpen)
+        m_open = openIfSame(m_path);
+}
+
+HeldScreenshot::~HeldScreenshot()
+{
+    m_openCount->fetch_sub(1);
+}
+
+std::shared_ptr<OpenFile> HeldScreenshot::open() const
+{
+    if (m_open)
+        return m_open;
+    if (std::shared_ptr<OpenFile> file = openIfSame(m_path))
+        return file;
+    QDirIterator entries(QFileInfo(m_path).path(), QDir::Files | QDir::Hidden);
+    while (entries.hasNext()) {
+        if (std::shared_ptr<OpenFile> file = openIfSame(entries.next()))
+            return file;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<OpenFile> HeldScreenshot::openIfSame(const QString &path) const
+{
+    const std::optional<FileIdentity> standing = fileIdentity(path);
+    if (!standing || !standing->sameFile(m_identity))
+        return nullptr;
+    std::shared_ptr<OpenFile> file = OpenFile::open(path);
+    const std::optional<FileIdentity> opened = file ? file->identity() : std::nullopt;
+    return opened && opened->sameFile(m_identity) ? file : nullptr;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "imaging/OpenFile.h"
+
+#include <QUrl>
+
+#include <atomic>
+#include <memory>
+
+/// A screenshot file that can still be read when it has been renamed since. Any thread.
+///
+/// It is kept open as long as few others are; beyond that only its identity is kept, and the file
+/// is looked for under its old name and then in the folder.
+class HeldScreenshot
+{
+public:
+    /// How many files are kept open at most.
+    static constexpr int maximumOpen = 128;
+
+    /// The number of files that are kept open, common to all that share the bound.
+    using OpenCount = std::shared_ptr<std::atomic_int>;
+
+    /// Null when there is no regular file.
+    static std::shared_ptr<HeldScreenshot> hold(const QUrl &file, const OpenCount &openCount);
+    ~HeldScreenshot();
+    Q_DISABLE_COPY_MOVE(HeldScreenshot)
+
+    /// As it was when the hold began.
+    const FileIdentity &identity() const { return m_identity; }
+
+    /// The file, open for reading; null when it is gone or may not be read. Blocks.
+    std::shared_ptr<OpenFile> open() const;
+
+private:
+    HeldScreenshot(const QString &path, const FileIdentity &identity, const OpenCount &openCount);
+    std::shared_ptr<OpenFile> openIfSame(const QString &path) const;
+
+    QString m_path;
+    FileIdentity m_identity;
+    std::shared_ptr<OpenFile> m_open; ///< null beyond the bound
+    OpenCount m_openCount;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "imaging/OpenFile.h"
+
+#include <QImage>
+#include <QList>
+
+#include <chrono>
+
+/// The newest few decoded pictures, for a short while.
+class PictureCache
+{
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// How long a picture stays after its last use.
+    static constexpr std::chrono::seconds lifetime{5};
+    static constexpr qsizetype maximumPictures = 3;
+    /// Only the newest picture may be larger.
+    static constexpr qsizetype maximumBytes = 128'000'000;
+
+    void insert(const FileIdentity &identity, const QImage &picture, Time now);
+
+    /// The picture of this file in this state, or a null image. Counts as a use.
+    QImage find(const FileIdentity &identity, Time now);
+
+    /// Drops what has not been used for its lifetime.
+    void dropUnused(Time now);
+
+    bool isEmpty() const { return m_entries.isEmpty(); }
+
+private:
+    struct Entry {
+        FileIdentity identity;
+        QImage picture;
+        Time lastUse;
+    };
+    void dropSurplus();
+
+    QList<Entry> m_entries; ///< the last used one first
+};

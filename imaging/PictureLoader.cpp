@@ -1,0 +1,159 @@
+#include "imaging/PictureLoader.h"
+
+#include "imaging/decodeImage.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <limits>
+
+namespace
+{
+
+/// Before all decoding, so that decoded pictures do not pile up.
+constexpr int answerPriority = std::numeric_limits<int>::max();
+
+CompletionWait::Time now()
+{
+    return std::chrono::steady_clock::now();
+}
+
+/// Nothing for a file that is said to change in the future.
+std::chrono::milliseconds unchangedFor(const FileIdentity &identity)
+{
+    const qint64 changed = identity.statusChanged / 1'000'000;
+    return std::chrono::milliseconds(
+        std::max<qint64>(0, QDateTime::currentMSecsSinceEpoch() - changed));
+}
+
+} // namespace
+
+PictureLoader::PictureLoader(FileWriters &writers) : m_writers(writers), m_dropTimer(this)
+{
+    m_dropTimer.setSingleShot(true);
+    connect(&m_dropTimer, &QTimer::timeout, this, &PictureLoader::dropUnusedPictures);
+}
+
+PictureLoader::~PictureLoader()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+}
+
+void PictureLoader::load(const std::shared_ptr<HeldScreenshot> &file,
+                         const std::shared_ptr<PictureRequest> &request)
+{
+    const auto running = m_waits.find(keyOf(*file));
+    if (running != m_waits.end()) {
+        running->second->requests.push_back(request);
+        return;
+    }
+    const std::shared_ptr<OpenFile> open = file->open();
+    const std::optional<FileIdentity> identity = open ? open->identity() : std::nullopt;
+    if (!identity) {
+        request->answer({});
+        return;
+    }
+    const QImage picture = m_pictures.find(*identity, now());
+    if (!picture.isNull()) {
+        answer({request}, picture);
+        return;
+    }
+    const WaitPointer wait(
+        new Wait{file, CompletionWait(*identity, unchangedFor(*identity), now()), {request}});
+    m_waits.emplace(keyOf(*file), wait);
+    probe(wait);
+}
+
+PictureLoader::FileKey PictureLoader::keyOf(const HeldScreenshot &file)
+{
+    return {file.identity().device, file.identity().serial};
+}
+
+bool PictureLoader::isWanted(const Wait &wait)
+{
+    return std::any_of(wait.requests.begin(), wait.requests.end(),
+                       [](const auto &request) { return !request->isCanceled(); });
+}
+
+void PictureLoader::probe(const WaitPointer &wait)
+{
+    const OpenFilePointer file = isWanted(*wait) ? wait->file->open() : nullptr;
+    const std::optional<FileIdentity> identity = file ? file->identity() : std::nullopt;
+    if (!identity) {
+        finish(wait, {});
+        return;
+    }
+    const FileWriters::Answer answer = m_writers.writersOf(file->descriptor());
+    proceed(wait, wait->completion.probed(answer, *identity, now()), file);
+}
+
+void PictureLoader::decode(const WaitPointer &wait, const OpenFilePointer &file)
+{
+    const auto work = [this, wait, file] {
+        const QImage picture = decodeImage(file->descriptor());
+        QMetaObject::invokeMethod(this, [=, this] { decoded(wait, file, picture); });
+    };
+    m_pool.start(work, ++m_decodePriority);
+}
+
+void PictureLoader::decoded(const WaitPointer &wait, const OpenFilePointer &file,
+                            const QImage &picture)
+{
+    const std::optional<FileIdentity> identity = file->identity();
+    if (!identity) {
+        finish(wait, {});
+        return;
+    }
+    const CompletionWait::Step step = wait->completion.decoded(!picture.isNull(), *identity, now());
+    if (step == CompletionWait::Step::Finish) {
+        remember(*identity, picture);
+        finish(wait, picture);
+    } else {
+        proceed(wait, step, file);
+    }
+}
+
+void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step,
+                            const OpenFilePointer &file)
+{
+    if (step == CompletionWait::Step::Decode) {
+        decode(wait, file);
+    } else if (step == CompletionWait::Step::Wait) {
+        QTimer::singleShot(wait->completion.pause(), Qt::PreciseTimer, this,
+                           [this, wait] { probe(wait); });
+    } else {
+        finish(wait, {});
+    }
+}
+
+void PictureLoader::finish(const WaitPointer &wait, const QImage &picture)
+{
+    m_waits.erase(keyOf(*wait->file));
+    answer(wait->requests, picture);
+    wait->requests.clear();
+}
+
+void PictureLoader::answer(const Requests &requests, const QImage &picture)
+{
+    for (const std::shared_ptr<PictureRequest> &request : requests) {
+        if (request->kind() == PictureRequest::Kind::Thumbnail && !picture.isNull())
+            m_pool.start([request, picture] { request->answer(picture); }, answerPriority);
+        else
+            request->answer(picture);
+    }
+}
+
+void PictureLoader::remember(const FileIdentity &identity, const QImage &picture)
+{
+    m_pictures.insert(identity, picture, now());
+    if (!m_dropTimer.isActive())
+        m_dropTimer.start(PictureCache::lifetime);
+}
+
+void PictureLoader::dropUnusedPictures()
+{
+    m_pictures.dropUnused(now());
+    if (!m_pictures.isEmpty())
+        m_dropTimer.start(PictureCache::lifetime / 4);
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "imaging/CompletionWait.h"
+#include "imaging/HeldScreenshot.h"
+#include "imaging/PictureCache.h"
+#include "imaging/PictureRequest.h"
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+/// Waits for files to be complete, and has them decoded. Lives in a thread with an event loop,
+/// which it never blocks for long; decoding and scaling take place in a pool, the newest file
+/// first.
+class PictureLoader : public QObject
+{
+    Q_OBJECT
+public:
+    explicit PictureLoader(FileWriters &writers);
+    /// Drops all requests; waits for the pictures that are being decoded at this moment.
+    ~PictureLoader() override;
+
+    void load(const std::shared_ptr<HeldScreenshot> &file,
+              const std::shared_ptr<PictureRequest> &request);
+
+private:
+    using Requests = std::vector<std::shared_ptr<PictureRequest>>;
+
+    /// A file that is waited for, and all who wait for it.
+    struct Wait {
+        std::shared_ptr<HeldScreenshot> file;
+        CompletionWait completion;
+        Requests requests;
+    };
+    using WaitPointer = std::shared_ptr<Wait>;
+    using OpenFilePointer = std::shared_ptr<OpenFile>;
+    using FileKey = std::pair<quint64, quint64>;
+
+    static FileKey keyOf(const HeldScreenshot &file);
+    static bool isWanted(const Wait &wait);
+    void probe(const WaitPointer &wait);
+    void decode(const WaitPointer &wait, const OpenFilePointer &file);
+    void decoded(const WaitPointer &wait, const OpenFilePointer &file, const QImage &picture);
+    void proceed(const WaitPointer &wait, CompletionWait::Step step, const OpenFilePointer &file);
+    void finish(const WaitPointer &wait, const QImage &picture);
+    void answer(const Requests &requests, const QImage &picture);
+    void remember(const FileIdentity &identity, const QImage &picture);
+    void dropUnusedPictures();
+
+    FileWriters &m_writers;
+    std::map<FileKey, WaitPointer> m_waits;
+    PictureCache m_pictures;
+    QTimer m_dropTimer;
+    int m_decodePriority = 0;
+    QThreadPool m_pool;
+};

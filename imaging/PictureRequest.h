@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFuture>
+#include <QImage>
+#include <QPromise>
+#include <QSize>
+
+/// Somebody's wish for a picture. One that is dropped is answered with a null image. One thread at
+/// a time.
+class PictureRequest
+{
+public:
+    enum class Kind {
+        Picture,    ///< the whole picture
+        Thumbnail,  ///< the picture scaled down into bounds
+        Completion, ///< only that the wait is over
+    };
+
+    explicit PictureRequest(Kind kind, QSize bounds = {});
+    ~PictureRequest();
+    Q_DISABLE_COPY_MOVE(PictureRequest)
+
+    Kind kind() const { return m_kind; }
+    QFuture<QImage> future() const { return m_promise.future(); }
+    bool isCanceled() const { return m_promise.isCanceled(); }
+
+    /// Gives the asker of the picture what he asked for. Scaling takes its time.
+    void answer(const QImage &picture);
+
+private:
+    QImage wanted(const QImage &picture) const;
+
+    Kind m_kind;
+    QSize m_bounds;
+    bool m_answered = false;
+    QPromise<QImage> m_promise;
+};

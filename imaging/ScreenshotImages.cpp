@@ -1,0 +1,80 @@
+#include "imaging/ScreenshotImages.h"
+
+#include "imaging/PictureLoader.h"
+
+#include <QThread>
+
+class ScreenshotImages::Private
+{
+public:
+    explicit Private(FileWriters &writers) : m_loader(new PictureLoader(writers))
+    {
+        m_thread.setObjectName(QStringLiteral("velmora.screenshot-images"));
+        m_loader->moveToThread(&m_thread);
+        QObject::connect(&m_thread, &QThread::finished, m_loader, &QObject::deleteLater);
+        m_thread.start();
+    }
+
+    ~Private()
+    {
+        m_thread.quit();
+        m_thread.wait();
+    }
+
+    Held hold(const QUrl &file) { return HeldScreenshot::hold(file, m_openCount); }
+
+    QFuture<QImage> request(const Held &file, PictureRequest::Kind kind, QSize bounds = {})
+    {
+        const auto request = std::make_shared<PictureRequest>(kind, bounds);
+        if (file) {
+            QMetaObject::invokeMethod(
+                m_loader, [loader = m_loader, file, request] { loader->load(file, request); },
+                Qt::QueuedConnection);
+        }
+        return request->future();
+    }
+
+    QFuture<void> completion(const Held &file)
+    {
+        return request(file, PictureRequest::Kind::Completion).then([](const QImage &) {});
+    }
+
+private:
+    HeldScreenshot::OpenCount m_openCount = std::make_shared<std::atomic_int>(0);
+    QThread m_thread;
+    PictureLoader *m_loader; ///< deleted by its own thread, at its end
+};
+
+ScreenshotImages::ScreenshotImages(FileWriters &writers) : d(std::make_unique<Private>(writers)) {}
+
+ScreenshotImages::~ScreenshotImages() = default;
+
+QFuture<QImage> ScreenshotImages::image(const QUrl &file)
+{
+    return image(hold(file));
+}
+
+QFuture<QImage> ScreenshotImages::thumbnail(const QUrl &file, QSize bounds)
+{
+    return d->request(hold(file), PictureRequest::Kind::Thumbnail, bounds);
+}
+
+QFuture<void> ScreenshotImages::completion(const QUrl &file)
+{
+    return completion(hold(file));
+}
+
+ScreenshotImages::Held ScreenshotImages::hold(const QUrl &file)
+{
+    return d->hold(file);
+}
+
+QFuture<QImage> ScreenshotImages::image(const Held &file)
+{
+    return d->request(file, PictureRequest::Kind::Picture);
+}
+
+QFuture<void> ScreenshotImages::completion(const Held &file)
+{
+    return d->completion(file);
+}
