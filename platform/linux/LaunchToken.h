@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+/// The desktop's leave for a program that the user has just launched to come to the front. A value;
+/// main thread.
+struct LaunchToken {
+    QString activationToken; ///< on Wayland
+    QString startupId;       ///< on X11
+
+    /// What this process was launched with.
+    static LaunchToken ofThisProcess();
+
+    /// As `org.freedesktop.Application` passes it on.
+    static LaunchToken fromPlatformData(const QVariantMap &data);
+    QVariantMap platformData() const;
+
+    /// Puts the token where the next window of this process that comes to the front finds it.
+    void adopt() const;
+
+    bool operator==(const LaunchToken &) const = default;
+};

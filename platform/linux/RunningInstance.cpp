@@ -1,0 +1,48 @@
+#include "platform/RunningInstance.h"
+
+#include "platform/linux/ApplicationOnBus.h"
+#include "platform/linux/ApplicationOnSocket.h"
+#include "platform/linux/LaunchToken.h"
+
+namespace
+{
+
+/// By the session bus; where there is none, by a lock and a socket.
+class LinuxRunningInstance : public RunningInstance
+{
+public:
+    LinuxRunningInstance()
+    {
+        const auto reopen = [this](const LaunchToken &token) {
+            token.adopt();
+            Q_EMIT reopened();
+        };
+        connect(&m_onBus, &ApplicationOnBus::activated, this, reopen);
+        connect(&m_onSocket, &ApplicationOnSocket::activated, this, reopen);
+        connect(&m_onBus, &ApplicationOnBus::actionActivated, this,
+                [this](const QString &name, const LaunchToken &token) {
+                    token.adopt();
+                    Q_EMIT actionRequested(name);
+                });
+    }
+
+    bool claim() override
+    {
+        const LaunchToken token = LaunchToken::ofThisProcess();
+        const ApplicationOnBus::Claim onBus = m_onBus.claim(token);
+        if (onBus != ApplicationOnBus::Claim::Impossible)
+            return onBus == ApplicationOnBus::Claim::Ours;
+        return m_onSocket.claim(token) != ApplicationOnSocket::Claim::Theirs;
+    }
+
+private:
+    ApplicationOnBus m_onBus;
+    ApplicationOnSocket m_onSocket;
+};
+
+} // namespace
+
+std::unique_ptr<RunningInstance> makeRunningInstance()
+{
+    return std::make_unique<LinuxRunningInstance>();
+}
