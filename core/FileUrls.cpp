@@ -69,20 +69,21 @@ bool exists(const QUrl &url)
     return QFileInfo::exists(url.toLocalFile());
 }
 
-QUrl freeUrl(const QUrl &wanted)
+QUrl numbered(const QUrl &wanted, int counter)
 {
-    if (!exists(wanted))
-        return wanted;
     const QString name = lastPathComponent(wanted);
-    const QString base = baseName(name);
     const QString extension = pathExtension(name);
     const QString suffix = extension.isEmpty() ? QString() : QLatin1Char('.') + extension;
-    for (int counter = 2;; ++counter) {
-        const QUrl candidate = child(parentFolder(wanted),
-                                     base + QLatin1Char('-') + QString::number(counter) + suffix);
-        if (!exists(candidate))
-            return candidate;
-    }
+    return child(parentFolder(wanted),
+                 baseName(name) + QLatin1Char('-') + QString::number(counter) + suffix);
+}
+
+QUrl freeUrl(const QUrl &wanted)
+{
+    QUrl candidate = wanted;
+    for (int counter = 2; exists(candidate); ++counter)
+        candidate = numbered(wanted, counter);
+    return candidate;
 }
 
 } // namespace FileUrls

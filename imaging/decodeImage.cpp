@@ -34,7 +34,7 @@ const char *qtFormat(const QByteArray &bytes)
     return nullptr;
 }
 
-QImage decodeWithQt(QByteArray &bytes, const char *format)
+QImage decodeWithQt(const QByteArray &bytes, const char *format)
 {
     // The limit is the process's; the pixels are counted below because not every format heeds it.
     static const bool limited = [] {
@@ -42,7 +42,8 @@ QImage decodeWithQt(QByteArray &bytes, const char *format)
         return true;
     }();
     Q_UNUSED(limited)
-    QBuffer buffer(&bytes);
+    QBuffer buffer;
+    buffer.setData(bytes);
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
@@ -61,16 +62,6 @@ QImage withoutDeepChannels(QImage image)
                                                          : QImage::Format_RGB32);
 }
 
-QImage decode(QByteArray bytes)
-{
-    if (const char *format = qtFormat(bytes)) {
-        if (qstrcmp(format, "jpeg") == 0 && !reachesJpegEnd(bytes))
-            return {};
-        return withoutDeepChannels(decodeWithQt(bytes, format));
-    }
-    return isHeic(bytes) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
-}
-
 } // namespace
 
 QImage decodeImage(const QUrl &file)
@@ -81,6 +72,16 @@ QImage decodeImage(const QUrl &file)
 
 QImage decodeImage(int descriptor)
 {
-    std::optional<QByteArray> bytes = readWhole(descriptor, maximumPictureFileSize);
-    return bytes ? decode(std::move(*bytes)) : QImage();
+    const std::optional<QByteArray> bytes = readWhole(descriptor, maximumPictureFileSize);
+    return bytes ? decodeImage(*bytes) : QImage();
+}
+
+QImage decodeImage(const QByteArray &bytes)
+{
+    if (const char *format = qtFormat(bytes)) {
+        if (qstrcmp(format, "jpeg") == 0 && !reachesJpegEnd(bytes))
+            return {};
+        return withoutDeepChannels(decodeWithQt(bytes, format));
+    }
+    return isHeic(bytes) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
 }

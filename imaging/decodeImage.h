@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QUrl>
 
@@ -19,3 +20,6 @@ QImage decodeImage(const QUrl &file);
 
 /// The same from an open descriptor, which stays the caller's; its position does not matter.
 QImage decodeImage(int descriptor);
+
+/// The same from a picture file's bytes.
+QImage decodeImage(const QByteArray &bytes);

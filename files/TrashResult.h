@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QUrl>
+
+/// Where a trashed file was and where it lies in the trash, standardised.
+struct TrashResult {
+    QUrl originalURL;
+    QUrl trashedURL;
+
+    bool operator==(const TrashResult &) const = default;
+};

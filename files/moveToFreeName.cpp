@@ -1,0 +1,18 @@
+#include "files/moveToFreeName.h"
+
+#include "core/FileUrls.h"
+#include "core/moveFile.h"
+
+MovedFile moveToFreeName(const QUrl &source, const QUrl &wanted)
+{
+    QUrl candidate = wanted;
+    for (int counter = 2;; ++counter) {
+        // A copy to another file system is only begun where it has a chance.
+        const std::error_code error = FileUrls::exists(candidate)
+                                          ? std::make_error_code(std::errc::file_exists)
+                                          : moveFile(source, candidate);
+        if (error != std::errc::file_exists)
+            return {error, error ? source : candidate};
+        candidate = FileUrls::numbered(wanted, counter);
+    }
+}
