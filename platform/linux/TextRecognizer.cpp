@@ -1,0 +1,44 @@
+#include "platform/TextRecognizer.h"
+
+#include "platform/linux/text/EnginePool.h"
+#include "platform/linux/text/LineFinder.h"
+#include "platform/linux/text/LineReader.h"
+#include "platform/linux/text/LocaleModels.h"
+#include "platform/linux/text/PictureLevels.h"
+#include "platform/linux/text/ReadingOrder.h"
+
+namespace
+{
+
+/// Lines are found over the whole picture first, which takes some milliseconds, and then read one
+/// by one, which takes nearly all the time.
+class LineByLineRecognizer : public TextRecognizer
+{
+public:
+    void recognize(const QImage &image, const LineHandler &onLine,
+                   const Cancelled &cancelled) override
+    {
+        const QImage picture = opaquePicture(image);
+        if (picture.isNull())
+            return;
+        const std::vector<TextLine> lines = inReadingOrder(findLines(picture, cancelled));
+        const EnginePool::Lease engine = m_engines.take();
+        LineReader reader(*engine, picture);
+        for (const TextLine &line : lines) {
+            if (!reader.read(line, onLine, cancelled))
+                return;
+        }
+    }
+
+    void warmUp() override { m_engines.take(); }
+
+private:
+    EnginePool m_engines{localeModels(QLocale::system())};
+};
+
+} // namespace
+
+std::unique_ptr<TextRecognizer> makeTextRecognizer()
+{
+    return std::make_unique<LineByLineRecognizer>();
+}

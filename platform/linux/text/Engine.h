@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+/// A word as the engine reads it. Confidences are shares of 1.
+struct ReadWord {
+    QString text;
+    double confidence = 0;
+    /// That of the letter which it is least sure of.
+    double weakestLetter = 0;
+    bool inDictionary = false;
+    /// In the pixels of the picture that was read.
+    QRect box;
+};
+
+/// One text recognition engine with its models: about 20 MB, 60 ms to make. Used by one thread at
+/// a time, and keeps to that thread.
+class Engine
+{
+public:
+    /// An engine with the English model and, where they are installed, those of `languages` (the
+    /// engine's names, such as "deu"). Without any model it reads nothing.
+    explicit Engine(const QStringList &languages);
+    ~Engine();
+
+    /// The words of a picture of one line, dark on white.
+    std::vector<ReadWord> read(const QImage &line);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/linux/text/Engine.h"
+#include "platform/linux/text/TextLine.h"
+
+#include <QImage>
+
+#include <functional>
+
+/// Reads lines piece by piece with one engine.
+class LineReader
+{
+public:
+    /// Takes the words of one piece, joined by spaces; returns whether more is wanted.
+    using PieceHandler = std::function<bool(const QString &text)>;
+
+    /// `picture` is what `opaquePicture` gives. Both must outlive the reader.
+    LineReader(Engine &engine, const QImage &picture);
+
+    /// Hands over the line's real words from left to right. Returns whether more is wanted.
+    bool read(const TextLine &line, const PieceHandler &onPiece,
+              const std::function<bool()> &cancelled);
+
+private:
+    QString readPiece(const QRect &area, int letterHeight);
+
+    Engine &m_engine;
+    const QImage &m_picture;
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QLocale>
+#include <QStringList>
+
+/// The engine's names of the models for a locale's languages, such as "deu" for German. Empty for
+/// English, which is always read.
+QStringList localeModels(const QLocale &locale);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/linux/text/TextLine.h"
+
+#include <vector>
+
+/// The lines as a reader takes them: blocks of lines that stand closely one below the other (a
+/// paragraph, a card, a column of a list), each block whole, from the top of the picture to its
+/// bottom and from left to right where blocks begin at the same height.
+std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines);

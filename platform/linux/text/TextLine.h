@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QRect>
+
+#include <vector>
+
+/// One line of text, or the part of it that stands in one column, as it lies in the picture.
+/// All in the picture's pixels.
+struct TextLine {
+    /// From the highest ascender to the lowest descender, from the first letter to the last.
+    QRect box;
+    /// The height of its letters: of a capital, or of the small letters where there is none.
+    int letterHeight = 0;
+    /// The runs of letters between word gaps, left to right. What stands closer is one word.
+    std::vector<QRect> words;
+};
