@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+
+#include <sys/stat.h>
+
+/// A wall-clock moment to the nanosecond, as file systems keep it. Moments of a damaged file
+/// system are clamped to the years 1684 to 2255, so that adding or taking minutes never overflows.
+using FileTime = std::chrono::sys_time<std::chrono::nanoseconds>;
+
+namespace FileTimes
+{
+
+/// Before every moment that a file can bear.
+constexpr FileTime distantPast = FileTime::min();
+
+FileTime now();
+
+/// When the entry's content was last modified, by its own status: a symbolic link's own date.
+FileTime modified(const struct stat &status);
+
+/// When the entry's status was last changed: also by a new name.
+FileTime changed(const struct stat &status);
+
+} // namespace FileTimes

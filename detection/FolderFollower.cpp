@@ -1,0 +1,66 @@
+#include "detection/FolderFollower.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+
+FolderFollower::FolderFollower(const QUrl &folder, std::unique_ptr<FolderEvents> events)
+    : m_path(QFile::encodeName(QDir::cleanPath(folder.toLocalFile())))
+    , m_listing(folder)
+    , m_events(std::move(events))
+{
+    connect(m_events.get(), &FolderEvents::entriesChanged, this, [this](const QStringList &names) {
+        m_listing.entriesChanged(names);
+        Q_EMIT stirred();
+    });
+    connect(m_events.get(), &FolderEvents::listAgain, this, [this] {
+        m_listing.listAgain();
+        Q_EMIT stirred();
+    });
+    connect(m_events.get(), &FolderEvents::folderGone, this, [this] {
+        m_coverage = FolderEvents::Coverage::Nothing;
+        Q_EMIT stirred();
+    });
+}
+
+FolderFollower::~FolderFollower() = default;
+
+bool FolderFollower::look(FileTime now)
+{
+    const Identity identity = identityOfFolder();
+    if (m_events && (m_coverage == FolderEvents::Coverage::Nothing || identity != m_armed))
+        arm(identity);
+    return m_listing.look(now);
+}
+
+void FolderFollower::release()
+{
+    m_events.reset();
+    m_coverage = FolderEvents::Coverage::Nothing;
+    m_listing.setTold(false);
+}
+
+/// A default one where no folder can be reached.
+FolderFollower::Identity FolderFollower::identityOfFolder() const
+{
+    struct stat status = {};
+    if (::stat(m_path.constData(), &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino};
+}
+
+/// Armed for certain only when the path led to one folder before and after; the next look tries
+/// again otherwise.
+void FolderFollower::arm(const Identity &identity)
+{
+    m_coverage = FolderEvents::Coverage::Nothing;
+    if (identity == Identity())
+        m_events->disarm();
+    else
+        m_coverage = m_events->arm(QFile::decodeName(m_path));
+    if (identityOfFolder() != identity)
+        m_coverage = FolderEvents::Coverage::Nothing;
+    m_armed = identity;
+    m_listing.setTold(m_coverage == FolderEvents::Coverage::All);
+}

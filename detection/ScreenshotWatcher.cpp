@@ -1,0 +1,87 @@
+#include "detection/ScreenshotWatcher.h"
+
+#include "core/VelmoraLog.h"
+#include "detection/ScreenshotScanner.h"
+
+#include <QDeadlineTimer>
+#include <QSemaphore>
+#include <QThread>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// About one frame of the screen: long enough to list thousands of files.
+constexpr auto longestWaitForSnapshot = 20ms;
+
+/// A listing on a dead network folder may never end; the program goes on without its thread.
+constexpr auto longestWaitForThread = 1s;
+
+/// What start() and the snapshot have to tell each other.
+struct Start {
+    QSemaphore done;
+    std::atomic_bool late = false;
+};
+
+} // namespace
+
+ScreenshotWatcher::ScreenshotWatcher(
+    const QUrl &folderURL, std::function<void(const QUrl &)> onNewScreenshot,
+    std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents, QObject *parent)
+    : QObject(parent)
+    , m_onNewScreenshot(std::move(onNewScreenshot))
+    , m_thread(new QThread)
+    , m_scanner(new ScreenshotScanner(folderURL, FileTimes::now(), std::move(makeFolderEvents)))
+{
+    m_thread->setObjectName(QStringLiteral("velmora.screenshot-watcher"));
+    m_scanner->moveToThread(m_thread);
+    connect(m_thread, &QThread::finished, m_scanner, &QObject::deleteLater);
+    const auto report = [this](const QUrl &url) {
+        // A copy, since the callback may end the watcher.
+        const auto callback = m_onNewScreenshot;
+        callback(url);
+    };
+    connect(m_scanner, &ScreenshotScanner::newScreenshot, this, report, Qt::QueuedConnection);
+}
+
+ScreenshotWatcher::~ScreenshotWatcher()
+{
+    if (!m_thread->isRunning()) {
+        delete m_scanner;
+        delete m_thread;
+        return;
+    }
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_thread->quit();
+    if (m_thread->wait(QDeadlineTimer(longestWaitForThread)))
+        delete m_thread;
+}
+
+void ScreenshotWatcher::start()
+{
+    VelmoraLog::write(QStringLiteral("watcher start"));
+    const FileTime now = FileTimes::now();
+    const auto start = std::make_shared<Start>();
+    QMetaObject::invokeMethod(
+        m_scanner,
+        [scanner = m_scanner, now, start] {
+            scanner->start(now, start->late);
+            start->done.release();
+        },
+        Qt::QueuedConnection);
+    m_thread->start();
+    start->late = !start->done.tryAcquire(1, static_cast<int>(longestWaitForSnapshot.count()));
+}
+
+void ScreenshotWatcher::stop()
+{
+    QMetaObject::invokeMethod(
+        m_scanner, [scanner = m_scanner] { scanner->stop(); }, Qt::QueuedConnection);
+}
+
+void ScreenshotWatcher::ignore(const QUrl &url)
+{
+    QMetaObject::invokeMethod(
+        m_scanner, [scanner = m_scanner, url] { scanner->ignore(url); }, Qt::QueuedConnection);
+}

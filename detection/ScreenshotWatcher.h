@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/FolderEvents.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+class QThread;
+class ScreenshotScanner;
+
+/// Calls its owner once for every image file that newly appears in one folder after the watcher
+/// was made. The folder need not exist. Never fails: a folder that can't be listed holds nothing,
+/// one without events is listed ten times a second.
+///
+/// All listing happens on a thread of its own, "velmora.screenshot-watcher". Lives on the main
+/// thread. Started and stopped once; another folder takes another watcher.
+class ScreenshotWatcher : public QObject
+{
+    Q_OBJECT
+public:
+    /// @param folderURL the watched folder, fixed
+    /// @param onNewScreenshot called on the main thread with each new file's standardised URL, each
+    ///        call from the event loop of its own; never after the watcher is gone
+    /// @param makeFolderEvents called on the watcher's thread
+    ScreenshotWatcher(const QUrl &folderURL, std::function<void(const QUrl &)> onNewScreenshot,
+                      std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents,
+                      QObject *parent = nullptr);
+    ~ScreenshotWatcher() override;
+
+    /// The files that are there now are known; what comes after the return is new. Waits a moment
+    /// for the listing of the folder, but not for a large or slow one.
+    void start();
+
+    /// Soon after, no descriptor is open and no tick comes. A rescan that is under way and calls
+    /// that are queued still happen.
+    void stop();
+
+    /// The file is never reported, wherever it is now and whether or not it exists. Any thread.
+    void ignore(const QUrl &url);
+
+private:
+    std::function<void(const QUrl &)> m_onNewScreenshot;
+    QThread *m_thread;
+    ScreenshotScanner *m_scanner;
+};

@@ -1,0 +1,85 @@
+#include "platform/FolderEvents.h"
+
+#include "platform/linux/FileSystemKind.h"
+#include "platform/linux/InotifyQueue.h"
+
+#include <QFile>
+#include <QTimer>
+
+#include <chrono>
+
+#include <sys/inotify.h>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr uint32_t presenceMask =
+    IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr uint32_t contentMask = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB;
+
+/// A large file that is being written makes thousands of content events a second.
+constexpr auto pauseBetweenContentReads = 20ms;
+
+/// What comes and goes is told at once. What is written comes in storms, so it has a queue of its
+/// own that is read at most once a pause, and never delays the other.
+class InotifyFolderEvents : public FolderEvents
+{
+public:
+    InotifyFolderEvents()
+    {
+        m_pause.setSingleShot(true);
+        m_pause.setTimerType(Qt::PreciseTimer);
+        m_pause.setInterval(pauseBetweenContentReads);
+        connect(&m_presence, &InotifyQueue::readable, this, [this] { tell(m_presence.read()); });
+        connect(&m_content, &InotifyQueue::readable, this, [this] {
+            m_content.setListening(false);
+            m_pause.start();
+            tell(m_content.read());
+        });
+        connect(&m_pause, &QTimer::timeout, this, [this] { m_content.setListening(true); });
+    }
+
+    Coverage arm(const QString &folder) override
+    {
+        disarm();
+        const QByteArray path = QFile::encodeName(folder);
+        if (!m_presence.open(path, presenceMask))
+            return Coverage::Nothing;
+        const bool contentIsTold = m_content.open(path, contentMask);
+        return contentIsTold && tellsEveryChange(path) ? Coverage::All : Coverage::Some;
+    }
+
+    void disarm() override
+    {
+        m_presence.close();
+        m_content.close();
+        m_pause.stop();
+    }
+
+private:
+    void tell(const InotifyQueue::News &news)
+    {
+        if (news.folderGone) {
+            disarm();
+            Q_EMIT folderGone();
+            return;
+        }
+        if (news.lost)
+            Q_EMIT listAgain();
+        if (!news.names.isEmpty())
+            Q_EMIT entriesChanged(QStringList(news.names.cbegin(), news.names.cend()));
+    }
+
+    InotifyQueue m_presence;
+    InotifyQueue m_content;
+    QTimer m_pause;
+};
+
+} // namespace
+
+std::unique_ptr<FolderEvents> makeFolderEvents()
+{
+    return std::make_unique<InotifyFolderEvents>();
+}

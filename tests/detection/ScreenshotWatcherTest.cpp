@@ -1,0 +1,284 @@
+#include "detection/ScreenshotWatcher.h"
+
+#include "tests/detection/FolderActions.h"
+#include "tests/detection/Watched.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSemaphore>
+#include <QTemporaryDir>
+
+using namespace std::chrono_literals;
+using FolderActions::moveIn;
+using FolderActions::write;
+
+namespace
+{
+
+qsizetype openInotifyDescriptors()
+{
+    const QStringList all =
+        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files);
+    return std::count_if(all.begin(), all.end(), [](const QString &number) {
+        return QFile::symLinkTarget(QStringLiteral("/proc/self/fd/") + number)
+            .contains(QStringLiteral("inotify"));
+    });
+}
+
+} // namespace
+
+class ScreenshotWatcherTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        QVERIFY(QDir().mkpath(m_folder));
+    }
+
+    void aNewFileIsReportedOnce()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png"}));
+        QVERIFY(watched.everyCallWasOnTheMainThread());
+    }
+
+    void aNewFileIsReportedWithItsStandardisedUrl()
+    {
+        Watched watched(m_directory->path() + QStringLiteral("/./Shots//"));
+        watched->start();
+        QVERIFY(write(inFolder("100% a#b?.png")));
+        QTRY_COMPARE(watched.urls(),
+                     QList<QUrl>(1, QUrl::fromLocalFile(inFolder("100% a#b?.png"))));
+    }
+
+    void everyFileOfABurstIsReportedOnce()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QStringList written;
+        for (int i = 0; i < 200; ++i) {
+            written.append(QStringLiteral("shot %1.png").arg(i));
+            QVERIFY(write(m_folder + u'/' + written.last()));
+        }
+        QTRY_VERIFY(watched.names().size() >= written.size());
+        letAllScansPass();
+        QStringList reported = watched.names();
+        reported.sort();
+        written.sort();
+        QCOMPARE(reported, written);
+    }
+
+    void aFileThatIsThereAtTheStartIsKnown()
+    {
+        QVERIFY(write(inFolder("before.png")));
+        Watched watched(m_folder);
+        QVERIFY(write(inFolder("between.png")));
+        watched->start();
+        QVERIFY(write(inFolder("after.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"after.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"after.png"}));
+    }
+
+    void aFileModifiedUpToTwoSecondsBeforeTheWatcherWasMadeIsReported()
+    {
+        Watched watched(m_folder);
+        const FileTime made = FileTimes::now();
+        watched->start();
+        QVERIFY(moveIn(inFolder("too old.png"), made - 2500ms));
+        QVERIFY(moveIn(inFolder("young.png"), made - 1500ms));
+        QTRY_COMPARE(watched.names(), fileNames({"young.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"young.png"}));
+    }
+
+    void aFileCopiedInWithADateOfLongAgoIsNeverReported()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(moveIn(inFolder("old.png"), FileTimes::now() - 200s));
+        QVERIFY(write(inFolder("new.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"new.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"new.png"}));
+    }
+
+    void aFileIgnoredBeforeItAppearsIsNeverReported()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        watched->ignore(QUrl::fromLocalFile(m_folder + QStringLiteral("/./ours.png")));
+        QVERIFY(write(inFolder("ours.png")));
+        QVERIFY(write(inFolder("theirs.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"theirs.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"theirs.png"}));
+    }
+
+    void aFileIgnoredBeforeTheStartIsNeverReported()
+    {
+        Watched watched(m_folder);
+        watched->ignore(QUrl::fromLocalFile(inFolder("ours.png")));
+        watched->start();
+        QVERIFY(write(inFolder("ours.png")));
+        QVERIFY(write(inFolder("theirs.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"theirs.png"}));
+    }
+
+    void aFileIgnoredAfterItWasReportedIsNotReportedAgain()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        watched->ignore(QUrl::fromLocalFile(inFolder("a.png")));
+        QVERIFY(write(inFolder("a.png"), "another picture"));
+        letAllScansPass();
+        QVERIFY(QFile::remove(inFolder("a.png")));
+        letAllScansPass();
+        QVERIFY(write(inFolder("a.png"), "a third picture"));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void filesThatLandInOneScanAreReportedByNameEachInACallOfItsOwn()
+    {
+        QVERIFY(QDir().rmdir(m_folder));
+        const QString prepared = m_directory->path() + QStringLiteral("/prepared");
+        QVERIFY(QDir().mkdir(prepared));
+        for (const char *name : {"/b.png", "/c.png", "/a.png"})
+            QVERIFY(write(prepared + QLatin1String(name)));
+        QStringList history;
+        ScreenshotWatcher watcher(
+            QUrl::fromLocalFile(m_folder),
+            [&history](const QUrl &url) { history.append(FileUrls::lastPathComponent(url)); },
+            makeFolderEvents);
+        EventRecorder recorder(history);
+        watcher.installEventFilter(&recorder);
+        watcher.start();
+        QVERIFY(QDir().rename(prepared, m_folder));
+        QTRY_COMPARE(history, fileNames({"event", "a.png", "event", "b.png", "event", "c.png"}));
+    }
+
+    void aTifFileIsNeverReported()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.tif")));
+        QVERIFY(write(inFolder(".hidden.png")));
+        QVERIFY(write(inFolder("b.TIFF")));
+        QTRY_COMPARE(watched.names(), fileNames({"b.TIFF"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"b.TIFF"}));
+    }
+
+    void aFileWhoseNameIsNotUtf8IsPassedOver()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        const QByteArray path = QFile::encodeName(m_folder) + "/bad\xff.png";
+        FILE *const file = std::fopen(path.constData(), "w");
+        QVERIFY(file);
+        std::fclose(file);
+        QVERIFY(write(inFolder("good.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"good.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"good.png"}));
+    }
+
+    void afterTheStopNoDescriptorIsOpenAndNothingIsReported()
+    {
+        const qsizetype before = openInotifyDescriptors();
+        Watched watched(m_folder);
+        watched->start();
+        QTRY_VERIFY(openInotifyDescriptors() > before);
+        watched->stop();
+        QTRY_COMPARE(openInotifyDescriptors(), before);
+        QVERIFY(write(inFolder("late.png")));
+        letAllScansPass();
+        QCOMPARE(watched.names(), QStringList());
+    }
+
+    void aWatcherThatWasNeverStartedLeavesQuietly()
+    {
+        Watched watched(m_folder);
+        watched->stop();
+    }
+
+    void nothingIsCalledOnceTheWatcherIsGone()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        // The main thread hears nothing meanwhile, so the report is queued.
+        QSemaphore never;
+        QVERIFY(!never.tryAcquire(1, 300));
+        watched.reset();
+        letAllScansPass();
+        QCOMPARE(watched.names(), QStringList());
+    }
+
+    void theCallbackMayEndTheWatcher()
+    {
+        QStringList reported;
+        std::unique_ptr<ScreenshotWatcher> watcher;
+        const QString mark = QStringLiteral("alive");
+        watcher = std::make_unique<ScreenshotWatcher>(
+            QUrl::fromLocalFile(m_folder),
+            [&reported, &watcher, mark](const QUrl &) {
+                watcher.reset();
+                reported.append(mark);
+            },
+            makeFolderEvents);
+        watcher->start();
+        QVERIFY(write(inFolder("a.png")));
+        QVERIFY(write(inFolder("b.png")));
+        QTRY_COMPARE(reported, QStringList(mark));
+        letAllScansPass();
+        QCOMPARE(reported, QStringList(mark));
+    }
+
+    void theStartIsLogged()
+    {
+        QFile log(QStringLiteral("/tmp/Velmora.log"));
+        const qint64 before = log.size();
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(log.open(QIODevice::ReadOnly) && log.seek(before));
+        QVERIFY(log.readAll().contains(" watcher start\n"));
+    }
+
+private:
+    /// Notes each event that reaches the watcher.
+    class EventRecorder : public QObject
+    {
+    public:
+        explicit EventRecorder(QStringList &history) : m_history(history) {}
+
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::MetaCall)
+                m_history.append(QStringLiteral("event"));
+            return false;
+        }
+
+    private:
+        QStringList &m_history;
+    };
+
+    QString inFolder(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_folder;
+};
+
+QTEST_GUILESS_MAIN(ScreenshotWatcherTest)
+#include "ScreenshotWatcherTest.moc"

@@ -1,0 +1,233 @@
+#include "detection/ScreenshotWatcher.h"
+
+#include "tests/detection/FolderActions.h"
+#include "tests/detection/Watched.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSemaphore>
+#include <QTemporaryDir>
+
+using namespace std::chrono_literals;
+using FolderActions::moveIn;
+using FolderActions::write;
+
+namespace
+{
+
+/// Events of a system that has none, or that says so little.
+class PoorFolderEvents : public FolderEvents
+{
+public:
+    explicit PoorFolderEvents(Coverage coverage) : m_coverage(coverage) {}
+
+    Coverage arm(const QString &) override { return m_coverage; }
+    void disarm() override {}
+
+private:
+    Coverage m_coverage;
+};
+
+/// Events whose system does not answer before somebody releases it.
+class HangingFolderEvents : public PoorFolderEvents
+{
+public:
+    explicit HangingFolderEvents(QSemaphore &released)
+        : PoorFolderEvents(Coverage::Some), m_released(released)
+    {
+    }
+
+    Coverage arm(const QString &folder) override
+    {
+        m_released.acquire();
+        return PoorFolderEvents::arm(folder);
+    }
+
+private:
+    QSemaphore &m_released;
+};
+
+} // namespace
+
+/// What becomes of the watched folder itself.
+class WatchedFolderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        QVERIFY(QDir().mkpath(m_folder));
+    }
+
+    void aFolderThatIsMissingAtTheStartIsWatchedWhenItComes()
+    {
+        QVERIFY(QDir().rmdir(m_folder));
+        Watched watched(m_folder);
+        watched->start();
+        letAllScansPass();
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void aFolderThatVanishesAndReturnsIsWatchedAgain()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(QDir(m_folder).removeRecursively());
+        letAllScansPass();
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        QVERIFY(QDir(m_folder).removeRecursively());
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("b.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png", "b.png"}));
+    }
+
+    void aFolderThatIsMovedAwayAndReplacedIsNotWatchedAtItsNewPlace()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        const QString away = m_directory->path() + QStringLiteral("/away");
+        QVERIFY(QDir().rename(m_folder, away));
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(away + QStringLiteral("/elsewhere.png")));
+        QVERIFY(write(inFolder("here.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"here.png"}));
+        QVERIFY(write(inFolder("here too.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"here.png", "here too.png"}));
+    }
+
+    void aFolderWhoseParentIsRenamedIsGoneUntilItReturns()
+    {
+        const QString parent = m_directory->path() + QStringLiteral("/parent");
+        const QString folder = parent + QStringLiteral("/inner");
+        QVERIFY(QDir().mkpath(folder));
+        Watched watched(folder);
+        watched->start();
+        QVERIFY(QDir().rename(parent, parent + QStringLiteral("2")));
+        letAllScansPass();
+        QVERIFY(write(parent + QStringLiteral("2/inner/away.png")));
+        letAllScansPass();
+        QCOMPARE(watched.names(), QStringList());
+        QVERIFY(QDir().rename(parent + QStringLiteral("2"), parent));
+        QTRY_COMPARE(watched.names(), fileNames({"away.png"}));
+        QVERIFY(write(folder + QStringLiteral("/back.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"away.png", "back.png"}));
+    }
+
+    void aLinkToAFolderIsFollowedWhereverItLeads()
+    {
+        const QString link = m_directory->path() + QStringLiteral("/link");
+        const QString other = m_directory->path() + QStringLiteral("/other");
+        QVERIFY(QDir().mkdir(other));
+        QVERIFY(FolderActions::symlink(m_folder, link));
+        Watched watched(link);
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.urls(),
+                     QList<QUrl>(1, QUrl::fromLocalFile(link + QStringLiteral("/a.png"))));
+        QVERIFY(QFile::remove(link));
+        QVERIFY(FolderActions::symlink(other, link));
+        QVERIFY(write(other + QStringLiteral("/b.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png", "b.png"}));
+        QVERIFY(write(inFolder("c.png")));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png", "b.png"}));
+    }
+
+    void aFileInThePlaceOfTheFolderHoldsNothing()
+    {
+        QVERIFY(QDir().rmdir(m_folder));
+        QVERIFY(write(m_folder));
+        Watched watched(m_folder);
+        watched->start();
+        letAllScansPass();
+        QVERIFY(QFile::remove(m_folder));
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void aPlaceThatIsNoLocalFolderHoldsNothing()
+    {
+        bool called = false;
+        ScreenshotWatcher watcher(
+            QUrl(QStringLiteral("smb://server/share")), [&called](const QUrl &) { called = true; },
+            makeFolderEvents);
+        watcher.start();
+        letAllScansPass();
+        QVERIFY(!called);
+    }
+
+    void aFolderIsWatchedByTicksWhereTheSystemTellsLittle_data()
+    {
+        QTest::addColumn<FolderEvents::Coverage>("coverage");
+        QTest::newRow("nothing") << FolderEvents::Coverage::Nothing;
+        QTest::newRow("some") << FolderEvents::Coverage::Some;
+    }
+
+    void aFolderIsWatchedByTicksWhereTheSystemTellsLittle()
+    {
+        QFETCH(FolderEvents::Coverage, coverage);
+        QVERIFY(write(inFolder("before.png")));
+        Watched watched(m_folder,
+                        [coverage] { return std::make_unique<PoorFolderEvents>(coverage); });
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        QVERIFY(QDir(m_folder).removeRecursively());
+        letAllScansPass();
+        QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("b.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png", "b.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png", "b.png"}));
+    }
+
+    void aSlowFolderKeepsNobodyWaitingAndStillTellsOldFromNew()
+    {
+        QVERIFY(write(inFolder("before.png")));
+        QSemaphore released;
+        Watched watched(m_folder,
+                        [&released] { return std::make_unique<HangingFolderEvents>(released); });
+        QElapsedTimer timer;
+        timer.start();
+        watched->start();
+        QVERIFY(timer.elapsed() < 500);
+        QVERIFY(moveIn(inFolder("after.png"), FileTimes::now() - 1s));
+        released.release();
+        QTRY_COMPARE(watched.names(), fileNames({"after.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"after.png"}));
+    }
+
+    void aFolderThatNeverAnswersDoesNotHoldUpTheEnd()
+    {
+        QSemaphore released;
+        QElapsedTimer timer;
+        {
+            Watched watched(
+                m_folder, [&released] { return std::make_unique<HangingFolderEvents>(released); });
+            watched->start();
+            timer.start();
+        }
+        QVERIFY(timer.elapsed() < 5000);
+        released.release();
+        letAllScansPass();
+    }
+
+private:
+    QString inFolder(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_folder;
+};
+
+QTEST_GUILESS_MAIN(WatchedFolderTest)
+#include "WatchedFolderTest.moc"
