@@ -3,22 +3,22 @@
 #include "style/SymbolImages.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
+#include "style/controlPainting.h"
 
-#include <QLinearGradient>
 #include <QPainter>
+#include <QStyleOptionButton>
 
 #include <algorithm>
 
 namespace
 {
 
-using VelmoraPalette::withAlpha;
+using ControlPainting::Bezel;
 
 constexpr int symbolSide = 16;
 constexpr int gap = 5;
 constexpr int sidePadding = 12;
 constexpr int bezelHeight = 28;
-constexpr double radius = 7;
 constexpr QSize symbolButtonSize(32, 28);
 
 } // namespace
@@ -58,44 +58,10 @@ void BezelButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintBezel(painter);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    ControlPainting::drawBezel(option, isDefault() ? Bezel::accent : Bezel::plain, painter);
     paintContent(painter);
-}
-
-void BezelButton::paintBezel(QPainter &painter) const
-{
-    const QRectF bezel = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    const bool hovered = isEnabled() && underMouse();
-    const QColor accent = VelmoraPalette::coral();
-
-    QLinearGradient fill(bezel.topLeft(), bezel.bottomLeft());
-    if (isDefault() && isEnabled()) {
-        fill.setColorAt(0, accent.lighter(isDown() ? 96 : hovered ? 112 : 106));
-        fill.setColorAt(1, isDown() ? accent.darker(112) : accent);
-    } else {
-        fill.setColorAt(0, VelmoraPalette::card());
-        fill.setColorAt(1, VelmoraPalette::window());
-    }
-    QColor border = withAlpha(VelmoraPalette::primaryText(), isEnabled() ? 0.16 : 0.08);
-    if (isDefault() && isEnabled())
-        border = withAlpha(accent.darker(120), 0.9);
-    else if (hovered)
-        border = withAlpha(accent, isDown() ? 0.7 : 0.5);
-
-    painter.setPen(QPen(border, 1));
-    painter.setBrush(fill);
-    painter.drawRoundedRect(bezel, radius, radius);
-
-    if (hovered && !isDefault()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(accent, isDown() ? 0.2 : 0.08));
-        painter.drawRoundedRect(bezel, radius, radius);
-    }
-    if (hasFocus()) {
-        painter.setPen(QPen(withAlpha(accent, 0.7), 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius - 0.5, radius - 0.5);
-    }
 }
 
 void BezelButton::paintContent(QPainter &painter) const

@@ -23,7 +23,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void paintBezel(QPainter &painter) const;
     void paintContent(QPainter &painter) const;
     int contentWidth() const;
 };

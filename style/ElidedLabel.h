@@ -4,6 +4,7 @@
 
 /// A label of plain text on one line that is cut with an ellipsis where it does not fit, and never
 /// asks for more room than its text needs. `text()` is always the whole text.
+/// Its tool tip is shown to the letter, on as many lines as it needs.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -13,6 +14,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QUrl>
+#include <QWidget>
+
+class GeneralSection;
+class BehaviorSection;
+class QScrollArea;
+class WelcomeFooter;
+
+/// What the welcome window shows, as it is when the window is built.
+struct WelcomeState {
+    QUrl folder;
+    bool instantModeOn = false;
+    bool startsAtLogin = false;
+};
+
+/// The program's one window for its status and its settings. It shows a snapshot and is never
+/// refreshed: a new state needs a new window. It changes nothing by itself, but tells what the user
+/// asks for. Closing it only hides it, and never ends the program. Main thread.
+class WelcomeWindow : public QWidget
+{
+    Q_OBJECT
+public:
+    /// Reads the user's three options from `VelmoraSettings`, all else from `state`.
+    explicit WelcomeWindow(const WelcomeState &state, QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    void instantModeRequested();
+    void startAtLoginChanged(bool on);
+    void changeFolderRequested();
+    /// Indices of the picked options in `optionCases()`. Told whenever the user picks, also when
+    /// the option stays the same.
+    void copyBehaviorPicked(int index);
+    void trayDurationPicked(int index);
+    void trayPositionPicked(int index);
+    void recentScreenshotsRequested();
+    void doneRequested();
+    void feedbackRequested();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QWidget *makeContent(const WelcomeState &state);
+    void connectGeneral(const GeneralSection &general);
+    void connectBehavior(const BehaviorSection &behavior);
+    void connectFooter(const WelcomeFooter &footer);
+    void placeOnScreen();
+    void fitToScreen();
+
+    QScrollArea *m_scrollArea;
+    bool m_placed = false;
+};

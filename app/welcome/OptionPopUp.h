@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/VelmoraSettings.h"
+
+#include <QComboBox>
+
+/// A pop-up button with the titles of all cases of an option, in their order.
+class OptionPopUp : public QComboBox
+{
+    Q_OBJECT
+public:
+    template <typename Option>
+    explicit OptionPopUp(Option current, QWidget *parent = nullptr) : OptionPopUp(parent)
+    {
+        for (const OptionCase<Option> &entry : optionCases<Option>()) {
+            addItem(entry.title);
+            if (entry.option == current)
+                setCurrentIndex(count() - 1);
+        }
+    }
+
+protected:
+    /// The wheel scrolls what the pop-up stands in, and changes no setting in passing.
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    explicit OptionPopUp(QWidget *parent);
+};

@@ -1,0 +1,67 @@
+#include "app/welcome/WelcomeHeader.h"
+
+#include "app/welcome/Pill.h"
+#include "app/welcome/SymbolView.h"
+#include "app/welcome/labels.h"
+#include "style/SystemFont.h"
+#include "style/VelmoraAssets.h"
+#include "style/VelmoraPalette.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+
+namespace
+{
+
+// In points.
+constexpr int logoSide = 72;
+constexpr int logoSpacing = 18;
+constexpr int headingWidth = 472;
+constexpr int largestHeading = 26;
+constexpr int smallestHeading = 18;
+
+/// The heading is as large as it can be on one line: fonts differ much in width.
+QFont headingFont(const QString &heading)
+{
+    for (int size = largestHeading; size > smallestHeading; --size) {
+        const QFont font = systemFont(size, QFont::Bold);
+        if (QFontMetrics(font).horizontalAdvance(heading) <= headingWidth)
+            return font;
+    }
+    return systemFont(smallestHeading, QFont::Bold);
+}
+
+QHBoxLayout *pills(bool instantModeOn)
+{
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(instantModeOn
+                       ? new Pill(QStringLiteral("Instant mode on"), VelmoraPalette::teal())
+                       : new Pill(QStringLiteral("Instant mode off"), VelmoraPalette::amber()));
+    row->addWidget(new Pill(QStringLiteral("Ready for screenshots"), VelmoraPalette::blue()));
+    row->addStretch();
+    return row;
+}
+
+} // namespace
+
+WelcomeHeader::WelcomeHeader(bool instantModeOn, QWidget *parent) : QWidget(parent)
+{
+    const QString heading = QStringLiteral("Your screenshots, already handled.");
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(6);
+    texts->addWidget(lineLabel(heading, headingFont(heading), VelmoraPalette::primaryText()));
+    texts->addWidget(wrappingLabel(
+        QStringLiteral("Velmora catches each new screenshot, gives it a useful name, and keeps "
+                       "copy, drag, Finder, and delete one click away."),
+        systemFont(14), VelmoraPalette::secondaryText()));
+    texts->addSpacing(6);
+    texts->addLayout(pills(instantModeOn));
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(logoSpacing);
+    row->addWidget(new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora")),
+                   0, Qt::AlignTop);
+    row->addLayout(texts, 1);
+}

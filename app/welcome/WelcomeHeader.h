@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QWidget>
+
+/// The top of the welcome window: the logo, what the program does, and how it stands.
+class WelcomeHeader : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit WelcomeHeader(bool instantModeOn, QWidget *parent = nullptr);
+};

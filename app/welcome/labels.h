@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+// The texts of the welcome window. All are plain text. Whoever asks for a label owns it.
+
+/// The heading of a section.
+QLabel *sectionLabel(const QString &text);
+
+/// What stands above a control and names it.
+QLabel *label(const QString &text);
+
+/// Text on one line.
+QLabel *lineLabel(const QString &text, const QFont &font, const QColor &color);
+
+/// Text on as many lines as it needs.
+QLabel *wrappingLabel(const QString &text, const QFont &font, const QColor &color);
+
+/// Text on one line that is truncated in the middle where it doesn't fit.
+QLabel *truncatedLabel(const QString &text, const QFont &font, const QColor &color);
+
+/// A path in the fixed-width font, truncated in the middle, whole as tool tip.
+QLabel *pathLabel(const QString &path);
+
+void setTextColor(QWidget &widget, const QColor &color);

@@ -1,0 +1,11 @@
+#pragma once
+
+class QWidget;
+
+/// The two cards of the welcome window that only tell.
+
+/// What happens to the user's pictures: nothing.
+QWidget *privacyCard();
+
+/// What the program asks of the system.
+QWidget *permissionsCard();

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QProxyStyle>
+
+/// The look of the program's push buttons, pop-ups, check boxes and scroll bars, in the palette's
+/// colours and the same on every desktop. What it doesn't draw itself is drawn by Qt's "fusion".
+/// It is meant for the application as a whole: `QApplication::setStyle(new VelmoraStyle)`, with
+/// `VelmoraPalette::lightPalette()` as its palette.
+class VelmoraStyle : public QProxyStyle
+{
+    Q_OBJECT
+public:
+    VelmoraStyle();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override;
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override;
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option,
+                         SubControl subControl, const QWidget *widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption *option,
+                    const QWidget *widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returned) const override;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+class QPainter;
+class QRect;
+class QStyleOption;
+class QStyleOptionSlider;
+
+/// How the program's controls are painted. Each fills the option's rectangle and reads the option's
+/// state; the painter must be antialiasing. Main thread.
+namespace ControlPainting
+{
+
+/// Points at a pop-up's trailing edge that belong to its arrows.
+constexpr int popUpArrowWidth = 26;
+
+enum class Bezel { plain, accent };
+
+/// The body of a push button or a pop-up; `accent` is for the button that Return presses.
+void drawBezel(const QStyleOption &option, Bezel bezel, QPainter &painter);
+
+/// A check box of 16 by 16 points.
+void drawCheckBox(const QStyleOption &option, QPainter &painter);
+
+/// A chevron up and one down: the control opens a list to choose from.
+void drawPopUpArrows(const QStyleOption &option, QPainter &painter);
+
+/// A scroll bar's handle; nothing where there is nothing to scroll.
+void drawScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPainter &painter);
+
+} // namespace ControlPainting
