@@ -109,6 +109,7 @@ WelcomeWindow::WelcomeWindow(const WelcomeState &state, QWidget *parent)
     column->addWidget(m_scrollArea, 1);
     column->addWidget(footer);
     setFixedSize(contentSize);
+    m_scrollArea->widget()->setMinimumHeight(contentSize.height() - footer->sizeHint().height());
 }
 
 QWidget *WelcomeWindow::makeContent(const WelcomeState &state)
@@ -167,18 +168,23 @@ void WelcomeWindow::connectFooter(const WelcomeFooter &footer)
     connect(&footer, &WelcomeFooter::feedbackRequested, this, &WelcomeWindow::feedbackRequested);
 }
 
-void WelcomeWindow::showEvent(QShowEvent *event)
+void WelcomeWindow::setVisible(bool visible)
 {
-    fitToScreen();
-    if (!m_placed)
-        placeOnScreen();
-    m_placed = true;
+    const bool appears = visible && !isVisible();
+    if (appears) {
+        fitToScreen();
+        // A place that is set before the window exists is that of its frame, title bar and all.
+        if (!testAttribute(Qt::WA_WState_Created))
+            placeOnScreen();
+    }
+    QWidget::setVisible(visible);
     // No control is in focus until the user goes there: a stray key must change no setting.
-    setFocus();
-    QWidget::showEvent(event);
+    if (appears)
+        setFocus();
 }
 
-/// On a screen that is too low for all of it the window is lower, and its content scrolls.
+/// On a screen that is too low for all of it the window is lower, and its content scrolls, as it
+/// would stand on a higher one.
 void WelcomeWindow::fitToScreen()
 {
     const int room = screen()->availableGeometry().height() - frameAllowance;
@@ -188,7 +194,7 @@ void WelcomeWindow::fitToScreen()
 void WelcomeWindow::placeOnScreen()
 {
     const QRect room = screen()->availableGeometry();
-    const QSize framed(width(), height() + frameAllowance);
-    move(room.x() + (room.width() - framed.width()) / 2,
-         room.y() + std::max(0, (room.height() - framed.height()) / 2));
+    QRect framed({}, size() + QSize(0, frameAllowance));
+    framed.moveCenter(room.center());
+    move(framed.topLeft());
 }

@@ -25,6 +25,9 @@ public:
     /// Reads the user's three options from `VelmoraSettings`, all else from `state`.
     explicit WelcomeWindow(const WelcomeState &state, QWidget *parent = nullptr);
 
+    /// The window appears in the middle of the screen, and later where it was.
+    void setVisible(bool visible) override;
+
 Q_SIGNALS:
     void instantModeRequested();
     void startAtLoginChanged(bool on);
@@ -38,9 +41,6 @@ Q_SIGNALS:
     void doneRequested();
     void feedbackRequested();
 
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     QWidget *makeContent(const WelcomeState &state);
     void connectGeneral(const GeneralSection &general);
@@ -50,5 +50,4 @@ private:
     void fitToScreen();
 
     QScrollArea *m_scrollArea;
-    bool m_placed = false;
 };

@@ -3,6 +3,7 @@
 #include "style/VelmoraPalette.h"
 #include "style/controlPainting.h"
 
+#include <QComboBox>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -19,6 +20,7 @@ constexpr int controlSideInset = 12;
 constexpr int controlVerticalInset = 5;
 constexpr int checkBoxSide = 16;
 constexpr int checkBoxLabelSpacing = 8;
+constexpr int popUpItemHeight = 26;
 constexpr int iconSide = 16;
 constexpr int scrollBarWidth = 12;
 constexpr int scrollBarShortestHandle = 28;
@@ -96,6 +98,14 @@ void VelmoraStyle::drawControl(ControlElement element, const QStyleOption *optio
         QProxyStyle::drawControl(element, &onFill, painter, widget);
         return;
     }
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (element == CE_MenuItem && item && qobject_cast<const QComboBox *>(widget)) {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        ControlPainting::drawPopUpItem(*item, *painter);
+        painter->restore();
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
@@ -142,6 +152,10 @@ QSize VelmoraStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
         return {contents.width() + 2 * controlSideInset, height};
     case CT_ComboBox:
         return {contents.width() + controlSideInset + ControlPainting::popUpArrowWidth, height};
+    case CT_MenuItem:
+        if (qobject_cast<const QComboBox *>(widget))
+            return {contents.width(), std::max(popUpItemHeight, option->fontMetrics.height() + 6)};
+        [[fallthrough]];
     default:
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
     }

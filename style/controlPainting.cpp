@@ -18,6 +18,9 @@ using VelmoraPalette::withAlpha;
 constexpr double controlRadius = 7;
 constexpr double checkBoxRadius = 4.5;
 constexpr double focusRingWidth = 2;
+constexpr double itemRadius = 5;
+constexpr int itemInset = 6;
+constexpr int itemTextInset = 26;
 constexpr int scrollBarHandleInset = 3;
 
 bool showsFocus(const QStyleOption &option)
@@ -48,6 +51,13 @@ void drawLine(QPainter &painter, const QColor &color, double width,
     painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(points.data(), int(points.size()));
+}
+
+/// In a square of 16 points with this corner.
+void drawCheckMark(QPainter &painter, const QColor &color, const QPointF &corner)
+{
+    drawLine(painter, color, 1.8,
+             {corner + QPointF(4.2, 8.3), corner + QPointF(7, 11), corner + QPointF(11.8, 5.2)});
 }
 
 } // namespace
@@ -100,11 +110,8 @@ void ControlPainting::drawCheckBox(const QStyleOption &option, QPainter &painter
         strokeInside(painter, rect, checkBoxRadius, 1,
                      withAlpha(VelmoraPalette::secondaryText(), 0.6));
     }
-    if (!on)
-        return;
-    const QPointF corner = rect.topLeft();
-    drawLine(painter, VelmoraPalette::card(), 1.8,
-             {corner + QPointF(4.2, 8.3), corner + QPointF(7, 11), corner + QPointF(11.8, 5.2)});
+    if (on)
+        drawCheckMark(painter, VelmoraPalette::card(), rect.topLeft());
 }
 
 void ControlPainting::drawPopUpArrows(const QStyleOption &option, QPainter &painter)
@@ -116,6 +123,24 @@ void ControlPainting::drawPopUpArrows(const QStyleOption &option, QPainter &pain
                  {middle + QPointF(-3.2, 2.6 * direction), middle + QPointF(0, 5.8 * direction),
                   middle + QPointF(3.2, 2.6 * direction)});
     }
+}
+
+void ControlPainting::drawPopUpItem(const QStyleOptionMenuItem &option, QPainter &painter)
+{
+    const bool highlighted = option.state & QStyle::State_Selected;
+    const QColor color = highlighted ? VelmoraPalette::card() : VelmoraPalette::primaryText();
+    painter.fillRect(option.rect, VelmoraPalette::card());
+    if (highlighted)
+        fill(painter, QRectF(option.rect).adjusted(3, 1, -3, -1), itemRadius,
+             VelmoraPalette::coral());
+    if (option.checked)
+        drawCheckMark(painter, color,
+                      QRectF(option.rect).center() -
+                          QPointF(option.rect.width() / 2.0 - itemInset, 8));
+    painter.setPen(color);
+    painter.setFont(option.font);
+    painter.drawText(option.rect.adjusted(itemTextInset, 0, 0, 0),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, option.text);
 }
 
 void ControlPainting::drawScrollBar(const QStyleOptionSlider &option, const QRect &handle,

@@ -3,6 +3,7 @@
 class QPainter;
 class QRect;
 class QStyleOption;
+class QStyleOptionMenuItem;
 class QStyleOptionSlider;
 
 /// How the program's controls are painted. Each fills the option's rectangle and reads the option's
@@ -23,6 +24,9 @@ void drawCheckBox(const QStyleOption &option, QPainter &painter);
 
 /// A chevron up and one down: the control opens a list to choose from.
 void drawPopUpArrows(const QStyleOption &option, QPainter &painter);
+
+/// A line of a pop-up's list: a check mark where it is the current one, then its text.
+void drawPopUpItem(const QStyleOptionMenuItem &option, QPainter &painter);
 
 /// A scroll bar's handle; nothing where there is nothing to scroll.
 void drawScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPainter &painter);

@@ -12,6 +12,13 @@
 #include <QGridLayout>
 #include <QLabel>
 
+namespace
+{
+
+constexpr int rowSpacing = 8; // points
+
+} // namespace
+
 GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWidget(parent)
 {
     auto *instant = new BezelButton(state.instantModeOn ? QStringLiteral("Instant Mode On")
@@ -29,10 +36,16 @@ GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWi
     changeFolder->setAccessibleDescription(QStringLiteral("Change Screenshot Folder"));
     connect(changeFolder, &QPushButton::clicked, this, &GeneralSection::changeFolderRequested);
 
-    QGridLayout *grid = makeColumns(this);
-    grid->addWidget(sectionLabel(QStringLiteral("General")), 0, 0, 1, columnCount);
+    // The first of the window's columns, and the two others as one.
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(columnSpacing);
+    grid->setVerticalSpacing(rowSpacing);
+    grid->setColumnMinimumWidth(0, columnWidth);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(sectionLabel(QStringLiteral("General")), 0, 0, 1, 2);
     grid->addWidget(instant, 1, 0);
-    grid->addWidget(startAtLogin, 1, 1, 1, 2, Qt::AlignLeft);
+    grid->addWidget(startAtLogin, 1, 1, Qt::AlignLeft);
     grid->addWidget(changeFolder, 2, 0);
-    grid->addWidget(pathLabel(state.folder.toLocalFile()), 2, 1, 1, 2);
+    grid->addWidget(pathLabel(state.folder.toLocalFile()), 2, 1);
 }

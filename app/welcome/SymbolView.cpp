@@ -12,8 +12,14 @@ SymbolView::SymbolView(const QIcon &icon, int side, const QString &description, 
     setAccessibleName(description);
 }
 
+void SymbolView::setOutset(int outset)
+{
+    m_outset = outset;
+    update();
+}
+
 void SymbolView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    m_icon.paint(&painter, rect());
+    m_icon.paint(&painter, rect().adjusted(-m_outset, -m_outset, m_outset, m_outset));
 }

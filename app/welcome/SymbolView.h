@@ -13,9 +13,13 @@ public:
     SymbolView(const QIcon &icon, int side, const QString &description = {},
                QWidget *parent = nullptr);
 
+    /// Lets the icon stand out of the square by so many points: for one with a margin of its own.
+    void setOutset(int outset);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QIcon m_icon;
+    int m_outset = 0;
 };

@@ -15,8 +15,9 @@ namespace
 
 // In points.
 constexpr int logoSide = 72;
+constexpr int logoMargin = 4; // transparent, within the picture
 constexpr int logoSpacing = 18;
-constexpr int headingWidth = 472;
+constexpr int headingWidth = 474;
 constexpr int largestHeading = 26;
 constexpr int smallestHeading = 18;
 
@@ -58,10 +59,12 @@ WelcomeHeader::WelcomeHeader(bool instantModeOn, QWidget *parent) : QWidget(pare
     texts->addSpacing(6);
     texts->addLayout(pills(instantModeOn));
 
+    auto *logo = new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora"));
+    logo->setOutset(logoMargin);
+
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(logoSpacing);
-    row->addWidget(new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora")),
-                   0, Qt::AlignTop);
+    row->addWidget(logo, 0, Qt::AlignTop);
     row->addLayout(texts, 1);
 }
