@@ -8,6 +8,7 @@
 #include <memory>
 
 class ScreenshotImages;
+class SuggestionQueue;
 class TextRecognizer;
 
 /// Turns a new screenshot into a short, readable, file-system-safe name such as
@@ -16,19 +17,25 @@ class TextRecognizer;
 class ScreenshotNamer
 {
 public:
+    /// Readies the recogniser in the background. Both must outlive this object.
     ScreenshotNamer(TextRecognizer &recognizer, ScreenshotImages &images);
     /// Abandons what is being recognised and returns within a second; the futures are cancelled.
     ~ScreenshotNamer();
 
     /// Reads the picture on a background thread and answers with a name, never empty; without
     /// readable text the application's name or the fallback name. The newest request is served
-    /// first. Main thread; the file may be renamed as soon as this returns.
+    /// first; cancelling its future ends it. Any thread; the file may be renamed as soon as this
+    /// returns.
     QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName);
 
     // What follows is pure (fallbackName reads the clock). Any thread.
 
     /// A name that needs no text: application, "screen", time stamp.
     static QString fallbackName(const QString &appName, const QUrl &fileURL);
+
+    /// The name that the words make, joined by hyphens; without words the fallback name.
+    static QString nameFromWords(const QStringList &words, const QString &appName,
+                                 const QUrl &fileURL);
 
     /// A safe file name: folded, lower case, words of letters and digits joined by hyphens, at most
     /// 8 parts and 58 characters, and the extension in lower case. What `name` lacks comes from
@@ -48,6 +55,5 @@ public:
     static QStringList applicationTokens(const QString &appName);
 
 private:
-    class Private;
-    std::unique_ptr<Private> d;
+    std::shared_ptr<SuggestionQueue> m_suggestions;
 };

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "imaging/ScreenshotImages.h"
+
+#include <QFuture>
+#include <QPromise>
+#include <QString>
+#include <QThreadPool>
+#include <QUrl>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <unordered_set>
+
+class TextRecognizer;
+
+/// Reads the text of screenshots in threads of low priority, at most one a core, the newest
+/// screenshot first. What waits for its turn, or for its file to be complete, holds no pixels and
+/// no thread. Any thread.
+class SuggestionQueue : public std::enable_shared_from_this<SuggestionQueue>
+{
+public:
+    SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &images);
+
+    QFuture<QString> add(const QUrl &fileURL, const QString &appName);
+
+    /// Cancels everything and returns when nothing runs any more; recogniser and images may go
+    /// then. Whatever is added later is cancelled.
+    void stop();
+
+private:
+    struct Suggestion {
+        QUrl fileURL;
+        QString appName;
+        ScreenshotImages::Held file;
+        int priority = 0;
+        QPromise<QString> promise;
+    };
+    using SuggestionPointer = std::shared_ptr<Suggestion>;
+
+    void start(const SuggestionPointer &suggestion);
+    void work(const SuggestionPointer &suggestion);
+    QString suggestedName(const Suggestion &suggestion);
+    QImage picture(const Suggestion &suggestion);
+    bool isCancelled(const Suggestion &suggestion) const;
+
+    TextRecognizer &m_recognizer;
+    ScreenshotImages &m_images;
+    std::atomic_bool m_stopped = false;
+    std::mutex m_mutex;
+    std::unordered_set<SuggestionPointer> m_unfinished; ///< guarded by the mutex
+    int m_lastPriority = 0;                             ///< guarded by the mutex
+    QThreadPool m_threads;                              ///< started from under the mutex
+};

@@ -1,0 +1,52 @@
+#include "naming/foldedText.h"
+
+#include "naming/Characters.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr char16_t firstBeyondAscii = 0x80;
+
+bool marksAreAccents(char32_t base)
+{
+    switch (QChar::script(base)) {
+    case QChar::Script_Latin:
+    case QChar::Script_Greek:
+    case QChar::Script_Cyrillic:
+    case QChar::Script_Hebrew:
+    case QChar::Script_Arabic:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString withoutAccents(const QString &decomposed)
+{
+    QString kept;
+    kept.reserve(decomposed.size());
+    bool afterAccentedBase = false;
+    for (const char32_t codePoint : decomposed.toUcs4()) {
+        const bool isAccent = QChar::category(codePoint) == QChar::Mark_NonSpacing;
+        if (!Characters::isMark(codePoint))
+            afterAccentedBase = marksAreAccents(codePoint);
+        if (!isAccent || !afterAccentedBase)
+            kept += QChar::fromUcs4(codePoint);
+    }
+    return kept;
+}
+
+} // namespace
+
+QString foldedText(const QString &text)
+{
+    const bool ascii = std::all_of(text.begin(), text.end(), [](QChar unit) {
+        return unit.unicode() < firstBeyondAscii;
+    });
+    if (ascii)
+        return text.toLower();
+    const QString decomposed = text.toCaseFolded().normalized(QString::NormalizationForm_D);
+    return withoutAccents(decomposed).normalized(QString::NormalizationForm_C).toLower();
+}
