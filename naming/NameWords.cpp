@@ -25,8 +25,7 @@ NameWords::NameWords(const QString &appName)
 
 bool NameWords::add(const QString &line)
 {
-    for (const QString &token :
-         ScreenshotNamer::meaningfulTokens(ScreenshotNamer::tokens(line))) {
+    for (const QString &token : ScreenshotNamer::meaningfulTokens(ScreenshotNamer::tokens(line))) {
         if (m_textWords.size() == maximumTextWords)
             break;
         if (isUsable(token))

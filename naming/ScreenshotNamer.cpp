@@ -99,8 +99,8 @@ QStringList ScreenshotNamer::meaningfulTokens(const QStringList &tokens)
 {
     QStringList kept;
     for (const QString &token : tokens) {
-        if (Characters::count(token) >= minimumTokenCharacters &&
-            !NameTables::isStopWord(token) && !kept.contains(token))
+        if (Characters::count(token) >= minimumTokenCharacters && !NameTables::isStopWord(token) &&
+            !kept.contains(token))
             kept.append(token);
     }
     return kept;
@@ -119,8 +119,7 @@ QString ScreenshotNamer::sanitize(const QString &name, const QString &fallback)
     if (extension.isEmpty())
         extension = FileUrls::pathExtension(fallback);
     const QString base = cut(hyphenated(foldedText(FileUrls::baseName(name))));
-    return withExtension(base.isEmpty() ? FileUrls::baseName(fallback) : base,
-                         extension.toLower());
+    return withExtension(base.isEmpty() ? FileUrls::baseName(fallback) : base, extension.toLower());
 }
 
 QString ScreenshotNamer::fallbackName(const QString &appName, const QUrl &fileURL)

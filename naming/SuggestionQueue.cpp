@@ -24,8 +24,7 @@ struct Delivery {
 } // namespace
 
 SuggestionQueue::SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &images)
-    : m_recognizer(recognizer)
-    , m_images(images)
+    : m_recognizer(recognizer), m_images(images)
 {
     m_threads.start([this] {
         lowerThreadPriority();

@@ -23,6 +23,21 @@ bool marksAreAccents(char32_t base)
     }
 }
 
+/// Spells letters out that fold to several ("ß" to "ss", a ligature to its letters), which
+/// QString::toCaseFolded() leaves alone. Such letters are known by their upper case.
+QString spelledOut(const QString &text)
+{
+    QString spelled;
+    spelled.reserve(text.size());
+    for (const char32_t codePoint : text.toUcs4()) {
+        const auto units = QChar::fromUcs4(codePoint);
+        const QString letter = QStringView(units).toString();
+        const QString upper = letter.toUpper();
+        spelled += upper.size() > letter.size() ? upper.toLower() : letter;
+    }
+    return spelled;
+}
+
 QString withoutAccents(const QString &decomposed)
 {
     QString kept;
@@ -42,11 +57,11 @@ QString withoutAccents(const QString &decomposed)
 
 QString foldedText(const QString &text)
 {
-    const bool ascii = std::all_of(text.begin(), text.end(), [](QChar unit) {
-        return unit.unicode() < firstBeyondAscii;
-    });
+    const bool ascii = std::all_of(text.begin(), text.end(),
+                                   [](QChar unit) { return unit.unicode() < firstBeyondAscii; });
     if (ascii)
         return text.toLower();
-    const QString decomposed = text.toCaseFolded().normalized(QString::NormalizationForm_D);
+    const QString decomposed =
+        spelledOut(text).toCaseFolded().normalized(QString::NormalizationForm_D);
     return withoutAccents(decomposed).normalized(QString::NormalizationForm_C).toLower();
 }
