@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/FileUrls.h"
+#include "core/moveFile.h"
+#include "platform/SystemTrash.h"
+
+#include <QTemporaryDir>
+
+/// A trash in a folder of its own that can be told to refuse, or to keep to itself where a file
+/// went.
+class FakeSystemTrash : public SystemTrash
+{
+public:
+    std::error_code refusal;
+    bool isSilent = false;
+
+    Trashed trash(const QUrl &file) override
+    {
+        if (refusal)
+            return {refusal, std::nullopt};
+        if (isSilent)
+            return {};
+        const QUrl folder = FileUrls::fromPath(m_folder.path());
+        QUrl location = FileUrls::child(folder, FileUrls::lastPathComponent(file));
+        for (int counter = 2; FileUrls::exists(location); ++counter)
+            location = FileUrls::numbered(
+                FileUrls::child(folder, FileUrls::lastPathComponent(file)), counter);
+        const std::error_code error = moveFile(file, location);
+        return {error, error ? std::nullopt : std::optional(location)};
+    }
+
+    std::error_code restore(const QUrl &trashed, const QUrl &original) override
+    {
+        return refusal ? refusal : moveFile(trashed, original);
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
