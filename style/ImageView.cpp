@@ -1,7 +1,28 @@
 #include "style/ImageView.h"
 
+#include "style/VelmoraPalette.h"
+
 #include <QPainter>
 #include <QPainterPath>
+
+namespace
+{
+
+/// A white page on a white card has no edge of its own.
+constexpr double outlineAlpha = 0.14;
+
+bool hasOpaqueCorners(const QImage &image)
+{
+    const QRect area = image.rect();
+    for (const QPoint corner :
+         {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()}) {
+        if (qAlpha(image.pixel(corner)) < 255)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
 
@@ -42,7 +63,14 @@ QPixmap ImageView::picture()
     brush.setTransform(QTransform::fromTranslate(corner.x(), corner.y()));
     QPainterPath frame;
     frame.addRect(QRectF(corner, scaled.size()));
-    painter.fillPath(clip.intersected(frame), brush);
+    const QPainterPath shape = clip.intersected(frame);
+    painter.fillPath(shape, brush);
+    if (hasOpaqueCorners(scaled)) {
+        painter.setClipPath(shape);
+        painter.strokePath(
+            shape, QPen(VelmoraPalette::withAlpha(VelmoraPalette::primaryText(), outlineAlpha),
+                        2 * ratio));
+    }
     painter.end();
     m_picture.setDevicePixelRatio(ratio);
     return m_picture;

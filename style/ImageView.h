@@ -5,7 +5,7 @@
 #include <QWidget>
 
 /// Shows a picture in the middle, scaled up or down in its proportions to fill the view, and
-/// clipped to the view's rounded corners.
+/// clipped to the view's rounded corners. An opaque picture has a faint outline.
 class ImageView : public QWidget
 {
     Q_OBJECT

@@ -1,0 +1,208 @@
+#include "tray/FilenameTextField.h"
+
+#include "style/VelmoraPalette.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+
+Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
+
+namespace
+{
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+void copyToClipboard(const QString &copied)
+{
+    QApplication::clipboard()->setText(copied);
+}
+
+QString clipboard()
+{
+    return QApplication::clipboard()->text();
+}
+
+} // namespace
+
+class FilenameTextFieldTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        auto *layout = new QVBoxLayout(m_window.get());
+        m_field = new FilenameTextField(text("shot.png"));
+        m_other = new QLineEdit;
+        layout->addWidget(m_field);
+        layout->addWidget(m_other);
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        m_field->setFocus();
+        m_field->deselect();
+        copyToClipboard(text("clip"));
+    }
+
+    void theEditingKeysWorkWithControlAndWithMeta_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("Control") << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("Meta") << Qt::KeyboardModifiers(Qt::MetaModifier);
+    }
+
+    void theEditingKeysWorkWithControlAndWithMeta()
+    {
+        QFETCH(const Qt::KeyboardModifiers, modifiers);
+        QTest::keyClick(m_field, Qt::Key_A, modifiers);
+        QCOMPARE(m_field->selectedText(), text("shot.png"));
+        QTest::keyClick(m_field, Qt::Key_C, modifiers);
+        QCOMPARE(clipboard(), text("shot.png"));
+        QCOMPARE(m_field->text(), text("shot.png"));
+
+        copyToClipboard(text("new"));
+        QTest::keyClick(m_field, Qt::Key_V, modifiers);
+        QCOMPARE(m_field->text(), text("new"));
+        m_field->selectAll();
+        QTest::keyClick(m_field, Qt::Key_X, modifiers);
+        QCOMPARE(m_field->text(), QString());
+        QCOMPARE(clipboard(), text("new"));
+    }
+
+    void otherModifiersAreLeftToTheDefault_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("Meta+Shift") << (Qt::MetaModifier | Qt::ShiftModifier);
+        QTest::newRow("Meta+Control") << (Qt::MetaModifier | Qt::ControlModifier);
+        QTest::newRow("Meta+Alt") << (Qt::MetaModifier | Qt::AltModifier);
+        QTest::newRow("Alt") << Qt::KeyboardModifiers(Qt::AltModifier);
+    }
+
+    /// A plain line edit does what the default is.
+    void otherModifiersAreLeftToTheDefault()
+    {
+        QFETCH(const Qt::KeyboardModifiers, modifiers);
+        m_other->setText(m_field->text());
+        for (const auto key : {Qt::Key_A, Qt::Key_V, Qt::Key_C, Qt::Key_X}) {
+            for (QLineEdit *field : {static_cast<QLineEdit *>(m_field), m_other}) {
+                field->setFocus();
+                field->deselect();
+                field->setCursorPosition(2);
+                QTest::sendKeyEvent(QTest::Click, field, key, QString(), modifiers);
+            }
+            QCOMPARE(m_field->text(), m_other->text());
+            QCOMPARE(m_field->selectedText(), m_other->selectedText());
+            QCOMPARE(m_field->selectedText(), QString());
+        }
+    }
+
+    void aFieldThatIsNotBeingEditedHandlesNoEditingKey()
+    {
+        m_field->selectAll();
+        m_other->setFocus();
+        QTest::sendKeyEvent(QTest::Click, m_field, Qt::Key_V, QString(), Qt::MetaModifier);
+        QCOMPARE(m_field->text(), text("shot.png"));
+        QTest::sendKeyEvent(QTest::Click, m_field, Qt::Key_A, QString(), Qt::MetaModifier);
+        QCOMPARE(m_field->selectedText(), QString());
+        QCOMPARE(clipboard(), text("clip"));
+    }
+
+    void whateverChangesTheTextByHandIsAnEdit()
+    {
+        QSignalSpy edited(m_field, &FilenameTextField::edited);
+        QTest::keyClicks(m_field, text("x"));
+        QCOMPARE(edited.size(), 1);
+        QTest::keyClick(m_field, Qt::Key_Backspace);
+        QCOMPARE(edited.size(), 2);
+        QTest::keyClick(m_field, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(edited.size(), 3);
+        m_field->selectAll();
+        QTest::keyClick(m_field, Qt::Key_X, Qt::MetaModifier);
+        QCOMPARE(edited.size(), 4);
+    }
+
+    void composingACharacterIsAnEdit()
+    {
+        QSignalSpy edited(m_field, &FilenameTextField::edited);
+        QInputMethodEvent composing(text("に"), {});
+        QApplication::sendEvent(m_field, &composing);
+        QVERIFY(!edited.isEmpty());
+        edited.clear();
+        QInputMethodEvent committed;
+        committed.setCommitString(text("日本"));
+        QApplication::sendEvent(m_field, &committed);
+        QVERIFY(!edited.isEmpty());
+        QVERIFY(m_field->text().contains(text("日本")));
+    }
+
+    void aSuggestionAndMovingAboutAreNoEdits()
+    {
+        QSignalSpy edited(m_field, &FilenameTextField::edited);
+        m_field->setText(text("suggested.png"));
+        QTest::keyClick(m_field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(m_field, Qt::Key_C, Qt::ControlModifier);
+        QTest::keyClick(m_field, Qt::Key_Left);
+        QVERIFY(edited.isEmpty());
+    }
+
+    void aLongNameIsCutInItsMiddleUnlessItIsBeingEdited()
+    {
+        const auto drawn = [this](const QString &name) {
+            m_field->setText(name);
+            m_field->setCursorPosition(0);
+            return m_field->grab().toImage();
+        };
+        m_other->setFocus();
+        m_field->setFixedWidth(200);
+        QVERIFY(QTest::qWaitFor([this] { return m_field->width() == 200; }));
+
+        // Only the middle differs, and it is not seen.
+        const QString filling(60, u'm');
+        const QString one = text("begin") + filling + text("a") + filling + text("end.png");
+        const QString other = text("begin") + filling + text("b") + filling + text("end.png");
+        QCOMPARE(drawn(one), drawn(other));
+        // The beginning and the end are.
+        QVERIFY(drawn(one) != drawn(text("B") + one.mid(1)));
+        QVERIFY(drawn(one) != drawn(one.chopped(1) + text("G")));
+
+        m_field->setFocus();
+        m_field->setText(one);
+        m_field->setCursorPosition(int(one.indexOf(text("a"))));
+        const QImage editing = m_field->grab().toImage();
+        m_field->setText(other);
+        m_field->setCursorPosition(int(other.indexOf(text("b"))));
+        QVERIFY(m_field->grab().toImage() != editing);
+    }
+
+    void itLooksTheSameInEveryTheme()
+    {
+        m_other->setFocus();
+        m_field->setText(QString());
+        const QColor background = m_field->grab().toImage().pixelColor(100, 12);
+        const QColor amber = VelmoraPalette::amber();
+        const QColor around = m_window->palette().color(QPalette::Window);
+        const auto mixed = [](double front, double back) { return 0.1 * front + 0.9 * back; };
+        QVERIFY(std::abs(background.redF() - mixed(amber.redF(), around.redF())) < 0.01);
+        QVERIFY(std::abs(background.blueF() - mixed(amber.blueF(), around.blueF())) < 0.01);
+        QCOMPARE(m_field->font().pixelSize(), 14);
+        QCOMPARE(m_field->font().weight(), QFont::DemiBold);
+        QVERIFY(!m_field->hasFrame());
+    }
+
+private:
+    std::unique_ptr<QWidget> m_window;
+    FilenameTextField *m_field = nullptr;
+    QLineEdit *m_other = nullptr;
+};
+
+QTEST_MAIN(FilenameTextFieldTest)
+#include "FilenameTextFieldTest.moc"

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "imaging/ScreenshotImages.h"
+#include "platform/Platform.h"
+
+#include <QColor>
+#include <QList>
+#include <QSize>
+#include <QTemporaryDir>
+#include <QUrl>
+
+class BezelButton;
+class DraggableImageView;
+class FilenameTextField;
+class FloatingTrayPanel;
+class PaletteView;
+class QLabel;
+class QWidget;
+class ScreenshotRowView;
+
+/// Notes what it is asked to show; a file manager has no place in these tests.
+class NotingFileBrowser : public FileBrowser
+{
+public:
+    void reveal(const QUrl &file) override { revealed.append(file); }
+
+    QList<QUrl> revealed;
+};
+
+/// The system's services, as the tray uses them, and a folder with screenshots.
+class TrayRig
+{
+public:
+    TrayRig();
+    ~TrayRig();
+
+    /// Writes a picture of one colour and names its file.
+    QUrl screenshot(const QString &name, QColor color = Qt::red, QSize size = {640, 400}) const;
+    QUrl place(const QString &name) const;
+    QStringList filesInFolder() const;
+
+    Platform platform;
+    NotingFileBrowser *fileBrowser;
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<ScreenshotImages> m_images;
+
+public:
+    ScreenshotImages &images;
+};
+
+/// What stands in the tray now.
+namespace TrayOnScreen
+{
+
+/// Null when there is none.
+FloatingTrayPanel *panel();
+
+/// From top to bottom.
+QList<ScreenshotRowView *> rows();
+
+FilenameTextField *name(const QWidget *row);
+DraggableImageView *thumbnail(const QWidget *row);
+QString status(const QWidget *row);
+QString badge(const QWidget *row);
+BezelButton *button(const QWidget *row, const QString &accessibleName);
+
+/// What the row looks like within its tray.
+QImage picture(QWidget *row);
+
+} // namespace TrayOnScreen
+
+/// The lines in the diagnostic log that hold the text.
+QStringList logLinesWith(const QString &text);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QColor>
+#include <QLabel>
+
+/// A word in a small rounded box, centred; a word that is too wide for it is drawn narrower.
+class BadgeLabel : public QLabel
+{
+    Q_OBJECT
+public:
+    explicit BadgeLabel(QWidget *parent = nullptr);
+
+    void setColors(const QColor &text, const QColor &background);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QColor m_textColor;
+    QColor m_backgroundColor;
+};

@@ -1,0 +1,71 @@
+#include "tray/DraggableImageView.h"
+
+#include "core/FileUrls.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QMouseEvent>
+
+namespace
+{
+
+/// A file as other programs take it from a drag: its address, its plain path for those who want
+/// text, and its name for those who make a file of their own from what they get.
+void describe(const QUrl &file, QMimeData &data)
+{
+    data.setUrls({file});
+    data.setText(file.toLocalFile());
+    data.setData(QStringLiteral("application/x-kde-suggestedfilename"),
+                 FileUrls::lastPathComponent(file).toUtf8());
+}
+
+} // namespace
+
+DraggableImageView::DraggableImageView(const QUrl &fileURL, QWidget *parent)
+    : ImageView(parent), m_fileURL(fileURL)
+{
+}
+
+void DraggableImageView::setFileURL(const QUrl &url)
+{
+    m_fileURL = url;
+    if (m_dragged)
+        describe(url, *m_dragged);
+}
+
+void DraggableImageView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_pressed = event->pos();
+}
+
+void DraggableImageView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressed || !(event->buttons() & Qt::LeftButton))
+        return;
+    if ((event->pos() - *m_pressed).manhattanLength() < QApplication::startDragDistance())
+        return;
+    const QPoint from = *m_pressed;
+    m_pressed.reset();
+    drag(from);
+}
+
+void DraggableImageView::mouseReleaseEvent(QMouseEvent *)
+{
+    m_pressed.reset();
+}
+
+void DraggableImageView::drag(QPoint from)
+{
+    if (image().isNull())
+        return;
+    m_dragged = new QMimeData;
+    describe(m_fileURL, *m_dragged);
+
+    // The row may go while the user drags, the window stays.
+    auto *drag = new QDrag(window());
+    drag->setMimeData(m_dragged);
+    drag->setPixmap(picture());
+    drag->setHotSpot(from);
+    drag->exec(Qt::CopyAction);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "style/ImageView.h"
+
+#include <QMimeData>
+#include <QPointer>
+#include <QUrl>
+
+#include <optional>
+
+/// A picture from which its file can be dragged into other programs, as a copy. Without a picture
+/// there is no drag. Main thread.
+class DraggableImageView : public ImageView
+{
+    Q_OBJECT
+public:
+    explicit DraggableImageView(const QUrl &fileURL, QWidget *parent = nullptr);
+
+    QUrl fileURL() const { return m_fileURL; }
+
+    /// The file has moved. A drag that is under way carries the new place from now on.
+    void setFileURL(const QUrl &url);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    void drag(QPoint from);
+
+    QUrl m_fileURL;
+    std::optional<QPoint> m_pressed;
+    QPointer<QMimeData> m_dragged;
+};

@@ -1,0 +1,124 @@
+#include "tray/FilenameTextField.h"
+
+#include "style/SystemFont.h"
+#include "style/VelmoraPalette.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleOptionFrame>
+
+namespace
+{
+
+constexpr int fontSize = 14;
+constexpr double backgroundAlpha = 0.1;
+constexpr double cornerRadius = 5;
+constexpr int sidePadding = 4;
+
+bool isEditingKey(const QKeyEvent &event)
+{
+    if (event.modifiers() != Qt::ControlModifier && event.modifiers() != Qt::MetaModifier)
+        return false;
+    const int key = event.key();
+    return key == Qt::Key_A || key == Qt::Key_C || key == Qt::Key_V || key == Qt::Key_X;
+}
+
+} // namespace
+
+FilenameTextField::FilenameTextField(const QString &name, QWidget *parent) : QLineEdit(name, parent)
+{
+    setFont(systemFont(fontSize, QFont::DemiBold));
+    setFrame(false);
+    setTextMargins(sidePadding, 0, sidePadding, 0);
+    setAttribute(Qt::WA_MacShowFocusRect, false);
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Text, VelmoraPalette::primaryText());
+    setPalette(colors);
+    connect(this, &QLineEdit::textEdited, this, &FilenameTextField::edited);
+}
+
+bool FilenameTextField::event(QEvent *event)
+{
+    // Otherwise a shortcut elsewhere in the program could take the key away.
+    if (event->type() == QEvent::ShortcutOverride &&
+        isEditingKey(*static_cast<QKeyEvent *>(event))) {
+        event->accept();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
+void FilenameTextField::keyPressEvent(QKeyEvent *event)
+{
+    if (!performEditingKey(*event))
+        QLineEdit::keyPressEvent(event);
+}
+
+bool FilenameTextField::performEditingKey(const QKeyEvent &event)
+{
+    if (!hasFocus() || !isEditingKey(event))
+        return false;
+    switch (event.key()) {
+    case Qt::Key_A:
+        selectAll();
+        return true;
+    case Qt::Key_C:
+        copy();
+        return true;
+    case Qt::Key_V:
+        paste();
+        return true;
+    default:
+        cut();
+        return true;
+    }
+}
+
+void FilenameTextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (!event->preeditString().isEmpty())
+        Q_EMIT edited();
+    QLineEdit::inputMethodEvent(event);
+}
+
+void FilenameTextField::mousePressEvent(QMouseEvent *event)
+{
+    Q_EMIT pressed();
+    QLineEdit::mousePressEvent(event);
+}
+
+void FilenameTextField::paintEvent(QPaintEvent *event)
+{
+    paintBackground();
+    if (hasFocus())
+        QLineEdit::paintEvent(event);
+    else
+        paintElided();
+}
+
+void FilenameTextField::paintBackground()
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(VelmoraPalette::withAlpha(VelmoraPalette::amber(), backgroundAlpha));
+    painter.drawRoundedRect(QRectF(rect()), cornerRadius, cornerRadius);
+}
+
+/// Where QLineEdit puts the text, so that nothing jumps when the editing begins.
+void FilenameTextField::paintElided()
+{
+    constexpr int lineEditMargin = 2;
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QRect area = style()
+                           ->subElementRect(QStyle::SE_LineEditContents, &option, this)
+                           .marginsRemoved(textMargins())
+                           .adjusted(lineEditMargin, 0, -lineEditMargin, 0);
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(area, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width()));
+}

@@ -1,0 +1,109 @@
+#include "tray/FloatingTrayPanel.h"
+
+#include "platform/PanelWindow.h"
+#include "style/PaletteView.h"
+#include "style/VelmoraPalette.h"
+
+#include <QBitmap>
+#include <QPainter>
+#include <QWindow>
+
+namespace
+{
+
+constexpr double cornerRadius = 14;
+constexpr int borderWidth = 1;
+constexpr double borderAlpha = 0.18;
+
+QRegion roundedRegion(QSize size)
+{
+    QBitmap shape(size);
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRect({}, size), cornerRadius, cornerRadius);
+    painter.end();
+    return shape;
+}
+
+} // namespace
+
+FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
+    : QWidget(nullptr, panelWindow.windowType() | Qt::FramelessWindowHint |
+                           Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
+    , m_panelWindow(panelWindow)
+    , m_background(new PaletteView(this))
+{
+    setWindowTitle(QStringLiteral("Velmora"));
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_MacAlwaysShowToolWindow);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setPalette(VelmoraPalette::lightPalette());
+
+    // Without this Qt gives the keyboard to the first name when the window becomes active, for
+    // instance by a click on a button.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
+
+    m_background->setFillColor(VelmoraPalette::tray());
+    m_background->setCornerRadius(cornerRadius);
+    m_background->setBorder(borderWidth,
+                            VelmoraPalette::withAlpha(VelmoraPalette::coral(), borderAlpha));
+}
+
+void FloatingTrayPanel::setContent(QWidget *content)
+{
+    m_content = content;
+    content->setParent(m_background);
+    content->setGeometry(rect());
+}
+
+void FloatingTrayPanel::setFrame(const QRect &frame)
+{
+    setFixedSize(frame.size());
+    move(frame.topLeft());
+    updateCorners();
+}
+
+void FloatingTrayPanel::present()
+{
+    if (isVisible()) {
+        raise();
+        return;
+    }
+    createWinId();
+    m_panelWindow.prepare(*windowHandle());
+    show();
+}
+
+void FloatingTrayPanel::takeFocus()
+{
+    m_panelWindow.takeFocus(*windowHandle());
+}
+
+void FloatingTrayPanel::resizeEvent(QResizeEvent *)
+{
+    m_background->setGeometry(rect());
+    if (m_content)
+        m_content->setGeometry(rect());
+}
+
+/// Where nothing shows through, the corners' pixels are cut off the window, and those that the
+/// edge crosses get the panel's colour.
+void FloatingTrayPanel::paintEvent(QPaintEvent *)
+{
+    if (m_roundsByMask)
+        QPainter(this).fillRect(rect(), VelmoraPalette::tray());
+}
+
+void FloatingTrayPanel::updateCorners()
+{
+    m_roundsByMask = !m_panelWindow.showsTransparency();
+    if (m_roundsByMask)
+        setMask(roundedRegion(size()));
+    else
+        clearMask();
+    update();
+}

@@ -1,0 +1,132 @@
+#include "tray/RowControls.h"
+
+#include "style/BezelButton.h"
+#include "style/PaletteView.h"
+#include "style/SymbolImages.h"
+#include "style/VelmoraPalette.h"
+#include "tray/BadgeLabel.h"
+#include "tray/DraggableImageView.h"
+#include "tray/FilenameTextField.h"
+#include "tray/StatusLabel.h"
+
+#include <QHBoxLayout>
+
+namespace
+{
+
+// All in points.
+constexpr QSize accentSize(4, 48);
+constexpr double accentRadius = 2;
+constexpr QSize thumbnailSize(64, 50);
+constexpr double thumbnailRadius = 8;
+constexpr QSize freshnessSize(48, 18);
+constexpr int filenameHeight = 24;
+constexpr QSize undoSize(70, 28);
+constexpr QMargins rowInsets(8, 7, 8, 7);
+constexpr int columnSpacing = 10;
+constexpr int badgeSpacing = 8;
+constexpr int nameSpacing = 5;
+constexpr int nameMinimumWidth = 250;
+constexpr int buttonSpacing = 5;
+constexpr int buttonsWidth = 208;
+
+BezelButton *makeUndoButton(QWidget *row)
+{
+    auto *button = new BezelButton(QStringLiteral("Undo"), row);
+    button->setIcon(
+        symbolIcon(QStringLiteral("arrow.uturn.backward"), VelmoraPalette::primaryText()));
+    button->setToolTip(QStringLiteral("Undo last change"));
+    button->setAccessibleName(QStringLiteral("Undo"));
+    button->setAccessibleDescription(button->toolTip());
+    button->setFixedSize(undoSize);
+    button->hide();
+    return button;
+}
+
+RowControls makeControls(QWidget *row, const QUrl &file, const QString &filename)
+{
+    const auto symbolButton = [row](const QString &symbol, const QString &toolTip) {
+        return BezelButton::withSymbol(symbol, toolTip, row);
+    };
+    return {
+        .accentView = new PaletteView(row),
+        .thumbnailView = new DraggableImageView(file, row),
+        .freshnessLabel = new BadgeLabel(row),
+        .statusLabel = new StatusLabel(row),
+        .filenameField = new FilenameTextField(filename, row),
+        .undoButton = makeUndoButton(row),
+        .copyButton = symbolButton(QStringLiteral("doc.on.doc"), QStringLiteral("Copy")),
+        .revealButton = symbolButton(QStringLiteral("folder"), QStringLiteral("Reveal in Finder")),
+        .trashButton = symbolButton(QStringLiteral("trash"), QStringLiteral("Move to Trash")),
+        .closeButton = symbolButton(QStringLiteral("xmark"), QStringLiteral("Dismiss")),
+    };
+}
+
+void configure(const RowControls &controls)
+{
+    controls.accentView->setFixedSize(accentSize);
+    controls.accentView->setCornerRadius(accentRadius);
+
+    controls.thumbnailView->setFixedSize(thumbnailSize);
+    controls.thumbnailView->setCornerRadius(thumbnailRadius);
+    controls.thumbnailView->setToolTip(QStringLiteral("Drag screenshot"));
+    controls.thumbnailView->setAccessibleName(controls.thumbnailView->toolTip());
+
+    controls.freshnessLabel->setFixedSize(freshnessSize);
+
+    controls.filenameField->setFixedHeight(filenameHeight);
+    controls.filenameField->setToolTip(QStringLiteral("Edit filename and press Return"));
+    controls.filenameField->setAccessibleName(controls.filenameField->toolTip());
+}
+
+QLayout *layOutName(const RowControls &controls)
+{
+    auto *badges = new QHBoxLayout;
+    badges->setSpacing(badgeSpacing);
+    badges->addWidget(controls.freshnessLabel);
+    badges->addWidget(controls.statusLabel, 1);
+
+    auto *column = new QVBoxLayout;
+    column->setSpacing(nameSpacing);
+    column->addStretch();
+    column->addLayout(badges);
+    column->addWidget(controls.filenameField);
+    column->addStretch();
+    column->addStrut(nameMinimumWidth);
+    return column;
+}
+
+/// The four symbols fill less than the buttons' width and stand at its end. With the undo button
+/// they need ten points more, which the name gives.
+QLayout *layOutButtons(const RowControls &controls)
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(buttonSpacing);
+    buttons->setContentsMargins({});
+    buttons->addStretch();
+    for (BezelButton *button : {controls.undoButton, controls.copyButton, controls.revealButton,
+                                controls.trashButton, controls.closeButton})
+        buttons->addWidget(button);
+    return buttons;
+}
+
+} // namespace
+
+RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename)
+{
+    const RowControls controls = makeControls(row, file, filename);
+    configure(controls);
+
+    auto *buttons = new QWidget(row);
+    buttons->setLayout(layOutButtons(controls));
+    buttons->setMinimumWidth(buttonsWidth);
+
+    auto *columns = new QHBoxLayout(row);
+    columns->setContentsMargins(rowInsets);
+    columns->setSpacing(columnSpacing);
+    columns->addWidget(controls.accentView);
+    columns->addWidget(controls.thumbnailView);
+    columns->addLayout(layOutName(controls), 1);
+    columns->addWidget(buttons);
+    return controls;
+}

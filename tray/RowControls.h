@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+class BadgeLabel;
+class BezelButton;
+class DraggableImageView;
+class FilenameTextField;
+class PaletteView;
+class QWidget;
+class StatusLabel;
+
+/// The controls of one row, in the order in which Tab visits them. They belong to the row.
+struct RowControls {
+    PaletteView *accentView;
+    DraggableImageView *thumbnailView;
+    BadgeLabel *freshnessLabel;
+    StatusLabel *statusLabel;
+    FilenameTextField *filenameField;
+    BezelButton *undoButton;
+    BezelButton *copyButton;
+    BezelButton *revealButton;
+    BezelButton *trashButton;
+    BezelButton *closeButton;
+};
+
+/// Makes a row's controls and lays them out in it.
+RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename);

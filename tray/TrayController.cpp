@@ -1,0 +1,240 @@
+#include "tray/TrayController.h"
+
+#include "core/FileUrls.h"
+#include "core/VelmoraSettings.h"
+#include "files/ClipboardWriter.h"
+#include "platform/Platform.h"
+#include "tray/ArrivalAnimation.h"
+#include "tray/FloatingTrayPanel.h"
+#include "tray/RowStack.h"
+#include "tray/ScreenshotRowView.h"
+#include "tray/trayFrame.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr int maximumRows = 3;
+
+std::optional<std::chrono::seconds> dismissalDelay(TrayDuration duration)
+{
+    switch (duration) {
+    case TrayDuration::fifteenSeconds:
+        return 15s;
+    case TrayDuration::sixtySeconds:
+        return 60s;
+    case TrayDuration::untilDismissed:
+        break;
+    }
+    return std::nullopt;
+}
+
+template <typename... Cases>
+struct Overloaded : Cases... {
+    using Cases::operator()...;
+};
+
+} // namespace
+
+TrayController::TrayController(Platform &platform, ScreenshotImages &images, QObject *parent)
+    : QObject(parent), m_platform(platform), m_images(images)
+{
+    connect(&m_dismissalTasks, &RowDismissals::due, this, &TrayController::removeRow);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
+            &TrayController::followPrimaryScreen);
+    followPrimaryScreen();
+}
+
+TrayController::~TrayController() = default;
+
+void TrayController::followPrimaryScreen()
+{
+    disconnect(m_screenChanges);
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        m_screenChanges =
+            connect(screen, &QScreen::availableGeometryChanged, this, &TrayController::layoutPanel);
+    }
+    layoutPanel();
+}
+
+void TrayController::createPanel()
+{
+    m_panel = std::make_unique<FloatingTrayPanel>(*m_platform.panelWindow);
+    m_stackView = new RowStack;
+    m_panel->setContent(m_stackView);
+}
+
+QUuid TrayController::addScreenshot(const QUrl &url, const QString &suggestedFilename)
+{
+    if (!m_panel)
+        createPanel();
+    const QUuid id = QUuid::createUuid();
+    auto *row =
+        new ScreenshotRowView(id, url, suggestedFilename, {*m_platform.systemTrash, m_images},
+                              [this](const ScreenshotRowAction &action) { handle(action); });
+    connect(row, &ScreenshotRowView::nameClicked, m_panel.get(), &FloatingTrayPanel::takeFocus);
+    m_rows.insert(id, row);
+    m_rowOrder.prepend(id);
+    m_stackView->insertAtTop(row);
+
+    trimRows();
+    updateFreshness();
+    layoutPanel();
+    animateArrival(row);
+    m_panel->present();
+    scheduleDismissal(id);
+    return id;
+}
+
+/// Begins before the panel is shown, so that its first picture is the animation's first.
+void TrayController::animateArrival(ScreenshotRowView *row)
+{
+    new ArrivalAnimation(*m_stackView, row);
+}
+
+/// A trimmed row's dismissal stays planned; when it is due there is no row.
+void TrayController::trimRows()
+{
+    while (m_rowOrder.size() > maximumRows) {
+        ScreenshotRowView *row = m_rows.take(m_rowOrder.takeLast());
+        if (!row)
+            break;
+        takeOut(row);
+    }
+}
+
+void TrayController::takeOut(ScreenshotRowView *row)
+{
+    row->retire();
+    m_stackView->remove(row);
+}
+
+void TrayController::updateFreshness()
+{
+    for (int i = 0; i < m_rowOrder.size(); ++i) {
+        if (ScreenshotRowView *row = m_rows.value(m_rowOrder[i]))
+            row->setNewest(i == 0);
+    }
+}
+
+void TrayController::layoutPanel()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!m_panel || !screen)
+        return;
+    m_panel->setFrame(trayFrame(screen->availableGeometry(), int(m_rowOrder.size()),
+                                VelmoraSettings::trayPosition()));
+}
+
+void TrayController::scheduleDismissal(const QUuid &id)
+{
+    if (const auto delay = dismissalDelay(VelmoraSettings::trayDuration()))
+        m_dismissalTasks.schedule(id, *delay);
+}
+
+void TrayController::removeRow(const QUuid &id)
+{
+    ScreenshotRowView *row = m_rows.take(id);
+    if (!row)
+        return;
+    m_dismissalTasks.cancel(id);
+    m_rowOrder.removeAll(id);
+    takeOut(row);
+    if (m_rowOrder.isEmpty()) {
+        m_panel->hide();
+        return;
+    }
+    updateFreshness();
+    layoutPanel();
+}
+
+void TrayController::updateSuggestion(const QUuid &itemID, const QString &filename, bool autoRename)
+{
+    if (ScreenshotRowView *row = m_rows.value(itemID))
+        row->updateSuggestedFilename(filename, autoRename);
+}
+
+void TrayController::markNaming(const QUuid &itemID)
+{
+    if (ScreenshotRowView *row = m_rows.value(itemID))
+        row->setStatus(QStringLiteral("Reading screen text..."));
+}
+
+std::optional<QUrl> TrayController::fileURL(const QUuid &itemID) const
+{
+    const ScreenshotRowView *row = m_rows.value(itemID);
+    return row ? std::optional(row->fileURL()) : std::nullopt;
+}
+
+bool TrayController::containsScreenshot(const QUrl &url) const
+{
+    const QUrl wanted = FileUrls::standardized(url);
+    return std::any_of(m_rows.begin(), m_rows.end(), [&wanted](const ScreenshotRowView *row) {
+        return FileUrls::standardized(row->fileURL()) == wanted;
+    });
+}
+
+void TrayController::handle(const ScreenshotRowAction &action)
+{
+    using Action = ScreenshotRowAction;
+    if (const auto *done = std::get_if<Action::Renamed>(&action.what)) {
+        renamed(done->result);
+        return;
+    }
+    ScreenshotRowView *row = m_rows.value(action.id);
+    if (!row)
+        return;
+    std::visit(
+        Overloaded{
+            [this, row](const Action::Copy &) { copy(*row); },
+            [this, row](const Action::Rename &) {
+                if (const auto result = row->renameFile(std::nullopt))
+                    renamed(*result);
+            },
+            [](const Action::Renamed &) {},
+            [this, row](const Action::Reveal &) { m_platform.fileBrowser->reveal(row->fileURL()); },
+            [this, row](const Action::Trash &) { trash(*row); },
+            [this, row](const Action::Undo &undoing) { undo(*row, undoing.action); },
+            [this, row](const Action::Close &) { removeRow(row->id()); },
+        },
+        action.what);
+}
+
+/// Whatever the setting for new screenshots says, the button copies the picture and the file.
+void TrayController::copy(ScreenshotRowView &row)
+{
+    const bool copied =
+        ClipboardWriter::copy(*m_platform.pasteboard, row.fileURL(), CopyBehavior::imageAndFile);
+    row.setStatus(copied ? QStringLiteral("Copied") : QStringLiteral("Could not copy"));
+}
+
+void TrayController::renamed(const RenameResult &result)
+{
+    if (onRenamed)
+        onRenamed(result.newURL);
+    if (onRenameUndoable)
+        onRenameUndoable(result.oldURL, result.newURL);
+}
+
+void TrayController::trash(ScreenshotRowView &row)
+{
+    const auto result = row.moveToTrash();
+    if (!result)
+        return;
+    if (onTrashUndoable)
+        onTrashUndoable(result->originalURL, result->trashedURL);
+    removeRow(row.id());
+}
+
+void TrayController::undo(ScreenshotRowView &row, const UndoableAction &action)
+{
+    const auto url = row.performUndo(action);
+    if (url && onUndoPerformed)
+        onUndoPerformed(action, *url);
+}

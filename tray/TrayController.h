@@ -1,0 +1,83 @@
+#pragma once
+
+#include "tray/RowDismissals.h"
+#include "tray/ScreenshotRowAction.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QUrl>
+#include <QUuid>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class FloatingTrayPanel;
+class QScreen;
+class RowStack;
+class ScreenshotImages;
+class ScreenshotRowView;
+struct Platform;
+
+/// The floating tray: at most three rows, the newest on top, in the corner of the screen that the
+/// user has chosen. It carries out what the rows ask for. Main thread; the services outlive it.
+class TrayController : public QObject
+{
+    Q_OBJECT
+public:
+    TrayController(Platform &platform, ScreenshotImages &images, QObject *parent = nullptr);
+    ~TrayController() override;
+
+    // Each may be empty.
+
+    /// After a rename made through the tray: the file's new place.
+    std::function<void(const QUrl &url)> onRenamed;
+    /// After `onRenamed`, for the undo history.
+    std::function<void(const QUrl &oldURL, const QUrl &newURL)> onRenameUndoable;
+    std::function<void(const QUrl &originalURL, const QUrl &trashedURL)> onTrashUndoable;
+    /// After a row has undone an action: where the file is now.
+    std::function<void(const UndoableAction &action, const QUrl &url)> onUndoPerformed;
+
+    /// Shows a new row, on top, without taking the keyboard.
+    QUuid addScreenshot(const QUrl &url, const QString &suggestedFilename);
+
+    // What follows does nothing for a row that is gone.
+
+    void updateSuggestion(const QUuid &itemID, const QString &filename, bool autoRename);
+    void markNaming(const QUuid &itemID);
+
+    /// Where the row's file is now; absent when there is no such row.
+    std::optional<QUrl> fileURL(const QUuid &itemID) const;
+
+    /// Whether some row shows this file.
+    bool containsScreenshot(const QUrl &url) const;
+
+    /// Moves the tray to where the settings and the screen want it.
+    void layoutPanel();
+
+private:
+    void createPanel();
+    void followPrimaryScreen();
+    void trimRows();
+    void updateFreshness();
+    void scheduleDismissal(const QUuid &id);
+    void removeRow(const QUuid &id);
+    void takeOut(ScreenshotRowView *row);
+    void animateArrival(ScreenshotRowView *row);
+
+    void handle(const ScreenshotRowAction &action);
+    void copy(ScreenshotRowView &row);
+    void renamed(const RenameResult &result);
+    void trash(ScreenshotRowView &row);
+    void undo(ScreenshotRowView &row, const UndoableAction &action);
+
+    Platform &m_platform;
+    ScreenshotImages &m_images;
+    std::unique_ptr<FloatingTrayPanel> m_panel;
+    RowStack *m_stackView = nullptr;
+    QHash<QUuid, ScreenshotRowView *> m_rows;
+    QList<QUuid> m_rowOrder;
+    RowDismissals m_dismissalTasks;
+    QMetaObject::Connection m_screenChanges;
+};

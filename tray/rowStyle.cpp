@@ -1,0 +1,31 @@
+#include "tray/rowStyle.h"
+
+#include "style/VelmoraPalette.h"
+
+RowStyle rowStyle(bool isNewest)
+{
+    using namespace VelmoraPalette;
+    const QColor border = withAlpha(coral(), 0.34);
+    if (isNewest) {
+        return {
+            .freshness = QStringLiteral("NEW"),
+            .freshnessText = coral(),
+            .freshnessBackground = withAlpha(coral(), 0.16),
+            .accent = withAlpha(coral(), 0.95),
+            .background = card(),
+            .borderWidth = 1,
+            .border = border,
+            .alpha = 1,
+        };
+    }
+    return {
+        .freshness = QStringLiteral("EARLIER"),
+        .freshnessText = lightPalette().color(QPalette::PlaceholderText),
+        .freshnessBackground = withAlpha(blue(), 0.08),
+        .accent = withAlpha(blue(), 0.28),
+        .background = cardMuted(),
+        .borderWidth = 0,
+        .border = border,
+        .alpha = 0.72,
+    };
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+
+/// How a row looks: as the newest one, which stands out, or as one of the earlier ones.
+struct RowStyle {
+    QString freshness;
+    QColor freshnessText;
+    QColor freshnessBackground;
+    QColor accent;
+    QColor background;
+    int borderWidth = 0;
+    QColor border;
+    /// The opacity of the row as a whole.
+    double alpha = 1;
+};
+
+RowStyle rowStyle(bool isNewest);
