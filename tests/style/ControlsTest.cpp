@@ -141,7 +141,7 @@ private Q_SLOTS:
         QRect ink;
         for (int y = 0; y < 50; ++y)
             for (int x = 0; x < 64; ++x)
-                if (image.pixelColor(x, y) == QColor(Qt::red))
+                if (qAlpha(image.pixel(x, y)) == 255)
                     ink |= QRect(x, y, 1, 1);
         QCOMPARE(ink, covered);
     }
@@ -155,9 +155,25 @@ private Q_SLOTS:
         const QImage image = drawn(view);
         QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
         QCOMPARE(qAlpha(image.pixel(63, 49)), 0);
-        QCOMPARE(image.pixelColor(32, 0), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(32, 25), QColor(Qt::red));
         view.setImage({});
         QCOMPARE(qAlpha(drawn(view).pixel(32, 25)), 0);
+    }
+
+    void onlyAnOpaquePictureHasAnOutline()
+    {
+        ImageView view;
+        view.resize(64, 50);
+        view.setImage(solid({640, 500}, Qt::white));
+        QImage image = drawn(view);
+        QVERIFY(image.pixelColor(32, 0).lightness() < 240);
+        QCOMPARE(image.pixelColor(32, 2), QColor(Qt::white));
+
+        QImage window(640, 500, QImage::Format_ARGB32);
+        window.fill(Qt::transparent);
+        view.setImage(window);
+        image = drawn(view);
+        QCOMPARE(qAlpha(image.pixel(32, 0)), 0);
     }
 
     void everyFileHasAnIcon()
