@@ -1,0 +1,160 @@
+#include "platform/LoginItem.h"
+
+#include "platform/linux/DesktopEntry.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+namespace
+{
+
+QString entryName()
+{
+    return QStringLiteral("/autostart/app.velmora.Velmora.desktop");
+}
+
+QString ownEntryPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + entryName();
+}
+
+/// The entry that an administrator has made for all users.
+std::optional<QString> systemEntryPath()
+{
+    QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    folders.removeFirst();
+    for (const QString &folder : folders) {
+        if (QFileInfo::exists(folder + entryName()))
+            return folder + entryName();
+    }
+    return std::nullopt;
+}
+
+/// Whether the running desktop is among those for which the entry is meant.
+bool isForThisDesktop(const DesktopEntry &entry)
+{
+    const QStringList onlyIn = entry.list("OnlyShowIn");
+    const QStringList notIn = entry.list("NotShowIn");
+    for (const QString &desktop : qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':')) {
+        if (onlyIn.contains(desktop))
+            return true;
+        if (notIn.contains(desktop))
+            return false;
+    }
+    return onlyIn.isEmpty();
+}
+
+bool canBeTried(const QString &program)
+{
+    return program.isEmpty() || !QStandardPaths::findExecutable(program).isEmpty();
+}
+
+/// An update may have replaced the file since this process was started from it.
+QString ownProgram()
+{
+    QString path = QCoreApplication::applicationFilePath();
+    const QString replaced = QStringLiteral(" (deleted)");
+    if (path.endsWith(replaced) && !QFileInfo::exists(path))
+        path.chop(replaced.size());
+    return path;
+}
+
+/// As any string value of a desktop entry.
+QString escaped(QString value)
+{
+    return value.replace(u'\\', QStringLiteral("\\\\"));
+}
+
+/// A path as the only word of a command line: quoted as for a shell, its percent signs doubled,
+/// and the whole then escaped like any other value. (Some sessions look for the program before
+/// they undo the doubling and find none; nothing else that an entry can say helps those.)
+QString commandLine(const QString &program)
+{
+    QString word = QStringLiteral("\"");
+    for (const QChar character : program) {
+        if (QStringView(u"\"`$\\").contains(character))
+            word += u'\\';
+        word += character;
+        if (character == u'%')
+            word += u'%';
+    }
+    return escaped(word + u'"');
+}
+
+QByteArray enabledEntry(const QString &program)
+{
+    const QString entry = QStringLiteral("[Desktop Entry]\n"
+                                         "Type=Application\n"
+                                         "Name=Velmora\n"
+                                         "Comment=Names and keeps your screenshots at hand\n"
+                                         "Icon=app.velmora.Velmora\n"
+                                         "Exec=") +
+                          commandLine(program) + QStringLiteral("\nTryExec=") + escaped(program) +
+                          QStringLiteral("\nTerminal=false\n"
+                                         "X-GNOME-Autostart-enabled=true\n"
+                                         "X-KDE-autostart-after=panel\n");
+    return entry.toUtf8();
+}
+
+QByteArray hidingEntry()
+{
+    return "[Desktop Entry]\nType=Application\nName=Velmora\nHidden=true\n";
+}
+
+std::optional<QString> write(const QByteArray &content)
+{
+    const QString path = ownEntryPath();
+    const QString folder = QFileInfo(path).path();
+    if (!QDir().mkpath(folder))
+        return QStringLiteral("The folder %1 could not be made").arg(folder);
+    QSaveFile file(path);
+    if (file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.commit())
+        return std::nullopt;
+    return file.errorString();
+}
+
+/// Start at login as an entry in the user's autostart folder, which every desktop reads.
+class AutostartLoginItem : public LoginItem
+{
+public:
+    bool isEnabled() const override
+    {
+        const QString own = ownEntryPath();
+        const QString path = QFileInfo::exists(own) ? own : systemEntryPath().value_or(own);
+        const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
+        return entry && entry->isApplication() && !entry->string("Exec").isEmpty() &&
+               entry->boolean("X-GNOME-Autostart-enabled").value_or(true) &&
+               isForThisDesktop(*entry) && canBeTried(entry->string("TryExec"));
+    }
+
+    std::optional<QString> setEnabled(bool enabled) override
+    {
+        if (enabled)
+            return enable(ownProgram());
+        if (systemEntryPath())
+            return write(hidingEntry());
+        QFile own(ownEntryPath());
+        const bool isThere = own.exists() || QFileInfo(own).isSymLink();
+        if (!isThere || own.remove())
+            return std::nullopt;
+        return own.errorString();
+    }
+
+private:
+    static std::optional<QString> enable(const QString &program)
+    {
+        if (program.contains(u'\n'))
+            return QStringLiteral("No desktop entry can name the program's path");
+        return write(enabledEntry(program));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<LoginItem> makeLoginItem()
+{
+    return std::make_unique<AutostartLoginItem>();
+}

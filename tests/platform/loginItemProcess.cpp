@@ -1,0 +1,31 @@
+// A program that can be started at login. Told "on" or "off" it turns that on or off, told "state"
+// it says how it stands; told nothing, as at login, it notes in the folder STARTED_FOLDER which
+// program has been started and with how many arguments.
+
+#include "platform/LoginItem.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QString order = application.arguments().value(1);
+    if (order.isEmpty()) {
+        QFile note(qEnvironmentVariable("STARTED_FOLDER") + QStringLiteral("/started"));
+        if (!note.open(QFile::WriteOnly))
+            return 1;
+        note.write(QByteArray::number(argc) + ' ' + application.applicationFilePath().toUtf8());
+        return 0;
+    }
+    const auto item = makeLoginItem();
+    if (order == u"state") {
+        std::puts(item->isEnabled() ? "on" : "off");
+        return 0;
+    }
+    const std::optional<QString> failure = item->setEnabled(order == u"on");
+    std::puts(failure ? failure->toUtf8().constData() : "done");
+    return 0;
+}
