@@ -19,8 +19,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include <algorithm>
-
 namespace
 {
 
@@ -121,7 +119,6 @@ QWidget *WelcomeWindow::makeContent(const WelcomeState &state)
 
     auto *content = new QWidget;
     auto *sections = new QVBoxLayout(content);
-    sections->setContentsMargins(sideMargin, topMargin, sideMargin, bottomMargin);
     sections->setSpacing(0);
     const QList<QWidget *> topToBottom = {new WelcomeHeader(state.instantModeOn),
                                           readinessCards(state),
@@ -173,9 +170,7 @@ void WelcomeWindow::setVisible(bool visible)
     const bool appears = visible && !isVisible();
     if (appears) {
         fitToScreen();
-        // A place that is set before the window exists is that of its frame, title bar and all.
-        if (!testAttribute(Qt::WA_WState_Created))
-            placeOnScreen();
+        place();
     }
     QWidget::setVisible(visible);
     // No control is in focus until the user goes there: a stray key must change no setting.
@@ -183,18 +178,32 @@ void WelcomeWindow::setVisible(bool visible)
         setFocus();
 }
 
+void WelcomeWindow::hideEvent(QHideEvent *event)
+{
+    m_lastPlace = pos();
+    QWidget::hideEvent(event);
+}
+
 /// On a screen that is too low for all of it the window is lower, and its content scrolls, as it
 /// would stand on a higher one.
 void WelcomeWindow::fitToScreen()
 {
     const int room = screen()->availableGeometry().height() - frameAllowance;
-    setFixedSize(contentSize.width(), std::min(contentSize.height(), room));
+    const bool scrolls = room < contentSize.height();
+    setFixedSize(contentSize.width(), scrolls ? room : contentSize.height());
+    // The scroll bar stands in the margin.
+    const int scrollBarWidth = scrolls ? m_scrollArea->verticalScrollBar()->sizeHint().width() : 0;
+    m_scrollArea->widget()->layout()->setContentsMargins(sideMargin, topMargin,
+                                                         sideMargin - scrollBarWidth, bottomMargin);
 }
 
-void WelcomeWindow::placeOnScreen()
+/// In the middle of the screen at first, later where it was.
+void WelcomeWindow::place()
 {
-    const QRect room = screen()->availableGeometry();
+    // Only a place that is set before the window exists is that of its frame, title bar and all.
+    if (testAttribute(Qt::WA_WState_Created))
+        return;
     QRect framed({}, size() + QSize(0, frameAllowance));
-    framed.moveCenter(room.center());
-    move(framed.topLeft());
+    framed.moveCenter(screen()->availableGeometry().center());
+    move(m_lastPlace.value_or(framed.topLeft()));
 }

@@ -3,6 +3,8 @@
 #include <QUrl>
 #include <QWidget>
 
+#include <optional>
+
 class GeneralSection;
 class BehaviorSection;
 class QScrollArea;
@@ -41,13 +43,17 @@ Q_SIGNALS:
     void doneRequested();
     void feedbackRequested();
 
+protected:
+    void hideEvent(QHideEvent *event) override;
+
 private:
     QWidget *makeContent(const WelcomeState &state);
     void connectGeneral(const GeneralSection &general);
     void connectBehavior(const BehaviorSection &behavior);
     void connectFooter(const WelcomeFooter &footer);
-    void placeOnScreen();
     void fitToScreen();
+    void place();
 
     QScrollArea *m_scrollArea;
+    std::optional<QPoint> m_lastPlace;
 };
