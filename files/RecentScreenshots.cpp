@@ -1,0 +1,102 @@
+#include "files/RecentScreenshots.h"
+
+#include "core/FileUrls.h"
+#include "core/VelmoraSettings.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr qsizetype maximumEntries = 10;
+constexpr int folderFiles = 20;
+
+QString storeKey()
+{
+    return QStringLiteral("recentScreenshots");
+}
+
+QStringList pathsOf(const QList<QUrl> &urls)
+{
+    QStringList paths;
+    for (const QUrl &url : urls)
+        paths << url.toLocalFile();
+    return paths;
+}
+
+/// A list that is stored already is not written again: each write waits for the disk.
+void save(const QList<QUrl> &urls)
+{
+    QSettings store = VelmoraSettings::open();
+    const QStringList paths = pathsOf(urls);
+    if (store.value(storeKey()).toStringList() != paths)
+        store.setValue(storeKey(), paths);
+}
+
+bool isGone(const QUrl &url)
+{
+    return !FileUrls::exists(url);
+}
+
+} // namespace
+
+RecentScreenshots::RecentScreenshots(ScreenshotFolderAccess access, QObject *parent)
+    : QObject(parent), m_access(std::move(access))
+{
+}
+
+void RecentScreenshots::load()
+{
+    m_urls.clear();
+    const QStringList paths = VelmoraSettings::open().value(storeKey()).toStringList();
+    for (const QString &path : paths) {
+        const QUrl url = FileUrls::fromPath(path);
+        if (!isGone(url) && m_urls.size() < maximumEntries)
+            m_urls << url;
+    }
+}
+
+void RecentScreenshots::add(const QUrl &url)
+{
+    const QUrl added = FileUrls::standardized(url);
+    m_urls.removeIf([&added](const QUrl &entry) { return entry == added || isGone(entry); });
+    m_urls.prepend(added);
+    m_urls = m_urls.first(std::min(m_urls.size(), maximumEntries));
+    refresh();
+}
+
+void RecentScreenshots::remove(const QUrl &url)
+{
+    m_urls.removeAll(url);
+    refresh();
+}
+
+void RecentScreenshots::refresh()
+{
+    refill();
+    save(m_urls);
+    Q_EMIT refreshed();
+}
+
+void RecentScreenshots::refill()
+{
+    const QUrl folder = FileUrls::standardized(m_access.folder());
+    struct Entry {
+        QUrl url;
+        ScreenshotFolderAccess::Date modified;
+    };
+    QList<Entry> entries;
+    for (const QUrl &candidate : m_urls + m_access.newestFiles(folder, folderFiles)) {
+        const QUrl url = FileUrls::standardized(candidate);
+        if (!isGone(url) && FileUrls::parentFolder(url) == folder)
+            entries.append({url, m_access.modificationDate(url)});
+    }
+    std::stable_sort(entries.begin(), entries.end(), [](const Entry &one, const Entry &other) {
+        return one.modified > other.modified;
+    });
+    m_urls.clear();
+    for (const Entry &entry : entries) {
+        if (m_urls.size() < maximumEntries && !m_urls.contains(entry.url))
+            m_urls << entry.url;
+    }
+}

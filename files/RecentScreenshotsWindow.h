@@ -1,0 +1,35 @@
+#pragma once
+
+#include "files/RecentScreenshotsView.h"
+#include "files/RecentThumbnails.h"
+
+class RecentScreenshots;
+class ScreenshotImages;
+
+/// The window "Recent Screenshots". It stays above other windows, and closing it only hides it.
+/// While it is shown its content is made anew whenever the list is. Main thread.
+class RecentScreenshotsWindow : public QWidget
+{
+    Q_OBJECT
+public:
+    RecentScreenshotsWindow(RecentScreenshots &recent, ScreenshotImages &images,
+                            QWidget *parent = nullptr);
+
+    /// Refreshes the list, and brings the window to the front with the keyboard; the first time in
+    /// the middle of the screen.
+    void present();
+
+    /// Null before the window has been shown for the first time.
+    RecentScreenshotsView *view() const { return m_view; }
+
+Q_SIGNALS:
+    void actionRequested(const RecentScreenshotAction &action);
+
+private:
+    void rebuild();
+    void placeOnScreen();
+
+    RecentScreenshots &m_recent;
+    RecentThumbnails m_thumbnails;
+    RecentScreenshotsView *m_view = nullptr;
+};

@@ -1,0 +1,46 @@
+#include "files/UndoHistory.h"
+
+#include "files/reverseAction.h"
+
+namespace
+{
+
+constexpr qsizetype maximumActions = 10;
+
+} // namespace
+
+UndoHistory::UndoHistory(SystemTrash &trash, QObject *parent) : QObject(parent), m_trash(trash) {}
+
+QString UndoHistory::title() const
+{
+    if (m_actions.isEmpty())
+        return QStringLiteral("Undo Last Action");
+    return m_actions.last().kind == UndoableAction::Kind::Rename ? QStringLiteral("Undo Rename")
+                                                                 : QStringLiteral("Undo Trash");
+}
+
+void UndoHistory::push(const UndoableAction &action)
+{
+    m_actions.append(action);
+    if (m_actions.size() > maximumActions)
+        m_actions.removeFirst();
+    Q_EMIT changed();
+}
+
+std::optional<QUrl> UndoHistory::undoLast()
+{
+    if (m_actions.isEmpty())
+        return std::nullopt;
+    const UndoableAction action = m_actions.takeLast();
+    const std::error_code error = reverseAction(m_trash, action);
+    Q_EMIT changed();
+    return error ? std::nullopt : std::optional(action.before);
+}
+
+void UndoHistory::remove(const UndoableAction &action)
+{
+    const qsizetype newest = m_actions.lastIndexOf(action);
+    if (newest >= 0)
+        m_actions.removeAt(newest);
+    Q_EMIT changed();
+}
