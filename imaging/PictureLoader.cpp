@@ -1,5 +1,6 @@
 #include "imaging/PictureLoader.h"
 
+#include "core/releaseFreeMemory.h"
 #include "imaging/decodeImage.h"
 
 #include <QDateTime>
@@ -85,22 +86,24 @@ void PictureLoader::probe(const WaitPointer &wait)
         return;
     }
     const FileWriters::Answer answer = m_writers.writersOf(file->descriptor());
-    proceed(wait, wait->completion.probed(answer, *identity, now()), file);
+    proceed(wait, wait->completion.probed(answer, *identity, now()));
 }
 
-void PictureLoader::decode(const WaitPointer &wait, const OpenFilePointer &file)
+void PictureLoader::decode(const WaitPointer &wait)
 {
-    const auto work = [this, wait, file] {
-        const QImage picture = decodeImage(file->descriptor());
-        QMetaObject::invokeMethod(this, [=, this] { decoded(wait, file, picture); });
+    // What waits for its turn in the pool keeps no file open.
+    const auto work = [this, wait] {
+        const OpenFilePointer file = wait->file->open();
+        const QImage picture = file ? decodeImage(file->descriptor()) : QImage();
+        const std::optional<FileIdentity> identity = file ? file->identity() : std::nullopt;
+        QMetaObject::invokeMethod(this, [=, this] { decoded(wait, identity, picture); });
     };
     m_pool.start(work, ++m_decodePriority);
 }
 
-void PictureLoader::decoded(const WaitPointer &wait, const OpenFilePointer &file,
+void PictureLoader::decoded(const WaitPointer &wait, const std::optional<FileIdentity> &identity,
                             const QImage &picture)
 {
-    const std::optional<FileIdentity> identity = file->identity();
     if (!identity) {
         finish(wait, {});
         return;
@@ -110,15 +113,14 @@ void PictureLoader::decoded(const WaitPointer &wait, const OpenFilePointer &file
         remember(*identity, picture);
         finish(wait, picture);
     } else {
-        proceed(wait, step, file);
+        proceed(wait, step);
     }
 }
 
-void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step,
-                            const OpenFilePointer &file)
+void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step)
 {
     if (step == CompletionWait::Step::Decode) {
-        decode(wait, file);
+        decode(wait);
     } else if (step == CompletionWait::Step::Wait) {
         QTimer::singleShot(wait->completion.pause(), Qt::PreciseTimer, this,
                            [this, wait] { probe(wait); });
@@ -154,6 +156,8 @@ void PictureLoader::remember(const FileIdentity &identity, const QImage &picture
 void PictureLoader::dropUnusedPictures()
 {
     m_pictures.dropUnused(now());
-    if (!m_pictures.isEmpty())
+    if (m_pictures.isEmpty())
+        releaseFreeMemory();
+    else
         m_dropTimer.start(PictureCache::lifetime / 4);
 }

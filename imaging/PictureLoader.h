@@ -44,9 +44,10 @@ private:
     static FileKey keyOf(const HeldScreenshot &file);
     static bool isWanted(const Wait &wait);
     void probe(const WaitPointer &wait);
-    void decode(const WaitPointer &wait, const OpenFilePointer &file);
-    void decoded(const WaitPointer &wait, const OpenFilePointer &file, const QImage &picture);
-    void proceed(const WaitPointer &wait, CompletionWait::Step step, const OpenFilePointer &file);
+    void decode(const WaitPointer &wait);
+    void decoded(const WaitPointer &wait, const std::optional<FileIdentity> &identity,
+                 const QImage &picture);
+    void proceed(const WaitPointer &wait, CompletionWait::Step step);
     void finish(const WaitPointer &wait, const QImage &picture);
     void answer(const Requests &requests, const QImage &picture);
     void remember(const FileIdentity &identity, const QImage &picture);

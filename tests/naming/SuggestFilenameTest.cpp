@@ -1,0 +1,283 @@
+#include "naming/ScreenshotNamer.h"
+
+#include "imaging/ScreenshotImages.h"
+#include "platform/FileWriters.h"
+#include "platform/TextRecognizer.h"
+#include "tests/imaging/TestPictures.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <mutex>
+#include <sys/resource.h>
+
+using namespace TestPictures;
+
+namespace
+{
+
+constexpr int patience = 20'000; // milliseconds
+
+/// Gives the lines it was told to give, and notes how it was called. A picture's width tells which
+/// screenshot it is.
+class FakeRecognizer : public TextRecognizer
+{
+public:
+    void recognize(const QImage &image, const LineHandler &onLine,
+                   const Cancelled &cancelled) override
+    {
+        const int running = ++m_running;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_widths.append(image.width());
+            m_mostAtOnce = std::max(m_mostAtOnce, running);
+            m_niceness = ::getpriority(PRIO_PROCESS, 0);
+            m_onMainThread = m_onMainThread || QThread::currentThread() == m_mainThread;
+        }
+        while (held && !cancelled())
+            gate.tryAcquire(1, 5);
+        for (const QString &line : std::as_const(lines)) {
+            ++linesGiven;
+            if (cancelled() || !onLine(line))
+                break;
+        }
+        --m_running;
+    }
+
+    void warmUp() override { warm = true; }
+
+    QList<int> widths() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_widths;
+    }
+    int mostAtOnce() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_mostAtOnce;
+    }
+    int niceness() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_niceness;
+    }
+    bool wasOnMainThread() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_onMainThread;
+    }
+    int running() const { return m_running; }
+
+    QStringList lines;
+    std::atomic_bool held = false; ///< recognition does not go on until it is cancelled or let go
+    QSemaphore gate;
+    std::atomic_bool warm = false;
+    std::atomic_int linesGiven = 0;
+
+private:
+    QThread *const m_mainThread = QThread::currentThread();
+    std::atomic_int m_running = 0;
+    mutable std::mutex m_mutex;
+    QList<int> m_widths;
+    int m_mostAtOnce = 0;
+    int m_niceness = 0;
+    bool m_onMainThread = false;
+};
+
+} // namespace
+
+class SuggestFilenameTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FileWriters> m_writers = makeFileWriters();
+    std::unique_ptr<ScreenshotImages> m_images;
+    std::unique_ptr<FakeRecognizer> m_recognizer;
+    std::unique_ptr<ScreenshotNamer> m_namer;
+
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QUrl url(const QString &name) const { return QUrl::fromLocalFile(path(name)); }
+
+    /// A screenshot that is told by its width.
+    QUrl screenshot(int width) const
+    {
+        const QString name = QStringLiteral("%1.png").arg(width);
+        const QByteArray png = encoded(fourFields({width, 10}), QStringLiteral("png"));
+        return write(path(name), png) ? url(name) : QUrl();
+    }
+
+    template <typename Condition>
+    static bool soon(Condition condition)
+    {
+        return QTest::qWaitFor(condition, patience);
+    }
+
+    /// An empty string when no name comes.
+    QString suggested(const QUrl &file, const char *appName)
+    {
+        const auto name = m_namer->suggestFilename(file, QString::fromUtf8(appName));
+        return soon([&] { return name.isFinished(); }) && name.resultCount() == 1 ? name.result()
+                                                                                  : QString();
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_images = std::make_unique<ScreenshotImages>(*m_writers);
+        m_recognizer = std::make_unique<FakeRecognizer>();
+        m_namer = std::make_unique<ScreenshotNamer>(*m_recognizer, *m_images);
+    }
+
+    void cleanup()
+    {
+        m_namer.reset();
+        m_recognizer.reset();
+        m_images.reset();
+        m_folder.reset();
+    }
+
+    void theRecogniserIsMadeReadyBeforeTheFirstScreenshot()
+    {
+        QVERIFY(soon([&] { return m_recognizer->warm.load(); }));
+    }
+
+    void theLinesAreReadAsOneText()
+    {
+        m_recognizer->lines = {QStringLiteral("Pull Request #1423"),
+                               QStringLiteral("Review comments")};
+        QCOMPARE(suggested(screenshot(20), "Google Chrome"),
+                 QStringLiteral("chrome-pull-request-review-comments.png"));
+        QVERIFY(!m_recognizer->wasOnMainThread());
+    }
+
+    void readingStopsWhenTheNameIsComplete()
+    {
+        for (int number = 0; number < 100; ++number)
+            m_recognizer->lines.append(QStringLiteral("word%1").arg(number));
+        QCOMPARE(suggested(screenshot(20), "Safari"),
+                 QStringLiteral("safari-word0-word1-word2-word3.png"));
+        QCOMPARE(m_recognizer->linesGiven.load(), 4);
+    }
+
+    void aPictureWithoutTextIsNamedAfterTheApplication()
+    {
+        QCOMPARE(suggested(screenshot(20), "Preview"), QStringLiteral("preview.png"));
+        QVERIFY(suggested(screenshot(20), "").startsWith(QLatin1String("screenshot-screen-")));
+    }
+
+    void aFileThatIsNoPictureIsNamedWithoutTheRecogniser()
+    {
+        m_recognizer->lines = {QStringLiteral("never read")};
+        QVERIFY(write(path(QStringLiteral("text.png")), "I am a text."));
+        QCOMPARE(suggested(url(QStringLiteral("text.png")), "Safari"),
+                 QStringLiteral("safari.png"));
+        QCOMPARE(suggested(url(QStringLiteral("missing.jpg")), "Safari"),
+                 QStringLiteral("safari.jpg"));
+        QCOMPARE(suggested(QUrl::fromLocalFile(QStringLiteral("/dev/zero")), "Safari"),
+                 QStringLiteral("safari"));
+        QCOMPARE(m_recognizer->widths(), QList<int>());
+    }
+
+    void theFileMayBeRenamedAtOnce()
+    {
+        m_recognizer->lines = {QStringLiteral("Budget")};
+        const QUrl file = screenshot(20);
+        const auto name = m_namer->suggestFilename(file, QString());
+        QVERIFY(QFile::rename(file.toLocalFile(), path(QStringLiteral("other.png"))));
+        QVERIFY(soon([&] { return name.isFinished(); }));
+        QCOMPARE(name.result(), QStringLiteral("budget.png"));
+    }
+
+    void aFileThatIsBeingWrittenIsReadWhenItIsComplete()
+    {
+        m_recognizer->lines = {QStringLiteral("Budget")};
+        const QByteArray png = encoded(fourFields({77, 10}), QStringLiteral("png"));
+        QFile file(path(QStringLiteral("slow.png")));
+        QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
+        file.write(png.left(png.size() / 2));
+        const auto slow = m_namer->suggestFilename(url(QStringLiteral("slow.png")), QString());
+        // Others need not wait for it, even where there is but one core.
+        for (int width = 20; width < 30; ++width)
+            QCOMPARE(suggested(screenshot(width), ""), QStringLiteral("budget.png"));
+        QVERIFY(!slow.isFinished());
+        QVERIFY(!m_recognizer->widths().contains(77));
+        file.write(png.mid(png.size() / 2));
+        file.close();
+        QVERIFY(soon([&] { return slow.isFinished(); }));
+        QCOMPARE(slow.result(), QStringLiteral("budget.png"));
+        QCOMPARE(m_recognizer->widths().last(), 77);
+    }
+
+    void theNewestScreenshotIsReadFirst()
+    {
+        m_recognizer->held = true;
+        const int cores = QThread::idealThreadCount();
+        QList<QFuture<QString>> names;
+        for (int width = 1; width <= cores; ++width)
+            names.append(m_namer->suggestFilename(screenshot(width), QString()));
+        QVERIFY(soon([&] { return m_recognizer->running() == cores; }));
+        for (int width = 101; width <= 110; ++width)
+            names.append(m_namer->suggestFilename(screenshot(width), QString()));
+        for (int width = 101; width <= 110; ++width) {
+            const auto complete = m_images->completion(url(QStringLiteral("%1.png").arg(width)));
+            QVERIFY(soon([&] { return complete.isFinished(); }));
+        }
+        m_recognizer->held = false;
+        for (const QFuture<QString> &name : std::as_const(names))
+            QVERIFY(soon([&] { return name.isFinished(); }));
+        const QList<int> order = m_recognizer->widths();
+        QCOMPARE(order.size(), cores + 10);
+        // As many run at once as there are cores, so neighbours may swap places.
+        for (int place = 0; place < 10; ++place)
+            QVERIFY(qAbs(order.at(cores + place) - (110 - place)) < cores);
+        QVERIFY(m_recognizer->mostAtOnce() <= cores);
+    }
+
+    void readingGivesWayToWhatAPersonWaitsFor()
+    {
+        m_recognizer->lines = {QStringLiteral("Budget")};
+        QVERIFY(!suggested(screenshot(20), "").isEmpty());
+        QVERIFY(m_recognizer->niceness() > ::getpriority(PRIO_PROCESS, 0));
+    }
+
+    void aCancelledSuggestionEndsItsReading()
+    {
+        m_recognizer->held = true;
+        auto name = m_namer->suggestFilename(screenshot(20), QString());
+        QVERIFY(soon([&] { return m_recognizer->running() == 1; }));
+        name.cancel();
+        QVERIFY(soon([&] { return m_recognizer->running() == 0; }));
+        QCOMPARE(name.resultCount(), 0);
+    }
+
+    void destructionCancelsEverythingWithinASecond()
+    {
+        m_recognizer->held = true;
+        QFile unfinished(path(QStringLiteral("unfinished.png")));
+        QVERIFY(unfinished.open(QFile::WriteOnly));
+        QList<QFuture<QString>> names = {
+            m_namer->suggestFilename(url(QStringLiteral("unfinished.png")), QString())};
+        for (int width = 1; width <= 50; ++width)
+            names.append(m_namer->suggestFilename(screenshot(width), QString()));
+        QVERIFY(soon([&] { return m_recognizer->running() > 0; }));
+        QElapsedTimer timer;
+        timer.start();
+        m_namer.reset();
+        QVERIFY(timer.elapsed() < 1000);
+        QCOMPARE(m_recognizer->running(), 0);
+        for (const QFuture<QString> &name : std::as_const(names)) {
+            QVERIFY(name.isFinished());
+            QVERIFY(name.isCanceled());
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(SuggestFilenameTest)
+#include "SuggestFilenameTest.moc"
