@@ -110,7 +110,8 @@ QByteArray encoded(const QImage &image, const QString &format)
     QBuffer buffer;
     buffer.open(QBuffer::WriteOnly);
     QImageWriter writer(&buffer, format.toLatin1());
-    writer.setQuality(90);
+    if (format == QLatin1String("jpeg") || format == QLatin1String("webp"))
+        writer.setQuality(90);
     return writer.write(image) ? buffer.data() : QByteArray();
 }
 
