@@ -1,0 +1,129 @@
+// Linked into every program of the tsan preset, and only there.
+//
+// The system's Qt is not built with ThreadSanitizer, which therefore doesn't see that a queued
+// signal, a posted event or a task for a thread pool hands over what was written before it: each
+// would be reported as a race. This file tells it. Whatever a thread of ours has done before it
+// gives something to Qt, or before a function that Qt called returns to Qt, counts as done for
+// every function of ours that another thread enters later. Two threads that touch something at the
+// same time, without such a hand-over between them, are still reported.
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <dlfcn.h>
+
+extern "C" {
+void __tsan_acquire(void *address);
+void __tsan_release(void *address);
+
+// The linker's marks around the program's own code.
+extern const char __executable_start;
+extern const char etext;
+}
+
+namespace
+{
+
+char handOver;
+std::atomic<unsigned> handOverCount = 0;
+thread_local unsigned seenCount = 0;
+
+void give()
+{
+    __tsan_release(&handOver);
+    handOverCount.fetch_add(1, std::memory_order_release);
+}
+
+void take()
+{
+    const unsigned count = handOverCount.load(std::memory_order_acquire);
+    if (count == seenCount)
+        return;
+    seenCount = count;
+    __tsan_acquire(&handOver);
+}
+
+/// Who called each of the functions that a thread is in: the program itself, or a library.
+class Callers
+{
+public:
+    void push(bool ours)
+    {
+        if (m_depth < deepest)
+            m_ours[m_depth] = ours;
+        ++m_depth;
+    }
+
+    bool pop()
+    {
+        --m_depth;
+        return m_depth >= deepest || m_ours[m_depth];
+    }
+
+private:
+    static constexpr size_t deepest = 4096;
+
+    std::array<bool, deepest> m_ours;
+    size_t m_depth = 0;
+};
+
+thread_local Callers callers;
+
+bool isOurs(const void *code)
+{
+    return code >= &__executable_start && code < &etext;
+}
+
+template <typename Function>
+Function *next(const char *symbol)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, symbol));
+}
+
+} // namespace
+
+// The sanitizer's own hooks at the beginning and the end of each of our functions.
+extern "C" void __tsan_func_entry(void *caller)
+{
+    static auto *const real = next<void(void *)>("__tsan_func_entry");
+    callers.push(isOurs(caller));
+    take();
+    real(caller);
+}
+
+extern "C" void __tsan_func_exit()
+{
+    static auto *const real = next<void()>("__tsan_func_exit");
+    if (!callers.pop())
+        give();
+    real();
+}
+
+// Qt's functions that hand over; no argument is looked at, so that pointers stand for all of them.
+#define VELMORA_HAND_OVER(symbol)                                                                  \
+    extern "C" void *symbol(void *a, void *b, void *c, void *d)                                    \
+    {                                                                                              \
+        static auto *const real = next<void *(void *, void *, void *, void *)>(#symbol);           \
+        give();                                                                                    \
+        return real(a, b, c, d);                                                                   \
+    }
+
+// QMetaObject::activate, invokeMethodImpl
+VELMORA_HAND_OVER(_ZN11QMetaObject8activateEP7QObjectPKS_iPPv)
+VELMORA_HAND_OVER(
+    _ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv)
+// QCoreApplication::postEvent
+VELMORA_HAND_OVER(_ZN16QCoreApplication9postEventEP7QObjectP6QEventi)
+// QObject::deleteLater, moveToThread
+VELMORA_HAND_OVER(_ZN7QObject11deleteLaterEv)
+VELMORA_HAND_OVER(_ZN7QObject12moveToThreadEP7QThread)
+// QThread::quit
+VELMORA_HAND_OVER(_ZN7QThread4quitEv)
+// QThreadPool::start
+VELMORA_HAND_OVER(_ZN11QThreadPool5startEP9QRunnablei)
+VELMORA_HAND_OVER(_ZN11QThreadPool5startESt8functionIFvvEEi)
+// QFutureInterfaceBase::setContinuation, reportFinished, reportResultsReady
+VELMORA_HAND_OVER(
+    _ZN20QFutureInterfaceBase15setContinuationESt8functionIFvRKS_EEP27QFutureInterfaceBasePrivate)
+VELMORA_HAND_OVER(_ZN20QFutureInterfaceBase14reportFinishedEv)
+VELMORA_HAND_OVER(_ZN20QFutureInterfaceBase18reportResultsReadyEii)
