@@ -1,6 +1,7 @@
 #include "detection/FolderListing.h"
 
 #include "core/FileUrls.h"
+#include "detection/ImageNames.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,27 +25,10 @@ constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "t
 /// names must not cost more than that while nothing happens.
 constexpr int untoldEntriesPerLook = 200;
 
-char toLower(char letter)
-{
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-/// On raw names, since most of a large folder is passed over here.
-bool isVisibleImage(std::string_view name)
-{
-    const size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || name.front() == '.')
-        return false;
-    const std::string_view extension = name.substr(dot + 1);
-    return std::any_of(imageExtensions.begin(), imageExtensions.end(), [&](auto known) {
-        return std::equal(extension.begin(), extension.end(), known.begin(), known.end(),
-                          [](char own, char other) { return toLower(own) == other; });
-    });
-}
-
 bool isVisibleImage(const QByteArray &name)
 {
-    return isVisibleImage(std::string_view(name.constData(), static_cast<size_t>(name.size())));
+    return ImageNames::isVisible({name.constData(), static_cast<size_t>(name.size())},
+                                 imageExtensions);
 }
 
 bool hasSeveralNames(const struct stat &status)
@@ -134,7 +118,7 @@ bool FolderListing::readEntries(Files &files)
         const dirent *const entry = ::readdir(folder);
         if (!entry)
             break;
-        if (!isVisibleImage(std::string_view(entry->d_name)))
+        if (!ImageNames::isVisible(entry->d_name, imageExtensions))
             continue;
         struct stat status = {};
         if (::fstatat(descriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
@@ -233,8 +217,6 @@ QUrl FolderListing::urlOf(const QByteArray &name) const
 {
     if (const auto known = m_files.constFind(name); known != m_files.cend())
         return known->url;
-    const QString decoded = QFile::decodeName(name);
-    if (QFile::encodeName(decoded) != name)
-        return {};
-    return FileUrls::fromPath(m_folder + QLatin1Char('/') + decoded);
+    const std::optional<QString> decoded = ImageNames::decoded(name);
+    return decoded ? FileUrls::fromPath(m_folder + u'/' + *decoded) : QUrl();
 }

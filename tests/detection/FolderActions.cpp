@@ -15,6 +15,12 @@ bool write(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+bool writeRaw(const QByteArray &path)
+{
+    const int file = ::open(path.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+    return file >= 0 && ::close(file) == 0;
+}
+
 bool setDate(const QString &path, FileTime date)
 {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(date);

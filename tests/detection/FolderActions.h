@@ -6,12 +6,14 @@
 
 #include <chrono>
 
-/// What other programs do in a screenshot folder. Each fails the test where it stands by returning
-/// false.
+/// What other programs do in a screenshot folder. False where the system refuses.
 namespace FolderActions
 {
 
 bool write(const QString &path, const QByteArray &content = "picture");
+
+/// For names that are not UTF-8.
+bool writeRaw(const QByteArray &path);
 
 /// Sets the date of the entry itself, also of a link.
 bool setDate(const QString &path, FileTime date);

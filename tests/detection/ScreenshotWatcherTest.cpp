@@ -184,10 +184,7 @@ private Q_SLOTS:
     {
         Watched watched(m_folder);
         watched->start();
-        const QByteArray path = QFile::encodeName(m_folder) + "/bad\xff.png";
-        FILE *const file = std::fopen(path.constData(), "w");
-        QVERIFY(file);
-        std::fclose(file);
+        QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_folder) + "/bad\xff.png"));
         QVERIFY(write(inFolder("good.png")));
         QTRY_COMPARE(watched.names(), fileNames({"good.png"}));
         letAllScansPass();

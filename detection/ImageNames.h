@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+/// Raw file names as folders list them. Any thread.
+namespace ImageNames
+{
+
+/// Whether the file is not hidden and its extension is one of `extensions` (which are in lower
+/// case) in any case.
+bool isVisible(std::string_view name, std::span<const std::string_view> extensions);
+
+/// The name as text; absent where it is not UTF-8, so that no URL can say it.
+std::optional<QString> decoded(const QByteArray &name);
+
+} // namespace ImageNames

@@ -1,0 +1,125 @@
+#include "detection/ScreenshotFolderResolver.h"
+
+#include "core/FileUrls.h"
+#include "core/VelmoraLog.h"
+#include "detection/ImageNames.h"
+#include "detection/ScreenshotSpeedOptimizer.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+
+namespace
+{
+
+using namespace std::string_view_literals;
+
+/// One more than the watcher takes.
+constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "tiff"sv, "tif"sv};
+
+struct DatedFile {
+    QString name;
+    FileTime modified;
+};
+
+QString homeOfUser(const QString &name)
+{
+    if (name.isEmpty())
+        return QDir::homePath();
+    const passwd *const entry = ::getpwnam(name.toUtf8().constData());
+    return entry ? QFile::decodeName(entry->pw_dir) : QString();
+}
+
+/// The path with a leading "~" or "~user" replaced; as it stands when there is no such user.
+QString expandTilde(const QString &path)
+{
+    if (!path.startsWith(u'~'))
+        return path;
+    const qsizetype end =
+        std::min(path.size(), path.indexOf(u'/') < 0 ? path.size() : path.indexOf(u'/'));
+    const QString home = homeOfUser(path.mid(1, end - 1));
+    return home.isEmpty() ? path : QString(home + path.mid(end));
+}
+
+QUrl folderAt(const QString &path)
+{
+    return FileUrls::fromPath(QDir::current().absoluteFilePath(path));
+}
+
+FileTime modificationDateAt(int folder, const char *path)
+{
+    struct stat status = {};
+    if (::fstatat(folder, path, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return FileTimes::distantPast;
+    return FileTimes::modified(status);
+}
+
+std::vector<DatedFile> imagesIn(const QString &path)
+{
+    std::vector<DatedFile> images;
+    DIR *const folder = ::opendir(QFile::encodeName(path).constData());
+    if (!folder)
+        return images;
+    while (const dirent *const entry = ::readdir(folder)) {
+        if (!ImageNames::isVisible(entry->d_name, imageExtensions))
+            continue;
+        if (const std::optional<QString> name = ImageNames::decoded(entry->d_name))
+            images.push_back({*name, modificationDateAt(::dirfd(folder), entry->d_name)});
+    }
+    ::closedir(folder);
+    return images;
+}
+
+} // namespace
+
+namespace ScreenshotFolderResolver
+{
+
+QUrl currentScreenshotFolder(const ScreenshotPreferences &preferences)
+{
+    if (const QString location = preferences.location().value_or(QString()); !location.isEmpty())
+        return folderAt(expandTilde(location));
+    if (const QString folder = preferences.desktopToolFolder().value_or(QString());
+        !folder.isEmpty())
+        return folderAt(folder);
+    return folderAt(QDir::homePath() + QStringLiteral("/Desktop"));
+}
+
+void setScreenshotFolder(ScreenshotPreferences &preferences, const QUrl &folder)
+{
+    const QString path = FileUrls::standardized(folder).toLocalFile();
+    if (path.isEmpty())
+        return;
+    VelmoraLog::write(QStringLiteral("set screenshot folder ") + path);
+    const QList<SystemCommand> commands = preferences.storeLocation(path);
+    for (const SystemCommand &command : commands)
+        ScreenshotSpeedOptimizer::run(command.executable, command.arguments);
+}
+
+QList<QUrl> recentScreenshotFiles(const QUrl &folder, int limit)
+{
+    const QString path = folder.toLocalFile();
+    std::vector<DatedFile> images = imagesIn(path);
+    std::stable_sort(
+        images.begin(), images.end(),
+        [](const DatedFile &one, const DatedFile &other) { return one.modified > other.modified; });
+    QList<QUrl> files;
+    const auto count = std::min(images.size(), static_cast<size_t>(std::max(limit, 0)));
+    for (size_t i = 0; i < count; ++i)
+        files.append(FileUrls::fromPath(path + u'/' + images[i].name));
+    return files;
+}
+
+FileTime modificationDate(const QUrl &url)
+{
+    return modificationDateAt(AT_FDCWD, QFile::encodeName(url.toLocalFile()).constData());
+}
+
+} // namespace ScreenshotFolderResolver

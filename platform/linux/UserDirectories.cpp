@@ -1,0 +1,57 @@
+#include "platform/linux/UserDirectories.h"
+
+#include "platform/linux/KeyFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace
+{
+
+QString file()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/user-dirs.dirs");
+}
+
+QByteArray keyOf(const QString &name)
+{
+    return "XDG_" + name.toUtf8() + "_DIR";
+}
+
+/// The file is read by shells too, in double quotes.
+QByteArray quoted(const QString &path)
+{
+    QByteArray result = "\"";
+    for (const char letter : QFile::encodeName(path)) {
+        if (QByteArrayView("\"\\$`").contains(letter))
+            result += '\\';
+        result += letter;
+    }
+    return result + '"';
+}
+
+} // namespace
+
+namespace UserDirectories
+{
+
+std::optional<QString> folder(const QString &name)
+{
+    const std::optional<QString> value = KeyFile::value(file(), {}, keyOf(name));
+    if (!value || value->size() < 2 || !value->startsWith(u'"') || !value->endsWith(u'"'))
+        return std::nullopt;
+    QString path = value->mid(1, value->size() - 2);
+    if (path == QStringLiteral("$HOME") || path.startsWith(QStringLiteral("$HOME/")))
+        path.replace(0, 5, QDir::homePath());
+    return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
+void store(const QString &name, const QString &path)
+{
+    if (!path.contains(u'\n'))
+        KeyFile::replaceLine(file(), keyOf(name) + '=', keyOf(name) + '=' + quoted(path));
+}
+
+} // namespace UserDirectories

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// The user's own folders, as `user-dirs.dirs` in the configuration folder names them. Read afresh
+/// on every call. Any thread.
+namespace UserDirectories
+{
+
+/// The folder of that name ("PICTURES", "SCREENSHOTS"); absent when the file names none. One that
+/// is switched off is the home folder.
+std::optional<QString> folder(const QString &name);
+
+/// Makes `path` the folder of that name. A path that the file can't hold changes nothing.
+void store(const QString &name, const QString &path);
+
+} // namespace UserDirectories

@@ -1,0 +1,217 @@
+#include "detection/ScreenshotFolderResolver.h"
+
+#include "core/FileUrls.h"
+#include "tests/detection/FolderActions.h"
+#include "tests/detection/RememberedPreferences.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace std::chrono_literals;
+using FolderActions::setDate;
+using FolderActions::write;
+
+namespace
+{
+
+QUrl inHome(const char *path)
+{
+    return QUrl::fromLocalFile(QDir::homePath() + QLatin1String(path));
+}
+
+QStringList namesOf(const QList<QUrl> &urls)
+{
+    QStringList names;
+    for (const QUrl &url : urls)
+        names.append(FileUrls::lastPathComponent(url));
+    return names;
+}
+
+} // namespace
+
+class ScreenshotFolderResolverTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_directory = std::make_unique<QTemporaryDir>(); }
+
+    void theStoredLocationIsTheFolder_data()
+    {
+        QTest::addColumn<QString>("location");
+        QTest::addColumn<QUrl>("folder");
+        QTest::newRow("a path") << QStringLiteral("/srv/shots")
+                                << QUrl::fromLocalFile(QStringLiteral("/srv/shots"));
+        QTest::newRow("a tilde") << QStringLiteral("~/Pictures/Shots") << inHome("/Pictures/Shots");
+        QTest::newRow("the home") << QStringLiteral("~") << inHome("");
+        QTest::newRow("a slash too many") << QStringLiteral("~/Shots//") << inHome("/Shots");
+        QTest::newRow("another user")
+            << QStringLiteral("~root/Shots") << QUrl::fromLocalFile(QStringLiteral("/root/Shots"));
+        QTest::newRow("a tilde inside")
+            << QStringLiteral("/srv/~/a~b") << QUrl::fromLocalFile(QStringLiteral("/srv/~/a~b"));
+        QTest::newRow("no such user")
+            << QStringLiteral("~nobody-of-that-name/Shots")
+            << QUrl::fromLocalFile(QDir::currentPath() +
+                                   QStringLiteral("/~nobody-of-that-name/Shots"));
+        QTest::newRow("what a URL would escape")
+            << QStringLiteral("/srv/50% #1?")
+            << QUrl::fromLocalFile(QStringLiteral("/srv/50% #1?"));
+        QTest::newRow("nothing") << QString() << inHome("/Desktop");
+    }
+
+    void theStoredLocationIsTheFolder()
+    {
+        QFETCH(QString, location);
+        QFETCH(QUrl, folder);
+        RememberedPreferences preferences;
+        preferences.storedLocation = location;
+        QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences), folder);
+    }
+
+    void withoutALocationTheDesktopsToolTellsTheFolder()
+    {
+        RememberedPreferences preferences;
+        QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
+                 inHome("/Desktop"));
+        preferences.toolFolder = QStringLiteral("/srv/tool");
+        QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
+                 QUrl::fromLocalFile(QStringLiteral("/srv/tool")));
+        preferences.storedLocation = QStringLiteral("/srv/stored");
+        QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
+                 QUrl::fromLocalFile(QStringLiteral("/srv/stored")));
+    }
+
+    void aFolderIsLoggedStoredAndToldByCommands()
+    {
+        RememberedPreferences preferences;
+        const QString marker = m_directory->filePath(QStringLiteral("told"));
+        preferences.commands = {
+            {QStringLiteral("/bin/sh"),
+             {QStringLiteral("-c"), QStringLiteral("printf 1 >> \"$0\""), marker}},
+            {QStringLiteral("/bin/sh"),
+             {QStringLiteral("-c"), QStringLiteral("printf 2 >> \"$0\"; exit 3"), marker}}};
+        QFile log(QStringLiteral("/tmp/Velmora.log"));
+        const qint64 before = log.size();
+        const QString folder = m_directory->filePath(QStringLiteral("a new folder"));
+        ScreenshotFolderResolver::setScreenshotFolder(preferences,
+                                                      QUrl::fromLocalFile(folder + u'/'));
+        QCOMPARE(preferences.storedLocation, folder);
+        QFile told(marker);
+        QVERIFY(told.open(QIODevice::ReadOnly));
+        QCOMPARE(told.readAll(), QByteArray("12"));
+        QVERIFY(log.open(QIODevice::ReadOnly) && log.seek(before));
+        const QByteArray line = " set screenshot folder " + folder.toUtf8() + '\n';
+        QVERIFY(log.readAll().contains(line));
+    }
+
+    void whatIsNoLocalFolderIsNotStored()
+    {
+        RememberedPreferences preferences;
+        ScreenshotFolderResolver::setScreenshotFolder(preferences,
+                                                      QUrl(QStringLiteral("smb://server/share")));
+        QVERIFY(!preferences.storedLocation);
+    }
+
+    void imagesOfAFolderAreKnownByTheirExtension()
+    {
+        for (const char *name : {"a.PNG", "b.tif", "c.gif", ".hidden.png", "e.jpeg", "f.png.part",
+                                 "png", "g.HEIC", "h.", "i.jpg", "j.TiFf"})
+            QVERIFY(write(path(name)));
+        QVERIFY(QDir().mkdir(path("d.png")));
+        QStringList names = namesOf(recent(100));
+        names.sort();
+        QCOMPARE(names.join(u' '), QStringLiteral("a.PNG b.tif d.png e.jpeg g.HEIC i.jpg j.TiFf"));
+    }
+
+    void theNewestComeFirst()
+    {
+        const FileTime now = FileTimes::now();
+        QVERIFY(write(path("old.png")) && setDate(path("old.png"), now - 1h));
+        QVERIFY(write(path("newest.png")) && setDate(path("newest.png"), now + 1h));
+        QVERIFY(write(path("new.png")) && setDate(path("new.png"), now));
+        QVERIFY(write(path("newer.png")) && setDate(path("newer.png"), now + 1ns));
+        QCOMPARE(namesOf(recent(100)).join(u' '),
+                 QStringLiteral("newest.png newer.png new.png old.png"));
+        QCOMPARE(namesOf(recent(2)).join(u' '), QStringLiteral("newest.png newer.png"));
+        QCOMPARE(recent(1), QList<QUrl>{QUrl::fromLocalFile(path("newest.png"))});
+        QCOMPARE(recent(0), QList<QUrl>());
+        QCOMPARE(recent(-1), QList<QUrl>());
+    }
+
+    void filesOfOneDateKeepTheOrderOfTheListing()
+    {
+        const FileTime date = FileTimes::now() - 1min;
+        for (int i = 0; i < 50; ++i) {
+            const QString file = m_directory->filePath(QStringLiteral("%1.png").arg(i * 7919 % 50));
+            QVERIFY(write(file) && setDate(file, date));
+        }
+        QStringList listed;
+        QDirIterator iterator(m_directory->path(), QDir::Files);
+        while (iterator.hasNext())
+            listed.append(iterator.nextFileInfo().fileName());
+        QCOMPARE(namesOf(recent(100)), listed);
+    }
+
+    void aFolderThatCantBeListedHoldsNoImages()
+    {
+        QCOMPARE(ScreenshotFolderResolver::recentScreenshotFiles(
+                     QUrl::fromLocalFile(path("missing")), 10),
+                 QList<QUrl>());
+        QVERIFY(write(path("file")));
+        QCOMPARE(
+            ScreenshotFolderResolver::recentScreenshotFiles(QUrl::fromLocalFile(path("file")), 10),
+            QList<QUrl>());
+        QCOMPARE(ScreenshotFolderResolver::recentScreenshotFiles(
+                     QUrl(QStringLiteral("http://server/")), 10),
+                 QList<QUrl>());
+    }
+
+    void aNameThatIsNotUtf8IsPassedOver()
+    {
+        QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_directory->path()) + "/bad\xff.png"));
+        QVERIFY(write(path("good 100%.png")));
+        QCOMPARE(recent(10), QList<QUrl>{QUrl::fromLocalFile(path("good 100%.png"))});
+    }
+
+    void aDateThatCantBeReadIsTheDistantPast()
+    {
+        QCOMPARE(ScreenshotFolderResolver::modificationDate(QUrl::fromLocalFile(path("missing"))),
+                 FileTimes::distantPast);
+        QVERIFY(ScreenshotFolderResolver::modificationDate(QUrl::fromLocalFile(path(""))) >
+                FileTimes::distantPast);
+    }
+
+    void aLinkHasItsOwnDate()
+    {
+        const FileTime date = FileTimes::now() - 1h;
+        QVERIFY(write(path("target.png")));
+        QVERIFY(FolderActions::symlink(path("target.png"), path("link.png")));
+        QVERIFY(setDate(path("link.png"), date));
+        QCOMPARE(ScreenshotFolderResolver::modificationDate(QUrl::fromLocalFile(path("link.png"))),
+                 date);
+    }
+
+    void theDateIsExact()
+    {
+        const FileTime date(1234567890s + 123456789ns);
+        QVERIFY(write(path("a.png")) && setDate(path("a.png"), date));
+        QCOMPARE(ScreenshotFolderResolver::modificationDate(QUrl::fromLocalFile(path("a.png"))),
+                 date);
+    }
+
+private:
+    QString path(const char *name) const { return m_directory->filePath(QString::fromUtf8(name)); }
+    QList<QUrl> recent(int limit) const
+    {
+        return ScreenshotFolderResolver::recentScreenshotFiles(
+            QUrl::fromLocalFile(m_directory->path()), limit);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+QTEST_GUILESS_MAIN(ScreenshotFolderResolverTest)
+#include "ScreenshotFolderResolverTest.moc"

@@ -1,0 +1,341 @@
+#include "platform/ScreenshotPreferences.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+QString configPath(const QString &name)
+{
+    return qEnvironmentVariable("XDG_CONFIG_HOME") + u'/' + name;
+}
+
+QString inHome(const QString &name)
+{
+    return QDir::homePath() + u'/' + name;
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+           file.write(content) == content.size();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+/// An executable file of that name in a folder of its own, which alone is searched.
+QString onlyTool(const QTemporaryDir &folder, const QString &name)
+{
+    const QString path = folder.filePath(name);
+    if (!writeFile(path, "#!/bin/sh\n") ||
+        !QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        return {};
+    qputenv("PATH", QFile::encodeName(folder.path()));
+    return path;
+}
+
+} // namespace
+
+class ScreenshotPreferencesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { m_path = qgetenv("PATH"); }
+
+    void init()
+    {
+        QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).removeRecursively();
+        QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
+        for (const char *name : {"XDG_CURRENT_DESKTOP", "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR",
+                                 "KDE_SESSION_VERSION"})
+            qunsetenv(name);
+        qputenv("PATH", m_path);
+        m_preferences = makeScreenshotPreferences();
+    }
+
+    void nothingIsStoredAtFirst()
+    {
+        QVERIFY(!m_preferences->location());
+        QVERIFY(!m_preferences->showsThumbnail());
+        QVERIFY(!m_preferences->desktopToolFolder());
+    }
+
+    void aStoredLocationIsReadBackAsItStands_data()
+    {
+        QTest::addColumn<QString>("location");
+        for (const char *location : {"/srv/shots", "~/Pictures/Shots", "/a, b; c=d/100%",
+                                     "/Bürö/日本", "@Invalid()", "\"x\"", "/back\\slash", ""})
+            QTest::newRow(location) << QString::fromUtf8(location);
+    }
+
+    void aStoredLocationIsReadBackAsItStands()
+    {
+        QFETCH(QString, location);
+        QCOMPARE(m_preferences->storeLocation(location), QList<SystemCommand>());
+        QCOMPARE(m_preferences->location(), location);
+        QCOMPARE(makeScreenshotPreferences()->location(), location);
+    }
+
+    void theDomainIsAFileBesideThePreferences()
+    {
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
+        QVERIFY(m_preferences->storeShowsThumbnail(false).isEmpty());
+        const QString file = configPath(QStringLiteral("velmora/com.apple.screencapture.conf"));
+        QCOMPARE(readFile(file),
+                 QByteArray("[General]\nlocation=/srv/shots\nshow-thumbnail=false\n"));
+        QVERIFY(writeFile(file, "[General]\nlocation=/srv/other places\nshow-thumbnail=true\n"));
+        QCOMPARE(m_preferences->location(), QStringLiteral("/srv/other places"));
+        QCOMPARE(m_preferences->showsThumbnail(), true);
+    }
+
+    void whatIsNoBooleanIsNoThumbnailSetting()
+    {
+        for (const char *value : {"", "1", "no", "True", "true, false"}) {
+            QVERIFY(writeFile(configPath(QStringLiteral("velmora/com.apple.screencapture.conf")),
+                              "[General]\nshow-thumbnail=" + QByteArray(value) + "\n"));
+            QVERIFY2(!makeScreenshotPreferences()->showsThumbnail(), value);
+        }
+    }
+
+    void theThumbnailSettingIsReadBack()
+    {
+        QVERIFY(m_preferences->storeShowsThumbnail(false).isEmpty());
+        QCOMPARE(m_preferences->showsThumbnail(), false);
+        QVERIFY(m_preferences->storeShowsThumbnail(true).isEmpty());
+        QCOMPARE(m_preferences->showsThumbnail(), true);
+    }
+
+    void theDesktopsToolTellsItsFolder_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("folder"); // in the home; empty for none
+
+        const auto row = [](const char *name, const char *desktop, const char *file,
+                            const char *content, const char *folder) {
+            QTest::newRow(name) << QByteArray(desktop) << QString::fromUtf8(file)
+                                << QByteArray(content) << QString::fromUtf8(folder);
+        };
+        const char *const dirs = "user-dirs.dirs";
+        row("GNOME, as it comes", "GNOME", dirs, "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n",
+            "Bilder/Screenshots");
+        row("GNOME of Ubuntu", "ubuntu:GNOME", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
+            "Pictures/Screenshots");
+        row("GNOME without pictures", "GNOME", dirs, "XDG_PICTURES_DIR=\"$HOME/\"\n",
+            "Screenshots");
+        row("GNOME without folders", "GNOME", dirs, "# nothing\n", "Screenshots");
+
+        const char *const spectacle = "spectaclerc";
+        row("Spectacle, as it comes", "KDE", spectacle, "", "Pictures");
+        row("Spectacle with a frozen name", "KDE", spectacle,
+            "[ImageSave]\ntranslatedScreenshotsFolder=Bildschirmfotos\n",
+            "Pictures/Bildschirmfotos");
+        row("Spectacle 24.02", "KDE", spectacle,
+            "[General]\nautoSaveImage=true\n\n[ImageSave]\n"
+            "imageSaveLocation=file://%HOME%/My%20Shots,%20new/\n",
+            "My Shots, new");
+        row("Spectacle 19.12", "KDE", spectacle,
+            "[Save]\ndefaultSaveLocation=file://%HOME%/Shots\n", "Shots");
+        row("Spectacle 19.08", "KDE", spectacle,
+            "[General]\ndefault-save-location[$e]=$HOME/Shots\n", "Shots");
+        row("Spectacle on a server", "KDE", spectacle,
+            "[ImageSave]\nimageSaveLocation=smb://server/shots\n", "");
+        row("Spectacle in the home", "KDE", spectacle,
+            "[ImageSave]\nimageSaveLocation=file://%HOME%/\n", "");
+        row("Spectacle with a key of another group", "KDE", spectacle,
+            "[Other]\nimageSaveLocation=file://%HOME%/Other\n", "Pictures");
+
+        const char *const xfce = "xfce4/xfce4-screenshooter";
+        row("Xfce, as it comes", "XFCE", xfce, "", "");
+        row("Xfce with pictures", "XFCE", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
+            "Pictures");
+        row("Xfce with one slash", "XFCE", xfce,
+            "delay=0\nscreenshot_dir=file:%HOME%/My%20Shots\naction=1\n", "My Shots");
+        row("Xfce with three slashes", "XFCE", xfce, "screenshot_dir=file://%HOME%/Shots\n",
+            "Shots");
+        row("Xfce with a path", "XFCE", xfce, "screenshot_dir=%HOME%/Shots\n", "Shots");
+        row("Xfce on a server", "XFCE", xfce, "screenshot_dir=sftp://server/shots\n", "");
+        row("Xfce on another host", "XFCE", xfce, "screenshot_dir=file://server/shots\n", "");
+
+        row("grim with screenshots", "sway", dirs,
+            "XDG_PICTURES_DIR=\"$HOME/Pictures\"\nXDG_SCREENSHOTS_DIR=\"$HOME/Shots \\$1\"\n",
+            "Shots $1");
+        row("grim with pictures", "Hyprland", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
+            "Pictures");
+        row("grim without folders", "sway:wlroots", dirs, "", "");
+        row("grim in the home", "river", dirs, "XDG_PICTURES_DIR=\"$HOME/\"\n", "");
+
+        row("an unknown desktop", "Enlightenment", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
+            "");
+        row("an unknown desktop with screenshots", "Enlightenment", dirs,
+            "XDG_SCREENSHOTS_DIR=\"$HOME/Shots\"\n", "Shots");
+        row("a damaged file", "sway", dirs, "XDG_PICTURES_DIR=\n=\n\"\nXDG_SCREENSHOTS_DIR=\"\n",
+            "");
+    }
+
+    void theDesktopsToolTellsItsFolder()
+    {
+        QFETCH(QByteArray, desktop);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, folder);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        QVERIFY(writeFile(configPath(file),
+                          content.replace("%HOME%", QFile::encodeName(QDir::homePath()))));
+        QCOMPARE(m_preferences->desktopToolFolder(),
+                 folder.isEmpty() ? std::nullopt : std::optional(inHome(folder)));
+    }
+
+    void aNewerPlasmaSavesInAFolderOfItsOwn()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        qputenv("KDE_SESSION_VERSION", "6");
+        QCOMPARE(m_preferences->desktopToolFolder(),
+                 inHome(QStringLiteral("Pictures/Screenshots")));
+    }
+
+    void theEnvironmentTellsWhereGrimSaves()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "sway");
+        qputenv("GRIM_DEFAULT_DIR", "/srv/grim");
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/grim"));
+        qputenv("XDG_SCREENSHOTS_DIR", "/srv/shots/");
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/shots"));
+    }
+
+    void aLinkToTheHomeIsTheHome()
+    {
+        QTemporaryDir aside;
+        QVERIFY(QFile::link(QDir::homePath(), aside.filePath(QStringLiteral("link"))));
+        qputenv("XDG_CURRENT_DESKTOP", "sway");
+        qputenv("XDG_SCREENSHOTS_DIR", QFile::encodeName(aside.filePath(QStringLiteral("link"))));
+        QVERIFY(!m_preferences->desktopToolFolder());
+    }
+
+    void aLocationGoesToXfcesOwnFileAndLeavesTheRestOfIt()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        const QString file = configPath(QStringLiteral("xfce4/xfce4-screenshooter"));
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/a b")).isEmpty());
+        QCOMPARE(readFile(file), QByteArray("screenshot_dir=file:///srv/a%20b\n"));
+        QVERIFY(writeFile(file, "app=none\nscreenshot_dir=file:/old\n\xff=1\n[Group]\n"
+                                "screenshot_dir=kept"));
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/new")).isEmpty());
+        QCOMPARE(readFile(file), QByteArray("app=none\nscreenshot_dir=file:///srv/new\n\xff=1\n"
+                                            "[Group]\nscreenshot_dir=kept\n"));
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/new"));
+        QCOMPARE(m_preferences->location(), QStringLiteral("/srv/new"));
+    }
+
+    void aLocationGoesToTheUsersFoldersWhereGrimLooks()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "sway");
+        const QString file = configPath(QStringLiteral("user-dirs.dirs"));
+        QVERIFY(writeFile(file, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n"));
+        const QString path = QStringLiteral("/srv/$(false) \"a\" `b` \\n é");
+        QVERIFY(m_preferences->storeLocation(path).isEmpty());
+        QCOMPARE(m_preferences->desktopToolFolder(), path);
+        QVERIFY(readFile(file).startsWith("XDG_PICTURES_DIR=\"$HOME/Pictures\"\n"));
+
+        QProcess shell;
+        shell.start(QStringLiteral("/bin/sh"),
+                    {QStringLiteral("-c"),
+                     QStringLiteral(". \"$0\"; printf %s \"$XDG_SCREENSHOTS_DIR\""), file});
+        QVERIFY(shell.waitForFinished());
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), path);
+
+        const QByteArray before = readFile(file);
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/two\nlines")).isEmpty());
+        QCOMPARE(readFile(file), before);
+    }
+
+    void whatStandsInThePlaceOfAToolsFileIsLeftAlone()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        const QString file = configPath(QStringLiteral("xfce4/xfce4-screenshooter"));
+        QVERIFY(QDir().mkpath(file + QStringLiteral("/inside")));
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
+        QVERIFY(QFileInfo(file + QStringLiteral("/inside")).isDir());
+        QCOMPARE(m_preferences->location(), QStringLiteral("/srv/shots"));
+    }
+
+    void spectacleIsToldByKdesTool_data()
+    {
+        QTest::addColumn<QByteArray>("session");
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("group");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("Plasma 6") << QByteArray("6") << QStringLiteral("kwriteconfig6")
+                                  << QStringLiteral("ImageSave")
+                                  << QStringLiteral("imageSaveLocation");
+        QTest::newRow("Plasma 5") << QByteArray("5") << QStringLiteral("kwriteconfig5")
+                                  << QStringLiteral("Save")
+                                  << QStringLiteral("defaultSaveLocation");
+    }
+
+    void spectacleIsToldByKdesTool()
+    {
+        QFETCH(QByteArray, session);
+        QFETCH(QString, tool);
+        QFETCH(QString, group);
+        QFETCH(QString, key);
+        const QTemporaryDir folder;
+        const QString path = onlyTool(folder, tool);
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        qputenv("KDE_SESSION_VERSION", session);
+        const QStringList start = {QStringLiteral("--file"), QStringLiteral("spectaclerc"),
+                                   QStringLiteral("--group")};
+        const SystemCommand folderCommand = {
+            path, start + QStringList{group, QStringLiteral("--key"), key,
+                                      QStringLiteral("file:///srv/my%20shots/")}};
+        QCOMPARE(m_preferences->storeLocation(QStringLiteral("/srv/my shots")),
+                 QList<SystemCommand>{folderCommand});
+        const SystemCommand saveCommand = {
+            path, start + QStringList{QStringLiteral("General"), QStringLiteral("--key"),
+                                      QStringLiteral("autoSaveImage"), QStringLiteral("true")}};
+        QCOMPARE(m_preferences->storeShowsThumbnail(false), QList<SystemCommand>{saveCommand});
+        QCOMPARE(m_preferences->storeShowsThumbnail(true), QList<SystemCommand>());
+    }
+
+    void withoutKdesToolNothingIsRun()
+    {
+        const QTemporaryDir folder;
+        qputenv("PATH", QFile::encodeName(folder.path()));
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        QCOMPARE(m_preferences->storeLocation(QStringLiteral("/srv/shots")),
+                 QList<SystemCommand>());
+        QCOMPARE(m_preferences->storeShowsThumbnail(false), QList<SystemCommand>());
+        QCOMPARE(m_preferences->location(), QStringLiteral("/srv/shots"));
+    }
+
+    void whatKdesToolWritesIsReadBack()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        const QString path = QStringLiteral("/srv/my shots, ü $HOME \\n");
+        const QList<SystemCommand> commands = m_preferences->storeLocation(path);
+        if (commands.isEmpty())
+            QSKIP("kwriteconfig is not installed");
+        for (const SystemCommand &command : commands)
+            QCOMPARE(QProcess::execute(command.executable, command.arguments), 0);
+        QCOMPARE(m_preferences->desktopToolFolder(), path);
+    }
+
+private:
+    QByteArray m_path;
+    std::unique_ptr<ScreenshotPreferences> m_preferences;
+};
+
+QTEST_GUILESS_MAIN(ScreenshotPreferencesTest)
+#include "ScreenshotPreferencesTest.moc"
