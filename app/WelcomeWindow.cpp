@@ -171,6 +171,9 @@ void WelcomeWindow::setVisible(bool visible)
     if (appears) {
         fitToScreen();
         place();
+        // A panel that comes late, as at login, takes room away.
+        connect(screen(), &QScreen::availableGeometryChanged, this, &WelcomeWindow::fitToScreen,
+                Qt::UniqueConnection);
     }
     QWidget::setVisible(visible);
     // No control is in focus until the user goes there: a stray key must change no setting.

@@ -17,7 +17,7 @@ using ControlPainting::Bezel;
 // All in points.
 constexpr int controlHeight = 28;
 constexpr int controlSideInset = 12;
-constexpr int controlVerticalInset = 5;
+constexpr int controlVerticalInset = 4;
 constexpr int checkBoxSide = 16;
 constexpr int checkBoxLabelSpacing = 8;
 constexpr int popUpItemHeight = 26;

@@ -162,6 +162,28 @@ private Q_SLOTS:
         }
     }
 
+    void itGivesWayToAPanelThatComesLate()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(showActive(window));
+        const int before = window.height();
+        constexpr int panelHeight = 200;
+        QWidget panel;
+        panel.setAttribute(Qt::WA_X11NetWmWindowTypeDock);
+        panel.setGeometry(0, 0, window.screen()->size().width(), panelHeight);
+        XDesktop::run(QStringLiteral("xprop"),
+                      {QStringLiteral("-id"), QString::number(panel.winId()), QStringLiteral("-f"),
+                       QStringLiteral("_NET_WM_STRUT"), QStringLiteral("32c"),
+                       QStringLiteral("-set"), QStringLiteral("_NET_WM_STRUT"),
+                       QStringLiteral("0,0,%1,0").arg(panelHeight)});
+        panel.show();
+        QTRY_COMPARE(window.screen()->availableGeometry().top(), panelHeight);
+        QTRY_VERIFY(window.height() < before);
+        QVERIFY(window.frameGeometry().height() <= window.screen()->availableGeometry().height());
+        panel.hide();
+        QTRY_COMPARE(window.height(), before);
+    }
+
     void itFloatsAboveOtherWindows()
     {
         WelcomeWindow window(state());
