@@ -1,11 +1,7 @@
 #include "platform/linux/X11Windows.h"
 
-#include <QSocketNotifier>
-
-#include <cstdlib>
 #include <cstring>
 #include <xcb/res.h>
-#include <xcb/xcb.h>
 
 namespace
 {
@@ -16,15 +12,8 @@ constexpr int longestChain = 8;
 /// In units of four bytes: longer than any class, id or type list in use.
 constexpr uint32_t longestProperty = 512;
 
-struct Free {
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Free>;
-
 using PropertyCookie = xcb_get_property_cookie_t;
-using PropertyReply = Owned<xcb_get_property_reply_t>;
+using PropertyReply = X11Owned<xcb_get_property_reply_t>;
 
 PropertyCookie askProperty(xcb_connection_t *connection, xcb_window_t window, xcb_atom_t property)
 {
@@ -66,7 +55,7 @@ xcb_res_query_client_ids_cookie_t askProcess(xcb_connection_t *connection, xcb_w
 
 qint64 takeProcess(xcb_connection_t *connection, xcb_res_query_client_ids_cookie_t cookie)
 {
-    const Owned<xcb_res_query_client_ids_reply_t> reply(
+    const X11Owned<xcb_res_query_client_ids_reply_t> reply(
         xcb_res_query_client_ids_reply(connection, cookie, nullptr));
     if (!reply)
         return 0;
@@ -81,40 +70,12 @@ qint64 takeProcess(xcb_connection_t *connection, xcb_res_query_client_ids_cookie
 
 } // namespace
 
-void X11Windows::Disconnect::operator()(xcb_connection_t *connection) const
+X11Windows::X11Windows() : m_connection(XCB_EVENT_MASK_PROPERTY_CHANGE)
 {
-    xcb_disconnect(connection);
-}
-
-X11Windows::X11Windows()
-{
-    int screenNumber = 0;
-    m_connection.reset(xcb_connect(nullptr, &screenNumber));
-    if (xcb_connection_has_error(m_connection.get()))
+    if (!m_connection.isAlive())
         return;
-    auto screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get()));
-    while (screenNumber-- > 0 && screen.rem > 1)
-        xcb_screen_next(&screen);
-    m_root = screen.data->root;
-
-    const uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(m_connection.get(), m_root, XCB_CW_EVENT_MASK, &wanted);
     xcb_prefetch_extension_data(m_connection.get(), &xcb_res_id);
-    internAtoms();
-    // To ask a server for what it lacks ends the connection.
-    const auto *extension = xcb_get_extension_data(m_connection.get(), &xcb_res_id);
-    m_knowsProcesses = extension && extension->present;
-
-    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection.get()),
-                                                   QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &X11Windows::readEvents);
-}
-
-X11Windows::~X11Windows() = default;
-
-void X11Windows::internAtoms()
-{
-    constexpr std::array<const char *, atomCount> names = {
+    m_atoms = m_connection.atoms({
         "_NET_ACTIVE_WINDOW",
         "_NET_WM_WINDOW_TYPE",
         "_NET_WM_WINDOW_TYPE_DOCK",
@@ -122,30 +83,20 @@ void X11Windows::internAtoms()
         "_NET_WM_WINDOW_TYPE_NOTIFICATION",
         "_GTK_APPLICATION_ID",
         "_KDE_NET_WM_DESKTOP_FILE",
-    };
-    std::array<xcb_intern_atom_cookie_t, atomCount> cookies = {};
-    for (size_t i = 0; i < names.size(); ++i)
-        cookies[i] = xcb_intern_atom_unchecked(m_connection.get(), 0,
-                                               uint16_t(std::strlen(names[i])), names[i]);
-    for (size_t i = 0; i < names.size(); ++i) {
-        const Owned<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(m_connection.get(), cookies[i], nullptr));
-        m_atoms[i] = reply ? reply->atom : quint32(XCB_ATOM_NONE);
-    }
+    });
+    // To ask a server for what it lacks ends the connection.
+    const auto *extension = xcb_get_extension_data(m_connection.get(), &xcb_res_id);
+    m_knowsProcesses = extension && extension->present;
+    connect(&m_connection, &X11Connection::eventArrived, this, &X11Windows::readEvent);
+    m_connection.readEventsSoon();
 }
 
-void X11Windows::readEvents()
+void X11Windows::readEvent(const xcb_generic_event_t *event)
 {
-    bool changed = false;
-    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
-        if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
-            continue;
-        const auto *notify = reinterpret_cast<const xcb_property_notify_event_t *>(event.get());
-        changed = changed || notify->atom == m_atoms[ActiveWindow];
-    }
-    if (xcb_connection_has_error(m_connection.get()))
-        m_notifier->setEnabled(false);
-    if (changed)
+    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+        return;
+    const auto *notify = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+    if (notify->atom == m_atoms[ActiveWindow])
         Q_EMIT activeWindowChanged();
 }
 
@@ -160,7 +111,7 @@ quint32 X11Windows::leaderOf(quint32 window)
 {
     for (int step = 0; step < longestChain; ++step) {
         const quint32 leader = windowProperty(window, XCB_ATOM_WM_TRANSIENT_FOR);
-        if (leader == XCB_WINDOW_NONE || leader == m_root)
+        if (leader == XCB_WINDOW_NONE || leader == m_connection.root())
             break;
         window = leader;
     }
@@ -169,11 +120,10 @@ quint32 X11Windows::leaderOf(quint32 window)
 
 std::optional<X11Window> X11Windows::activeWindow()
 {
-    if (xcb_connection_has_error(m_connection.get()))
+    if (!m_connection.isAlive())
         return std::nullopt;
-    const quint32 window = windowProperty(m_root, m_atoms[ActiveWindow]);
-    // Replies may have brought events along, of which the socket will not tell any more.
-    QMetaObject::invokeMethod(this, &X11Windows::readEvents, Qt::QueuedConnection);
+    const quint32 window = windowProperty(m_connection.root(), m_atoms[ActiveWindow]);
+    m_connection.readEventsSoon();
     if (window == XCB_WINDOW_NONE)
         return std::nullopt;
     const quint32 leader = leaderOf(window);

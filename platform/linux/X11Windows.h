@@ -1,14 +1,12 @@
 #pragma once
 
+#include "platform/linux/X11Connection.h"
+
+#include <QList>
 #include <QObject>
 #include <QString>
 
-#include <array>
-#include <memory>
 #include <optional>
-
-struct xcb_connection_t;
-class QSocketNotifier;
 
 /// What a window on the X server says of the application that it belongs to.
 struct X11Window {
@@ -32,7 +30,6 @@ class X11Windows : public QObject
     Q_OBJECT
 public:
     X11Windows();
-    ~X11Windows() override;
 
     /// The window that has the focus, or the leader of the group of windows for which it stands as
     /// a dialog. Absent when none has, and when the server is gone.
@@ -43,21 +40,14 @@ Q_SIGNALS:
 
 private:
     enum AtomName { ActiveWindow, WindowType, Dock, Desktop, Notification, GtkId, KdeDesktopFile };
-    static constexpr int atomCount = 7;
 
-    struct Disconnect {
-        void operator()(xcb_connection_t *connection) const;
-    };
-
-    void internAtoms();
-    void readEvents();
+    void readEvent(const xcb_generic_event_t *event);
     quint32 windowProperty(quint32 window, quint32 property);
     quint32 leaderOf(quint32 window);
     std::optional<X11Window> describe(quint32 window);
 
-    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
-    quint32 m_root = 0;
-    std::array<quint32, atomCount> m_atoms = {};
+    X11Connection m_connection;
+    /// By their names above.
+    QList<quint32> m_atoms;
     bool m_knowsProcesses = false;
-    std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -1,0 +1,104 @@
+#include "platform/linux/StatusBarSearch.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QTimer>
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// Hosts say when they come, but not every list of them passes it on.
+constexpr std::chrono::milliseconds askAgainAfter[] = {2s, 5s, 10s, 20s, 30s};
+
+QString watcherName()
+{
+    return QStringLiteral("org.kde.StatusNotifierWatcher");
+}
+
+QString watcherPath()
+{
+    return QStringLiteral("/StatusNotifierWatcher");
+}
+
+} // namespace
+
+StatusBarSearch::StatusBarSearch(Patience patience) : m_patience(patience) {}
+
+StatusBarSearch::~StatusBarSearch() = default;
+
+void StatusBarSearch::start()
+{
+    if (QGuiApplication::platformName() == u"xcb") {
+        m_olderTray = std::make_unique<OlderTray>();
+        connect(m_olderTray.get(), &OlderTray::appeared, this, &StatusBarSearch::considerOlderTray);
+    }
+    for (const std::chrono::milliseconds limit :
+         {m_patience.withoutWatcher, m_patience.withoutHost}) {
+        QTimer::singleShot(limit, Qt::PreciseTimer, this, [this, limit] {
+            m_waited = limit;
+            considerOlderTray();
+        });
+    }
+    listenToBus();
+}
+
+void StatusBarSearch::listenToBus()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    auto *names =
+        new QDBusServiceWatcher(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(names, &QDBusServiceWatcher::serviceRegistered, this, &StatusBarSearch::askForHost);
+    connect(names, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this] { m_hasWatcher = false; });
+    bus.connect(watcherName(), watcherPath(), watcherName(),
+                QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(askForHost()));
+    for (const std::chrono::milliseconds delay : askAgainAfter)
+        QTimer::singleShot(delay, this, &StatusBarSearch::askForHost);
+    askForHost();
+}
+
+void StatusBarSearch::askForHost()
+{
+    if (m_isFound)
+        return;
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        watcherName(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    question.setAutoStartService(false);
+    question << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+    auto *call =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        call->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        m_hasWatcher = !reply.isError();
+        if (reply.isValid() && reply.value().variant().toBool())
+            finish();
+        else
+            considerOlderTray();
+    });
+}
+
+void StatusBarSearch::considerOlderTray()
+{
+    const auto limit = m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
+    if (!m_isFound && m_waited >= limit && m_olderTray && m_olderTray->isThere())
+        finish();
+}
+
+void StatusBarSearch::finish()
+{
+    if (!std::exchange(m_isFound, true))
+        Q_EMIT found();
+}

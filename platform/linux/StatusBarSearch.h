@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/linux/OlderTray.h"
+
+#include <QObject>
+
+#include <chrono>
+#include <memory>
+
+/// Waits until the session has a status bar. Qt looks for one when the program first touches its
+/// tray icon, and keeps to what it then found until the program ends; a session that has just
+/// begun may have its status bar only seconds later. So nobody touches it before found().
+///
+/// A host of status items is taken whenever there is one. The older tray is taken where no host
+/// has come in time. Main thread; nothing blocks on another program.
+class StatusBarSearch : public QObject
+{
+    Q_OBJECT
+public:
+    struct Patience {
+        /// With an older tray, and nobody on the bus who keeps a list of hosts.
+        std::chrono::milliseconds withoutWatcher = std::chrono::seconds(2);
+        /// With an older tray, and a list of hosts that is empty.
+        std::chrono::milliseconds withoutHost = std::chrono::seconds(30);
+    };
+
+    explicit StatusBarSearch(Patience patience);
+    ~StatusBarSearch() override;
+
+    /// Called once.
+    void start();
+
+Q_SIGNALS:
+    /// Told once.
+    void found();
+
+private Q_SLOTS:
+    void askForHost();
+
+private:
+    void listenToBus();
+    void considerOlderTray();
+    void finish();
+
+    Patience m_patience;
+    std::chrono::milliseconds m_waited{0};
+    bool m_isFound = false;
+    bool m_hasWatcher = false;
+    std::unique_ptr<OlderTray> m_olderTray;
+};

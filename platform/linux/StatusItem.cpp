@@ -1,0 +1,64 @@
+#include "platform/StatusItem.h"
+
+#include "platform/linux/StatusBarSearch.h"
+
+#include <QCursor>
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+namespace
+{
+
+/// The item as Qt's tray icon, which speaks to hosts of status items over the session bus and
+/// embeds itself in the older tray.
+class TrayStatusItem : public StatusItem
+{
+public:
+    TrayStatusItem() : m_search(StatusBarSearch::Patience())
+    {
+        QObject::connect(&m_search, &StatusBarSearch::found, &m_search, [this] { appear(); });
+    }
+
+    void show(const QIcon &icon, const QString &toolTip, const QList<QAction *> &actions) override
+    {
+        m_icon = icon;
+        m_toolTip = toolTip;
+        m_menu = std::make_unique<QMenu>();
+        m_menu->addActions(actions);
+        m_search.start();
+    }
+
+    /// The text is one that hosts of status items have no place for.
+    void setTitle(const QString &) override {}
+
+private:
+    void appear()
+    {
+        m_item = std::make_unique<QSystemTrayIcon>(m_icon);
+        m_item->setToolTip(m_toolTip);
+        m_item->setContextMenu(m_menu.get());
+        QObject::connect(m_item.get(), &QSystemTrayIcon::activated, m_menu.get(),
+                         [this] { popUp(); });
+        m_item->show();
+    }
+
+    /// Every click opens the menu, whatever it means elsewhere; some hosts open it themselves.
+    void popUp()
+    {
+        if (!m_menu->isVisible())
+            m_menu->popup(QCursor::pos());
+    }
+
+    QIcon m_icon;
+    QString m_toolTip;
+    std::unique_ptr<QMenu> m_menu;
+    StatusBarSearch m_search;
+    std::unique_ptr<QSystemTrayIcon> m_item;
+};
+
+} // namespace
+
+std::unique_ptr<StatusItem> makeStatusItem()
+{
+    return std::make_unique<TrayStatusItem>();
+}
