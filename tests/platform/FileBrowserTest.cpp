@@ -1,0 +1,251 @@
+#include "platform/FileBrowser.h"
+
+#include "core/FileUrls.h"
+#include "tests/world/Commands.h"
+#include "tests/world/XDesktop.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+/// A service that notes what it is asked, and answers, refuses or keeps silent.
+class FakeFileManager : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    enum class Answer { Done, Error, None };
+    Answer answer = Answer::Done;
+    QStringList asked;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList &uris, const QString &startupId)
+    {
+        note(s("items"), uris, startupId);
+    }
+    void ShowFolders(const QStringList &uris, const QString &startupId)
+    {
+        note(s("folders"), uris, startupId);
+    }
+
+private:
+    void note(const QString &method, const QStringList &uris, const QString &startupId)
+    {
+        asked << method + u' ' + uris.join(u' ') + startupId;
+        if (answer == Answer::Error)
+            sendErrorReply(QDBusError::Failed, s("no display"));
+        setDelayedReply(answer != Answer::Done);
+    }
+};
+
+/// The portal's part that opens folders; notes the file behind the descriptor.
+class FakePortal : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.OpenURI")
+
+public:
+    QStringList asked;
+
+public Q_SLOTS:
+    QDBusObjectPath OpenDirectory(const QString &, const QDBusUnixFileDescriptor &file,
+                                  const QVariantMap &)
+    {
+        asked << QFile::symLinkTarget(s("/proc/self/fd/%1").arg(file.fileDescriptor()));
+        return QDBusObjectPath(s("/request"));
+    }
+};
+
+} // namespace
+
+class FileBrowserTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Commands> m_commands;
+    std::unique_ptr<FakeFileManager> m_manager;
+    std::unique_ptr<FileBrowser> m_browser;
+    QUrl m_shot;
+
+    static QDBusConnection serviceBus()
+    {
+        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("services"));
+    }
+
+    static QString uri(const QUrl &url) { return QString::fromLatin1(url.toEncoded()); }
+    QUrl folder() const { return FileUrls::fromPath(m_folder->path()); }
+
+private Q_SLOTS:
+    void initTestCase() { m_commands = std::make_unique<Commands>(); }
+
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_shot = FileUrls::child(folder(), s("a b é%25#.png"));
+        QFile file(m_shot.toLocalFile());
+        QVERIFY(file.open(QFile::WriteOnly));
+        m_commands->clear();
+        m_manager = std::make_unique<FakeFileManager>();
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), m_manager.get(),
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(s("org.freedesktop.FileManager1")));
+        m_browser = makeFileBrowser();
+    }
+
+    void cleanup()
+    {
+        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        serviceBus().unregisterObject(s("/org/freedesktop/FileManager1"));
+        qunsetenv("SNAP");
+    }
+
+    void theFileManagerIsAskedToShowTheFile()
+    {
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
+        QVERIFY(uri(m_shot).endsWith(s("/a%20b%20%C3%A9%2525%23.png")));
+        QCOMPARE(m_commands->calls(), QStringList());
+    }
+
+    void ofAFileThatIsGoneTheFolderIsShown()
+    {
+        QVERIFY(QFile::remove(m_shot.toLocalFile()));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_manager->asked, QStringList{s("folders ") + uri(folder())});
+    }
+
+    void revealingReturnsAtOnce()
+    {
+        m_manager->answer = FakeFileManager::Answer::None;
+        QElapsedTimer timer;
+        timer.start();
+        m_browser->reveal(m_shot);
+        QVERIFY(timer.elapsed() < 500);
+        QTRY_COMPARE(m_manager->asked.size(), 1);
+    }
+
+    void aRefusalLeadsToTheDefaultFileManager_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("command");
+        QTest::newRow("Nautilus") << s("org.gnome.Nautilus.desktop") << s("nautilus --select %1");
+        QTest::newRow("Dolphin") << s("org.kde.dolphin.desktop") << s("dolphin --select %1");
+        QTest::newRow("Nemo") << s("nemo.desktop") << s("nemo %1");
+        QTest::newRow("Caja") << s("caja-folder-handler.desktop") << s("caja --select %1");
+    }
+
+    void aRefusalLeadsToTheDefaultFileManager()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, command);
+        m_manager->answer = FakeFileManager::Answer::Error;
+        m_commands->add(s("xdg-mime"), entry);
+        m_commands->add(command.section(u' ', 0, 0));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_commands->calls(), (QStringList{s("xdg-mime query default inode/directory"),
+                                                       command.arg(m_shot.toLocalFile())}));
+    }
+
+    void oneThatIsNotKnownOpensTheFolder()
+    {
+        m_manager->answer = FakeFileManager::Answer::Error;
+        m_commands->add(s("xdg-mime"), s("some.other.desktop"));
+        m_commands->add(s("xdg-open"));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_commands->calls().size(), 2);
+        QCOMPARE(m_commands->calls().last(), s("xdg-open ") + uri(folder()));
+    }
+
+    void oneThatIsNotInstalledOpensTheFolder()
+    {
+        m_manager->answer = FakeFileManager::Answer::Error;
+        m_commands->add(s("xdg-mime"), s("org.kde.dolphin.desktop"));
+        m_commands->add(s("xdg-open"));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_commands->calls().size(), 2);
+        QCOMPARE(m_commands->calls().last(), s("xdg-open ") + uri(folder()));
+    }
+
+    void withoutACommandThatKnowsTheDefaultTheFolderIsOpened()
+    {
+        m_manager->answer = FakeFileManager::Answer::Error;
+        m_commands->add(s("xdg-open"));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_commands->calls(), QStringList{s("xdg-open ") + uri(folder())});
+    }
+
+    void aSilentFileManagerIsNotWaitedForLongerThanThreeSeconds()
+    {
+        m_manager->answer = FakeFileManager::Answer::None;
+        m_commands->add(s("xdg-open"));
+        QElapsedTimer timer;
+        timer.start();
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE_WITH_TIMEOUT(m_commands->calls().size(), 1, 10'000);
+        QVERIFY2(timer.elapsed() >= 2900, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void confinedTheProgramAsksThePortal()
+    {
+        FakePortal portal;
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(s("/org/freedesktop/portal/desktop"), &portal,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(s("org.freedesktop.portal.Desktop")));
+        m_manager->answer = FakeFileManager::Answer::Error;
+        qputenv("SNAP", "/snap/velmora");
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(portal.asked, QStringList{m_shot.toLocalFile()});
+        bus.unregisterService(s("org.freedesktop.portal.Desktop"));
+        bus.unregisterObject(s("/org/freedesktop/portal/desktop"));
+    }
+
+    void aBrowserThatEndsWhileItWaitsDoesNothingMore()
+    {
+        m_manager->answer = FakeFileManager::Answer::None;
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_manager->asked.size(), 1);
+        m_browser.reset();
+        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        QCoreApplication::processEvents();
+        QCOMPARE(m_commands->calls(), QStringList());
+    }
+
+    /// The last test: it needs the real commands.
+    void theRealFileManagerOpensAWindowOfTheFolder()
+    {
+        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        const QString service =
+            s("/usr/share/dbus-1/services/org.xfce.Thunar.FileManager1.service");
+        if (!QFile::exists(service))
+            QSKIP("Thunar is not installed");
+        m_commands.reset();
+        m_browser->reveal(m_shot);
+        const auto windowNames = [] {
+            return XDesktop::run(s("xdotool"), {s("search"), s("--onlyvisible"), s("--class"),
+                                                s("thunar"), s("getwindowname"), s("%@")});
+        };
+        const QString name = FileUrls::lastPathComponent(folder());
+        QTRY_VERIFY_WITH_TIMEOUT(windowNames().contains(name), 20'000);
+        XDesktop::run(s("thunar"), {s("-q")});
+    }
+};
+
+QTEST_MAIN(FileBrowserTest)
+#include "FileBrowserTest.moc"
