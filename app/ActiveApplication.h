@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class FrontmostApplication;
+struct Application;
+
+/// The ordinary application that the user was last working in. System components and this program
+/// itself never count, so that the name is fit to stand in a file name. Main thread.
+class ActiveApplication : public QObject
+{
+    Q_OBJECT
+public:
+    /// Starts with the application that is in front now.
+    explicit ActiveApplication(FrontmostApplication &frontmost, QObject *parent = nullptr);
+
+    /// The application's localised name; "screenshot" until there has been one.
+    QString lastActiveAppName() const { return m_lastActiveAppName; }
+
+    /// Asks what is in front, for a screenshot that has just been taken.
+    void refresh();
+
+    /// From now on each application that the user activates counts.
+    void observe();
+
+    /// Whether an application counts as one that the user works in.
+    static bool isCustomerApp(const QString &name, const std::optional<QString> &bundleIdentifier);
+
+private:
+    void consider(const Application &application);
+
+    FrontmostApplication &m_frontmost;
+    QString m_lastActiveAppName = QStringLiteral("screenshot");
+};

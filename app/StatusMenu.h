@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QAction>
+#include <QList>
+#include <QObject>
+
+class StatusItem;
+
+/// The item in the status bar and the commands of its menu. Main thread.
+class StatusMenu : public QObject
+{
+    Q_OBJECT
+public:
+    explicit StatusMenu(StatusItem &item, QObject *parent = nullptr);
+
+    /// The menu's items, top to bottom, separators among them. A window that adds them gives its
+    /// user their shortcuts.
+    QList<QAction *> actions() const { return m_actions; }
+
+    /// Puts the item into the status bar.
+    void show();
+
+    void updateStatusItemTitle();
+
+    /// The undo item, whose title and state follow the undo history.
+    void setUndo(const QString &title, bool enabled);
+
+Q_SIGNALS:
+    void showStatusRequested();
+    void recentScreenshotsRequested();
+    void undoRequested();
+    void instantModeRequested();
+    void revealFolderRequested();
+    void quitRequested();
+
+private:
+    QAction *addItem(const QString &title, void (StatusMenu::*request)(),
+                     const QKeySequence &keyEquivalent = {});
+
+    StatusItem &m_item;
+    QList<QAction *> m_actions;
+    QAction *m_undoMenuItem = nullptr;
+};

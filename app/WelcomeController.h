@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+
+#include <memory>
+
+struct Platform;
+class QAction;
+class WelcomeWindow;
+struct WelcomeState;
+
+/// The welcome window while it exists, and the commands that it triggers. Main thread.
+class WelcomeController : public QObject
+{
+    Q_OBJECT
+public:
+    explicit WelcomeController(const Platform &platform, QObject *parent = nullptr);
+    ~WelcomeController() override;
+
+    /// The actions whose shortcuts work in the window.
+    void setActions(const QList<QAction *> &actions) { m_actions = actions; }
+
+    /// Brings the window to the front. It is built when there is none, and then shows the state of
+    /// that moment; an existing one is shown as it is.
+    void showWelcome(const QUrl &folder);
+
+    /// Hides the window, which stays as it is.
+    void closeWelcome();
+
+    /// Switches the system's own thumbnail delay off, and shows a fresh window.
+    void optimizeScreenshotSpeed();
+
+Q_SIGNALS:
+    /// The user has chosen another screenshot folder, and the system has been told.
+    void folderChosen(const QUrl &folder);
+    void trayPositionChanged();
+    void recentScreenshotsRequested();
+
+private:
+    void startAtLoginChanged(bool on);
+    void changeScreenshotFolder();
+    void sendFeedback();
+    void rebuild(const QUrl &folder);
+    void connectWindow();
+
+    const Platform &m_platform;
+    QList<QAction *> m_actions;
+    std::unique_ptr<WelcomeWindow> m_welcomeWindow;
+};

@@ -1,0 +1,38 @@
+#include "app/VelmoraApp.h"
+#include "app/VelmoraIdentity.h"
+#include "platform/Platform.h"
+#include "platform/prepareProcess.h"
+
+#include <QApplication>
+
+namespace
+{
+
+/// The diagnostic log is the program's only output: what libraries have to say is dropped.
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qInstallMessageHandler(dropMessage);
+    prepareProcess();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("velmora"));
+    QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
+    QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const Platform platform = nativePlatform();
+    if (!platform.runningInstance->claim())
+        return 0;
+
+    quitWhenTerminated(application);
+
+    VelmoraApp velmora(platform);
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &velmora,
+                     &VelmoraApp::applicationWillTerminate);
+    QMetaObject::invokeMethod(&velmora, &VelmoraApp::applicationDidFinishLaunching,
+                              Qt::QueuedConnection);
+    return QApplication::exec();
+}

@@ -1,0 +1,57 @@
+#include "platform/prepareProcess.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QtEnvironmentVariables>
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// A Wayland compositor lets no ordinary window choose its place, stay above others or stand on
+/// all workspaces. Through XWayland the tray can do all three, so it goes there unless the user has
+/// decided otherwise.
+void preferX11()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+/// Several recognitions run side by side, each on one core; an engine that spreads over all cores
+/// slows all of them down.
+void keepEnginesOnOneCore()
+{
+    qputenv("OMP_THREAD_LIMIT", "1");
+}
+
+/// The signal handler's way into the event loop: writing to a pipe is all that it may safely do.
+int terminationPipe[2] = {-1, -1};
+
+void requestTermination(int)
+{
+    [[maybe_unused]] const ssize_t written = ::write(terminationPipe[1], "q", 1);
+}
+
+} // namespace
+
+void prepareProcess()
+{
+    preferX11();
+    keepEnginesOnOneCore();
+}
+
+void quitWhenTerminated(QCoreApplication &application)
+{
+    if (::pipe2(terminationPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(terminationPipe[0], QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+    struct sigaction action = {};
+    action.sa_handler = requestTermination;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        ::sigaction(signal, &action, nullptr);
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+class QCoreApplication;
+
+/// What must be settled before the application object is made: which window system the program
+/// uses, and how libraries behave. Called once, first thing, on the main thread.
+void prepareProcess();
+
+/// From now on the system's request that the process end (at log-out, by kill) quits the
+/// application as its user would. Called once, on the main thread.
+void quitWhenTerminated(QCoreApplication &application);

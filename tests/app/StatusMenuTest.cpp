@@ -1,0 +1,99 @@
+#include "app/StatusMenu.h"
+
+#include "platform/StatusItem.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace
+{
+
+class RecordingStatusItem : public StatusItem
+{
+public:
+    void show(const QIcon &icon, const QString &text, const QList<QAction *> &items) override
+    {
+        hasIcon = !icon.isNull();
+        toolTip = text;
+        actions = items;
+    }
+    void setTitle(const QString &text) override { title = text; }
+
+    bool hasIcon = false;
+    QString toolTip;
+    QString title;
+    QList<QAction *> actions;
+};
+
+} // namespace
+
+class StatusMenuTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theItemShowsItsSymbolTitleAndToolTip()
+    {
+        RecordingStatusItem item;
+        StatusMenu menu(item);
+        menu.show();
+        QVERIFY(item.hasIcon);
+        QCOMPARE(item.title, QStringLiteral(" Velmora"));
+        QCOMPARE(item.toolTip, QStringLiteral("Velmora"));
+    }
+
+    void theItemsStandInTheirOrder()
+    {
+        RecordingStatusItem item;
+        StatusMenu menu(item);
+        menu.show();
+        QStringList titles;
+        for (const QAction *action : item.actions)
+            titles.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        QCOMPARE(titles,
+                 QStringList({QStringLiteral("Show Status"),
+                              QStringLiteral("Show Recent Screenshots"),
+                              QStringLiteral("Undo Last Action"),
+                              QStringLiteral("Make Screenshots Instant"),
+                              QStringLiteral("Reveal Screenshot Folder"), QStringLiteral("-"),
+                              QStringLiteral("Quit Velmora")}));
+        QCOMPARE(item.actions[1]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_R));
+        QCOMPARE(item.actions[2]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
+        QCOMPARE(item.actions[6]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    }
+
+    void eachItemAsksForItsCommand()
+    {
+        RecordingStatusItem item;
+        StatusMenu menu(item);
+        menu.show();
+        menu.setUndo(QStringLiteral("Undo Rename"), true);
+        const QList<void (StatusMenu::*)()> requests = {
+            &StatusMenu::showStatusRequested,   &StatusMenu::recentScreenshotsRequested,
+            &StatusMenu::undoRequested,         &StatusMenu::instantModeRequested,
+            &StatusMenu::revealFolderRequested, nullptr,
+            &StatusMenu::quitRequested,
+        };
+        for (qsizetype index = 0; index < requests.size(); ++index) {
+            if (!requests[index])
+                continue;
+            QSignalSpy spy(&menu, requests[index]);
+            item.actions[index]->trigger();
+            QCOMPARE(spy.count(), 1);
+        }
+    }
+
+    void undoIsDisabledUntilThereIsSomethingToUndo()
+    {
+        RecordingStatusItem item;
+        StatusMenu menu(item);
+        menu.show();
+        QVERIFY(!item.actions[2]->isEnabled());
+        menu.setUndo(QStringLiteral("Undo Trash"), true);
+        QVERIFY(item.actions[2]->isEnabled());
+        QCOMPARE(item.actions[2]->text(), QStringLiteral("Undo Trash"));
+    }
+};
+
+QTEST_MAIN(StatusMenuTest)
+#include "StatusMenuTest.moc"
