@@ -1,7 +1,7 @@
 #include "app/ActiveApplication.h"
 
 #include "app/VelmoraIdentity.h"
-#include "naming/foldText.h"
+#include "naming/foldedText.h"
 #include "platform/FrontmostApplication.h"
 
 #include <QStringList>
@@ -35,7 +35,7 @@ const QStringList &systemIdentifierPrefixes()
 
 QString normalized(const QString &name)
 {
-    QString folded = foldText(name);
+    QString folded = foldedText(name);
     folded.remove(QLatin1Char(' '));
     folded.remove(QLatin1Char('-'));
     return folded;

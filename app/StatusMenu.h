@@ -22,6 +22,10 @@ public:
 
     void updateStatusItemTitle();
 
+    /// Does what the item of this name does, asked for from outside: one of "recent", "undo",
+    /// "instant", "reveal", "quit". Other names, and items that are disabled, do nothing.
+    void trigger(const QString &name);
+
     /// The undo item, whose title and state follow the undo history.
     void setUndo(const QString &title, bool enabled);
 
@@ -34,7 +38,7 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
-    QAction *addItem(const QString &title, void (StatusMenu::*request)(),
+    QAction *addItem(const QString &name, const QString &title, void (StatusMenu::*request)(),
                      const QKeySequence &keyEquivalent = {});
 
     StatusItem &m_item;

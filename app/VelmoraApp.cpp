@@ -1,0 +1,201 @@
+#include "app/VelmoraApp.h"
+
+#include "core/FileUrls.h"
+#include "core/VelmoraLog.h"
+#include "core/VelmoraSettings.h"
+#include "detection/ScreenshotFolderResolver.h"
+#include "detection/ScreenshotWatcher.h"
+#include "files/ClipboardWriter.h"
+#include "platform/Platform.h"
+#include "style/SystemFont.h"
+#include "style/VelmoraPalette.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <chrono>
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+/// After the launch, so that the tray and the menu are there first.
+constexpr auto welcomeDelay = 350ms;
+
+} // namespace
+
+VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
+    : QObject(parent),
+      m_platform(platform),
+      m_images(*platform.fileWriters),
+      m_namer(*platform.textRecognizer, m_images),
+      m_activeApplication(*platform.frontmostApplication),
+      m_undoHistory(*platform.systemTrash),
+      m_statusMenu(*platform.statusItem),
+      m_welcome(platform),
+      m_trayController(platform, m_images)
+{
+}
+
+VelmoraApp::~VelmoraApp() = default;
+
+void VelmoraApp::applicationDidFinishLaunching()
+{
+    VelmoraLog::write(QStringLiteral("applicationDidFinishLaunching"));
+    applyLightAppearance();
+    connectMenu();
+    m_statusMenu.show();
+    m_activeApplication.observe();
+    m_recentScreenshots.load();
+    m_statusMenu.updateStatusItemTitle();
+    const QUrl folder = screenshotFolder();
+    VelmoraLog::write(QStringLiteral("watching ") + folder.toLocalFile());
+    connectWelcome();
+    QTimer::singleShot(welcomeDelay, this, [this, folder] { m_welcome.showWelcome(folder); });
+    connectTray();
+    startWatching(folder);
+}
+
+void VelmoraApp::applicationShouldHandleReopen()
+{
+    m_welcome.showWelcome(screenshotFolder());
+}
+
+void VelmoraApp::applicationWillTerminate()
+{
+    if (m_watcher)
+        m_watcher->stop();
+}
+
+void VelmoraApp::startWatching(const QUrl &folder)
+{
+    if (m_watcher)
+        m_watcher->stop();
+    m_watcher = std::make_unique<ScreenshotWatcher>(
+        folder, [this](const QUrl &url) { handleNewScreenshot(url); }, m_platform.makeFolderEvents);
+    m_watcher->start();
+}
+
+void VelmoraApp::handleNewScreenshot(const QUrl &reported)
+{
+    const QUrl url = FileUrls::standardized(reported);
+    if (m_trayController.containsScreenshot(url)) {
+        m_watcher->ignore(url);
+        VelmoraLog::write(QStringLiteral("ignored already visible ") + url.toLocalFile());
+        return;
+    }
+    VelmoraLog::write(QStringLiteral("detected ") + url.toLocalFile());
+    m_activeApplication.refresh();
+    m_recentScreenshots.add(url);
+
+    const QString fallback =
+        ScreenshotNamer::fallbackName(m_activeApplication.lastActiveAppName(), url);
+    const QUuid itemID = m_trayController.addScreenshot(url, fallback);
+    m_trayController.updateSuggestion(itemID, fallback, true);
+    m_trayController.markNaming(itemID);
+
+    const QUrl current = m_trayController.fileURL(itemID).value_or(url);
+    copyWhenComplete(itemID, current);
+    suggestName(itemID, current);
+}
+
+/// What is copied is the screenshot where it lies at that moment, and whole: a tool may still be
+/// writing it, and the row has renamed it.
+void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
+{
+    const CopyBehavior behavior = VelmoraSettings::copyBehavior();
+    if (behavior == CopyBehavior::none)
+        return;
+    m_images.completion(url).then(this, [this, itemID, url, behavior] {
+        ClipboardWriter::copy(*m_platform.pasteboard,
+                              m_trayController.fileURL(itemID).value_or(url), behavior);
+    });
+}
+
+void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
+{
+    m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName())
+        .then(this, [this, itemID](const QString &filename) {
+            m_trayController.updateSuggestion(itemID, filename, true);
+        });
+}
+
+void VelmoraApp::applyLightAppearance()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(VelmoraPalette::lightPalette());
+    QApplication::setFont(systemFont(13));
+}
+
+void VelmoraApp::connectMenu()
+{
+    connect(&m_statusMenu, &StatusMenu::showStatusRequested, this,
+            [this] { m_welcome.showWelcome(screenshotFolder()); });
+    connect(&m_statusMenu, &StatusMenu::recentScreenshotsRequested, this,
+            &VelmoraApp::showRecentScreenshots);
+    connect(&m_statusMenu, &StatusMenu::undoRequested, this, &VelmoraApp::undoLastAction);
+    connect(&m_statusMenu, &StatusMenu::instantModeRequested, &m_welcome,
+            &WelcomeController::optimizeScreenshotSpeed);
+    connect(&m_statusMenu, &StatusMenu::revealFolderRequested, this,
+            [this] { m_platform.fileBrowser->reveal(screenshotFolder()); });
+    connect(&m_statusMenu, &StatusMenu::quitRequested, qApp, &QCoreApplication::quit,
+            Qt::QueuedConnection);
+    connect(&m_undoHistory, &UndoHistory::changed, this, [this] {
+        m_statusMenu.setUndo(m_undoHistory.title(), m_undoHistory.canUndo());
+    });
+    connect(m_platform.runningInstance.get(), &RunningInstance::reopened, this,
+            &VelmoraApp::applicationShouldHandleReopen);
+    connect(m_platform.runningInstance.get(), &RunningInstance::actionRequested, &m_statusMenu,
+            &StatusMenu::trigger);
+}
+
+void VelmoraApp::connectWelcome()
+{
+    m_welcome.setActions(m_statusMenu.actions());
+    connect(&m_welcome, &WelcomeController::folderChosen, this, &VelmoraApp::startWatching);
+    connect(&m_welcome, &WelcomeController::trayPositionChanged, &m_trayController,
+            &TrayController::layoutPanel);
+    connect(&m_welcome, &WelcomeController::recentScreenshotsRequested, this,
+            &VelmoraApp::showRecentScreenshots);
+}
+
+void VelmoraApp::connectTray()
+{
+    m_trayController.onRenamed = [this](const QUrl &url) { keep(url); };
+    m_trayController.onRenameUndoable = [this](const QUrl &oldURL, const QUrl &newURL) {
+        m_platform.pasteboard->fileMoved(oldURL, newURL);
+        m_undoHistory.push(UndoableAction::rename(oldURL, newURL));
+    };
+    m_trayController.onTrashUndoable = [this](const QUrl &originalURL, const QUrl &trashedURL) {
+        m_undoHistory.push(UndoableAction::trash(originalURL, trashedURL));
+    };
+    m_trayController.onUndoPerformed = [this](const UndoableAction &action, const QUrl &url) {
+        m_platform.pasteboard->fileMoved(action.after, url);
+        keep(url);
+        m_undoHistory.remove(action);
+    };
+}
+
+/// The program itself has put the file there: it is no new screenshot, but a recent one.
+void VelmoraApp::keep(const QUrl &url)
+{
+    m_watcher->ignore(url);
+    m_recentScreenshots.add(url);
+}
+
+void VelmoraApp::undoLastAction()
+{
+    if (!m_undoHistory.canUndo())
+        return;
+    const UndoableAction action = m_undoHistory.actions().constLast();
+    if (const std::optional<QUrl> restored = m_undoHistory.undoLast()) {
+        m_platform.pasteboard->fileMoved(action.after, *restored);
+        keep(*restored);
+    }
+}
+
+QUrl VelmoraApp::screenshotFolder() const
+{
+    return ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
+}

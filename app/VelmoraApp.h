@@ -1,0 +1,69 @@
+#pragma once
+
+#include "app/ActiveApplication.h"
+#include "app/StatusMenu.h"
+#include "app/WelcomeController.h"
+#include "files/RecentScreenshots.h"
+#include "files/UndoHistory.h"
+#include "imaging/ScreenshotImages.h"
+#include "naming/ScreenshotNamer.h"
+#include "tray/TrayController.h"
+
+#include <QObject>
+#include <QUrl>
+#include <QUuid>
+
+#include <memory>
+
+class ScreenshotWatcher;
+struct Platform;
+
+/// The coordinator: it owns the parts of the running program and takes each new screenshot along
+/// its road: detected, shown in the tray, copied, named, renamed. Main thread.
+class VelmoraApp : public QObject
+{
+    Q_OBJECT
+public:
+    /// The platform outlives this object. Nothing happens before the launch.
+    explicit VelmoraApp(Platform &platform, QObject *parent = nullptr);
+    ~VelmoraApp() override;
+
+    /// The launch; called once, from the running event loop.
+    void applicationDidFinishLaunching();
+
+    /// The user has opened the program again: shows the welcome window.
+    void applicationShouldHandleReopen();
+
+    void applicationWillTerminate();
+
+    /// Watches `folder`, in place of the one that was watched before.
+    void startWatching(const QUrl &folder);
+
+    /// Takes a new screenshot along its road.
+    void handleNewScreenshot(const QUrl &reported);
+
+private:
+    void applyLightAppearance();
+    void connectMenu();
+    void connectWelcome();
+    void connectTray();
+
+    void copyWhenComplete(const QUuid &itemID, const QUrl &url);
+    void suggestName(const QUuid &itemID, const QUrl &url);
+
+    void undoLastAction();
+    void showRecentScreenshots();
+    void keep(const QUrl &url);
+    QUrl screenshotFolder() const;
+
+    Platform &m_platform;
+    ScreenshotImages m_images;
+    ScreenshotNamer m_namer;
+    ActiveApplication m_activeApplication;
+    UndoHistory m_undoHistory;
+    RecentScreenshots m_recentScreenshots;
+    StatusMenu m_statusMenu;
+    WelcomeController m_welcome;
+    TrayController m_trayController;
+    std::unique_ptr<ScreenshotWatcher> m_watcher;
+};
