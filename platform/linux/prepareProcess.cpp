@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
-#include <QtEnvironmentVariables>
+#include <QtGlobal>
 
 #include <csignal>
 #include <fcntl.h>
