@@ -14,9 +14,12 @@ namespace
 const QStringList &systemNames()
 {
     static const QStringList names = {
-        QStringLiteral("notificationcenter"), QStringLiteral("usernotificationcenter"),
-        QStringLiteral("systemuiserver"),     QStringLiteral("controlcenter"),
-        QStringLiteral("windowserver"),       QStringLiteral("loginwindow"),
+        QStringLiteral("notificationcenter"),
+        QStringLiteral("usernotificationcenter"),
+        QStringLiteral("systemuiserver"),
+        QStringLiteral("controlcenter"),
+        QStringLiteral("windowserver"),
+        QStringLiteral("loginwindow"),
         QStringLiteral("finder"),
     };
     return names;
@@ -44,8 +47,7 @@ QString normalized(const QString &name)
 } // namespace
 
 ActiveApplication::ActiveApplication(FrontmostApplication &frontmost, QObject *parent)
-    : QObject(parent)
-    , m_frontmost(frontmost)
+    : QObject(parent), m_frontmost(frontmost)
 {
     refresh();
 }
@@ -75,8 +77,8 @@ bool ActiveApplication::isCustomerApp(const QString &name,
     if (systemNames().contains(normalized(name)))
         return false;
     const QStringList &prefixes = systemIdentifierPrefixes();
-    return !bundleIdentifier
-        || std::none_of(prefixes.begin(), prefixes.end(), [&](const QString &prefix) {
+    return !bundleIdentifier ||
+           std::none_of(prefixes.begin(), prefixes.end(), [&](const QString &prefix) {
                return bundleIdentifier->startsWith(prefix);
            });
 }

@@ -6,17 +6,14 @@
 
 #include <QKeySequence>
 
-StatusMenu::StatusMenu(StatusItem &item, QObject *parent)
-    : QObject(parent)
-    , m_item(item)
+StatusMenu::StatusMenu(StatusItem &item, QObject *parent) : QObject(parent), m_item(item)
 {
     addItem(QStringLiteral("status"), QStringLiteral("Show Status"),
             &StatusMenu::showStatusRequested);
     addItem(QStringLiteral("recent"), QStringLiteral("Show Recent Screenshots"),
             &StatusMenu::recentScreenshotsRequested, QKeySequence(Qt::CTRL | Qt::Key_R));
-    m_undoMenuItem =
-        addItem(QStringLiteral("undo"), QStringLiteral("Undo Last Action"),
-                &StatusMenu::undoRequested, QKeySequence(Qt::CTRL | Qt::Key_Z));
+    m_undoMenuItem = addItem(QStringLiteral("undo"), QStringLiteral("Undo Last Action"),
+                             &StatusMenu::undoRequested, QKeySequence(Qt::CTRL | Qt::Key_Z));
     m_undoMenuItem->setEnabled(false);
     addItem(QStringLiteral("instant"), QStringLiteral("Make Screenshots Instant"),
             &StatusMenu::instantModeRequested);
@@ -56,8 +53,8 @@ void StatusMenu::setUndo(const QString &title, bool enabled)
     m_undoMenuItem->setEnabled(enabled);
 }
 
-QAction *StatusMenu::addItem(const QString &name, const QString &title, void (StatusMenu::*request)(),
-                             const QKeySequence &keyEquivalent)
+QAction *StatusMenu::addItem(const QString &name, const QString &title,
+                             void (StatusMenu::*request)(), const QKeySequence &keyEquivalent)
 {
     auto *action = new QAction(title, this);
     action->setObjectName(name);

@@ -6,6 +6,7 @@
 #include "detection/ScreenshotFolderResolver.h"
 #include "detection/ScreenshotWatcher.h"
 #include "files/ClipboardWriter.h"
+#include "files/RecentScreenshotsWindow.h"
 #include "platform/Platform.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
@@ -26,15 +27,22 @@ constexpr auto welcomeDelay = 350ms;
 } // namespace
 
 VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
-    : QObject(parent),
-      m_platform(platform),
-      m_images(*platform.fileWriters),
-      m_namer(*platform.textRecognizer, m_images),
-      m_activeApplication(*platform.frontmostApplication),
-      m_undoHistory(*platform.systemTrash),
-      m_statusMenu(*platform.statusItem),
-      m_welcome(platform),
-      m_trayController(platform, m_images)
+    : QObject(parent)
+    , m_platform(platform)
+    , m_images(*platform.fileWriters)
+    , m_namer(*platform.textRecognizer, m_images)
+    , m_activeApplication(*platform.frontmostApplication)
+    , m_undoHistory(*platform.systemTrash)
+    , m_recentScreenshots({
+          .folder = [this] { return screenshotFolder(); },
+          .newestFiles = ScreenshotFolderResolver::recentScreenshotFiles,
+          .modificationDate = ScreenshotFolderResolver::modificationDate,
+      })
+    , m_recentWindow({*platform.fileBrowser, *platform.pasteboard, *platform.systemTrash, m_images},
+                     m_recentScreenshots, m_undoHistory)
+    , m_statusMenu(*platform.statusItem)
+    , m_welcome(platform)
+    , m_trayController(platform, m_images)
 {
 }
 
@@ -141,9 +149,8 @@ void VelmoraApp::connectMenu()
             [this] { m_platform.fileBrowser->reveal(screenshotFolder()); });
     connect(&m_statusMenu, &StatusMenu::quitRequested, qApp, &QCoreApplication::quit,
             Qt::QueuedConnection);
-    connect(&m_undoHistory, &UndoHistory::changed, this, [this] {
-        m_statusMenu.setUndo(m_undoHistory.title(), m_undoHistory.canUndo());
-    });
+    connect(&m_undoHistory, &UndoHistory::changed, this,
+            [this] { m_statusMenu.setUndo(m_undoHistory.title(), m_undoHistory.canUndo()); });
     connect(m_platform.runningInstance.get(), &RunningInstance::reopened, this,
             &VelmoraApp::applicationShouldHandleReopen);
     connect(m_platform.runningInstance.get(), &RunningInstance::actionRequested, &m_statusMenu,
@@ -193,6 +200,13 @@ void VelmoraApp::undoLastAction()
         m_platform.pasteboard->fileMoved(action.after, *restored);
         keep(*restored);
     }
+}
+
+void VelmoraApp::showRecentScreenshots()
+{
+    m_welcome.closeWelcome();
+    m_recentWindow.show();
+    m_recentWindow.window()->addActions(m_statusMenu.actions());
 }
 
 QUrl VelmoraApp::screenshotFolder() const

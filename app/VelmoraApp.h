@@ -4,6 +4,7 @@
 #include "app/StatusMenu.h"
 #include "app/WelcomeController.h"
 #include "files/RecentScreenshots.h"
+#include "files/RecentScreenshotsController.h"
 #include "files/UndoHistory.h"
 #include "imaging/ScreenshotImages.h"
 #include "naming/ScreenshotNamer.h"
@@ -62,6 +63,7 @@ private:
     ActiveApplication m_activeApplication;
     UndoHistory m_undoHistory;
     RecentScreenshots m_recentScreenshots;
+    RecentScreenshotsController m_recentWindow;
     StatusMenu m_statusMenu;
     WelcomeController m_welcome;
     TrayController m_trayController;

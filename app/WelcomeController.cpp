@@ -33,8 +33,7 @@ std::optional<QUrl> chooseFolder(const QUrl &start, QWidget *parent)
 } // namespace
 
 WelcomeController::WelcomeController(const Platform &platform, QObject *parent)
-    : QObject(parent)
-    , m_platform(platform)
+    : QObject(parent), m_platform(platform)
 {
 }
 
@@ -114,8 +113,8 @@ void WelcomeController::changeScreenshotFolder()
                 QStringLiteral("Choose the folder where macOS saves screenshots. Velmora watches "
                                "only that folder so it can rename new screenshots."),
                 m_welcomeWindow.get());
-    const QUrl current
-        = ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
+    const QUrl current =
+        ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
     const std::optional<QUrl> chosen = chooseFolder(current, m_welcomeWindow.get());
     if (!chosen)
         return;

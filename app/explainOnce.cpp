@@ -4,8 +4,7 @@
 
 #include <QMessageBox>
 
-void explainOnce(const QString &key, const QString &title, const QString &message,
-                 QWidget *parent)
+void explainOnce(const QString &key, const QString &title, const QString &message, QWidget *parent)
 {
     if (VelmoraSettings::open().value(key).toBool())
         return;

@@ -19,6 +19,6 @@ QUrl feedbackMail()
     const QString subject = QStringLiteral("Velmora feedback");
     const QString body = QStringLiteral("Hi Velmora team,\n\nWhat I tried:\n\nWhat felt "
                                         "confusing:\n\nWhat I expected:\n\nMy Mac version:\n");
-    return QUrl(QStringLiteral("mailto:") + velmoraFeedbackAddress() + QStringLiteral("?subject=")
-                + encoded(subject) + QStringLiteral("&body=") + encoded(body));
+    return QUrl(QStringLiteral("mailto:") + velmoraFeedbackAddress() + QStringLiteral("?subject=") +
+                encoded(subject) + QStringLiteral("&body=") + encoded(body));
 }

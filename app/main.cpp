@@ -23,7 +23,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const Platform platform = nativePlatform();
+    Platform platform = nativePlatform();
     if (!platform.runningInstance->claim())
         return 0;
 

@@ -97,8 +97,8 @@ private Q_SLOTS:
         const QString name = QStringLiteral("Helper");
         QVERIFY(!ActiveApplication::isCustomerApp(
             name, QStringLiteral("com.apple.controlcenter.helper")));
-        QVERIFY(ActiveApplication::isCustomerApp(
-            name, QStringLiteral("COM.apple.controlcenter.helper")));
+        QVERIFY(ActiveApplication::isCustomerApp(name,
+                                                 QStringLiteral("COM.apple.controlcenter.helper")));
         QVERIFY(ActiveApplication::isCustomerApp(name, std::nullopt));
         QVERIFY(!ActiveApplication::isCustomerApp(name, velmoraBundleIdentifier()));
         QVERIFY(!ActiveApplication::isCustomerApp(QStringLiteral("Control Center"),

@@ -50,13 +50,12 @@ private Q_SLOTS:
         QStringList titles;
         for (const QAction *action : item.actions)
             titles.append(action->isSeparator() ? QStringLiteral("-") : action->text());
-        QCOMPARE(titles,
-                 QStringList({QStringLiteral("Show Status"),
-                              QStringLiteral("Show Recent Screenshots"),
-                              QStringLiteral("Undo Last Action"),
-                              QStringLiteral("Make Screenshots Instant"),
-                              QStringLiteral("Reveal Screenshot Folder"), QStringLiteral("-"),
-                              QStringLiteral("Quit Velmora")}));
+        QCOMPARE(titles, QStringList({QStringLiteral("Show Status"),
+                                      QStringLiteral("Show Recent Screenshots"),
+                                      QStringLiteral("Undo Last Action"),
+                                      QStringLiteral("Make Screenshots Instant"),
+                                      QStringLiteral("Reveal Screenshot Folder"),
+                                      QStringLiteral("-"), QStringLiteral("Quit Velmora")}));
         QCOMPARE(item.actions[1]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_R));
         QCOMPARE(item.actions[2]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
         QCOMPARE(item.actions[6]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
