@@ -16,6 +16,7 @@
 #include "tray/StatusLabel.h"
 #include "tray/rowStyle.h"
 
+#include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QKeyEvent>
 
@@ -115,12 +116,16 @@ void ScreenshotRowView::configureThumbnail()
 void ScreenshotRowView::loadThumbnail(Unreadable unreadable)
 {
     const int request = ++m_thumbnailRequest;
-    m_services.images.thumbnail(m_fileURL, pixelsOf(m_controls.thumbnailView->size()))
-        .then(this, [this, request, unreadable](const QImage &image) {
-            const bool newest = request == m_thumbnailRequest;
-            if (newest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
-                m_controls.thumbnailView->setImage(image);
-        });
+    auto *watcher = new QFutureWatcher<QImage>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, request, unreadable] {
+        watcher->deleteLater();
+        const QImage image = watcher->result();
+        const bool isNewest = request == m_thumbnailRequest;
+        if (isNewest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
+            m_controls.thumbnailView->setImage(image);
+    });
+    watcher->setFuture(
+        m_services.images.thumbnail(m_fileURL, pixelsOf(m_controls.thumbnailView->size())));
 }
 
 void ScreenshotRowView::moved(const QUrl &url)
