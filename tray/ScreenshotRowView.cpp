@@ -44,6 +44,8 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const QUrl &url,
     , m_veil(new PaletteView(this))
 {
     setCornerRadius(cornerRadius);
+    // Tab then takes the row's controls together, and in their order.
+    setFocusPolicy(Qt::TabFocus);
     setFocusProxy(m_controls.filenameField);
     m_veil->setAttribute(Qt::WA_TransparentForMouseEvents);
     connectControls();
