@@ -185,7 +185,8 @@ int VelmoraStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
 int VelmoraStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                             QStyleHintReturn *returned) const
 {
-    if (hint == SH_EtchDisabledText || hint == SH_UnderlineShortcut)
+    if (hint == SH_EtchDisabledText || hint == SH_UnderlineShortcut ||
+        hint == SH_DialogButtonBox_ButtonsHaveIcons)
         return 0;
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }

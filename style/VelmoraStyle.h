@@ -4,8 +4,7 @@
 
 /// The look of the program's push buttons, pop-ups, check boxes and scroll bars, in the palette's
 /// colours and the same on every desktop. What it doesn't draw itself is drawn by Qt's "fusion".
-/// It is meant for the application as a whole: `QApplication::setStyle(new VelmoraStyle)`, with
-/// `VelmoraPalette::lightPalette()` as its palette.
+/// `applyLightAppearance()` makes it the style of the application as a whole.
 class VelmoraStyle : public QProxyStyle
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "style/VelmoraStyle.h"
+#include "style/lightAppearance.h"
 #include "tests/app/WelcomeWindowParts.h"
 
 #include <QAbstractItemView>
@@ -16,7 +16,7 @@ class WelcomeWindowControlsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(new VelmoraStyle); }
+    void initTestCase() { applyLightAppearance(); }
     void init() { VelmoraSettings::open().clear(); }
 
     void eachButtonTellsWhatItIsForAndNothingElse()

@@ -1,4 +1,4 @@
-#include "style/VelmoraStyle.h"
+#include "style/lightAppearance.h"
 #include "tests/app/WelcomeWindowParts.h"
 #include "tests/world/XDesktop.h"
 
@@ -37,7 +37,7 @@ class WelcomeWindowKeyboardTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(new VelmoraStyle); }
+    void initTestCase() { applyLightAppearance(); }
     void init() { VelmoraSettings::open().clear(); }
 
     void returnIsDone_data()

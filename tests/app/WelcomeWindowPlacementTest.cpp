@@ -1,4 +1,4 @@
-#include "style/VelmoraStyle.h"
+#include "style/lightAppearance.h"
 #include "tests/app/WelcomeWindowParts.h"
 #include "tests/world/XDesktop.h"
 
@@ -47,7 +47,7 @@ class WelcomeWindowPlacementTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(new VelmoraStyle); }
+    void initTestCase() { applyLightAppearance(); }
     void init() { VelmoraSettings::open().clear(); }
 
     void itIsAsLargeAsItIsMeantToBe()

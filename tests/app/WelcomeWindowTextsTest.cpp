@@ -1,7 +1,7 @@
 #include "tests/app/WelcomeWindowParts.h"
 
 #include "style/VelmoraPalette.h"
-#include "style/VelmoraStyle.h"
+#include "style/lightAppearance.h"
 
 #include <QAbstractItemView>
 #include <QFontInfo>
@@ -50,7 +50,7 @@ class WelcomeWindowTextsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(new VelmoraStyle); }
+    void initTestCase() { applyLightAppearance(); }
     void init() { VelmoraSettings::open().clear(); }
 
     void everyTextStandsBelowTheOneBefore()

@@ -1,5 +1,6 @@
 #include "style/VelmoraPalette.h"
 #include "style/VelmoraStyle.h"
+#include "style/lightAppearance.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -9,6 +10,7 @@
 #include <QScrollBar>
 #include <QStyleOption>
 #include <QTest>
+#include <QToolTip>
 
 #include <cstdlib>
 
@@ -60,10 +62,14 @@ class StyleTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
+    void initTestCase() { applyLightAppearance(); }
+
+    void theWholeApplicationIsLight()
     {
-        QApplication::setStyle(new VelmoraStyle);
-        QApplication::setPalette(VelmoraPalette::lightPalette());
+        QVERIFY(qobject_cast<VelmoraStyle *>(QApplication::style()));
+        QCOMPARE(QApplication::palette().color(QPalette::Window), VelmoraPalette::window());
+        QCOMPARE(QToolTip::palette().color(QPalette::ToolTipBase), VelmoraPalette::card());
+        QCOMPARE(QApplication::font().pixelSize(), 13);
     }
 
     void theDefaultButtonIsFilledAndOthersAreNot()
