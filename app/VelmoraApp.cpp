@@ -8,8 +8,7 @@
 #include "files/ClipboardWriter.h"
 #include "files/RecentScreenshotsWindow.h"
 #include "platform/Platform.h"
-#include "style/SystemFont.h"
-#include "style/VelmoraPalette.h"
+#include "style/lightAppearance.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -127,13 +126,6 @@ void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
         .then(this, [this, itemID](const QString &filename) {
             m_trayController.updateSuggestion(itemID, filename, true);
         });
-}
-
-void VelmoraApp::applyLightAppearance()
-{
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setPalette(VelmoraPalette::lightPalette());
-    QApplication::setFont(systemFont(13));
 }
 
 void VelmoraApp::connectMenu()

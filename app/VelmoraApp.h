@@ -44,7 +44,6 @@ public:
     void handleNewScreenshot(const QUrl &reported);
 
 private:
-    void applyLightAppearance();
     void connectMenu();
     void connectWelcome();
     void connectTray();
