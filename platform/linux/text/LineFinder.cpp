@@ -1,11 +1,11 @@
 #include "platform/linux/text/LineFinder.h"
 
 #include "platform/linux/text/LineGrower.h"
+#include "platform/linux/text/LineShape.h"
 #include "platform/linux/text/PictureLevels.h"
 #include "platform/linux/text/StrokeBlobs.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace
 {
@@ -14,59 +14,40 @@ namespace
 /// 192 pixels high on the last.
 constexpr int levels = 3;
 
+/// The lowest and highest letters that are looked for on one level, in its pixels: the small
+/// letters of 8 pixel text are 4 high, and twice the highest is found one level up.
+constexpr int lowestLetter = 4;
+constexpr int highestLetter = 48;
+
 /// Letters on the halved levels are at least this high, in their pixels; smaller ones are found
 /// better one level below.
 constexpr int lowestOnHalved = 18;
 
-/// A gap between words, in heights of a letter: the gaps inside words are below a third, also in
-/// monospaced text.
-constexpr double wordGap = 0.42;
+/// A line gives way to a larger one that covers this share of it.
+constexpr double coveredShare = 0.5;
 
-/// Three letters, the fewest that make a word of a name, are no narrower than their height.
-constexpr double narrowestLine = 1.0;
-
-/// Blobs that end on the line's base, or start at its top, within this share of a letter's height.
-constexpr double evenness = 0.15;
-
-/// A line found on a coarser level gives way when this share of it is known already.
-constexpr double knownShare = 0.4;
-
-int middleOf(std::vector<int> values, double share)
+/// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
+/// are icons and sides of boxes, then without the icons and ending at the boxes.
+std::vector<BlobLine> linesOn(const QImage &level)
 {
-    const auto place = values.begin() + std::ptrdiff_t(double(values.size() - 1) * share);
-    std::nth_element(values.begin(), place, values.end());
-    return *place;
-}
-
-/// The blobs' words: runs between gaps of a word's gap or more.
-std::vector<QRect> wordsOf(const BlobLine &blobs, int letterHeight)
-{
-    std::vector<QRect> words;
-    for (const QRect &blob : blobs) {
-        if (!words.empty() && blob.left() - words.back().right() - 1 < wordGap * letterHeight)
-            words.back() |= blob;
-        else
-            words.push_back(blob);
+    std::vector<QRect> letters;
+    std::vector<QRect> walls;
+    for (const QRect &blob : findStrokeBlobs(level)) {
+        if (blob.height() > highestLetter && isWall(blob))
+            walls.push_back(blob);
+        else if (blob.height() >= lowestLetter && blob.height() <= highestLetter)
+            letters.push_back(blob);
     }
-    return words;
-}
-
-std::optional<TextLine> lineOf(const BlobLine &blobs)
-{
-    std::vector<int> tops;
-    std::vector<int> bottoms;
-    for (const QRect &blob : blobs) {
-        tops.push_back(blob.top());
-        bottoms.push_back(blob.bottom());
+    std::vector<QRect> kept;
+    for (const BlobLine &line : growLines(letters, walls)) {
+        const std::vector<QRect> strangers = strangersIn(line);
+        for (const QRect &blob : line) {
+            if (std::find(strangers.begin(), strangers.end(), blob) == strangers.end())
+                kept.push_back(blob);
+        }
+        std::copy_if(strangers.begin(), strangers.end(), std::back_inserter(walls), isWall);
     }
-    TextLine line;
-    line.letterHeight = std::max(1, middleOf(bottoms, 0.5) - middleOf(tops, 0.25) + 1);
-    for (const QRect &blob : blobs)
-        line.box |= blob;
-    if (line.box.width() < narrowestLine * line.letterHeight)
-        return std::nullopt;
-    line.words = wordsOf(blobs, line.letterHeight);
-    return line;
+    return growLines(kept, walls);
 }
 
 QRect scaled(const QRect &box, int factor)
@@ -83,14 +64,27 @@ TextLine scaled(TextLine line, int factor)
     return line;
 }
 
-bool isKnown(const TextLine &line, const std::vector<TextLine> &lines)
+qint64 areaOf(const QRect &box)
 {
-    qint64 known = 0;
-    for (const TextLine &other : lines) {
-        const QRect shared = other.box & line.box;
-        known += qint64(shared.width()) * shared.height();
+    return qint64(box.width()) * box.height();
+}
+
+/// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
+/// levels.
+std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
+{
+    std::stable_sort(lines.begin(), lines.end(), [](const TextLine &first, const TextLine &second) {
+        return areaOf(first.box) > areaOf(second.box);
+    });
+    std::vector<TextLine> kept;
+    for (TextLine &line : lines) {
+        const bool covered = std::any_of(kept.begin(), kept.end(), [&](const TextLine &larger) {
+            return double(areaOf(larger.box & line.box)) > coveredShare * double(areaOf(line.box));
+        });
+        if (!covered)
+            kept.push_back(std::move(line));
     }
-    return double(known) > knownShare * line.box.width() * line.box.height();
+    return kept;
 }
 
 } // namespace
@@ -100,17 +94,13 @@ std::vector<TextLine> findLines(const QImage &picture, const std::function<bool(
     std::vector<TextLine> lines;
     QImage level = picture;
     for (int index = 0; index < levels && !level.isNull() && !cancelled(); ++index) {
-        const std::size_t finer = lines.size();
-        for (const BlobLine &blobs : growLines(findStrokeBlobs(level))) {
+        if (index > 0)
+            level = halvedPicture(level);
+        for (const BlobLine &blobs : linesOn(level)) {
             const std::optional<TextLine> line = lineOf(blobs);
-            if (!line || (index > 0 && line->letterHeight < lowestOnHalved))
-                continue;
-            const TextLine found = scaled(*line, 1 << index);
-            if (index == 0 ||
-                !isKnown(found, {lines.begin(), lines.begin() + std::ptrdiff_t(finer)}))
-                lines.push_back(found);
+            if (line && (index == 0 || line->letterHeight >= lowestOnHalved))
+                lines.push_back(scaled(*line, 1 << index));
         }
-        level = halvedPicture(level);
     }
-    return lines;
+    return withoutCovered(std::move(lines));
 }

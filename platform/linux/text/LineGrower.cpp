@@ -6,11 +6,6 @@
 namespace
 {
 
-/// The lowest and highest letters that are looked for on one level, in its pixels: the small
-/// letters of 8 pixel text are 4 high, and twice the highest is found one level up.
-constexpr int lowestBlob = 4;
-constexpr int highestBlob = 48;
-
 /// A space is a quarter to a half of the letters' height wide, in monospaced text about as wide as
 /// they are high; more is a new column.
 constexpr double widestGap = 1.15;
@@ -34,28 +29,56 @@ struct GrowingLine {
     int highest = 0;
 };
 
+/// How much of the letter stands beside the line, as a share of the lower of both; 0 when the
+/// letter can't continue it.
+double fit(const GrowingLine &line, const QRect &letter)
+{
+    const double higher = std::max(line.highest, letter.height());
+    const double lower = std::min(line.highest, letter.height());
+    if (higher > greatestHeightRatio * lower)
+        return 0;
+    if (letter.left() - line.box.right() > widestGap * higher)
+        return 0;
+    if ((line.box | letter).height() > greatestClimb * higher)
+        return 0;
+    const int shared =
+        std::min(line.box.bottom(), letter.bottom()) - std::max(line.box.top(), letter.top()) + 1;
+    return shared / std::min<double>(line.box.height(), letter.height());
+}
+
 class LineGrower
 {
 public:
-    void add(const QRect &blob)
+    /// Letters and walls come from left to right.
+    void addLetter(const QRect &letter)
     {
-        int line = bestLine(blob);
-        if (line < 0) {
-            line = int(m_lines.size());
-            m_lines.push_back({});
+        int index = bestLine(letter);
+        if (index < 0) {
+            index = int(m_lines.size());
+            m_lines.emplace_back();
         }
-        GrowingLine &grown = m_lines[std::size_t(line)];
-        const int firstNew = grown.blobs.empty() ? 0 : 1;
-        const QRect before = grown.box;
-        grown.blobs.push_back(blob);
-        grown.box |= blob;
-        grown.highest = std::max(grown.highest, blob.height());
-        for (int band = grown.box.top() / bandHeight; band <= grown.box.bottom() / bandHeight;
-             ++band) {
-            const bool known = firstNew && band >= before.top() / bandHeight &&
-                               band <= before.bottom() / bandHeight;
-            if (!known)
-                m_bands[band].push_back(line);
+        GrowingLine &line = at(index);
+        const QRect before = line.box;
+        line.blobs.push_back(letter);
+        line.box |= letter;
+        line.highest = std::max(line.highest, letter.height());
+        for (int band = bandOf(line.box.top()); band <= bandOf(line.box.bottom()); ++band) {
+            if (before.isNull() || band < bandOf(before.top()) || band > bandOf(before.bottom()))
+                m_bands[band].push_back(index);
+        }
+    }
+
+    /// Ends the lines to its left that it passes wholly.
+    void addWall(const QRect &wall)
+    {
+        for (int band = bandOf(wall.top()); band <= bandOf(wall.bottom()); ++band) {
+            const auto lines = m_bands.find(band);
+            if (lines == m_bands.end())
+                continue;
+            std::erase_if(lines->second, [&](int index) {
+                const QRect &box = at(index).box;
+                return wall.top() <= box.top() && box.bottom() <= wall.bottom();
+            });
         }
     }
 
@@ -68,69 +91,63 @@ public:
     }
 
 private:
-    /// The index of the line that the blob continues best, or -1.
-    int bestLine(const QRect &blob)
+    static int bandOf(int row) { return row / bandHeight; }
+
+    /// The index of the line that the letter continues best, or -1.
+    int bestLine(const QRect &letter)
     {
         int best = -1;
-        double bestOverlap = leastOverlap;
-        for (int band = blob.top() / bandHeight; band <= blob.bottom() / bandHeight; ++band) {
+        double bestFit = leastOverlap;
+        for (int band = bandOf(letter.top()); band <= bandOf(letter.bottom()); ++band) {
             std::vector<int> &lines = m_bands[band];
-            // Blobs come from left to right: what is too far to the left now stays so.
-            std::erase_if(lines, [&](int line) { return ended(at(line), blob); });
-            for (int line : lines) {
-                const double overlap = fit(at(line), blob);
-                if (overlap > bestOverlap) {
-                    best = line;
-                    bestOverlap = overlap;
+            // What is too far to the left now stays so.
+            std::erase_if(lines, [&](int index) {
+                const GrowingLine &line = at(index);
+                return letter.left() - line.box.right() >
+                       widestGap * greatestHeightRatio * line.highest;
+            });
+            for (int index : lines) {
+                const double lineFit = fit(at(index), letter);
+                if (lineFit > bestFit) {
+                    best = index;
+                    bestFit = lineFit;
                 }
             }
         }
         return best;
     }
 
-    static bool ended(const GrowingLine &line, const QRect &blob)
-    {
-        return blob.left() - line.box.right() > widestGap * highestBlob;
-    }
-
-    /// How much of the blob stands beside the line, as a share of the lower of both; 0 when the
-    /// blob can't continue it.
-    static double fit(const GrowingLine &line, const QRect &blob)
-    {
-        const double higher = std::max(line.highest, blob.height());
-        const double lower = std::min(line.highest, blob.height());
-        if (higher > greatestHeightRatio * lower)
-            return 0;
-        if (blob.left() - line.box.right() > widestGap * higher)
-            return 0;
-        if ((line.box | blob).height() > greatestClimb * higher)
-            return 0;
-        const int shared =
-            std::min(line.box.bottom(), blob.bottom()) - std::max(line.box.top(), blob.top()) + 1;
-        return shared / std::min<double>(line.box.height(), blob.height());
-    }
-
-    GrowingLine &at(int line) { return m_lines[std::size_t(line)]; }
+    GrowingLine &at(int index) { return m_lines[std::size_t(index)]; }
 
     std::vector<GrowingLine> m_lines;
+    /// The lines that may go on, by the bands that they pass.
     std::unordered_map<int, std::vector<int>> m_bands;
 };
 
-bool mayBeLetters(const QRect &blob)
-{
-    return blob.height() >= lowestBlob && blob.height() <= highestBlob;
-}
+struct Step {
+    QRect box;
+    bool isWall;
+};
 
 } // namespace
 
-std::vector<BlobLine> growLines(std::vector<QRect> blobs)
+std::vector<BlobLine> growLines(const std::vector<QRect> &letters, const std::vector<QRect> &walls)
 {
-    std::erase_if(blobs, [](const QRect &blob) { return !mayBeLetters(blob); });
-    std::stable_sort(blobs.begin(), blobs.end(), [](const QRect &first, const QRect &second) {
-        return first.left() < second.left();
+    std::vector<Step> steps;
+    steps.reserve(letters.size() + walls.size());
+    for (const QRect &letter : letters)
+        steps.push_back({letter, false});
+    for (const QRect &wall : walls)
+        steps.push_back({wall, true});
+    std::stable_sort(steps.begin(), steps.end(), [](const Step &first, const Step &second) {
+        return first.box.left() < second.box.left();
     });
     LineGrower grower;
-    for (const QRect &blob : blobs)
-        grower.add(blob);
+    for (const Step &step : steps) {
+        if (step.isWall)
+            grower.addWall(step.box);
+        else
+            grower.addLetter(step.box);
+    }
     return grower.take();
 }

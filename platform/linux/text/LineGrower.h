@@ -8,6 +8,6 @@
 using BlobLine = std::vector<QRect>;
 
 /// Puts blobs that stand side by side, at about the same height and of about the same size, into
-/// lines. Blobs that are too low or too high for a letter are left out. A gap wider than one
-/// between words ends a line.
-std::vector<BlobLine> growLines(std::vector<QRect> blobs);
+/// lines. A gap wider than one between words ends a line, and so does a wall: the upright side of a
+/// box or of a column that passes the line's whole height.
+std::vector<BlobLine> growLines(const std::vector<QRect> &letters, const std::vector<QRect> &walls);

@@ -88,6 +88,11 @@ constexpr double blackShare = 0.02;
 /// Ink that differs less than this from its ground, of 255, is none.
 constexpr float leastDepth = 16;
 
+/// Around and between letters the ground is bare: this share of the area, at least, is less than
+/// this deep in the ink. A texture has no such ground; drawn and real text has two thirds.
+constexpr double leastBareShare = 0.4;
+constexpr float bareDepth = 0.12F;
+
 float blackDepth(std::vector<float> depths)
 {
     const auto place =
@@ -128,6 +133,10 @@ QImage inkPicture(const std::vector<QRgb> &pixels, QSize size, const Colour &gro
         depths.push_back(dot(colourOf(pixel) - ground, direction));
     const float black = blackDepth(depths);
     if (black < leastDepth)
+        return {};
+    const auto bare = std::count_if(depths.begin(), depths.end(),
+                                    [&](float depth) { return depth < bareDepth * black; });
+    if (double(bare) < leastBareShare * double(depths.size()))
         return {};
     QImage ink(size, QImage::Format_Grayscale8);
     auto depth = depths.cbegin();
