@@ -17,11 +17,11 @@ constexpr int levels = 3;
 /// The lowest and highest letters that are looked for on one level, in its pixels: the small
 /// letters of 8 pixel text are 4 high, and twice the highest is found one level up.
 constexpr int lowestLetter = 4;
-constexpr int highestLetter = 48;
+constexpr int highestLetter = 40;
 
 /// Letters on the halved levels are at least this high, in their pixels; smaller ones are found
 /// better one level below.
-constexpr int lowestOnHalved = 18;
+constexpr int lowestOnHalved = 13;
 
 /// A line gives way to a larger one that covers this share of it.
 constexpr double coveredShare = 0.5;

@@ -2,36 +2,17 @@
 
 #include "platform/linux/text/JunkFilter.h"
 #include "platform/linux/text/LinePicture.h"
+#include "platform/linux/text/LinePieces.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace
 {
 
-/// A piece ends at the first word gap after this many heights of a letter: two or three words.
-constexpr double pieceWidth = 12;
-
 /// The engine sees this much of the picture around the letters, in their heights: accents above,
 /// commas below.
 constexpr double reachAbove = 0.3;
 constexpr double reachBelow = 0.15;
-
-std::vector<QRect> piecesOf(const TextLine &line)
-{
-    std::vector<QRect> pieces;
-    for (const QRect &word : line.words) {
-        if (!pieces.empty() && pieces.back().width() < pieceWidth * line.letterHeight)
-            pieces.back() |= word;
-        else
-            pieces.push_back(word);
-    }
-    for (QRect &piece : pieces) {
-        piece.setTop(line.box.top());
-        piece.setBottom(line.box.bottom());
-    }
-    return pieces;
-}
 
 } // namespace
 

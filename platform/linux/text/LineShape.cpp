@@ -13,12 +13,24 @@ constexpr double deepestReach = 0.55;
 /// The side of a box is a line of some pixels; rounded corners make it wider.
 constexpr double widestWall = 0.3;
 
-/// A gap between words, in heights of a letter: the gaps inside words are below a third, also in
-/// monospaced text.
-constexpr double wordGap = 0.42;
+/// In heights of a letter: what is closer than the first is one word, what is further apart than
+/// the second is two. Between them the line itself decides, for the letters of a monospaced "ill"
+/// stand as far apart as the words of proportional text.
+constexpr double surelyOneWord = 0.3;
+constexpr double surelyTwoWords = 0.9;
 
-/// Three letters, the fewest that make a word of a name, are no narrower than their height.
-constexpr double narrowestLine = 1.0;
+/// Gaps between words exceed those between letters at least by this factor.
+constexpr double gapJump = 1.6;
+
+/// The line's blobs stand on its base, or hang by their descenders: this share of their widths at
+/// least stands on one row, give or take a share of the letters' height. Icons and textures rarely
+/// do; of real lines less than one in a hundred does not.
+constexpr double leastEvenness = 0.42;
+constexpr double unevenness = 0.12;
+
+/// Three letters, the fewest that make a word of a name, with the gap beside them are no narrower
+/// than this, in their heights.
+constexpr double narrowestLine = 1.5;
 
 /// The value that half of the blobs, by their widths, do not exceed.
 template <typename Value>
@@ -40,17 +52,57 @@ int middleOf(const BlobLine &blobs, Value value)
     return weighted.back().first;
 }
 
+std::vector<int> gapsOf(const BlobLine &blobs)
+{
+    std::vector<int> gaps;
+    int right = blobs.front().right();
+    for (const QRect &blob : blobs) {
+        if (blob.left() > right + 1)
+            gaps.push_back(blob.left() - right - 1);
+        right = std::max(right, blob.right());
+    }
+    std::sort(gaps.begin(), gaps.end());
+    return gaps;
+}
+
+/// The least gap between words: where the line's gaps first jump.
+double wordGapOf(const BlobLine &blobs, int letterHeight)
+{
+    double below = surelyOneWord * letterHeight;
+    const double limit = surelyTwoWords * letterHeight;
+    for (int gap : gapsOf(blobs)) {
+        if (gap >= gapJump * below)
+            return std::min((below + gap) / 2, limit);
+        below = std::max<double>(below, gap);
+    }
+    return limit;
+}
+
 /// The runs of blobs between word gaps.
 std::vector<QRect> wordsOf(const BlobLine &blobs, int letterHeight)
 {
+    const double wordGap = wordGapOf(blobs, letterHeight);
     std::vector<QRect> words;
     for (const QRect &blob : blobs) {
-        if (!words.empty() && blob.left() - words.back().right() - 1 < wordGap * letterHeight)
+        if (!words.empty() && blob.left() - words.back().right() - 1 < wordGap)
             words.back() |= blob;
         else
             words.push_back(blob);
     }
     return words;
+}
+
+bool isEven(const BlobLine &blobs, const LineRows &rows)
+{
+    const double tolerance = std::max(1.0, unevenness * rows.letterHeight);
+    int even = 0;
+    int total = 0;
+    for (const QRect &blob : blobs) {
+        total += blob.width();
+        if (std::abs(blob.bottom() - rows.base) <= tolerance)
+            even += blob.width();
+    }
+    return even >= leastEvenness * total;
 }
 
 } // namespace
@@ -84,10 +136,11 @@ bool isWall(const QRect &blob)
 std::optional<TextLine> lineOf(const BlobLine &blobs)
 {
     TextLine line;
-    line.letterHeight = rowsOf(blobs).letterHeight;
+    const LineRows rows = rowsOf(blobs);
+    line.letterHeight = rows.letterHeight;
     for (const QRect &blob : blobs)
         line.box |= blob;
-    if (line.box.width() < narrowestLine * line.letterHeight)
+    if (line.box.width() < narrowestLine * line.letterHeight || !isEven(blobs, rows))
         return std::nullopt;
     line.words = wordsOf(blobs, line.letterHeight);
     return line;

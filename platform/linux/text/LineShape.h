@@ -23,5 +23,6 @@ std::vector<QRect> strangersIn(const BlobLine &blobs);
 /// A stranger, or a blob higher than all letters, that is as narrow as a side of a box.
 bool isWall(const QRect &blob);
 
-/// What the blobs are as a line of text; nothing when it is too narrow for a word.
+/// What the blobs are as a line of text; nothing when it is too narrow for a word or
+/// its blobs stand unevenly.
 std::optional<TextLine> lineOf(const BlobLine &blobs);

@@ -37,6 +37,28 @@ bool sideBySide(const TextLine &first, const TextLine &second)
            std::max(first.letterHeight, second.letterHeight) / 2;
 }
 
+/// A heading's letters are this many times as high as those of most of the text.
+constexpr double headingRatio = 1.6;
+
+/// The height of the letters that most of the text is written in.
+int commonLetterHeight(const std::vector<TextLine> &lines)
+{
+    std::vector<std::pair<int, int>> weighted;
+    int total = 0;
+    for (const TextLine &line : lines) {
+        weighted.emplace_back(line.letterHeight, line.box.width());
+        total += line.box.width();
+    }
+    std::sort(weighted.begin(), weighted.end());
+    int passed = 0;
+    for (const auto &[height, width] : weighted) {
+        passed += width;
+        if (2 * passed >= total)
+            return height;
+    }
+    return 0;
+}
+
 } // namespace
 
 std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
@@ -75,5 +97,9 @@ std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
                 ordered.push_back(std::move(line));
         }
     }
+    const double h = commonLetterHeight(ordered) * headingRatio;
+    std::stable_partition(ordered.begin(), ordered.end(), [&](const TextLine &line) {
+        return line.letterHeight >= h && line.box.width() >= 5 * line.letterHeight;
+    });
     return ordered;
 }

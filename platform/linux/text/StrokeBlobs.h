@@ -8,7 +8,7 @@
 /// The smallest step of any colour channel, from one pixel to its right neighbour, that is the
 /// edge of a stroke. Of 255; grey text of the least contrast that accessibility rules allow
 /// (4.5 : 1) steps by 60 even where it is smoothed, the noise of a JPEG file by 20.
-constexpr int minimumEdgeStep = 32;
+constexpr int minimumEdgeStep = 24;
 
 /// More blobs than this are no text: a full page of the smallest letters on the largest screens
 /// has a tenth.

@@ -1,0 +1,52 @@
+#include "platform/linux/text/LinePieces.h"
+
+namespace
+{
+
+/// A piece's widths in heights of a letter, where the line's gaps allow: one long word or three
+/// short ones.
+constexpr double shortestPiece = 6;
+constexpr double longestPiece = 16;
+
+using Words = std::vector<QRect>;
+
+/// The end of the piece that begins with `first`: before the widest gap that makes it neither too
+/// short nor too long, else before the first gap that makes it long enough.
+Words::const_iterator pieceEnd(Words::const_iterator first, Words::const_iterator last,
+                               int letterHeight)
+{
+    const auto widthUntil = [&](Words::const_iterator end) {
+        return std::prev(end)->right() - first->left() + 1;
+    };
+    if (widthUntil(last) <= longestPiece * letterHeight)
+        return last;
+    auto best = last;
+    int widest = 0;
+    for (auto end = std::next(first); end != last; ++end) {
+        const int width = widthUntil(end);
+        if (width < shortestPiece * letterHeight)
+            continue;
+        if (width > longestPiece * letterHeight)
+            return best == last ? end : best;
+        const int gap = end->left() - std::prev(end)->right() - 1;
+        if (gap > widest) {
+            best = end;
+            widest = gap;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+std::vector<QRect> piecesOf(const TextLine &line)
+{
+    std::vector<QRect> pieces;
+    for (auto first = line.words.begin(); first != line.words.end();) {
+        const auto end = pieceEnd(first, line.words.end(), line.letterHeight);
+        pieces.emplace_back(QPoint(first->left(), line.box.top()),
+                            QPoint(std::prev(end)->right(), line.box.bottom()));
+        first = end;
+    }
+    return pieces;
+}
