@@ -26,6 +26,12 @@ constexpr int lowestOnHalved = 13;
 /// A line gives way to a larger one that covers this share of it.
 constexpr double coveredShare = 0.5;
 
+/// Lines of at most this share of another's letter height, and at least this many of their own
+/// wide, are text of their own; when they fill this share of the other, it is a box around them.
+constexpr double muchSmaller = 0.6;
+constexpr double textWidth = 4;
+constexpr double filledShare = 0.3;
+
 /// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
 /// are icons and sides of boxes, then without the icons and ending at the boxes.
 std::vector<BlobLine> linesOn(const QImage &level)
@@ -69,10 +75,25 @@ qint64 areaOf(const QRect &box)
     return qint64(box.width()) * box.height();
 }
 
+/// Whether `larger` is a box with lines of small text in it, rather than one line of large text
+/// whose letters' parts were taken for lines.
+bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
+{
+    double area = 0;
+    for (const TextLine &line : lines) {
+        if (line.letterHeight <= muchSmaller * larger.letterHeight &&
+            line.box.width() >= textWidth * line.letterHeight)
+            area += double(areaOf(larger.box & line.box));
+    }
+    return area >= filledShare * double(areaOf(larger.box));
+}
+
 /// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
 /// levels.
 std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 {
+    const std::vector<TextLine> all = lines;
+    std::erase_if(lines, [&](const TextLine &line) { return isBoxAround(line, all); });
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &first, const TextLine &second) {
         return areaOf(first.box) > areaOf(second.box);
     });

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QImage>
+#include <QRect>
+
+#include <vector>
+
+/// What the letters in an area are written with, and on what: whichever of both is lighter, and
+/// in whatever colours, also where both are equally bright.
+class InkColours
+{
+public:
+    /// `area` lies in `picture` (what `opaquePicture` gives) and is not empty.
+    InkColours(const QImage &picture, const QRect &area);
+
+    /// How far the pixel is from the ground on the way to the ink, in steps of a channel; below 0
+    /// on the other side of the ground.
+    float depth(QRgb pixel) const
+    {
+        return (float(qRed(pixel)) - m_ground.red) * m_direction.red +
+               (float(qGreen(pixel)) - m_ground.green) * m_direction.green +
+               (float(qBlue(pixel)) - m_ground.blue) * m_direction.blue;
+    }
+
+    /// The depth of ink: only few pixels are deeper.
+    float inkDepth() const { return m_inkDepth; }
+
+private:
+    /// A colour, or a difference of two.
+    struct Colour {
+        float red = 0;
+        float green = 0;
+        float blue = 0;
+    };
+
+    static std::vector<QRgb> pixelsOf(const QImage &picture, const QRect &area);
+    static Colour groundOf(const std::vector<QRgb> &pixels);
+    static Colour directionOf(const std::vector<QRgb> &pixels, const Colour &ground);
+
+    Colour m_ground;
+    Colour m_direction;
+    float m_inkDepth = 0;
+};

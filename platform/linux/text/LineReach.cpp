@@ -1,0 +1,67 @@
+#include "platform/linux/text/LineReach.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+/// The gap that ends a word, and the farthest that is looked for one, in heights of a letter.
+constexpr double wordEnd = 0.35;
+constexpr double farthestReach = 3;
+
+/// Bare columns, at least this many, between a word and the side of the box that it stands in.
+constexpr int wallGap = 2;
+
+/// A pixel this deep is ink, as a share of the deepest.
+constexpr float leastInk = 0.25F;
+
+enum class Column { Bare, Inked, Wall };
+
+Column columnAt(const QImage &picture, const QRect &area, const InkColours &colours, int x)
+{
+    int inked = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        if (std::abs(colours.depth(row[x])) >= leastInk * colours.inkDepth())
+            ++inked;
+    }
+    if (inked == 0)
+        return Column::Bare;
+    return inked == area.height() ? Column::Wall : Column::Inked;
+}
+
+/// The last column of ink from the edge of the area outwards; `step` is -1 or 1.
+int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
+              const InkColours &colours, int letterHeight)
+{
+    const int gap = std::max(3, int(std::lround(wordEnd * letterHeight)));
+    const int farthest = edge + step * int(std::lround(farthestReach * letterHeight));
+    int reached = edge;
+    int beforeGap = edge;
+    for (int x = edge + step; x != farthest && x >= 0 && x < picture.width(); x += step) {
+        const Column column = columnAt(picture, area, colours, x);
+        const bool afterGap = std::abs(x - reached) > wallGap;
+        if (column == Column::Wall)
+            return afterGap ? reached : beforeGap;
+        if (column == Column::Bare && std::abs(x - reached) >= gap)
+            return reached;
+        if (column == Column::Inked) {
+            if (afterGap)
+                beforeGap = reached;
+            reached = x;
+        }
+    }
+    return edge;
+}
+
+} // namespace
+
+QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
+                     int letterHeight)
+{
+    QRect whole = area;
+    whole.setLeft(reachFrom(area.left(), -1, picture, area, colours, letterHeight));
+    whole.setRight(reachFrom(area.right(), 1, picture, area, colours, letterHeight));
+    return whole;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/linux/text/InkColours.h"
+
+/// The area, extended to the left and to the right over what still belongs to its first and last
+/// word: ink up to a gap. Letters whose edges are too faint or too flat to be found with the others
+/// ("S", the bar of "T") are not cut off so. Where no gap comes within a few letters, or a wall
+/// comes before it, that side stays.
+QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
+                     int letterHeight);
