@@ -76,13 +76,6 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
 
 } // namespace
 
-/// The leak checker asks for this. The encoder of HEIC, which only tests use, leaks.
-extern "C" const char *__lsan_default_suppressions();
-extern "C" const char *__lsan_default_suppressions()
-{
-    return "leak:libx265";
-}
-
 namespace TestPictures
 {
 
