@@ -3,6 +3,8 @@
 #include "core/FileUrls.h"
 #include "core/VelmoraSettings.h"
 
+#include <QtConcurrent>
+
 #include <algorithm>
 
 namespace
@@ -73,20 +75,35 @@ void RecentScreenshots::remove(const QUrl &url)
 
 void RecentScreenshots::refresh()
 {
-    refill();
-    save(m_urls);
-    Q_EMIT refreshed();
+    m_isOutdated = true;
+    if (!m_isListing)
+        listFolder();
 }
 
-void RecentScreenshots::refill()
+void RecentScreenshots::listFolder()
 {
+    m_isOutdated = false;
+    m_isListing = true;
     const QUrl folder = FileUrls::standardized(m_access.folder());
+    QtConcurrent::run(m_access.newestFiles, folder, folderFiles)
+        .then(this, [this, folder](const QList<QUrl> &newestFiles) {
+            refill(folder, newestFiles);
+            save(m_urls);
+            Q_EMIT refreshed();
+            m_isListing = false;
+            if (m_isOutdated)
+                listFolder();
+        });
+}
+
+void RecentScreenshots::refill(const QUrl &folder, const QList<QUrl> &newestFiles)
+{
     struct Entry {
         QUrl url;
         ScreenshotFolderAccess::Date modified;
     };
     QList<Entry> entries;
-    for (const QUrl &candidate : m_urls + m_access.newestFiles(folder, folderFiles)) {
+    for (const QUrl &candidate : m_urls + newestFiles) {
         const QUrl url = FileUrls::standardized(candidate);
         if (!isGone(url) && FileUrls::parentFolder(url) == folder)
             entries.append({url, m_access.modificationDate(url)});

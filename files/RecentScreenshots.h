@@ -7,15 +7,17 @@
 #include <chrono>
 #include <functional>
 
-/// What the recent list must know of the screenshot folder. None of it fails. Main thread.
+/// What the recent list must know of the screenshot folder. None of it fails.
 struct ScreenshotFolderAccess {
     using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 
-    /// The current screenshot folder.
+    /// The current screenshot folder. Called on the main thread.
     std::function<QUrl()> folder;
-    /// At most so many screenshots of a folder, newest first.
+    /// At most so many screenshots of a folder, newest first. Called on a background thread, since
+    /// a large folder takes its time.
     std::function<QList<QUrl>(const QUrl &folder, int limit)> newestFiles;
-    /// When a file was last modified; a moment before all others where that can't be read.
+    /// When a file was last modified; a moment before all others where that can't be read. Called
+    /// on the main thread.
     std::function<Date(const QUrl &)> modificationDate;
 };
 
@@ -34,24 +36,27 @@ public:
     /// Takes over the stored list without the files that are gone.
     void load();
 
-    /// Puts a file into the list and refreshes it.
+    /// Puts a file at the front, and has the list refreshed.
     void add(const QUrl &url);
 
-    /// Takes a file out of the list and refreshes it; a file that is still in the folder comes
-    /// back.
+    /// Takes a file out, and has the list refreshed; a file that is still in the folder comes back.
     void remove(const QUrl &url);
 
-    /// Makes the list anew of its own files and the folder's newest, by modification date. What is
-    /// gone or lies in another folder leaves it.
+    /// Has the list made anew, soon, of its own files and the folder's newest, by modification
+    /// date. What is gone or lies in another folder leaves it. Requests that come while the folder
+    /// is listed are served by one more listing.
     void refresh();
 
 Q_SIGNALS:
-    /// The list has been made anew.
+    /// The list has been made anew, and stored.
     void refreshed();
 
 private:
-    void refill();
+    void listFolder();
+    void refill(const QUrl &folder, const QList<QUrl> &newestFiles);
 
     ScreenshotFolderAccess m_access;
     QList<QUrl> m_urls;
+    bool m_isListing = false;
+    bool m_isOutdated = false;
 };
