@@ -30,13 +30,14 @@ QRegion roundedRegion(QSize size)
 } // namespace
 
 FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
-    : QWidget(nullptr, panelWindow.windowType() | Qt::FramelessWindowHint |
-                           Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
+    : QWidget(nullptr,
+              panelWindow.windowType() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_panelWindow(panelWindow)
     , m_background(new PaletteView(this))
 {
     setWindowTitle(QStringLiteral("Velmora"));
     setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_AlwaysShowToolTips);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -62,8 +63,11 @@ void FloatingTrayPanel::setContent(QWidget *content)
 
 void FloatingTrayPanel::setFrame(const QRect &frame)
 {
+    // The window system is to move and to size it in one step, and the user not at all.
+    setMinimumSize(frame.size().boundedTo(size()));
+    setMaximumSize(frame.size().expandedTo(size()));
+    setGeometry(frame);
     setFixedSize(frame.size());
-    move(frame.topLeft());
     updateCorners();
 }
 

@@ -70,6 +70,7 @@ void configure(const RowControls &controls)
     controls.thumbnailView->setFixedSize(thumbnailSize);
     controls.thumbnailView->setCornerRadius(thumbnailRadius);
     controls.thumbnailView->setToolTip(QStringLiteral("Drag screenshot"));
+    controls.thumbnailView->setCursor(Qt::OpenHandCursor);
     controls.thumbnailView->setAccessibleName(controls.thumbnailView->toolTip());
 
     controls.freshnessLabel->setFixedSize(freshnessSize);

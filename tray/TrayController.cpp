@@ -51,7 +51,11 @@ TrayController::TrayController(Platform &platform, ScreenshotImages &images, QOb
     followPrimaryScreen();
 }
 
-TrayController::~TrayController() = default;
+TrayController::~TrayController()
+{
+    for (ScreenshotRowView *row : std::as_const(m_rows))
+        row->retire();
+}
 
 void TrayController::followPrimaryScreen()
 {

@@ -42,6 +42,23 @@ void click(QWidget *row, const char *accessibleName)
 
 } // namespace
 
+/// Notes the distance of a window's lower edge from the screen's top at each step of its way.
+class LowerEdges : public QObject
+{
+public:
+    explicit LowerEdges(QWidget *window) : QObject(window) { window->installEventFilter(this); }
+
+    QSet<int> seen;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move)
+            seen.insert(qobject_cast<QWidget *>(watched)->geometry().bottom());
+        return false;
+    }
+};
+
 class TrayControllerTest : public QObject
 {
     Q_OBJECT
@@ -145,6 +162,20 @@ private Q_SLOTS:
         m_tray->layoutPanel();
         QCOMPARE(panel()->pos(), QPoint(44, 44));
         QVERIFY(before != panel()->pos());
+    }
+
+    void aGrowingPanelKeepsItsLowerEdgeAllTheWay()
+    {
+        add("one.png");
+        QTRY_COMPARE(panel()->height(), 88);
+        const int edge = panel()->geometry().bottom();
+        const auto *edges = new LowerEdges(panel());
+        add("two.png");
+        add("three.png");
+        QTRY_COMPARE(rows().first()->x(), 8);
+        click(rows().first(), "Dismiss");
+        QTRY_COMPARE(panel()->height(), 166);
+        QCOMPARE(edges->seen, QSet<int>{edge});
     }
 
     void theRowsStandBelowEachOther()
@@ -396,6 +427,15 @@ private Q_SLOTS:
         click(rows().first(), "Move to Trash");
         QCoreApplication::processEvents();
         QCOMPARE(m_told, QStringList{text("trash undoable two.png")});
+    }
+
+    void endingWhileTheUserTypesRenamesNothing()
+    {
+        add("one.png");
+        type(rows().first(), "half a na");
+        m_tray.reset();
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
+        QVERIFY(m_told.isEmpty());
     }
 
     void tabGoesFromTheNewestRowDown()

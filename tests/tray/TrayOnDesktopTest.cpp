@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
+#include <QToolTip>
 
 using TrayOnScreen::button;
 using TrayOnScreen::name;
@@ -174,6 +175,15 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QVERIFY(!name(rows().first())->hasFocus());
         QCOMPARE(name(rows().first())->text(), text("one.png"));
+    }
+
+    void aButtonSaysWhatItDoesWhileAnotherProgramHasTheKeyboard()
+    {
+        add("one.png");
+        settle();
+        XDesktop::movePointer(centerOf(button(rows().first(), text("Reveal in Finder"))));
+        QTRY_COMPARE(QToolTip::text(), text("Reveal in Finder"));
+        QVERIFY(m_terminal->isActive());
     }
 
     void aClickOnAButtonDoesNotEndAnEdit()
