@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+/// A clipboard in memory that can be told to refuse.
+class FakePasteboard : public Pasteboard
+{
+public:
+    bool refuses = false;
+    std::optional<PasteboardContents> contents;
+
+    void clear() override { contents.reset(); }
+
+    bool write(PasteboardContents written) override
+    {
+        contents.reset();
+        if (!refuses)
+            contents = std::move(written);
+        return !refuses;
+    }
+
+    void fileMoved(const QUrl &from, const QUrl &to) override
+    {
+        if (contents && contents->file == from)
+            contents->file = to;
+    }
+};

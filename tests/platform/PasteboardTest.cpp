@@ -1,0 +1,275 @@
+#include "platform/Pasteboard.h"
+
+#include "core/FileUrls.h"
+#include "tests/files/FakePasteboard.h"
+#include "tests/files/TestFiles.h"
+#include "tests/world/XClip.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+using ImageType = PasteboardContents::ImageType;
+
+/// A pasteboard, and which file another program sees on it.
+struct Subject {
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::function<std::optional<QUrl>()> seenFile;
+};
+
+Subject realSubject()
+{
+    const auto seenFile = []() -> std::optional<QUrl> {
+        const QByteArray list = XClip::read(s("text/uri-list")).trimmed();
+        return list.isEmpty() ? std::nullopt : std::optional(QUrl::fromEncoded(list));
+    };
+    return {makePasteboard(), seenFile};
+}
+
+Subject fakeSubject()
+{
+    auto fake = std::make_unique<FakePasteboard>();
+    const FakePasteboard *pasteboard = fake.get();
+    return {std::move(fake), [pasteboard]() -> std::optional<QUrl> {
+                return pasteboard->contents ? pasteboard->contents->file : std::nullopt;
+            }};
+}
+
+PasteboardContents fileContents(const QUrl &file)
+{
+    PasteboardContents contents;
+    contents.file = file;
+    return contents;
+}
+
+PasteboardContents pictureContents(ImageType type, const QByteArray &bytes, const QImage &image)
+{
+    PasteboardContents contents;
+    contents.picture = {bytes, type, [image] { return image; }};
+    return contents;
+}
+
+QImage redPicture()
+{
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+} // namespace
+
+using SubjectMaker = std::function<Subject()>;
+Q_DECLARE_METATYPE(SubjectMaker)
+
+/// What every pasteboard promises, on the real one and on the one that other tests use; and what
+/// other programs see of the real one.
+class PasteboardTest : public QObject
+{
+    Q_OBJECT
+
+    const TestFiles m_files;
+    const QUrl m_shot = m_files.make(s("a b é%25.png"));
+    const QUrl m_other = m_files.make(s("other.png"));
+
+    static void addMakers()
+    {
+        QTest::addColumn<SubjectMaker>("make");
+        QTest::newRow("real") << SubjectMaker(realSubject);
+        QTest::newRow("fake") << SubjectMaker(fakeSubject);
+    }
+
+private Q_SLOTS:
+    void init() { XClip::take("before"); }
+
+    void whatIsWrittenReplacesWhatIsThere_data() { addMakers(); }
+    void whatIsWrittenReplacesWhatIsThere()
+    {
+        QFETCH(SubjectMaker, make);
+        const Subject subject = make();
+        QVERIFY(subject.pasteboard->write(fileContents(m_shot)));
+        QCOMPARE(subject.seenFile(), m_shot);
+        QVERIFY(subject.pasteboard->write(fileContents(m_other)));
+        QCOMPARE(subject.seenFile(), m_other);
+    }
+
+    void clearingLeavesNothing_data() { addMakers(); }
+    void clearingLeavesNothing()
+    {
+        QFETCH(SubjectMaker, make);
+        const Subject subject = make();
+        subject.pasteboard->write(fileContents(m_shot));
+        subject.pasteboard->clear();
+        QVERIFY(!subject.seenFile());
+        subject.pasteboard->fileMoved(m_shot, m_other);
+        QVERIFY(!subject.seenFile());
+    }
+
+    void aFileThatMovesIsNamedAtItsNewPlace_data() { addMakers(); }
+    void aFileThatMovesIsNamedAtItsNewPlace()
+    {
+        QFETCH(SubjectMaker, make);
+        const Subject subject = make();
+        subject.pasteboard->write(fileContents(m_shot));
+        subject.pasteboard->fileMoved(m_shot, m_other);
+        QCOMPARE(subject.seenFile(), m_other);
+        const QUrl third = m_files.url(s("third.png"));
+        subject.pasteboard->fileMoved(m_other, third);
+        QCOMPARE(subject.seenFile(), third);
+    }
+
+    void anotherFileThatMovesChangesNothing_data() { addMakers(); }
+    void anotherFileThatMovesChangesNothing()
+    {
+        QFETCH(SubjectMaker, make);
+        const Subject subject = make();
+        subject.pasteboard->write(fileContents(m_shot));
+        subject.pasteboard->fileMoved(m_other, m_files.url(s("third.png")));
+        QCOMPARE(subject.seenFile(), m_shot);
+    }
+
+    void aPictureAloneNamesNoFile_data() { addMakers(); }
+    void aPictureAloneNamesNoFile()
+    {
+        QFETCH(SubjectMaker, make);
+        const Subject subject = make();
+        QVERIFY(subject.pasteboard->write(pictureContents(ImageType::Png, "bytes", {})));
+        QVERIFY(!subject.seenFile());
+    }
+
+    void aFileStandsThereInEveryFormThatIsPasted()
+    {
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(fileContents(m_shot));
+        const QByteArray uri = m_shot.toEncoded();
+        QVERIFY(uri.endsWith("/a%20b%20%C3%A9%2525.png"));
+        QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(uri + "\r\n"));
+        QCOMPARE(XClip::read(s("x-special/gnome-copied-files")), QByteArray("copy\n" + uri));
+        QCOMPARE(XClip::read(s("application/x-kde-cutselection")), QByteArray("0"));
+        const QByteArray path = m_shot.toLocalFile().toUtf8();
+        for (const char *format : {"text/plain", "UTF8_STRING"})
+            QCOMPARE(XClip::read(s(format)), path);
+        for (const QString &format : XClip::formats())
+            QVERIFY2(!format.startsWith(s("image/")), qPrintable(format));
+    }
+
+    void fileManagersMeetTheFileBeforeThePicture()
+    {
+        PasteboardContents contents = pictureContents(ImageType::Png, "bytes", {});
+        contents.file = m_shot;
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(contents);
+        const QStringList known = {s("text/uri-list"), s("x-special/gnome-copied-files"),
+                                   s("application/x-kde-cutselection"), s("image/png")};
+        QStringList offered = XClip::formats();
+        offered.removeIf([&known](const QString &format) { return !known.contains(format); });
+        QCOMPARE(offered, known);
+    }
+
+    void aPicturesBytesStandUnderTheirType_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("format");
+        QTest::newRow("PNG") << int(ImageType::Png) << s("image/png");
+        QTest::newRow("JPEG") << int(ImageType::Jpeg) << s("image/jpeg");
+        QTest::newRow("HEIC") << int(ImageType::Heic) << s("image/heic");
+        QTest::newRow("TIFF") << int(ImageType::Tiff) << s("image/tiff");
+    }
+
+    void aPicturesBytesStandUnderTheirType()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, format);
+        const QByteArray bytes = QByteArray::fromHex("00ff0a0d80") + "bytes";
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(pictureContents(ImageType(type), bytes, redPicture()));
+        QCOMPARE(XClip::read(format), bytes);
+        QStringList pictures = XClip::formats().filter(s("image/"));
+        pictures.removeAll(format);
+        QCOMPARE(pictures,
+                 type == int(ImageType::Png) ? QStringList() : QStringList{s("image/png")});
+    }
+
+    void whoCantReadTheTypeGetsThePictureAsPng()
+    {
+        int decoded = 0;
+        PasteboardContents contents;
+        contents.picture = {QByteArray("heic bytes"), ImageType::Heic, [&decoded] {
+                                ++decoded;
+                                return redPicture();
+                            }};
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(contents);
+        XClip::formats();
+        XClip::read(s("image/heic"));
+        QCOMPARE(decoded, 0);
+        const QByteArray png = XClip::read(s("image/png"));
+        QCOMPARE(QImage::fromData(png, "png").convertToFormat(QImage::Format_RGB32), redPicture());
+        QCOMPARE(XClip::read(s("image/png")), png);
+        QCOMPARE(decoded, 1);
+    }
+
+    void aPictureThatCantBeDecodedIsNoPng()
+    {
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(pictureContents(ImageType::Jpeg, "no jpeg", {}));
+        QCOMPARE(XClip::read(s("image/png")), QByteArray());
+        QCOMPARE(XClip::read(s("image/jpeg")), QByteArray("no jpeg"));
+    }
+
+    void aLargePictureArrivesWhole()
+    {
+        QByteArray bytes(3'000'000, '\0');
+        for (qsizetype i = 0; i < bytes.size(); ++i)
+            bytes[i] = char(i * 31 + i / 251);
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(pictureContents(ImageType::Png, bytes, {}));
+        QVERIFY(XClip::read(s("image/png")) == bytes);
+    }
+
+    void programsOfTheSameToolkitGetThePictureAndTheFile()
+    {
+        PasteboardContents contents = pictureContents(ImageType::Jpeg, "no jpeg", redPicture());
+        contents.file = m_shot;
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(contents);
+        const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+        QCOMPARE(data->urls(), QList<QUrl>{m_shot});
+        QCOMPARE(data->text(), m_shot.toLocalFile());
+        QVERIFY(data->hasUrls());
+    }
+
+    void whatAnotherProgramPutThereIsLeftAlone()
+    {
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(fileContents(m_shot));
+        XClip::take("somebody else's");
+        QTRY_VERIFY(!QGuiApplication::clipboard()->ownsClipboard());
+        pasteboard->fileMoved(m_shot, m_other);
+        QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("somebody else's"));
+    }
+
+    void whatThisProgramPutThereAnotherWayIsLeftAlone()
+    {
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(fileContents(m_shot));
+        QGuiApplication::clipboard()->setText(s("another part's"));
+        pasteboard->fileMoved(m_shot, m_other);
+        QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("another part's"));
+    }
+};
+
+QTEST_MAIN(PasteboardTest)
+#include "PasteboardTest.moc"

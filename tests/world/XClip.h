@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QTest>
+
+/// The X clipboard as another program sees it, which this program serves meanwhile.
+namespace XClip
+{
+
+constexpr int patience = 20'000; // milliseconds
+
+/// What the clipboard holds in one format; empty where it has none.
+inline QByteArray read(const QString &format)
+{
+    QProcess xclip;
+    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                                          QStringLiteral("-o"), QStringLiteral("-target"), format});
+    if (!QTest::qWaitFor([&xclip] { return xclip.state() == QProcess::NotRunning; }, patience))
+        qWarning("xclip does not end");
+    return xclip.exitCode() == 0 ? xclip.readAllStandardOutput() : QByteArray();
+}
+
+/// The formats in the order in which they are offered.
+inline QStringList formats()
+{
+    return QString::fromLatin1(read(QStringLiteral("TARGETS")))
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+/// Another program puts a text there.
+inline void take(const QByteArray &text)
+{
+    QProcess xclip;
+    xclip.start(QStringLiteral("xclip"),
+                {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+    xclip.write(text);
+    xclip.closeWriteChannel();
+    if (!QTest::qWaitFor([&xclip] { return xclip.state() == QProcess::NotRunning; }, patience))
+        qWarning("xclip does not end");
+}
+
+} // namespace XClip
