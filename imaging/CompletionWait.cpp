@@ -23,12 +23,10 @@ CompletionWait::Step CompletionWait::probed(FileWriters::Answer answer,
                                             const FileIdentity &identity, Time now)
 {
     see(identity, now);
+    m_answer = answer;
     m_lastTry = now >= m_deadline;
-    if (m_unreadable && m_unreadable->sameContent(m_seen)) {
-        if (answer == FileWriters::Answer::Some && !m_lastTry)
-            return Step::Wait;
+    if (m_unreadable && m_unreadable->sameContent(m_seen))
         return waitForChange(now);
-    }
     if (m_lastTry || answer == FileWriters::Answer::None)
         return Step::Decode;
     const bool steady = now - m_lastChange >= steadyTime;
@@ -64,6 +62,9 @@ void CompletionWait::see(const FileIdentity &identity, Time now)
 
 CompletionWait::Step CompletionWait::waitForChange(Time now) const
 {
-    const bool over = m_lastTry || now - m_lastChange >= brokenLimit;
-    return over ? Step::GiveUp : Step::Wait;
+    if (m_answer == FileWriters::Answer::Some && !m_lastTry)
+        return Step::Wait;
+    const bool finished = m_answer == FileWriters::Answer::None && m_seen.size > 0;
+    const std::chrono::seconds patience = finished ? brokenLimit : limit;
+    return m_lastTry || now - m_lastChange >= patience ? Step::GiveUp : Step::Wait;
 }

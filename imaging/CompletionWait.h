@@ -15,7 +15,8 @@ public:
 
     /// No file is waited for longer.
     static constexpr std::chrono::seconds limit{10};
-    /// A file that no picture can be read from is given up this long after its last change.
+    /// A file that nobody writes and no picture can be read from is given up this long after its
+    /// last change; an empty one may be waiting for its content, up to the limit.
     static constexpr std::chrono::seconds brokenLimit{2};
     /// Where nobody tells whether a file is written, it counts as complete after this long
     /// without a change.
@@ -42,6 +43,7 @@ private:
     Step waitForChange(Time now) const;
 
     FileIdentity m_seen;
+    FileWriters::Answer m_answer = FileWriters::Answer::Unknown;
     /// The state of the file that was decoded in vain.
     std::optional<FileIdentity> m_unreadable;
     Time m_lastChange;

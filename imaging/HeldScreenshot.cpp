@@ -14,7 +14,7 @@ std::shared_ptr<HeldScreenshot> HeldScreenshot::hold(const QUrl &file, const Ope
 
 HeldScreenshot::HeldScreenshot(const QString &path, const FileIdentity &identity,
                                const OpenCount &openCount)
-    : m_path(path), m_identity(identity), m_openCount(openCount)
+    : m_identity(identity), m_path(path), m_openCount(openCount)
 {
     if (m_openCount->fetch_add(1) < maximumOpen)
         m_open = openIfSame(m_path);
@@ -29,12 +29,16 @@ std::shared_ptr<OpenFile> HeldScreenshot::open() const
 {
     if (m_open)
         return m_open;
+    const std::lock_guard lock(m_mutex);
     if (std::shared_ptr<OpenFile> file = openIfSame(m_path))
         return file;
     QDirIterator entries(QFileInfo(m_path).path(), QDir::Files | QDir::Hidden);
     while (entries.hasNext()) {
-        if (std::shared_ptr<OpenFile> file = openIfSame(entries.next()))
+        const QString path = entries.next();
+        if (std::shared_ptr<OpenFile> file = openIfSame(path)) {
+            m_path = path;
             return file;
+        }
     }
     return nullptr;
 }

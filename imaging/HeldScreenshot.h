@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 /// A screenshot file that can still be read when it has been renamed since. Any thread.
 ///
@@ -35,8 +36,9 @@ private:
     HeldScreenshot(const QString &path, const FileIdentity &identity, const OpenCount &openCount);
     std::shared_ptr<OpenFile> openIfSame(const QString &path) const;
 
-    QString m_path;
     FileIdentity m_identity;
+    mutable std::mutex m_mutex;
+    mutable QString m_path;           ///< where the file was last seen; guarded by the mutex
     std::shared_ptr<OpenFile> m_open; ///< null beyond the bound
     OpenCount m_openCount;
 };

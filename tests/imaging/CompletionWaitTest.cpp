@@ -76,6 +76,30 @@ private Q_SLOTS:
         QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 5s), Step::Wait);
     }
 
+    void anEmptyFileIsWaitedForUpToTheLimit()
+    {
+        CompletionWait wait = fresh(0);
+        QCOMPARE(wait.probed(Answer::None, sized(0), m_start), Step::Decode);
+        QCOMPARE(wait.decoded(false, sized(0), m_start), Step::Wait);
+        QCOMPARE(wait.probed(Answer::None, sized(0), m_start + 9s), Step::Wait);
+        QCOMPARE(wait.probed(Answer::None, sized(0), m_start + 10s), Step::GiveUp);
+
+        CompletionWait old(sized(0), 10s, m_start);
+        QCOMPARE(old.probed(Answer::None, sized(0), m_start), Step::Decode);
+        QCOMPARE(old.decoded(false, sized(0), m_start), Step::GiveUp);
+    }
+
+    void whereNobodyTellsAFileThatCannotBeReadIsWaitedForUpToTheLimit()
+    {
+        CompletionWait wait = fresh(100);
+        QCOMPARE(wait.probed(Answer::Unknown, sized(100), m_start + 200ms), Step::Decode);
+        QCOMPARE(wait.decoded(false, sized(100), m_start + 200ms), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Unknown, sized(100), m_start + 9s), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Unknown, sized(200), m_start + 9500ms), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Unknown, sized(200), m_start + 9800ms), Step::Decode);
+        QCOMPARE(wait.decoded(true, sized(200), m_start + 9810ms), Step::Finish);
+    }
+
     void whereNobodyTellsASteadyFileIsDecoded()
     {
         CompletionWait wait = fresh(100);

@@ -17,7 +17,7 @@ namespace
 
 constexpr int colourTolerance = 40;
 
-QByteArray heic(const QImage &image)
+QByteArray heic(const QImage &image, heif_orientation orientation)
 {
     const QImage pixels = image.convertToFormat(QImage::Format_RGB888);
     heif_context *context = heif_context_alloc();
@@ -35,7 +35,10 @@ QByteArray heic(const QImage &image)
     QByteArray bytes;
     if (encoder) {
         heif_encoder_set_lossy_quality(encoder, 90);
-        heif_context_encode_image(context, picture, encoder, nullptr, nullptr);
+        heif_encoding_options *options = heif_encoding_options_alloc();
+        options->image_orientation = orientation;
+        heif_context_encode_image(context, picture, encoder, options, nullptr);
+        heif_encoding_options_free(options);
         heif_writer writer = {};
         writer.writer_api_version = 1;
         writer.write = [](heif_context *, const void *data, size_t size, void *target) {
@@ -49,6 +52,18 @@ QByteArray heic(const QImage &image)
     heif_image_release(picture);
     heif_context_free(context);
     return bytes;
+}
+
+QByteArray byQt(const QImage &image, const QString &format,
+                QImageIOHandler::Transformations transformation)
+{
+    QBuffer buffer;
+    buffer.open(QBuffer::WriteOnly);
+    QImageWriter writer(&buffer, format.toLatin1());
+    if (format == QLatin1String("jpeg") || format == QLatin1String("webp"))
+        writer.setQuality(90);
+    writer.setTransformation(transformation);
+    return writer.write(image) ? buffer.data() : QByteArray();
 }
 
 quint32 crc32(const QByteArray &bytes)
@@ -106,13 +121,16 @@ QImage noise(QSize size)
 QByteArray encoded(const QImage &image, const QString &format)
 {
     if (format == QLatin1String("heic"))
-        return heic(image);
-    QBuffer buffer;
-    buffer.open(QBuffer::WriteOnly);
-    QImageWriter writer(&buffer, format.toLatin1());
-    if (format == QLatin1String("jpeg") || format == QLatin1String("webp"))
-        writer.setQuality(90);
-    return writer.write(image) ? buffer.data() : QByteArray();
+        return heic(image, heif_orientation_normal);
+    return byQt(image, format, QImageIOHandler::TransformationNone);
+}
+
+QByteArray encodedLying(const QImage &image, const QString &format)
+{
+    const QImage lying = image.transformed(QTransform().rotate(-90));
+    if (format == QLatin1String("heic"))
+        return heic(lying, heif_orientation_rotate_90_cw);
+    return byQt(lying, format, QImageIOHandler::TransformationRotate90);
 }
 
 QByteArray pngThatClaims(quint32 width, quint32 height)

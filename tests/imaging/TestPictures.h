@@ -17,6 +17,10 @@ QImage noise(QSize size);
 /// The picture as a file of this format ("png", "jpeg", "tiff", "webp" or "heic").
 QByteArray encoded(const QImage &image, const QString &format);
 
+/// The same as "jpeg", "tiff" or "heic", stored lying on its left side with the note to turn it
+/// upright.
+QByteArray encodedLying(const QImage &image, const QString &format);
+
 /// A well-formed PNG file that claims this size and holds hardly any data.
 QByteArray pngThatClaims(quint32 width, quint32 height);
 
