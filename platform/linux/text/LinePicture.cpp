@@ -2,6 +2,7 @@
 
 #include "platform/linux/text/InkColours.h"
 #include "platform/linux/text/LineReach.h"
+#include "platform/linux/text/QuietRows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,6 +45,11 @@ std::vector<float> blackDepths(const std::vector<float> &depths, QSize size, flo
     }
     return near;
 }
+
+/// The engine sees this much of the picture around the letters, in their heights: accents above,
+/// commas below.
+constexpr double reachAbove = 0.3;
+constexpr double reachBelow = 0.15;
 
 /// The height of the lines that the engine's network takes, in pixels, from its models: given
 /// just that, it need not scale.
@@ -104,11 +110,15 @@ QImage inkPicture(const std::vector<float> &depths, QSize size, float black)
 
 QImage linePicture(const QImage &picture, const QRect &area, int letterHeight)
 {
-    const QRect inside = area & picture.rect();
-    if (inside.isEmpty())
+    const auto above = int(std::lround(reachAbove * letterHeight));
+    const auto below = int(std::lround(reachBelow * letterHeight));
+    const QRect seen = area.adjusted(-1, -above, 1, below) & picture.rect();
+    if (seen.isEmpty())
         return {};
-    const InkColours colours(picture, inside);
-    const QRect whole = withWholeWords(picture, inside, colours, letterHeight);
+    const InkColours colours(picture, seen);
+    if (!standsBetweenQuietRows(picture, area & picture.rect(), colours, letterHeight))
+        return {};
+    const QRect whole = withWholeWords(picture, seen, colours, letterHeight);
     const QImage ink =
         inkPicture(depthsOf(picture, whole, colours), whole.size(), colours.inkDepth());
     if (ink.isNull())

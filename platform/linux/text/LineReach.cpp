@@ -8,7 +8,7 @@ namespace
 
 /// The gap that ends a word, and the farthest that is looked for one, in heights of a letter.
 constexpr double wordEnd = 0.35;
-constexpr double farthestReach = 3;
+constexpr double farthestReach = 6;
 
 /// Bare columns, at least this many, between a word and the side of the box that it stands in.
 constexpr int wallGap = 2;

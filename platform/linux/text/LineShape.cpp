@@ -29,8 +29,9 @@ constexpr double leastEvenness = 0.42;
 constexpr double unevenness = 0.12;
 
 /// Three letters, the fewest that make a word of a name, with the gap beside them are no narrower
-/// than this, in their heights.
+/// than this, in their heights and, for the smallest that can be read, in pixels.
 constexpr double narrowestLine = 1.5;
+constexpr int narrowestPixels = 11;
 
 /// The value that half of the blobs, by their widths, do not exceed.
 template <typename Value>
@@ -140,7 +141,8 @@ std::optional<TextLine> lineOf(const BlobLine &blobs)
     line.letterHeight = rows.letterHeight;
     for (const QRect &blob : blobs)
         line.box |= blob;
-    if (line.box.width() < narrowestLine * line.letterHeight || !isEven(blobs, rows))
+    if (line.box.width() < std::max<double>(narrowestPixels, narrowestLine * line.letterHeight) ||
+        !isEven(blobs, rows))
         return std::nullopt;
     line.words = wordsOf(blobs, line.letterHeight);
     return line;

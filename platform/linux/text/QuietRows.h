@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/linux/text/InkColours.h"
+
+/// Whether there is a row without ink close above the letters in `area`, and one close below: so
+/// it is with a line of text, however tightly set, and not with a part of a texture.
+bool standsBetweenQuietRows(const QImage &picture, const QRect &area, const InkColours &colours,
+                            int letterHeight);
