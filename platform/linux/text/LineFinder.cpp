@@ -3,7 +3,6 @@
 #include "platform/linux/text/LineGrower.h"
 #include "platform/linux/text/LineShape.h"
 #include "platform/linux/text/PictureLevels.h"
-#include "platform/linux/text/StrokeBlobs.h"
 
 #include <algorithm>
 
@@ -34,11 +33,11 @@ constexpr double filledShare = 0.3;
 
 /// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
 /// are icons and sides of boxes, then without the icons and ending at the boxes.
-std::vector<BlobLine> linesOn(const QImage &level)
+std::vector<BlobLine> linesOf(const std::vector<QRect> &blobs)
 {
     std::vector<QRect> letters;
     std::vector<QRect> walls;
-    for (const QRect &blob : findStrokeBlobs(level)) {
+    for (const QRect &blob : blobs) {
         if (blob.height() > highestLetter && isWall(blob))
             walls.push_back(blob);
         else if (blob.height() >= lowestLetter && blob.height() <= highestLetter)
@@ -113,15 +112,14 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled)
 {
     std::vector<TextLine> lines;
-    QImage level = picture;
-    for (int index = 0; index < levels && !level.isNull() && !cancelled(); ++index) {
-        if (index > 0)
-            level = halvedPicture(level);
-        for (const BlobLine &blobs : linesOn(level)) {
-            const std::optional<TextLine> line = lineOf(blobs);
-            if (line && (index == 0 || line->letterHeight >= lowestOnHalved))
-                lines.push_back(scaled(*line, 1 << index));
+    int factor = 1;
+    for (const std::vector<QRect> &blobs : blobsOnLevels(picture, levels, cancelled)) {
+        for (const BlobLine &blobLine : linesOf(blobs)) {
+            const std::optional<TextLine> line = lineOf(blobLine);
+            if (line && (factor == 1 || line->letterHeight >= lowestOnHalved))
+                lines.push_back(scaled(*line, factor));
         }
+        factor *= 2;
     }
     return withoutCovered(std::move(lines));
 }

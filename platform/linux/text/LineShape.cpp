@@ -33,6 +33,10 @@ constexpr double unevenness = 0.12;
 constexpr double narrowestLine = 1.5;
 constexpr int narrowestPixels = 11;
 
+/// A word of three letters is wider than this, in heights of its highest letter. A line in which
+/// nothing is wider is a row of icons, of checkboxes or of single letters.
+constexpr double narrowestWord = 1.15;
+
 /// The value that half of the blobs, by their widths, do not exceed.
 template <typename Value>
 int middleOf(const BlobLine &blobs, Value value)
@@ -145,5 +149,9 @@ std::optional<TextLine> lineOf(const BlobLine &blobs)
         !isEven(blobs, rows))
         return std::nullopt;
     line.words = wordsOf(blobs, line.letterHeight);
+    if (std::all_of(line.words.begin(), line.words.end(), [&](const QRect &word) {
+            return word.width() < narrowestWord * line.letterHeight;
+        }))
+        return std::nullopt;
     return line;
 }

@@ -1,11 +1,19 @@
 #pragma once
 
+#include "platform/linux/text/StrokeBlobs.h"
+
 #include <QImage>
 
+#include <functional>
+#include <vector>
+
 /// The picture in a format whose pixels can be compared channel by channel: 32 bits, red, green and
-/// blue, without transparency (what is transparent is black).
+/// blue, opaque (what is transparent is black). Shares the pixels of `image` where it can, and
+/// keeps them alive.
 QImage opaquePicture(const QImage &image);
 
-/// Half as wide and half as high; each pixel is the mean of four. An odd last row or column is
-/// left out. Takes what `opaquePicture` gives.
-QImage halvedPicture(const QImage &picture);
+/// The blobs of the picture, of its half, of its quarter and so on, each in its level's pixels; all
+/// in one pass over the rows. Takes what `opaquePicture` gives. Ends early, with the blobs of the
+/// rows so far, when `cancelled`.
+std::vector<std::vector<QRect>> blobsOnLevels(const QImage &picture, int levels,
+                                              const std::function<bool()> &cancelled);

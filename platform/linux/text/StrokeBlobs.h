@@ -1,21 +1,65 @@
 #pragma once
 
-#include <QImage>
 #include <QRect>
+#include <QRgb>
 
+#include <cstdint>
 #include <vector>
-
-/// The smallest step of any colour channel, from one pixel to its right neighbour, that is the
-/// edge of a stroke. Of 255; grey text of the least contrast that accessibility rules allow
-/// (4.5 : 1) steps by 60 even where it is smoothed, the noise of a JPEG file by 20.
-constexpr int minimumEdgeStep = 24;
-
-/// More blobs than this are no text: a full page of the smallest letters on the largest screens
-/// has a tenth.
-constexpr std::size_t maximumBlobs = 200'000;
 
 /// The boxes of what the edges of upright strokes hold together: letters, or neighbouring letters
 /// that nearly touch, light on dark as well as dark on light. Horizontal rules leave no blobs,
-/// upright ones very high ones. From top to bottom; rows after the `maximumBlobs`th are not looked
-/// at. Takes what `opaquePicture` gives.
-std::vector<QRect> findStrokeBlobs(const QImage &picture);
+/// upright ones very high ones.
+class StrokeBlobs
+{
+public:
+    /// The smallest step of any colour channel, from one pixel to its right neighbour, that is the
+    /// edge of a stroke. Of 255; pale grey text on white steps by 40 even where it is smoothed, the
+    /// noise of an ordinary JPEG file by 20.
+    static constexpr int minimumEdgeStep = 24;
+
+    /// More blobs than this are no text: a full page of the smallest letters on the largest screens
+    /// has a tenth. Rows after that are not looked at.
+    static constexpr std::size_t maximumBlobs = 200'000;
+
+    explicit StrokeBlobs(int width);
+
+    /// The next row of the picture, `width` opaque pixels.
+    void addRow(const QRgb *row);
+
+    std::vector<QRect> boxes() const;
+
+private:
+    /// A run of edge pixels in one row, with the blob that it belongs to.
+    struct Run {
+        int left;
+        int right;
+        int blob;
+    };
+
+    /// The blobs while they grow: a forest in which joined blobs point to the one they became.
+    class Forest
+    {
+    public:
+        int add(const QRect &box);
+        int root(int blob);
+        int join(int first, int second);
+        void extend(int blob, const QRect &box);
+        std::size_t size() const { return m_boxes.size(); }
+        std::vector<QRect> boxes() const;
+
+    private:
+        std::vector<QRect> m_boxes;
+        std::vector<int> m_parents;
+    };
+
+    void collectRuns();
+    void joinRuns();
+
+    int m_width;
+    int m_row = 0;
+    std::vector<std::uint32_t> m_steps;
+    std::vector<std::uint8_t> m_edges;
+    std::vector<Run> m_above;
+    std::vector<Run> m_runs;
+    Forest m_forest;
+};
