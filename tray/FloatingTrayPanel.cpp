@@ -3,6 +3,7 @@
 #include "platform/PanelWindow.h"
 #include "style/PaletteView.h"
 #include "style/VelmoraPalette.h"
+#include "tray/trayFrame.h"
 
 #include <QBitmap>
 #include <QPainter>
@@ -48,6 +49,10 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
 
+    // Its height stays free: window managers apply a new fixed height before the new place, and the
+    // panel would be seen jumping.
+    setFixedWidth(TrayMeasures::width);
+
     m_background->setFillColor(VelmoraPalette::tray());
     m_background->setCornerRadius(cornerRadius);
     m_background->setBorder(borderWidth,
@@ -63,11 +68,7 @@ void FloatingTrayPanel::setContent(QWidget *content)
 
 void FloatingTrayPanel::setFrame(const QRect &frame)
 {
-    // The window system is to move and to size it in one step, and the user not at all.
-    setMinimumSize(frame.size().boundedTo(size()));
-    setMaximumSize(frame.size().expandedTo(size()));
     setGeometry(frame);
-    setFixedSize(frame.size());
     updateCorners();
 }
 

@@ -42,23 +42,6 @@ void click(QWidget *row, const char *accessibleName)
 
 } // namespace
 
-/// Notes the distance of a window's lower edge from the screen's top at each step of its way.
-class LowerEdges : public QObject
-{
-public:
-    explicit LowerEdges(QWidget *window) : QObject(window) { window->installEventFilter(this); }
-
-    QSet<int> seen;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Resize || event->type() == QEvent::Move)
-            seen.insert(qobject_cast<QWidget *>(watched)->geometry().bottom());
-        return false;
-    }
-};
-
 class TrayControllerTest : public QObject
 {
     Q_OBJECT
@@ -162,20 +145,6 @@ private Q_SLOTS:
         m_tray->layoutPanel();
         QCOMPARE(panel()->pos(), QPoint(44, 44));
         QVERIFY(before != panel()->pos());
-    }
-
-    void aGrowingPanelKeepsItsLowerEdgeAllTheWay()
-    {
-        add("one.png");
-        QTRY_COMPARE(panel()->height(), 88);
-        const int edge = panel()->geometry().bottom();
-        const auto *edges = new LowerEdges(panel());
-        add("two.png");
-        add("three.png");
-        QTRY_COMPARE(rows().first()->x(), 8);
-        click(rows().first(), "Dismiss");
-        QTRY_COMPARE(panel()->height(), 166);
-        QCOMPARE(edges->seen, QSet<int>{edge});
     }
 
     void theRowsStandBelowEachOther()
