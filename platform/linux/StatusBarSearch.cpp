@@ -84,7 +84,7 @@ void StatusBarSearch::askForHost()
         const QDBusPendingReply<QDBusVariant> reply = *call;
         m_hasWatcher = !reply.isError();
         if (reply.isValid() && reply.value().variant().toBool())
-            finish();
+            finish(StatusBar::Host);
         else
             considerOlderTray();
     });
@@ -94,11 +94,11 @@ void StatusBarSearch::considerOlderTray()
 {
     const auto limit = m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
     if (!m_isFound && m_waited >= limit && m_olderTray && m_olderTray->isThere())
-        finish();
+        finish(StatusBar::Older);
 }
 
-void StatusBarSearch::finish()
+void StatusBarSearch::finish(StatusBar statusBar)
 {
     if (!std::exchange(m_isFound, true))
-        Q_EMIT found();
+        Q_EMIT found(statusBar);
 }

@@ -17,6 +17,11 @@ class StatusBarSearch : public QObject
 {
     Q_OBJECT
 public:
+    enum class StatusBar {
+        Host,  ///< of status items, over the session bus
+        Older, ///< a tray that embeds windows
+    };
+
     struct Patience {
         /// With an older tray, and nobody on the bus who keeps a list of hosts.
         std::chrono::milliseconds withoutWatcher = std::chrono::seconds(2);
@@ -32,7 +37,7 @@ public:
 
 Q_SIGNALS:
     /// Told once.
-    void found();
+    void found(StatusBarSearch::StatusBar statusBar);
 
 private Q_SLOTS:
     void askForHost();
@@ -40,7 +45,7 @@ private Q_SLOTS:
 private:
     void listenToBus();
     void considerOlderTray();
-    void finish();
+    void finish(StatusBar statusBar);
 
     Patience m_patience;
     std::chrono::milliseconds m_waited{0};

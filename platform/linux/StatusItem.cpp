@@ -1,6 +1,7 @@
 #include "platform/StatusItem.h"
 
 #include "platform/linux/StatusBarSearch.h"
+#include "platform/linux/edgedIcon.h"
 
 #include <QCursor>
 #include <QMenu>
@@ -16,7 +17,8 @@ class TrayStatusItem : public StatusItem
 public:
     TrayStatusItem() : m_search(StatusBarSearch::Patience())
     {
-        QObject::connect(&m_search, &StatusBarSearch::found, &m_search, [this] { appear(); });
+        QObject::connect(&m_search, &StatusBarSearch::found, &m_search,
+                         [this](StatusBarSearch::StatusBar bar) { appear(bar); });
     }
 
     void show(const QIcon &icon, const QString &toolTip, const QList<QAction *> &actions) override
@@ -32,14 +34,23 @@ public:
     void setTitle(const QString &) override {}
 
 private:
-    void appear()
+    void appear(StatusBarSearch::StatusBar bar)
     {
-        m_item = std::make_unique<QSystemTrayIcon>(m_icon);
+        m_item = std::make_unique<QSystemTrayIcon>(iconFor(bar));
         m_item->setToolTip(m_toolTip);
         m_item->setContextMenu(m_menu.get());
         QObject::connect(m_item.get(), &QSystemTrayIcon::activated, m_menu.get(),
                          [this] { popUp(); });
         m_item->show();
+    }
+
+    /// A host that knows the installed symbol by its name gives it the colour of its bar.
+    QIcon iconFor(StatusBarSearch::StatusBar bar) const
+    {
+        const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
+        if (bar == StatusBarSearch::StatusBar::Host && QIcon::hasThemeIcon(name))
+            return QIcon::fromTheme(name);
+        return edgedIcon(m_icon);
     }
 
     /// Every click opens the menu, whatever it means elsewhere; some hosts open it themselves.

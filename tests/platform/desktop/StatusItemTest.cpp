@@ -6,6 +6,8 @@
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -53,6 +55,13 @@ QString registeredItem()
         .toStringList()
         .value(0)
         .section(u'/', 0, 0);
+}
+
+QString propertyOfItem(const char *name)
+{
+    const QDBusInterface item(registeredItem(), QStringLiteral("/StatusNotifierItem"),
+                              QStringLiteral("org.kde.StatusNotifierItem"));
+    return item.property(name).toString();
 }
 
 QDBusMessage callMenu(const QString &method, const QVariantList &arguments)
@@ -192,6 +201,27 @@ private Q_SLOTS:
         const QStringList afterwards = {QStringLiteral("First"), QStringLiteral("Second again"),
                                         QStringLiteral("separator"), QStringLiteral("Third")};
         QTRY_COMPARE_WITH_TIMEOUT(describe(menuOnBus()), afterwards, patience);
+    }
+
+    void anInstalledSymbolIsGivenByItsName()
+    {
+        const auto panel = StatusBars::startPanel();
+        auto item = startItem();
+        QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
+        QCOMPARE(propertyOfItem("IconName"), QString());
+        item.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(registeredItem().isEmpty(), patience);
+
+        const QString folder =
+            qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/icons/hicolor/symbolic/apps");
+        const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
+        const QString installed = folder + u'/' + name + QStringLiteral(".svg");
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(QFile::copy(QStringLiteral(SYMBOLIC_ICON), installed));
+        item = startItem();
+        QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
+        QCOMPARE(propertyOfItem("IconName"), name);
+        QVERIFY(QFile::remove(installed));
     }
 
     void theItemIsEmbeddedInAnOlderTray()
