@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,6 +32,26 @@ FileIdentity identityOf(const Status &status)
         identity.statusChanged = nanoseconds(status.st_ctim);
     }
     return identity;
+}
+
+/// Fewer bytes than `size` when the file has become shorter; nothing when it can't be read.
+std::optional<QByteArray> read(int descriptor, qint64 size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    qint64 filled = 0;
+    while (filled < size) {
+        const ssize_t count =
+            ::pread(descriptor, bytes.data() + filled, size_t(size - filled), filled);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += count;
+    }
+    bytes.truncate(filled);
+    return bytes;
 }
 
 } // namespace
@@ -76,24 +97,18 @@ std::optional<FileIdentity> OpenFile::identity() const
     return fileIdentity(m_descriptor);
 }
 
+QByteArray readBeginning(int descriptor, qint64 maximum)
+{
+    const std::optional<FileIdentity> identity = fileIdentity(descriptor);
+    if (!identity)
+        return {};
+    return read(descriptor, std::min(identity->size, maximum)).value_or(QByteArray());
+}
+
 std::optional<QByteArray> readWhole(int descriptor, qint64 maximum)
 {
     const std::optional<FileIdentity> identity = fileIdentity(descriptor);
     if (!identity || identity->size > maximum)
         return std::nullopt;
-    QByteArray bytes(identity->size, Qt::Uninitialized);
-    qint64 filled = 0;
-    while (filled < bytes.size()) {
-        const ssize_t count =
-            ::pread(descriptor, bytes.data() + filled, size_t(bytes.size() - filled), filled);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return std::nullopt;
-        if (count == 0)
-            break;
-        filled += count;
-    }
-    bytes.truncate(filled);
-    return bytes;
+    return read(descriptor, identity->size);
 }

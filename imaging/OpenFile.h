@@ -51,6 +51,9 @@ std::optional<FileIdentity> fileIdentity(int descriptor);
 /// Of the regular file at the path.
 std::optional<FileIdentity> fileIdentity(const QString &path);
 
+/// The first bytes, at most `maximum`; fewer when the file is shorter or can't be read.
+QByteArray readBeginning(int descriptor, qint64 maximum);
+
 /// The whole content. Nothing when it can't be read, is no regular file or has more than `maximum`
 /// bytes. The descriptor's position does not matter.
 std::optional<QByteArray> readWhole(int descriptor, qint64 maximum);

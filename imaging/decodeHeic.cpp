@@ -2,8 +2,6 @@
 
 #include <libheif/heif.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace
@@ -56,12 +54,11 @@ QImage copied(const heif_image *pixels, QImage::Format format)
 
 } // namespace
 
-bool isHeic(const QByteArray &bytes)
+bool isHeic(const QByteArray &beginning)
 {
-    const heif_filetype_result kind =
-        heif_check_filetype(reinterpret_cast<const uint8_t *>(bytes.constData()),
-                            int(std::min<qsizetype>(bytes.size(), 64)));
-    return kind != heif_filetype_no;
+    const auto *bytes = reinterpret_cast<const uint8_t *>(beginning.constData());
+    const heif_filetype_result kind = heif_check_filetype(bytes, int(beginning.size()));
+    return kind == heif_filetype_yes_supported || kind == heif_filetype_yes_unsupported;
 }
 
 QImage decodeHeic(const QByteArray &bytes, qint64 maximumPixels)

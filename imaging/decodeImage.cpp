@@ -12,16 +12,17 @@
 namespace
 {
 
+constexpr qint64 signatureBytes = 64;
+
 /// Pixels of 64 bits, while they are decoded.
 constexpr int allocationLimitMegabytes = int(maximumDecodedPixels * 8 / 1'000'000);
 
 using namespace std::string_view_literals;
 
-/// The name under which Qt knows the format; nullptr for what has no unmistakable
-/// beginning.
-const char *qtFormat(const QByteArray &bytes)
+/// The name under which Qt knows the format; nullptr for what has no unmistakable beginning.
+const char *qtFormat(const QByteArray &beginning)
 {
-    const std::string_view content(bytes.constData(), size_t(bytes.size()));
+    const std::string_view content(beginning.constData(), size_t(beginning.size()));
     if (content.starts_with("\x89PNG\r\n\x1A\n"sv))
         return "png";
     if (content.starts_with("\xFF\xD8\xFF"sv))
@@ -72,6 +73,10 @@ QImage decodeImage(const QUrl &file)
 
 QImage decodeImage(int descriptor)
 {
+    // What is no picture is not read any further, however large it is.
+    const QByteArray beginning = readBeginning(descriptor, signatureBytes);
+    if (!qtFormat(beginning) && !isHeic(beginning))
+        return {};
     const std::optional<QByteArray> bytes = readWhole(descriptor, maximumPictureFileSize);
     return bytes ? decodeImage(*bytes) : QImage();
 }
@@ -83,5 +88,5 @@ QImage decodeImage(const QByteArray &bytes)
             return {};
         return withoutDeepChannels(decodeWithQt(bytes, format));
     }
-    return isHeic(bytes) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
+    return isHeic(bytes.left(signatureBytes)) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
 }

@@ -98,6 +98,17 @@ private Q_SLOTS:
         QVERIFY(decoded(pngThatClaims(8001, 8000)).isNull());
     }
 
+    void aFileOfTooManyBytesIsRefused()
+    {
+        QVERIFY(write(path(QStringLiteral("sparse")),
+                      encoded(fourFields({16, 16}), QStringLiteral("png"))));
+        QVERIFY(QFile::resize(path(QStringLiteral("sparse")), maximumPictureFileSize + 1));
+        QVERIFY(decodeImage(url(QStringLiteral("sparse"))).isNull());
+        QVERIFY(write(path(QStringLiteral("sparse")), "no picture at all"));
+        QVERIFY(QFile::resize(path(QStringLiteral("sparse")), 1'000'000'000'000));
+        QVERIFY(decodeImage(url(QStringLiteral("sparse"))).isNull());
+    }
+
     void theLargestAllowedPictureIsRead()
     {
         QImage image(8000, 8000, QImage::Format_Grayscale8);
