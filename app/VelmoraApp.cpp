@@ -3,6 +3,7 @@
 #include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "core/VelmoraSettings.h"
+#include "core/whenFinished.h"
 #include "detection/ScreenshotFolderResolver.h"
 #include "detection/ScreenshotWatcher.h"
 #include "files/ClipboardWriter.h"
@@ -114,7 +115,7 @@ void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
     const CopyBehavior behavior = VelmoraSettings::copyBehavior();
     if (behavior == CopyBehavior::none)
         return;
-    m_images.completion(url).then(this, [this, itemID, url, behavior] {
+    whenFinished(m_images.completion(url), this, [this, itemID, url, behavior] {
         ClipboardWriter::copy(*m_platform.pasteboard,
                               m_trayController.fileURL(itemID).value_or(url), behavior);
     });
@@ -122,10 +123,10 @@ void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
 
 void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
 {
-    m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName())
-        .then(this, [this, itemID](const QString &filename) {
-            m_trayController.updateSuggestion(itemID, filename, true);
-        });
+    whenFinished(m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName()), this,
+                 [this, itemID](const QString &filename) {
+                     m_trayController.updateSuggestion(itemID, filename, true);
+                 });
 }
 
 void VelmoraApp::connectMenu()

@@ -1,5 +1,6 @@
 #include "detection/ScreenshotWatcher.h"
 
+#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "detection/ScreenshotScanner.h"
 
@@ -38,6 +39,8 @@ ScreenshotWatcher::ScreenshotWatcher(
     m_scanner->moveToThread(m_thread);
     connect(m_thread, &QThread::finished, m_scanner, &QObject::deleteLater);
     const auto report = [this](const QUrl &url) {
+        if (m_ignored.contains(url))
+            return;
         // A copy, since the callback may end the watcher.
         const auto callback = m_onNewScreenshot;
         callback(url);
@@ -82,6 +85,7 @@ void ScreenshotWatcher::stop()
 
 void ScreenshotWatcher::ignore(const QUrl &url)
 {
+    m_ignored.insert(FileUrls::standardized(url));
     QMetaObject::invokeMethod(
         m_scanner, [scanner = m_scanner, url] { scanner->ignore(url); }, Qt::QueuedConnection);
 }

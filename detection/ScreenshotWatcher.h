@@ -3,6 +3,7 @@
 #include "platform/FolderEvents.h"
 
 #include <QObject>
+#include <QSet>
 #include <QUrl>
 
 #include <functional>
@@ -38,11 +39,14 @@ public:
     /// that are queued still happen.
     void stop();
 
-    /// The file is never reported, wherever it is now and whether or not it exists. Any thread.
+    /// The file is never reported from now on, whether or not it exists: also not by a call that
+    /// is queued already, since the folder may have told of it before the owner could.
     void ignore(const QUrl &url);
 
 private:
     std::function<void(const QUrl &)> m_onNewScreenshot;
+    /// Standardised, as the scanner keeps them too.
+    QSet<QUrl> m_ignored;
     QThread *m_thread;
     ScreenshotScanner *m_scanner;
 };

@@ -2,6 +2,7 @@
 
 #include "core/FileUrls.h"
 #include "core/VelmoraSettings.h"
+#include "core/whenFinished.h"
 
 #include <QtConcurrent>
 
@@ -85,15 +86,15 @@ void RecentScreenshots::listFolder()
     m_isOutdated = false;
     m_isListing = true;
     const QUrl folder = FileUrls::standardized(m_access.folder());
-    QtConcurrent::run(m_access.newestFiles, folder, folderFiles)
-        .then(this, [this, folder](const QList<QUrl> &newestFiles) {
-            refill(folder, newestFiles);
-            save(m_urls);
-            Q_EMIT refreshed();
-            m_isListing = false;
-            if (m_isOutdated)
-                listFolder();
-        });
+    const auto listing = QtConcurrent::run(m_access.newestFiles, folder, folderFiles);
+    whenFinished(listing, this, [this, folder](const QList<QUrl> &newestFiles) {
+        refill(folder, newestFiles);
+        save(m_urls);
+        Q_EMIT refreshed();
+        m_isListing = false;
+        if (m_isOutdated)
+            listFolder();
+    });
 }
 
 void RecentScreenshots::refill(const QUrl &folder, const QList<QUrl> &newestFiles)

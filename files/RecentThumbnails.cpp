@@ -1,10 +1,10 @@
 #include "files/RecentThumbnails.h"
 
+#include "core/whenFinished.h"
 #include "imaging/ScreenshotImages.h"
 #include "style/FileIcon.h"
 #include "style/ImageView.h"
 
-#include <QFutureWatcher>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -46,16 +46,13 @@ void RecentThumbnails::show(const QUrl &file, ImageView *view)
 void RecentThumbnails::load(const QUrl &file, const FileIdentity &identity, ImageView *view)
 {
     QFuture<QImage> future = m_images.thumbnail(file, onFinestScreen(m_size));
-    auto *watcher = new QFutureWatcher<QImage>(view);
-    QObject::connect(watcher, &QFutureWatcher<QImage>::finished, view, [=, this] {
-        const QImage image = watcher->future().isResultReadyAt(0) ? watcher->result() : QImage();
+    QObject::connect(view, &QObject::destroyed, [future]() mutable { future.cancel(); });
+    whenFinished(future, view, [=, this](const QImage &image) {
         if (image.isNull())
             return;
         view->setImage(image);
         keep({identity, image});
     });
-    QObject::connect(watcher, &QObject::destroyed, [future]() mutable { future.cancel(); });
-    watcher->setFuture(future);
 }
 
 void RecentThumbnails::keep(const Thumbnail &thumbnail)

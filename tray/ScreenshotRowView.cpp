@@ -2,6 +2,7 @@
 
 #include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
+#include "core/whenFinished.h"
 #include "files/ScreenshotTrash.h"
 #include "files/renameScreenshot.h"
 #include "files/reverseAction.h"
@@ -16,7 +17,6 @@
 #include "tray/StatusLabel.h"
 #include "tray/rowStyle.h"
 
-#include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QKeyEvent>
 
@@ -118,16 +118,13 @@ void ScreenshotRowView::configureThumbnail()
 void ScreenshotRowView::loadThumbnail(Unreadable unreadable)
 {
     const int request = ++m_thumbnailRequest;
-    auto *watcher = new QFutureWatcher<QImage>(this);
-    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, request, unreadable] {
-        watcher->deleteLater();
-        const QImage image = watcher->result();
-        const bool isNewest = request == m_thumbnailRequest;
-        if (isNewest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
-            m_controls.thumbnailView->setImage(image);
-    });
-    watcher->setFuture(
-        m_services.images.thumbnail(m_fileURL, pixelsOf(m_controls.thumbnailView->size())));
+    const QSize pixels = pixelsOf(m_controls.thumbnailView->size());
+    whenFinished(m_services.images.thumbnail(m_fileURL, pixels), this,
+                 [this, request, unreadable](const QImage &image) {
+                     const bool isNewest = request == m_thumbnailRequest;
+                     if (isNewest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
+                         m_controls.thumbnailView->setImage(image);
+                 });
 }
 
 void ScreenshotRowView::moved(const QUrl &url)

@@ -1,5 +1,6 @@
 #include "platform/FrontmostApplication.h"
 
+#include "core/whenFinished.h"
 #include "platform/linux/ApplicationOfWindow.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/X11Windows.h"
@@ -62,13 +63,14 @@ private:
         if (m_isReading)
             return;
         m_isReading = true;
-        QtConcurrent::run(&DesktopEntries::read, DesktopEntries::standardFolders())
-            .then(this, [this](const DesktopEntries &entries) {
-                m_isReading = false;
-                m_entries = entries;
-                identify();
-                announce();
-            });
+        const auto reading =
+            QtConcurrent::run(&DesktopEntries::read, DesktopEntries::standardFolders());
+        whenFinished(reading, this, [this](const DesktopEntries &entries) {
+            m_isReading = false;
+            m_entries = entries;
+            identify();
+            announce();
+        });
     }
 
     X11Windows m_windows;

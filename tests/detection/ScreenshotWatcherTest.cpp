@@ -123,6 +123,18 @@ private Q_SLOTS:
         QCOMPARE(watched.names(), fileNames({"theirs.png"}));
     }
 
+    void aFileIgnoredWhenItsReportIsAlreadyOnItsWayIsNotReported()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("ours.png")));
+        // The watcher sees the file while its owner is still busy with having put it there.
+        letAllScansPassUnheard();
+        watched->ignore(QUrl::fromLocalFile(inFolder("ours.png")));
+        letAllScansPass();
+        QCOMPARE(watched.names(), QStringList());
+    }
+
     void aFileIgnoredBeforeTheStartIsNeverReported()
     {
         Watched watched(m_folder);

@@ -4,6 +4,7 @@
 #include "detection/ScreenshotWatcher.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
@@ -45,6 +46,12 @@ private:
 inline void letAllScansPass()
 {
     QTest::qWait(400);
+}
+
+/// The same without the main thread's event loop, as while its owner is busy.
+inline void letAllScansPassUnheard()
+{
+    QSemaphore().tryAcquire(1, 400);
 }
 
 inline QStringList fileNames(std::initializer_list<const char *> list)

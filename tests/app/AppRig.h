@@ -1,0 +1,126 @@
+#pragma once
+
+#include "app/VelmoraApp.h"
+#include "core/FileUrls.h"
+#include "platform/Platform.h"
+#include "tests/files/LogTail.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+#include <QLineEdit>
+
+#include <atomic>
+
+/// An application in front that the test chooses.
+class SteeredFrontmostApplication : public FrontmostApplication
+{
+public:
+    std::optional<Application> current() override { return inFront; }
+
+    std::optional<Application> inFront =
+        Application{QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
+};
+
+/// Reads one text out of every picture, as soon as the test lets it.
+class SteeredTextRecognizer : public TextRecognizer
+{
+public:
+    void recognize(const QImage &, const LineHandler &onLine, const Cancelled &cancelled) override
+    {
+        mayRead.wait(false);
+        if (!cancelled())
+            onLine(QStringLiteral("Harvest festival invitation"));
+    }
+    void warmUp() override {}
+
+    void letRead()
+    {
+        mayRead = true;
+        mayRead.notify_all();
+    }
+
+    std::atomic_bool mayRead = true;
+};
+
+/// Notes what is put on the clipboard.
+class RecordingPasteboard : public Pasteboard
+{
+public:
+    void clear() override { ++changes; }
+    bool write(PasteboardContents contents) override
+    {
+        ++changes;
+        written = std::move(contents);
+        return true;
+    }
+    void fileMoved(const QUrl &from, const QUrl &to) override
+    {
+        if (written.file == from)
+            written.file = to;
+    }
+
+    int changes = 0;
+    PasteboardContents written;
+};
+
+/// The coordinator on the real platform, but for what the test steers.
+class AppRig
+{
+public:
+    AppRig() : platform(nativePlatform())
+    {
+        frontmost = new SteeredFrontmostApplication;
+        platform.frontmostApplication.reset(frontmost);
+        recognizer = new SteeredTextRecognizer;
+        platform.textRecognizer.reset(recognizer);
+        pasteboard = new RecordingPasteboard;
+        platform.pasteboard.reset(pasteboard);
+    }
+    ~AppRig() { recognizer->letRead(); }
+
+    void launch()
+    {
+        app = std::make_unique<VelmoraApp>(platform);
+        app->applicationDidFinishLaunching();
+    }
+
+    /// Takes a picture into the watched folder, as a tool does.
+    QUrl take(const QString &name) const
+    {
+        const QString path = folder() + QLatin1Char('/') + name;
+        QImage picture(320, 200, QImage::Format_RGB32);
+        picture.fill(Qt::darkGreen);
+        picture.save(path);
+        return FileUrls::fromPath(path);
+    }
+
+    static QString folder() { return QDir::homePath() + QStringLiteral("/Desktop"); }
+
+    static QStringList filesInFolder() { return QDir(folder()).entryList(QDir::Files); }
+
+    static QList<ScreenshotRowView *> rows()
+    {
+        QList<ScreenshotRowView *> rows;
+        for (const QWidget *window : QApplication::topLevelWidgets())
+            rows += window->findChildren<ScreenshotRowView *>();
+        return rows;
+    }
+
+    static QWidget *windowTitled(const QString &title)
+    {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->windowTitle() == title && window->isVisible())
+                return window;
+        }
+        return nullptr;
+    }
+
+    Platform platform;
+    SteeredFrontmostApplication *frontmost;
+    SteeredTextRecognizer *recognizer;
+    RecordingPasteboard *pasteboard;
+    std::unique_ptr<VelmoraApp> app;
+    LogTail log;
+};

@@ -1,0 +1,236 @@
+#include "tests/app/AppRig.h"
+
+#include "core/VelmoraSettings.h"
+
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+class VelmoraAppTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        VelmoraSettings::open().clear();
+        QDir(AppRig::folder()).removeRecursively();
+        QDir().mkpath(AppRig::folder());
+    }
+
+    void theLaunchIsLoggedInItsOrder()
+    {
+        AppRig rig;
+        rig.launch();
+        QTRY_COMPARE(rig.log.messagesWith(QStringLiteral("watch")).size(), 2);
+        const QStringList messages = rig.log.messagesWith(QString());
+        const qsizetype launched =
+            messages.indexOf(QStringLiteral("applicationDidFinishLaunching"));
+        const qsizetype watching = messages.indexOf(QStringLiteral("watching ") + AppRig::folder());
+        QVERIFY(launched >= 0);
+        QVERIFY(launched < watching);
+        QVERIFY(watching < messages.indexOf(QStringLiteral("watcher start")));
+    }
+
+    void theWelcomeWindowFollowsEveryLaunch()
+    {
+        AppRig rig;
+        rig.launch();
+        QVERIFY(!AppRig::windowTitled(QStringLiteral("Velmora")));
+        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+    }
+
+    void aNewScreenshotBecomesARowAndIsRenamedByItsText()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.PNG"));
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+        QCOMPARE(AppRig::rows().size(), 1);
+        QCOMPARE(AppRig::rows().constFirst()->findChild<QLineEdit *>()->text(),
+                 QStringLiteral("safari-harvest-festival-invitation.png"));
+    }
+
+    void theFallbackNameStandsUntilTheTextIsRead()
+    {
+        AppRig rig;
+        rig.recognizer->mayRead = false;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        static const QRegularExpression fallback(
+            QStringLiteral("^safari-screen-\\d{8}-\\d{6}\\.png$"));
+        QTRY_VERIFY(AppRig::filesInFolder().constFirst().contains(fallback));
+        rig.recognizer->letRead();
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+    }
+
+    void aScreenshotThatIsARowIsIgnored()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        const QString named = QStringLiteral("safari-harvest-festival-invitation.png");
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(named));
+        const LogTail log;
+        rig.app->handleNewScreenshot(
+            FileUrls::fromPath(AppRig::folder() + QStringLiteral("/./") + named));
+        const QString path = AppRig::folder() + QLatin1Char('/') + named;
+        QCOMPARE(log.messagesWith(path),
+                 QStringList(QStringLiteral("ignored already visible ") + path));
+        QCOMPARE(AppRig::rows().size(), 1);
+    }
+
+    void aSystemComponentInFrontLeavesTheNameAlone()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.frontmost->inFront = {QStringLiteral("Finder"), QStringLiteral("com.apple.finder")};
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+    }
+
+    void withNothingToCopyTheClipboardIsNotTouched()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+        QCOMPARE(rig.pasteboard->changes, 0);
+    }
+
+    void theCopyFollowsTheFile()
+    {
+        AppRig rig;
+        VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
+        rig.recognizer->mayRead = false;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_VERIFY(rig.pasteboard->written.file.has_value());
+        QVERIFY(rig.pasteboard->written.picture->bytes.has_value());
+        QVERIFY(FileUrls::exists(*rig.pasteboard->written.file));
+        rig.recognizer->letRead();
+        const QUrl named = FileUrls::fromPath(
+            AppRig::folder() + QStringLiteral("/safari-harvest-festival-invitation.png"));
+        QTRY_COMPARE(*rig.pasteboard->written.file, named);
+        QVERIFY(FileUrls::exists(named));
+    }
+
+    void aNameThatIsBeingTypedStays()
+    {
+        AppRig rig;
+        rig.recognizer->mayRead = false;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::rows().size(), 1);
+        auto *field = AppRig::rows().constFirst()->findChild<QLineEdit *>();
+        field->selectAll();
+        QTest::keyClicks(field, QStringLiteral("mine"));
+        rig.recognizer->letRead();
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("mine.png")));
+        QCOMPARE(field->text(), QStringLiteral("mine.png"));
+    }
+
+    void aRowThatIsClosedMeanwhileKeepsTheFallbackName()
+    {
+        AppRig rig;
+        rig.recognizer->mayRead = false;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::rows().size(), 1);
+        const QStringList before = AppRig::filesInFolder();
+        QTest::keyClick(AppRig::rows().constFirst()->findChild<QLineEdit *>(), Qt::Key_Escape);
+        QTRY_VERIFY(AppRig::rows().isEmpty());
+        rig.recognizer->letRead();
+        // The next one's name shows that the closed one's text has been dealt with.
+        rig.take(QStringLiteral("Another.png"));
+        QTRY_VERIFY(AppRig::filesInFolder().contains(
+            QStringLiteral("safari-harvest-festival-invitation.png")));
+        QVERIFY(AppRig::filesInFolder().contains(before.constFirst()));
+        QCOMPARE(AppRig::filesInFolder().size(), 2);
+    }
+
+    void reopeningShowsTheWelcomeWindowAgain()
+    {
+        AppRig rig;
+        rig.launch();
+        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        AppRig::windowTitled(QStringLiteral("Velmora"))->close();
+        QVERIFY(!AppRig::windowTitled(QStringLiteral("Velmora")));
+        Q_EMIT rig.platform.runningInstance->reopened();
+        QVERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        Q_EMIT rig.platform.runningInstance->reopened();
+        QVERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+    }
+
+    void theMenuTakesTheLastActionBack()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QVERIFY(AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+    }
+
+    void whatWasTakenBackInTheRowIsNotTakenBackAgain()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::filesInFolder(),
+                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+        for (auto *button : AppRig::rows().constFirst()->findChildren<QPushButton *>()) {
+            if (button->text() == QStringLiteral("Undo"))
+                button->click();
+        }
+        QVERIFY(AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+    }
+
+    void theRecentListSurvivesARestart()
+    {
+        {
+            AppRig rig;
+            rig.launch();
+            rig.take(QStringLiteral("Screenshot.png"));
+            QTRY_VERIFY(VelmoraSettings::open()
+                            .value(QStringLiteral("recentScreenshots"))
+                            .toStringList()
+                            .value(0)
+                            .endsWith(QStringLiteral("invitation.png")));
+        }
+        AppRig again;
+        again.launch();
+        Q_EMIT again.platform.runningInstance->actionRequested(QStringLiteral("recent"));
+        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Recent Screenshots")));
+    }
+
+    void watchingAnotherFolderLeavesTheFirst()
+    {
+        AppRig rig;
+        rig.launch();
+        QTemporaryDir other;
+        rig.app->startWatching(FileUrls::fromPath(other.path()));
+        rig.take(QStringLiteral("Screenshot.png"));
+        QImage picture(20, 20, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        picture.save(other.filePath(QStringLiteral("Here.png")));
+        QTRY_VERIFY(QFile::exists(
+            other.filePath(QStringLiteral("safari-harvest-festival-invitation.png"))));
+        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+    }
+};
+
+QTEST_MAIN(VelmoraAppTest)
+#include "VelmoraAppTest.moc"
