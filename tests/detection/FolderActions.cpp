@@ -34,8 +34,13 @@ bool moveIn(const QString &path, FileTime date)
 {
     const QTemporaryDir aside;
     const QString made = aside.filePath(QStringLiteral("made"));
-    return write(made) && setDate(made, date) &&
-           ::rename(QFile::encodeName(made).constData(), QFile::encodeName(path).constData()) == 0;
+    return write(made) && setDate(made, date) && rename(made, path);
+}
+
+bool rename(const QString &path, const QString &newPath)
+{
+    return ::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData()) ==
+           0;
 }
 
 bool link(const QString &path, const QString &newPath)

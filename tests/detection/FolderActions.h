@@ -21,6 +21,7 @@ bool setDate(const QString &path, FileTime date);
 /// A file of that date, moved in at once as a whole.
 bool moveIn(const QString &path, FileTime date);
 
+bool rename(const QString &path, const QString &newPath);
 bool link(const QString &path, const QString &newPath);
 bool symlink(const QString &target, const QString &path);
 

@@ -1,0 +1,119 @@
+#include "detection/FolderFollower.h"
+#include "detection/NewScreenshots.h"
+#include "tests/detection/RandomHistory.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <map>
+
+#include <dirent.h>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+using Dates = std::map<QByteArray, FileTime>;
+
+Dates datesOf(const FolderListing::Files &files)
+{
+    Dates dates;
+    for (auto [name, file] : files.asKeyValueRange())
+        dates[name] = file.modified;
+    return dates;
+}
+
+/// What the folder holds, as the plainest listing tells it.
+Dates plainListing(const QString &folder, FileTime now)
+{
+    Dates dates;
+    const QByteArray path = QFile::encodeName(folder);
+    DIR *const directory = ::opendir(path.constData());
+    if (!directory)
+        return dates;
+    while (const dirent *const entry = ::readdir(directory)) {
+        const QByteArray name = entry->d_name;
+        const QByteArray lower = name.toLower();
+        bool isImage = false;
+        for (const char *extension : {".png", ".jpg", ".jpeg", ".heic", ".tiff"})
+            isImage = isImage || lower.endsWith(extension);
+        const QByteArray full = path + '/' + name;
+        struct stat status = {};
+        if (name.startsWith('.') || !isImage || ::lstat(full.constData(), &status) != 0)
+            continue;
+        const FileTime modified = FileTimes::modified(status);
+        if (now - modified < 180s)
+            dates[name] = modified;
+    }
+    ::closedir(directory);
+    return dates;
+}
+
+QString described(const Dates &dates, FileTime now)
+{
+    QStringList parts;
+    for (const auto &[name, modified] : dates)
+        parts.append(QString::fromUtf8(name) + u' ' + QString::number((now - modified).count()));
+    return parts.join(u'\n');
+}
+
+} // namespace
+
+/// Following the folder by its events has the outcome of listing it each time, whatever happens.
+class BothWaysAgreeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void followingAndListingReportTheSame_data()
+    {
+        QTest::addColumn<unsigned int>("seed");
+        for (unsigned int seed = 1; seed <= 12; ++seed)
+            QTest::newRow(qPrintable(QString::number(seed))) << seed;
+    }
+
+    void followingAndListingReportTheSame()
+    {
+        QFETCH(unsigned int, seed);
+        RandomHistory history(seed);
+        const QUrl folder = QUrl::fromLocalFile(history.folder());
+        FolderFollower follower(folder, makeFolderEvents());
+        FolderListing lister(folder);
+        auto skew = 0s;
+        NewScreenshots followed(FileTimes::now());
+        NewScreenshots listed(FileTimes::now());
+        QStringList acts;
+        int reported = 0;
+        for (int step = 0; step < 150; ++step) {
+            const FileTime now = FileTimes::now() + skew;
+            for (int count = history.random(4); count >= 0; --count)
+                acts.append(history.act(now));
+            lister.look(now);
+            const Dates expected = plainListing(history.folder(), now);
+            QCOMPARE(described(datesOf(lister.candidates()), now), described(expected, now));
+            const bool agree = QTest::qWaitFor([&follower, &expected, now] {
+                follower.look(now);
+                return datesOf(follower.candidates()) == expected;
+            });
+            if (!agree)
+                qWarning().noquote() << acts.mid(acts.size() - 30).join(u'\n');
+            QCOMPARE(described(datesOf(follower.candidates()), now), described(expected, now));
+
+            const QList<QUrl> news = listed.scan(lister.candidates());
+            QCOMPARE(followed.scan(follower.candidates()), news);
+            reported += static_cast<int>(news.size());
+            if (history.random(4) == 0 && !news.isEmpty()) {
+                listed.ignore(news.first());
+                followed.ignore(news.first());
+            }
+            // The clock goes on, and once in a while back.
+            skew += std::chrono::seconds(history.random(8) == 0 ? 60 - history.random(200)
+                                                                : history.random(60));
+        }
+        QVERIFY(reported > 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(BothWaysAgreeTest)
+#include "BothWaysAgreeTest.moc"

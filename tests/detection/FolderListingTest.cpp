@@ -1,0 +1,281 @@
+#include "detection/FolderListing.h"
+
+#include "tests/detection/FolderActions.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace std::chrono_literals;
+using FolderActions::moveIn;
+using FolderActions::setDate;
+using FolderActions::write;
+
+/// Time is steered: files get their dates around a noon of long ago.
+class FolderListingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        QVERIFY(QDir().mkdir(m_folder));
+        m_listing = std::make_unique<FolderListing>(QUrl::fromLocalFile(m_folder));
+    }
+
+    void imagesAreKnownByTheirExtension()
+    {
+        for (const char *name :
+             {"a.png", "b.JPG", "c.jpeg", "d.Heic", "e.tiff", "f.tif", "g.gif", "h", "i.png.part",
+              "j.pngx", ".k.png", ".png", "png", "l.", "m.png ", "n .png"})
+            QVERIFY(moveIn(path(name), m_noon));
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("a.png b.JPG c.jpeg d.Heic e.tiff n .png"));
+        QVERIFY(!m_listing->look(m_noon));
+    }
+
+    void aFileIsACandidateUntilItIsThreeMinutesOld()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        QVERIFY(m_listing->look(m_noon + 180s - 1ns));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+        QVERIFY(m_listing->look(m_noon + 180s));
+        QCOMPARE(candidates(), QString());
+        QVERIFY(!m_listing->look(m_noon + 181s));
+        m_listing->setTold(false);
+        QVERIFY(m_listing->look(m_noon + 180s - 1ns));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+        QVERIFY(m_listing->look(m_noon + 180s));
+        QCOMPARE(candidates(), QString());
+    }
+
+    void aDateInTheFutureIsRecent()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon + 24h));
+        follow();
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+        QVERIFY(!m_listing->look(m_noon + 24h));
+        QVERIFY(m_listing->look(m_noon + 24h + 180s));
+        QCOMPARE(candidates(), QString());
+    }
+
+    void datesBeyondAllReasonAreOldOrFuture()
+    {
+        QVERIFY(moveIn(path("a.png"), FileTime(-2'000'000'000s)));
+        QVERIFY(moveIn(path("b.png"), FileTime(9'000'000'000s)));
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QStringLiteral("b.png"));
+        QVERIFY(!m_listing->look(m_noon + 24h));
+    }
+
+    void followedOnlyWhatIsToldIsLookedAt()
+    {
+        follow();
+        m_listing->look(m_noon);
+        QVERIFY(moveIn(path("untold.png"), m_noon));
+        QVERIFY(moveIn(path("told.png"), m_noon));
+        QVERIFY(!m_listing->look(m_noon));
+        QCOMPARE(candidates(), QString());
+        m_listing->entriesChanged({QStringLiteral("told.png"), QStringLiteral("missing.png")});
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("told.png"));
+        m_listing->listAgain();
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("told.png untold.png"));
+    }
+
+    void aFileThatBecomesRecentAgainIsACandidateAgain()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        m_listing->look(m_noon + 1h);
+        QCOMPARE(candidates(), QString());
+        QVERIFY(setDate(path("a.png"), m_noon + 1h));
+        m_listing->entriesChanged({QStringLiteral("a.png")});
+        QVERIFY(m_listing->look(m_noon + 1h));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void anotherDateIsAnotherOutcome()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        QVERIFY(m_listing->look(m_noon));
+        m_listing->entriesChanged({QStringLiteral("a.png")});
+        QVERIFY(!m_listing->look(m_noon));
+        QVERIFY(setDate(path("a.png"), m_noon + 1ns));
+        m_listing->entriesChanged({QStringLiteral("a.png")});
+        QVERIFY(m_listing->look(m_noon));
+        QVERIFY(setDate(path("a.png"), m_noon + 2ns));
+        m_listing->listAgain();
+        QVERIFY(m_listing->look(m_noon));
+    }
+
+    void aFoldersDateFollowsItsContentThoughNoOneTells()
+    {
+        QVERIFY(QDir().mkdir(path("a.png")));
+        QVERIFY(setDate(path("a.png"), m_noon - 1h));
+        follow();
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QString());
+        QVERIFY(write(path("a.png/inside")));
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void aFileWrittenThroughAnotherNameIsSeenThoughNoOneTells()
+    {
+        const QString outside = m_directory->path() + QStringLiteral("/outside");
+        QVERIFY(moveIn(outside, m_noon - 1h));
+        QVERIFY(FolderActions::link(outside, path("a.png")));
+        follow();
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QString());
+        QVERIFY(setDate(outside, m_noon));
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void aFileThatIsGivenASecondNameHereIsSeenUnderBoth()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon - 1h));
+        follow();
+        m_listing->look(m_noon);
+        QVERIFY(FolderActions::link(path("a.png"), path("b.txt")));
+        m_listing->entriesChanged({QStringLiteral("b.txt")});
+        m_listing->look(m_noon);
+        QVERIFY(setDate(path("b.txt"), m_noon));
+        m_listing->entriesChanged({QStringLiteral("b.txt")});
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void anotherFileUnderALinkedNameIsSeenUnderAllItsNames()
+    {
+        const QString outside = m_directory->path() + QStringLiteral("/outside");
+        QVERIFY(moveIn(path("a.png"), m_noon - 1h));
+        QVERIFY(FolderActions::link(path("a.png"), outside));
+        QVERIFY(moveIn(path("b.png"), m_noon - 1h));
+        follow();
+        m_listing->look(m_noon);
+        // Now a.png and b.png are one file, and only the rename is told.
+        QVERIFY(QFile::remove(outside));
+        QVERIFY(FolderActions::link(path("b.png"), outside));
+        QVERIFY(FolderActions::rename(outside, path("a.png")));
+        m_listing->entriesChanged({QStringLiteral("a.png")});
+        m_listing->look(m_noon);
+        QVERIFY(setDate(path("a.png"), m_noon));
+        m_listing->entriesChanged({QStringLiteral("a.png")});
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QStringLiteral("a.png b.png"));
+    }
+
+    void manyFilesWithSeveralNamesAreSeenInTurn()
+    {
+        const QString outside = m_directory->path() + QStringLiteral("/outside");
+        QVERIFY(moveIn(outside, m_noon - 1h));
+        constexpr int count = 1000;
+        for (int i = 0; i < count; ++i)
+            QVERIFY(
+                FolderActions::link(outside, path(qPrintable(QStringLiteral("%1.png").arg(i)))));
+        follow();
+        m_listing->look(m_noon);
+        QVERIFY(setDate(outside, m_noon));
+        for (int looks = 0; looks < 5; ++looks)
+            QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(m_listing->candidates().size(), count);
+        QVERIFY(!m_listing->look(m_noon));
+    }
+
+    void aCandidateWhoseDateMovedOnUntoldStays()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        m_listing->look(m_noon);
+        QVERIFY(setDate(path("a.png"), m_noon + 1min));
+        QVERIFY(m_listing->look(m_noon + 180s));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+        QVERIFY(m_listing->look(m_noon + 240s));
+        QCOMPARE(candidates(), QString());
+    }
+
+    void aClockThatIsSetBackMakesCandidatesAnew()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        m_listing->look(m_noon + 1h);
+        QCOMPARE(candidates(), QString());
+        QVERIFY(m_listing->look(m_noon + 1min));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void aLinkIsJudgedByItsOwnDate()
+    {
+        QVERIFY(moveIn(path("target"), m_noon));
+        QVERIFY(FolderActions::symlink(path("target"), path("old.png")));
+        QVERIFY(setDate(path("old.png"), m_noon - 1h));
+        QVERIFY(FolderActions::symlink(QStringLiteral("/nowhere"), path("new.png")));
+        QVERIFY(setDate(path("new.png"), m_noon));
+        m_listing->look(m_noon);
+        QCOMPARE(candidates(), QStringLiteral("new.png"));
+    }
+
+    void aFolderThatCantBeListedHoldsNothingUntilItCan()
+    {
+        QVERIFY(moveIn(path("a.png"), m_noon));
+        follow();
+        m_listing->look(m_noon);
+        const QString away = m_directory->path() + QStringLiteral("/away");
+        QVERIFY(QDir().rename(m_folder, away));
+        m_listing->listAgain();
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QString());
+        QVERIFY(!m_listing->look(m_noon));
+        QVERIFY(QDir().rename(away, m_folder));
+        QVERIFY(m_listing->look(m_noon));
+        QCOMPARE(candidates(), QStringLiteral("a.png"));
+    }
+
+    void aNameThatIsNotUtf8IsNoCandidate()
+    {
+        QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_folder) + "/bad\xff.png"));
+        m_listing->look(FileTimes::now());
+        QCOMPARE(candidates(), QString());
+    }
+
+    void theUrlIsStandardised()
+    {
+        QVERIFY(moveIn(path("a%20#.png"), m_noon));
+        FolderListing listing(QUrl::fromLocalFile(m_folder + QStringLiteral("/../Shots/")));
+        listing.look(m_noon);
+        QCOMPARE(listing.candidates().value("a%20#.png").url,
+                 QUrl::fromLocalFile(path("a%20#.png")));
+    }
+
+private:
+    QString path(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
+
+    void follow() { m_listing->setTold(true); }
+
+    QString candidates() const
+    {
+        QStringList names;
+        for (const QByteArray &name : m_listing->candidates().keys())
+            names.append(QString::fromUtf8(name));
+        names.sort();
+        return names.join(u' ');
+    }
+
+    const FileTime m_noon{1'000'000'000s};
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_folder;
+    std::unique_ptr<FolderListing> m_listing;
+};
+
+QTEST_GUILESS_MAIN(FolderListingTest)
+#include "FolderListingTest.moc"
