@@ -85,7 +85,7 @@ private Q_SLOTS:
         NewScreenshots listed(FileTimes::now());
         QStringList acts;
         int reported = 0;
-        for (int step = 0; step < 150; ++step) {
+        for (int step = 0; step < 200; ++step) {
             const FileTime now = FileTimes::now() + skew;
             for (int count = history.random(4); count >= 0; --count)
                 acts.append(history.act(now));
@@ -108,8 +108,8 @@ private Q_SLOTS:
                 followed.ignore(news.first());
             }
             // The clock goes on, and once in a while back.
-            skew += std::chrono::seconds(history.random(8) == 0 ? 60 - history.random(200)
-                                                                : history.random(60));
+            skew += std::chrono::seconds(history.random(30) == 0 ? 60 - history.random(200)
+                                                                 : history.random(60));
         }
         QVERIFY(reported > 0);
     }

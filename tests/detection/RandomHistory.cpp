@@ -53,7 +53,7 @@ int RandomHistory::random(int below)
 
 QString RandomHistory::act(FileTime now)
 {
-    return random(10) == 0 ? actOnFolder(random(7)) : actOnEntry(random(14), now);
+    return random(30) == 0 ? actOnFolder(random(7)) : actOnEntry(random(14), now);
 }
 
 QString RandomHistory::anyName()
