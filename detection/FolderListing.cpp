@@ -23,7 +23,7 @@ constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "t
 
 /// So many untold entries are looked at in one look, in turn; a folder full of files with several
 /// names must not cost more than that while nothing happens.
-constexpr int untoldEntriesPerLook = 200;
+constexpr int untoldEntriesPerLook = 50;
 
 bool isVisibleImage(const QByteArray &name)
 {

@@ -186,7 +186,7 @@ private Q_SLOTS:
         follow();
         m_listing->look(m_noon);
         QVERIFY(setDate(outside, m_noon));
-        for (int looks = 0; looks < 5; ++looks)
+        for (int looks = 0; looks < 20; ++looks)
             QVERIFY(m_listing->look(m_noon));
         QCOMPARE(m_listing->candidates().size(), count);
         QVERIFY(!m_listing->look(m_noon));

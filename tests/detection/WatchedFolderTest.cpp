@@ -9,6 +9,9 @@
 #include <QSemaphore>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace std::chrono_literals;
 using FolderActions::moveIn;
 using FolderActions::write;
@@ -46,6 +49,27 @@ public:
 
 private:
     QSemaphore &m_released;
+};
+
+/// Makes the process that of an ordinary user, whom permissions bind, until its end.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser()
+    {
+        constexpr uid_t nobody = 65534;
+        m_changed = ::geteuid() == 0 && ::seteuid(nobody) == 0;
+    }
+    ~OrdinaryUser()
+    {
+        if (m_changed && ::seteuid(0) != 0)
+            qFatal("The test can't become root again");
+    }
+
+    bool isOrdinary() const { return ::geteuid() != 0; }
+
+private:
+    bool m_changed = false;
 };
 
 } // namespace
@@ -163,6 +187,37 @@ private Q_SLOTS:
         watcher.start();
         letAllScansPass();
         QVERIFY(!called);
+    }
+
+    void aFolderThatMayNotBeReadHoldsNothingUntilItMay_data()
+    {
+        QTest::addColumn<bool>("parentToo");
+        QTest::newRow("the folder") << false;
+        QTest::newRow("its parent") << true;
+    }
+
+    void aFolderThatMayNotBeReadHoldsNothingUntilItMay()
+    {
+        QFETCH(bool, parentToo);
+        const OrdinaryUser user;
+        if (!user.isOrdinary())
+            QSKIP("root can't become another user here");
+        const QTemporaryDir directory;
+        const QString folder = directory.filePath(QStringLiteral("Shots"));
+        QVERIFY(QDir().mkdir(folder));
+        const QByteArray closed = QFile::encodeName(parentToo ? directory.path() : folder);
+        Watched watched(folder);
+        watched->start();
+        QVERIFY(write(folder + QStringLiteral("/a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        QVERIFY(::chmod(closed.constData(), 0) == 0);
+        QVERIFY(!write(folder + QStringLiteral("/b.png")));
+        letAllScansPass();
+        QVERIFY(::chmod(closed.constData(), 0700) == 0);
+        // What could not be seen for a while is seen as new.
+        QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png"}));
+        QVERIFY(write(folder + QStringLiteral("/b.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png", "b.png"}));
     }
 
     void aFolderIsWatchedByTicksWhereTheSystemTellsLittle_data()
