@@ -62,8 +62,8 @@ bool InotifyQueue::open(const QByteArray &folder, uint32_t mask)
         close();
         return false;
     }
-    m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &InotifyQueue::readable);
+    m_notifier = new QSocketNotifier(m_descriptor, QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &InotifyQueue::readable);
     return true;
 }
 
@@ -72,7 +72,8 @@ void InotifyQueue::close()
     if (m_notifier) {
         // It may be the one whose signal is being handled.
         m_notifier->setEnabled(false);
-        m_notifier.release()->deleteLater();
+        m_notifier->deleteLater();
+        m_notifier = nullptr;
     }
     if (m_descriptor >= 0)
         ::close(m_descriptor);

@@ -7,7 +7,6 @@
 #include <QString>
 
 #include <cstdint>
-#include <memory>
 
 /// One inotify instance with a watch on one folder. Lives on one thread with an event loop.
 class InotifyQueue : public QObject
@@ -38,5 +37,5 @@ Q_SIGNALS:
 
 private:
     int m_descriptor = -1;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    QSocketNotifier *m_notifier = nullptr;
 };

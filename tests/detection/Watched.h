@@ -31,7 +31,8 @@ public:
 private:
     void take(const QUrl &url)
     {
-        m_onMainThread = m_onMainThread && QThread::currentThread() == qApp->thread();
+        m_onMainThread =
+            m_onMainThread && QThread::currentThread() == QCoreApplication::instance()->thread();
         m_names.append(FileUrls::lastPathComponent(url));
         m_urls.append(url);
     }
