@@ -36,23 +36,25 @@ void DraggableImageView::setFileURL(const QUrl &url)
 void DraggableImageView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_pressed = event->pos();
+        m_press = {event->position().toPoint(), event->globalPosition().toPoint()};
 }
 
 void DraggableImageView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_pressed || !(event->buttons() & Qt::LeftButton))
+    if (!m_press || !(event->buttons() & Qt::LeftButton))
         return;
-    if ((event->pos() - *m_pressed).manhattanLength() < QApplication::startDragDistance())
+    // On the screen, for the row may move under the pointer when another one arrives.
+    const QPoint way = event->globalPosition().toPoint() - m_press->onScreen;
+    if (way.manhattanLength() < QApplication::startDragDistance())
         return;
-    const QPoint from = *m_pressed;
-    m_pressed.reset();
+    const QPoint from = m_press->inView;
+    m_press.reset();
     drag(from);
 }
 
 void DraggableImageView::mouseReleaseEvent(QMouseEvent *)
 {
-    m_pressed.reset();
+    m_press.reset();
 }
 
 void DraggableImageView::drag(QPoint from)

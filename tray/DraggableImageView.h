@@ -27,9 +27,14 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    struct Press {
+        QPoint inView;
+        QPoint onScreen;
+    };
+
     void drag(QPoint from);
 
     QUrl m_fileURL;
-    std::optional<QPoint> m_pressed;
+    std::optional<Press> m_press;
     QPointer<QMimeData> m_dragged;
 };
