@@ -2,6 +2,7 @@
 #include "app/VelmoraIdentity.h"
 #include "platform/Platform.h"
 #include "platform/prepareProcess.h"
+#include "style/VelmoraAssets.h"
 
 #include <QApplication>
 
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("velmora"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());
+    QApplication::setWindowIcon(VelmoraAssets::logoImage());
     QApplication::setQuitOnLastWindowClosed(false);
 
     Platform platform = nativePlatform();

@@ -1,5 +1,6 @@
 #include "style/VelmoraStyle.h"
 
+#include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"
 #include "style/controlPainting.h"
 
@@ -16,6 +17,7 @@ using ControlPainting::Bezel;
 
 // All in points.
 constexpr int controlHeight = 28;
+constexpr int leastButtonWidth = 72;
 constexpr int controlSideInset = 12;
 constexpr int controlVerticalInset = 4;
 constexpr int checkBoxSide = 16;
@@ -149,7 +151,7 @@ QSize VelmoraStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
     const int height = std::max(controlHeight, contents.height() + 2 * controlVerticalInset);
     switch (type) {
     case CT_PushButton:
-        return {contents.width() + 2 * controlSideInset, height};
+        return {std::max(leastButtonWidth, contents.width() + 2 * controlSideInset), height};
     case CT_ComboBox:
         return {contents.width() + controlSideInset + ControlPainting::popUpArrowWidth, height};
     case CT_MenuItem:
@@ -189,4 +191,12 @@ int VelmoraStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
         hint == SH_DialogButtonBox_ButtonsHaveIcons)
         return 0;
     return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+QIcon VelmoraStyle::standardIcon(StandardPixmap icon, const QStyleOption *option,
+                                 const QWidget *widget) const
+{
+    if (icon == SP_MessageBoxInformation)
+        return VelmoraAssets::logoImage();
+    return QProxyStyle::standardIcon(icon, option, widget);
 }

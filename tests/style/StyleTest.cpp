@@ -1,3 +1,4 @@
+#include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"
 #include "style/VelmoraStyle.h"
 #include "style/lightAppearance.h"
@@ -5,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
@@ -70,6 +72,16 @@ private Q_SLOTS:
         QCOMPARE(QApplication::palette().color(QPalette::Window), VelmoraPalette::window());
         QCOMPARE(QToolTip::palette().color(QPalette::ToolTipBase), VelmoraPalette::card());
         QCOMPARE(QApplication::font().pixelSize(), 13);
+    }
+
+    void anAlertThatInformsBearsTheLogo()
+    {
+        QMessageBox alert;
+        alert.setIcon(QMessageBox::Information);
+        const QImage shown = alert.iconPixmap().toImage();
+        QVERIFY(!shown.isNull());
+        const QImage logo = VelmoraAssets::logoImage().pixmap(shown.size()).toImage();
+        QCOMPARE(shown, logo);
     }
 
     void theDefaultButtonIsFilledAndOthersAreNot()
