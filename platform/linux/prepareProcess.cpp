@@ -27,6 +27,16 @@ void keepEnginesOnOneCore()
     qputenv("OMP_THREAD_LIMIT", "1");
 }
 
+/// Some decoders complain of damaged pictures straight to the standard error.
+void silenceLibraries()
+{
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere >= 0) {
+        ::dup2(nowhere, STDERR_FILENO);
+        ::close(nowhere);
+    }
+}
+
 /// The signal handler's way into the event loop: writing to a pipe is all that it may safely do.
 int terminationPipe[2] = {-1, -1};
 
@@ -41,6 +51,7 @@ void prepareProcess()
 {
     preferX11();
     keepEnginesOnOneCore();
+    silenceLibraries();
 }
 
 void quitWhenTerminated(QCoreApplication &application)
