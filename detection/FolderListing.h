@@ -39,8 +39,8 @@ public:
 
     explicit FolderListing(const QUrl &folder);
 
-    /// From now on, whether entriesChanged() and listAgain() are called for every change of an
-    /// entry's presence, content, times and links. At first they are not. The next look() lists.
+    /// From now on, whether entriesChanged() and listAgain() are called for every change that is
+    /// made to an entry by its name in the folder. At first they are not. The next look() lists.
     void setTold(bool told);
     void entriesChanged(const QStringList &names);
     void listAgain();

@@ -38,14 +38,8 @@ ScreenshotWatcher::ScreenshotWatcher(
     m_thread->setObjectName(QStringLiteral("velmora.screenshot-watcher"));
     m_scanner->moveToThread(m_thread);
     connect(m_thread, &QThread::finished, m_scanner, &QObject::deleteLater);
-    const auto report = [this](const QUrl &url) {
-        if (m_ignored.contains(url))
-            return;
-        // A copy, since the callback may end the watcher.
-        const auto callback = m_onNewScreenshot;
-        callback(url);
-    };
-    connect(m_scanner, &ScreenshotScanner::newScreenshot, this, report, Qt::QueuedConnection);
+    connect(m_scanner, &ScreenshotScanner::newScreenshot, this, &ScreenshotWatcher::report,
+            Qt::QueuedConnection);
 }
 
 ScreenshotWatcher::~ScreenshotWatcher()
@@ -85,7 +79,25 @@ void ScreenshotWatcher::stop()
 
 void ScreenshotWatcher::ignore(const QUrl &url)
 {
-    m_ignored.insert(FileUrls::standardized(url));
+    {
+        const QMutexLocker locker(&m_ignoredLock);
+        m_ignored.insert(FileUrls::standardized(url));
+    }
     QMetaObject::invokeMethod(
         m_scanner, [scanner = m_scanner, url] { scanner->ignore(url); }, Qt::QueuedConnection);
+}
+
+void ScreenshotWatcher::report(const QUrl &url)
+{
+    if (isIgnored(url))
+        return;
+    // A copy, since the callback may end the watcher.
+    const auto callback = m_onNewScreenshot;
+    callback(url);
+}
+
+bool ScreenshotWatcher::isIgnored(const QUrl &url)
+{
+    const QMutexLocker locker(&m_ignoredLock);
+    return m_ignored.contains(url);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/FolderEvents.h"
 
+#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QUrl>
@@ -40,11 +41,15 @@ public:
     void stop();
 
     /// The file is never reported from now on, whether or not it exists: also not by a call that
-    /// is queued already, since the folder may have told of it before the owner could.
+    /// is queued already, since the folder may have told of it before the owner could. Any thread.
     void ignore(const QUrl &url);
 
 private:
+    void report(const QUrl &url);
+    bool isIgnored(const QUrl &url);
+
     std::function<void(const QUrl &)> m_onNewScreenshot;
+    QMutex m_ignoredLock;
     /// Standardised, as the scanner keeps them too.
     QSet<QUrl> m_ignored;
     QThread *m_thread;

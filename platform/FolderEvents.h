@@ -16,7 +16,7 @@ public:
     enum class Coverage {
         Nothing, ///< the folder can't be watched now
         Some,    ///< changes made by other machines may go untold (network, FUSE)
-        All,     ///< every change of an entry's presence, content, times or links is told
+        All,     ///< every change that is made to an entry by its name in this folder is told
     };
 
     /// Watches `folder`, in place of whatever was watched before, and says what will be told.

@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr uint32_t goneMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
-constexpr size_t bufferSize = 64 * 1024;
+constexpr size_t bufferSize = 65536;
 
 /// Reads that are made in a row, so that a storm of events does not keep the thread from its other
 /// duties.

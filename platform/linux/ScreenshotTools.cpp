@@ -1,6 +1,8 @@
 #include "platform/linux/ScreenshotTools.h"
 
+#include "platform/linux/GSettings.h"
 #include "platform/linux/KeyFile.h"
+#include "platform/linux/SpectacleSettings.h"
 #include "platform/linux/Translations.h"
 #include "platform/linux/UserDirectories.h"
 
@@ -18,23 +20,9 @@ using namespace std::string_view_literals;
 using Folder = std::optional<QString>;
 using Commands = QList<SystemCommand>;
 
-QString configFile(const QString &name)
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' + name;
-}
-
-QString picturesOrHome()
+Folder picturesOrHome()
 {
     return UserDirectories::folder(QStringLiteral("PICTURES")).value_or(QDir::homePath());
-}
-
-/// The path that a setting names by a URL, or by itself; absent for a folder of another machine.
-Folder localFolder(const QString &setting)
-{
-    if (setting.startsWith(u'/'))
-        return setting;
-    const QUrl url(setting);
-    return url.isLocalFile() && url.host().isEmpty() ? Folder(url.toLocalFile()) : std::nullopt;
 }
 
 Commands nothing()
@@ -51,82 +39,67 @@ Commands noSetting(const QString &)
 
 Folder gnomeFolder()
 {
-    return picturesOrHome() + u'/' + Translations::translated("gnome-shell", "Screenshots");
+    return *picturesOrHome() + u'/' + Translations::translated("gnome-shell", "Screenshots");
 }
 
-// KDE's Spectacle: its groups and keys have changed with its versions.
+// gnome-screenshot, which Cinnamon's keys run.
 
-QString spectacleFile()
+QString gnomeScreenshotSchema()
 {
-    return configFile(QStringLiteral("spectaclerc"));
+    return QStringLiteral("org.gnome.gnome-screenshot");
 }
 
-bool isPlasma6()
+QString gnomeScreenshotKey()
 {
-    return qEnvironmentVariableIntValue("KDE_SESSION_VERSION") >= 6;
+    return QStringLiteral("auto-save-directory");
 }
 
-Folder spectacleFolder()
+Folder gnomeScreenshotFolder()
 {
-    struct Setting {
-        const char *group;
-        const char *key;
-    };
-    for (const auto &[group, key] :
-         {Setting{"ImageSave", "imageSaveLocation"}, Setting{"Save", "defaultSaveLocation"},
-          Setting{"General", "default-save-location"}}) {
-        if (const auto stored = KeyFile::value(spectacleFile(), group, key);
-            stored && !stored->isEmpty())
-            return localFolder(*stored);
-    }
-    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    const auto frozenName =
-        KeyFile::value(spectacleFile(), "ImageSave", "translatedScreenshotsFolder");
-    if (frozenName && !frozenName->isEmpty())
-        return QString(pictures + u'/' + *frozenName);
-    return isPlasma6() ? QString(pictures + QStringLiteral("/Screenshots")) : pictures;
+    const Folder stored = GSettings::string(gnomeScreenshotSchema(), gnomeScreenshotKey());
+    if (!stored || stored->isEmpty())
+        return picturesOrHome();
+    return UserDirectories::ofThisMachine(*stored);
 }
 
-/// KDE's own tool writes the file with the lock that its programs respect.
-Commands writeSpectacleSetting(const QString &group, const QString &key, const QString &value)
+Commands storeGnomeScreenshotFolder(const QString &path)
 {
-    for (const QString &name : {QStringLiteral("kwriteconfig6"), QStringLiteral("kwriteconfig5")}) {
-        const QString tool = QStandardPaths::findExecutable(name);
-        if (!tool.isEmpty())
-            return {{tool,
-                     {QStringLiteral("--file"), QStringLiteral("spectaclerc"),
-                      QStringLiteral("--group"), group, QStringLiteral("--key"), key, value}}};
-    }
-    return {};
+    return GSettings::storeString(gnomeScreenshotSchema(), gnomeScreenshotKey(),
+                                  QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
-Commands storeSpectacleFolder(const QString &path)
+// MATE's tool asks, and proposes the folder of the last time.
+
+Folder mateFolder()
 {
-    const QString url = QUrl::fromLocalFile(path + u'/').toString(QUrl::FullyEncoded);
-    return isPlasma6() ? writeSpectacleSetting(QStringLiteral("ImageSave"),
-                                               QStringLiteral("imageSaveLocation"), url)
-                       : writeSpectacleSetting(QStringLiteral("Save"),
-                                               QStringLiteral("defaultSaveLocation"), url);
+    const Folder stored = GSettings::string(QStringLiteral("org.mate.screenshot"),
+                                            QStringLiteral("last-save-directory"));
+    if (!stored || stored->isEmpty())
+        return UserDirectories::folder(QStringLiteral("DESKTOP"));
+    return UserDirectories::ofThisMachine(*stored);
 }
 
-/// As it comes, Spectacle shows a screenshot and saves none.
-Commands makeSpectacleSaveAtOnce()
+Commands storeMateFolder(const QString &path)
 {
-    return writeSpectacleSetting(QStringLiteral("General"), QStringLiteral("autoSaveImage"),
-                                 QStringLiteral("true"));
+    return GSettings::storeString(QStringLiteral("org.mate.screenshot"),
+                                  QStringLiteral("last-save-directory"),
+                                  QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
 // Xfce's screenshooter: a file of keys without groups.
 
 QString xfceFile()
 {
-    return configFile(QStringLiteral("xfce4/xfce4-screenshooter"));
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/xfce4/xfce4-screenshooter");
 }
 
 Folder xfceFolder()
 {
-    const auto stored = KeyFile::value(xfceFile(), {}, "screenshot_dir");
-    return stored && !stored->isEmpty() ? localFolder(*stored) : picturesOrHome();
+    const Folder stored = KeyFile::value(xfceFile(), {}, "screenshot_dir");
+    if (!stored || stored->isEmpty())
+        return picturesOrHome();
+    return UserDirectories::ofThisMachine(*stored);
 }
 
 Commands storeXfceFolder(const QString &path)
@@ -144,7 +117,7 @@ Folder grimFolder()
         return screenshots;
     for (const char *name : {"XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR"}) {
         if (const QString path = qEnvironmentVariable(name); !path.isEmpty())
-            return localFolder(path);
+            return UserDirectories::ofThisMachine(path);
     }
     return UserDirectories::folder(QStringLiteral("PICTURES"));
 }
@@ -155,28 +128,43 @@ Commands storeGrimFolder(const QString &path)
     return {};
 }
 
+// niri takes screenshots itself, by default into this folder.
+
+Folder niriFolder()
+{
+    return QString(QDir::homePath() + QStringLiteral("/Pictures/Screenshots"));
+}
+
 // A desktop that nothing is known of: where screenshots belong, if the user has said so.
 
 Folder saidFolder()
 {
     if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
         return screenshots;
-    return localFolder(qEnvironmentVariable("XDG_SCREENSHOTS_DIR"));
+    return UserDirectories::ofThisMachine(qEnvironmentVariable("XDG_SCREENSHOTS_DIR"));
 }
 
+constexpr std::array cinnamon = {"x-cinnamon"sv, "cinnamon"sv};
+constexpr std::array cosmic = {"cosmic"sv};
 constexpr std::array gnome = {"gnome"sv};
 constexpr std::array kde = {"kde"sv};
+constexpr std::array mate = {"mate"sv};
+constexpr std::array niri = {"niri"sv};
+constexpr std::array wlroots = {"sway"sv,    "hyprland"sv, "river"sv,  "wlroots"sv,
+                                "wayfire"sv, "labwc"sv,    "swayfx"sv, "dwl"sv};
 constexpr std::array xfce = {"xfce"sv};
-constexpr std::array grimDesktops = {"sway"sv,    "hyprland"sv, "river"sv,  "wlroots"sv,
-                                     "wayfire"sv, "labwc"sv,    "swayfx"sv, "dwl"sv};
 
-/// A desktop more is one line here.
-constexpr std::array<ScreenshotTool, 4> tools = {{
+/// A desktop more is a line more.
+constexpr ScreenshotTool tools[] = {
+    {cinnamon, gnomeScreenshotFolder, storeGnomeScreenshotFolder, nothing},
+    {cosmic, picturesOrHome, noSetting, nothing},
     {gnome, gnomeFolder, noSetting, nothing},
-    {kde, spectacleFolder, storeSpectacleFolder, makeSpectacleSaveAtOnce},
+    {kde, SpectacleSettings::folder, SpectacleSettings::storeFolder, SpectacleSettings::saveAtOnce},
+    {mate, mateFolder, storeMateFolder, nothing},
+    {niri, niriFolder, noSetting, nothing},
+    {wlroots, grimFolder, storeGrimFolder, nothing},
     {xfce, xfceFolder, storeXfceFolder, nothing},
-    {grimDesktops, grimFolder, storeGrimFolder, nothing},
-}};
+};
 
 constexpr ScreenshotTool unknownTool = {{}, saidFolder, noSetting, nothing};
 

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <QUrl>
 
 namespace
 {
@@ -46,6 +47,15 @@ std::optional<QString> folder(const QString &name)
     if (path == QStringLiteral("$HOME") || path.startsWith(QStringLiteral("$HOME/")))
         path.replace(0, 5, QDir::homePath());
     return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
+std::optional<QString> ofThisMachine(const QString &setting)
+{
+    if (setting.startsWith(u'/'))
+        return setting;
+    const QUrl url(setting);
+    return url.isLocalFile() && url.host().isEmpty() ? std::optional(url.toLocalFile())
+                                                     : std::nullopt;
 }
 
 void store(const QString &name, const QString &path)

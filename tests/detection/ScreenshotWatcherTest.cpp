@@ -135,6 +135,26 @@ private Q_SLOTS:
         QCOMPARE(watched.names(), QStringList());
     }
 
+    void aFileMayBeIgnoredFromAnyThread()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        const std::unique_ptr<QThread> thread(QThread::create([this, &watched] {
+            for (int i = 0; i < 50; ++i)
+                watched->ignore(QUrl::fromLocalFile(m_folder + QStringLiteral("/%1.png").arg(i)));
+        }));
+        thread->start();
+        for (int i = 50; i < 100; ++i)
+            QVERIFY(write(m_folder + QStringLiteral("/%1.png").arg(i)));
+        QVERIFY(thread->wait());
+        for (int i = 0; i < 50; ++i)
+            QVERIFY(write(m_folder + QStringLiteral("/%1.png").arg(i)));
+        QTRY_COMPARE(watched.names().size(), 50);
+        letAllScansPass();
+        QCOMPARE(watched.names().size(), 50);
+        QVERIFY(!watched.names().contains(QStringLiteral("0.png")));
+    }
+
     void aFileIgnoredBeforeTheStartIsNeverReported()
     {
         Watched watched(m_folder);

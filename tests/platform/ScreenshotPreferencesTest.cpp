@@ -57,8 +57,8 @@ private Q_SLOTS:
     {
         QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).removeRecursively();
         QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
-        for (const char *name : {"XDG_CURRENT_DESKTOP", "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR",
-                                 "KDE_SESSION_VERSION"})
+        for (const char *name : {"GSETTINGS_SCHEMA_DIR", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP",
+                                 "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "KDE_SESSION_VERSION"})
             qunsetenv(name);
         qputenv("PATH", m_path);
         m_preferences = makeScreenshotPreferences();
@@ -176,6 +176,13 @@ private Q_SLOTS:
             "Pictures");
         row("grim without folders", "sway:wlroots", dirs, "", "");
         row("grim in the home", "river", dirs, "XDG_PICTURES_DIR=\"$HOME/\"\n", "");
+
+        row("COSMIC", "COSMIC", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n", "Pictures");
+        row("Cinnamon, as it comes", "X-Cinnamon", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
+            "Pictures");
+        row("MATE, as it comes", "MATE", dirs, "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n",
+            "Schreibtisch");
+        row("niri, as it comes", "niri", dirs, "", "Pictures/Screenshots");
 
         row("an unknown desktop", "Enlightenment", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
             "");
@@ -318,6 +325,62 @@ private Q_SLOTS:
                  QList<SystemCommand>());
         QCOMPARE(m_preferences->storeShowsThumbnail(false), QList<SystemCommand>());
         QCOMPARE(m_preferences->location(), QStringLiteral("/srv/shots"));
+    }
+
+    void aLinkedFileOfAToolStaysALink()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        const QString real = configPath(QStringLiteral("dotfiles/screenshooter"));
+        const QString link = configPath(QStringLiteral("xfce4/xfce4-screenshooter"));
+        QVERIFY(writeFile(real, "delay=1\n"));
+        QVERIFY(QDir().mkpath(configPath(QStringLiteral("xfce4"))));
+        QVERIFY(QFile::link(real, link));
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(readFile(real), QByteArray("delay=1\nscreenshot_dir=file:///srv/shots\n"));
+    }
+
+    void cinnamonsAndMatesToolsKeepTheirFolderInSettings_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QByteArray>("schema");
+        QTest::addColumn<QByteArray>("key");
+        QTest::newRow("Cinnamon") << QByteArray("X-Cinnamon")
+                                  << QByteArray("org.gnome.gnome-screenshot")
+                                  << QByteArray("auto-save-directory");
+        QTest::newRow("MATE") << QByteArray("MATE") << QByteArray("org.mate.screenshot")
+                              << QByteArray("last-save-directory");
+    }
+
+    void cinnamonsAndMatesToolsKeepTheirFolderInSettings()
+    {
+        QFETCH(QByteArray, desktop);
+        QFETCH(QByteArray, schema);
+        QFETCH(QByteArray, key);
+        const QTemporaryDir schemas;
+        const QByteArray xml = "<schemalist><schema id='" + schema + "' path='/test/'><key name='" +
+                               key + "' type='s'><default>''</default></key></schema></schemalist>";
+        QVERIFY(writeFile(schemas.filePath(QStringLiteral("test.gschema.xml")), xml));
+        QCOMPARE(QProcess::execute(QStringLiteral("glib-compile-schemas"), {schemas.path()}), 0);
+        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(schemas.path()));
+        qputenv("GSETTINGS_BACKEND", "keyfile");
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        QVERIFY(!m_preferences->desktopToolFolder());
+        const QString path = QStringLiteral("/srv/my 'shots' \\ \"ü\", 100%");
+        const QList<SystemCommand> commands = m_preferences->storeLocation(path);
+        QCOMPARE(commands.size(), 1);
+        QCOMPARE(QProcess::execute(commands[0].executable, commands[0].arguments), 0);
+        QCOMPARE(m_preferences->desktopToolFolder(), path);
+        QCOMPARE(QProcess::execute(QStringLiteral("gsettings"),
+                                   {QStringLiteral("set"), QString::fromLatin1(schema),
+                                    QString::fromLatin1(key), QStringLiteral("/srv/it's")}),
+                 0);
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/it's"));
+        QCOMPARE(QProcess::execute(QStringLiteral("gsettings"),
+                                   {QStringLiteral("set"), QString::fromLatin1(schema),
+                                    QString::fromLatin1(key), QStringLiteral("sftp://server/x")}),
+                 0);
+        QVERIFY(!m_preferences->desktopToolFolder());
     }
 
     void whatKdesToolWritesIsReadBack()
