@@ -59,6 +59,4 @@ void LaunchToken::adopt() const
 {
     if (!activationToken.isEmpty())
         qputenv(activationVariable, activationToken.toUtf8());
-    if (!startupId.isEmpty())
-        qputenv(startupVariable, startupId.toUtf8());
 }

@@ -16,7 +16,7 @@ struct LaunchToken {
     static LaunchToken fromPlatformData(const QVariantMap &data);
     QVariantMap platformData() const;
 
-    /// Puts the token where the next window of this process that comes to the front finds it.
+    /// Puts the token where Qt finds it on Wayland when the next window wants to come to the front.
     void adopt() const;
 
     bool operator==(const LaunchToken &) const = default;

@@ -3,6 +3,10 @@
 #include "platform/linux/ApplicationOnBus.h"
 #include "platform/linux/ApplicationOnSocket.h"
 #include "platform/linux/LaunchToken.h"
+#include "platform/linux/StartupNotification.h"
+#include "platform/linux/UserTime.h"
+
+#include <functional>
 
 namespace
 {
@@ -14,15 +18,13 @@ public:
     LinuxRunningInstance()
     {
         const auto reopen = [this](const LaunchToken &token) {
-            token.adopt();
-            Q_EMIT reopened();
+            comeForward(token, [this] { Q_EMIT reopened(); });
         };
         connect(&m_onBus, &ApplicationOnBus::activated, this, reopen);
         connect(&m_onSocket, &ApplicationOnSocket::activated, this, reopen);
         connect(&m_onBus, &ApplicationOnBus::actionActivated, this,
                 [this](const QString &name, const LaunchToken &token) {
-                    token.adopt();
-                    Q_EMIT actionRequested(name);
+                    comeForward(token, [this, name] { Q_EMIT actionRequested(name); });
                 });
     }
 
@@ -36,6 +38,17 @@ public:
     }
 
 private:
+    /// With all that the desktop asks of a window that wants to be in front.
+    void comeForward(const LaunchToken &token, const std::function<void()> &say)
+    {
+        m_userTime.renew([token, say] {
+            token.adopt();
+            say();
+            StartupNotification::end(token.startupId);
+        });
+    }
+
+    UserTime m_userTime;
     ApplicationOnBus m_onBus;
     ApplicationOnSocket m_onSocket;
 };

@@ -1,3 +1,5 @@
+#include "platform/linux/X11Connection.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -127,10 +129,33 @@ private Q_SLOTS:
         QCOMPARE(first.nextLine(), runs);
         QProcessEnvironment launched = environment();
         launched.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("leave-1"));
-        launched.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("start-2_TIME0"));
         Instance second(launched);
         QCOMPARE(second.nextLine(), anotherRuns);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened leave-1 start-2_TIME0"));
+        QCOMPARE(first.nextLine(), QStringLiteral("reopened leave-1"));
+    }
+
+    void theDesktopHearsThatTheLaunchIsOver_data() { waysOfMeeting(); }
+    void theDesktopHearsThatTheLaunchIsOver()
+    {
+        X11Connection desktop(XCB_EVENT_MASK_PROPERTY_CHANGE);
+        QByteArray heard;
+        connect(&desktop, &X11Connection::eventArrived, this,
+                [&heard](const xcb_generic_event_t *event) {
+                    const auto *message =
+                        reinterpret_cast<const xcb_client_message_event_t *>(event);
+                    if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE)
+                        heard += QByteArray(reinterpret_cast<const char *>(message->data.data8),
+                                            sizeof message->data.data8);
+                });
+        Instance first(environment());
+        QCOMPARE(first.nextLine(), runs);
+        QProcessEnvironment launched = environment();
+        launched.insert(QStringLiteral("DESKTOP_STARTUP_ID"),
+                        QStringLiteral("panel/\"velmora\"/7-1_TIME123456"));
+        Instance second(launched);
+        QCOMPARE(second.nextLine(), anotherRuns);
+        const QByteArray ended = "remove: ID=\"panel/\\\"velmora\\\"/7-1_TIME123456\"";
+        QTRY_COMPARE(heard.left(heard.indexOf('\0')), ended);
     }
 
     void aFirstThatDiedIsSucceeded_data() { waysOfMeeting(); }

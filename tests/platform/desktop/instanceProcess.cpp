@@ -22,8 +22,7 @@ int main(int argc, char *argv[])
     QGuiApplication application(argc, argv);
     const auto instance = makeRunningInstance();
     QObject::connect(instance.get(), &RunningInstance::reopened, instance.get(), [] {
-        say(QStringLiteral("reopened ") + qEnvironmentVariable("XDG_ACTIVATION_TOKEN") + u' ' +
-            qEnvironmentVariable("DESKTOP_STARTUP_ID"));
+        say(QStringLiteral("reopened ") + qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
     });
     QObject::connect(instance.get(), &RunningInstance::actionRequested, instance.get(),
                      [](const QString &name) { say(QStringLiteral("action ") + name); });

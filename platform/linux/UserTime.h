@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QWindow>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// When the user was last at this program, as Qt knows it from X11's events. Window managers that
+/// guard the focus hold back a window whose program the user left before he was elsewhere; a
+/// program that has just been opened again has got no event yet that says so. Main thread.
+class UserTime : public QAbstractNativeEventFilter
+{
+public:
+    UserTime();
+    ~UserTime() override;
+    Q_DISABLE_COPY_MOVE(UserTime)
+
+    /// Takes the X server's present time for that of the user, and then goes on, from the event
+    /// loop. Where there is no X server it goes on at once.
+    void renew(std::function<void()> goOn);
+
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+
+private:
+    /// Never shown; its changes come back with the server's time.
+    std::unique_ptr<QWindow> m_window;
+    std::vector<std::function<void()>> m_waiting;
+};
