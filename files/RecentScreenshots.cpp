@@ -28,12 +28,11 @@ QStringList pathsOf(const QList<QUrl> &urls)
 }
 
 /// A list that is stored already is not written again: each write waits for the disk.
-void save(const QList<QUrl> &urls)
+void store(const QStringList &paths)
 {
-    QSettings store = VelmoraSettings::open();
-    const QStringList paths = pathsOf(urls);
-    if (store.value(storeKey()).toStringList() != paths)
-        store.setValue(storeKey(), paths);
+    QSettings settings = VelmoraSettings::open();
+    if (settings.value(storeKey()).toStringList() != paths)
+        settings.setValue(storeKey(), paths);
 }
 
 bool isGone(const QUrl &url)
@@ -46,7 +45,10 @@ bool isGone(const QUrl &url)
 RecentScreenshots::RecentScreenshots(ScreenshotFolderAccess access, QObject *parent)
     : QObject(parent), m_access(std::move(access))
 {
+    m_background.setMaxThreadCount(1);
 }
+
+RecentScreenshots::~RecentScreenshots() = default;
 
 void RecentScreenshots::load()
 {
@@ -65,12 +67,14 @@ void RecentScreenshots::add(const QUrl &url)
     m_urls.removeIf([&added](const QUrl &entry) { return entry == added || isGone(entry); });
     m_urls.prepend(added);
     m_urls = m_urls.first(std::min(m_urls.size(), maximumEntries));
+    save();
     refresh();
 }
 
 void RecentScreenshots::remove(const QUrl &url)
 {
     m_urls.removeAll(url);
+    save();
     refresh();
 }
 
@@ -86,10 +90,11 @@ void RecentScreenshots::listFolder()
     m_isOutdated = false;
     m_isListing = true;
     const QUrl folder = FileUrls::standardized(m_access.folder());
-    const auto listing = QtConcurrent::run(m_access.newestFiles, folder, folderFiles);
+    const auto listing =
+        QtConcurrent::run(&m_background, m_access.newestFiles, folder, folderFiles);
     whenFinished(listing, this, [this, folder](const QList<QUrl> &newestFiles) {
         refill(folder, newestFiles);
-        save(m_urls);
+        save();
         Q_EMIT refreshed();
         m_isListing = false;
         if (m_isOutdated)
@@ -117,4 +122,9 @@ void RecentScreenshots::refill(const QUrl &folder, const QList<QUrl> &newestFile
         if (m_urls.size() < maximumEntries && !m_urls.contains(entry.url))
             m_urls << entry.url;
     }
+}
+
+void RecentScreenshots::save()
+{
+    m_background.start([paths = pathsOf(m_urls)] { store(paths); });
 }

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QThreadPool>
 #include <QUrl>
 
 #include <chrono>
@@ -22,12 +23,15 @@ struct ScreenshotFolderAccess {
 };
 
 /// The latest screenshots, newest first, at most ten, no two equal, kept from one launch to the
-/// next. Each change is written at once; the stored list is always a whole one. Main thread.
+/// next. Each change goes to the disk at once, in the background; the stored list is always a whole
+/// one. Main thread.
 class RecentScreenshots : public QObject
 {
     Q_OBJECT
 public:
     explicit RecentScreenshots(ScreenshotFolderAccess access, QObject *parent = nullptr);
+    /// Waits until the list is stored.
+    ~RecentScreenshots() override;
 
     /// Standardised.
     const QList<QUrl> &urls() const { return m_urls; }
@@ -48,15 +52,18 @@ public:
     void refresh();
 
 Q_SIGNALS:
-    /// The list has been made anew, and stored.
+    /// The list has been made anew.
     void refreshed();
 
 private:
     void listFolder();
     void refill(const QUrl &folder, const QList<QUrl> &newestFiles);
+    void save();
 
     ScreenshotFolderAccess m_access;
     QList<QUrl> m_urls;
     bool m_isListing = false;
     bool m_isOutdated = false;
+    /// One thing after the other, so that the last list is the one that stays.
+    QThreadPool m_background;
 };

@@ -1,6 +1,7 @@
 #include "files/RecentScreenshotsView.h"
 
 #include "core/FileUrls.h"
+#include "style/BezelButton.h"
 #include "style/ElidedLabel.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
@@ -10,6 +11,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace
 {
@@ -67,12 +70,12 @@ QLabel *emptyLabel()
 } // namespace
 
 RecentScreenshotsView::RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder,
-                                             OnAction onAction, QWidget *parent)
-    : PaletteView(parent), m_onAction(std::move(onAction)), m_scrollArea(new QScrollArea)
+                                             const OnAction &onAction, QWidget *parent)
+    : PaletteView(parent), m_urls(urls), m_folder(folder), m_scrollArea(new QScrollArea)
 {
     for (const QUrl &url : urls) {
         if (FileUrls::exists(url))
-            m_rows << new RecentScreenshotRow(url, m_onAction);
+            m_rows << new RecentScreenshotRow(url, onAction);
     }
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
@@ -85,12 +88,12 @@ RecentScreenshotsView::RecentScreenshotsView(const QList<QUrl> &urls, const QUrl
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(sideMargin, topMargin, sideMargin, sideMargin);
     column->setSpacing(0);
-    column->addWidget(header(folder));
+    column->addWidget(header());
     column->addSpacing(folderToList);
     column->addWidget(m_scrollArea, 1);
 }
 
-QWidget *RecentScreenshotsView::header(const QUrl &folder) const
+QWidget *RecentScreenshotsView::header() const
 {
     auto *titleLine = new QHBoxLayout;
     titleLine->setSpacing(0);
@@ -104,7 +107,7 @@ QWidget *RecentScreenshotsView::header(const QUrl &folder) const
     column->setContentsMargins({});
     column->setSpacing(titleToFolder);
     column->addLayout(titleLine);
-    column->addWidget(folderLabel(folder));
+    column->addWidget(folderLabel(m_folder));
     return header;
 }
 
@@ -131,4 +134,18 @@ int RecentScreenshotsView::scrollPosition() const
 void RecentScreenshotsView::setScrollPosition(int position)
 {
     m_scrollArea->verticalScrollBar()->setValue(position);
+}
+
+int RecentScreenshotsView::focusedButton() const
+{
+    return int(findChildren<BezelButton *>().indexOf(qobject_cast<BezelButton *>(focusWidget())));
+}
+
+bool RecentScreenshotsView::setFocusedButton(int index)
+{
+    const auto buttons = findChildren<BezelButton *>();
+    if (index < 0 || buttons.isEmpty())
+        return false;
+    buttons.at(std::min<qsizetype>(index, buttons.size() - 1))->setFocus(Qt::OtherFocusReason);
+    return true;
 }

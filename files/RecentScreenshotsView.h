@@ -19,8 +19,12 @@ public:
     /// @param urls newest first
     /// @param onAction called for each button that is pressed; the view may be deleted later, but
     /// not within the call
-    RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder, OnAction onAction,
+    RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder, const OnAction &onAction,
                           QWidget *parent = nullptr);
+
+    /// As given.
+    const QList<QUrl> &urls() const { return m_urls; }
+    QUrl folder() const { return m_folder; }
 
     /// Top to bottom.
     const QList<RecentScreenshotRow *> &rows() const { return m_rows; }
@@ -29,11 +33,17 @@ public:
     int scrollPosition() const;
     void setScrollPosition(int position);
 
+    /// Which of all buttons has the keyboard, in reading order; -1 when none has it.
+    int focusedButton() const;
+    /// The last button where there are not so many. False for -1 and where there are none.
+    bool setFocusedButton(int index);
+
 private:
-    QWidget *header(const QUrl &folder) const;
+    QWidget *header() const;
     QWidget *list() const;
 
-    OnAction m_onAction;
+    QList<QUrl> m_urls;
+    QUrl m_folder;
     QList<RecentScreenshotRow *> m_rows;
     QScrollArea *m_scrollArea;
 };

@@ -39,7 +39,7 @@ RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     connect(&m_recent, &RecentScreenshots::refreshed, this, [this] {
         if (isVisible())
-            rebuild();
+            showList();
     });
 }
 
@@ -48,36 +48,46 @@ void RecentScreenshotsWindow::present()
     if (!testAttribute(Qt::WA_WState_Created))
         placeOnScreen();
     m_recent.refresh();
-    if (!isVisible())
-        rebuild();
+    showList();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
 }
 
-void RecentScreenshotsWindow::rebuild()
+void RecentScreenshotsWindow::showList()
 {
-    const int position = m_view ? m_view->scrollPosition() : 0;
-    if (m_view) {
-        // It may be a button of this very view that had the list made anew.
-        m_view->hide();
-        layout()->removeWidget(m_view);
-        m_view->deleteLater();
-    }
-    m_view = new RecentScreenshotsView(
-        m_recent.urls(), m_recent.folder(),
-        [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); });
+    const bool isOutdated =
+        !m_view || m_view->urls() != m_recent.urls() || m_view->folder() != m_recent.folder();
+    if (isOutdated)
+        rebuild();
     // The picture that is asked for last is read first.
     const auto &rows = m_view->rows();
     for (auto row = rows.crbegin(); row != rows.crend(); ++row)
         m_thumbnails.show((*row)->url(), (*row)->thumbnail());
+}
+
+void RecentScreenshotsWindow::rebuild()
+{
+    RecentScreenshotsView *old = m_view;
+    const int position = old ? old->scrollPosition() : 0;
+    const int focused = old ? old->focusedButton() : -1;
+    m_view = new RecentScreenshotsView(
+        m_recent.urls(), m_recent.folder(),
+        [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); });
+    if (old) {
+        // It may be one of its buttons that had the list made anew.
+        old->hide();
+        layout()->removeWidget(old);
+        old->deleteLater();
+    }
     layout()->addWidget(m_view);
     m_view->show();
     layout()->activate();
     m_view->setScrollPosition(position);
-    // No button is in focus until the user goes there.
-    setFocus();
+    // No button is in focus until the user goes to one.
+    if (!m_view->setFocusedButton(focused))
+        setFocus();
 }
 
 void RecentScreenshotsWindow::placeOnScreen()

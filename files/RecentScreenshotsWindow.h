@@ -7,7 +7,7 @@ class RecentScreenshots;
 class ScreenshotImages;
 
 /// The window "Recent Screenshots". It stays above other windows, and closing it only hides it.
-/// While it is shown its content is made anew whenever the list is. Main thread.
+/// While it is shown its content is made anew whenever the list has changed. Main thread.
 class RecentScreenshotsWindow : public QWidget
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ Q_SIGNALS:
     void actionRequested(const RecentScreenshotAction &action);
 
 private:
+    void showList();
     void rebuild();
     void placeOnScreen();
 
