@@ -26,9 +26,13 @@ QString storeKey()
     return s("recentScreenshots");
 }
 
+/// As another program finds it: this one's own settings know of a value before the disk does.
 QStringList stored()
 {
-    return VelmoraSettings::open().value(storeKey()).toStringList();
+    const QTemporaryDir copy;
+    const QString path = copy.filePath(s("copy.conf"));
+    QFile::copy(VelmoraSettings::open().fileName(), path);
+    return QSettings(path, QSettings::IniFormat).value(storeKey()).toStringList();
 }
 
 void store(const QStringList &paths)
