@@ -1,6 +1,12 @@
 #include "core/VelmoraSettings.h"
 
+#include <QFile>
+
 #include <algorithm>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -22,6 +28,23 @@ QString trayDurationKey()
 QString trayPositionKey()
 {
     return QStringLiteral("trayPosition");
+}
+
+/// Removes the lock of a writer that was killed before it had written its name into it. Such a lock
+/// would make everybody wait for half a minute.
+void removeAbandonedLock(const QString &storePath)
+{
+    const QByteArray path = QFile::encodeName(QString(storePath + QStringLiteral(".lock")));
+    const int lock = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (lock < 0)
+        return;
+    struct stat status = {};
+    const bool isNameless =
+        ::fstat(lock, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
+    // Who lives holds it in this way too.
+    if (isNameless && ::flock(lock, LOCK_EX | LOCK_NB) == 0)
+        ::unlink(path.constData());
+    ::close(lock);
 }
 
 template <typename Option>
@@ -96,8 +119,13 @@ namespace VelmoraSettings
 
 QSettings open()
 {
-    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("velmora"),
-                     QStringLiteral("velmora"));
+    const auto openStore = [] {
+        return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("velmora"),
+                         QStringLiteral("velmora"));
+    };
+    static const QString path = openStore().fileName();
+    removeAbandonedLock(path);
+    return openStore();
 }
 
 CopyBehavior copyBehavior()

@@ -39,7 +39,8 @@ namespace VelmoraSettings
 {
 
 /// The preference store itself, for the keys that other rooms own. A value written through it is
-/// on disk, whole, when the object is gone. Any thread, each with an object of its own.
+/// on disk, whole, when the object is gone. Writers that were killed hold nobody up. Any thread,
+/// each with an object of its own.
 QSettings open();
 
 /// Fallback `none`.

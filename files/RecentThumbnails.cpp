@@ -57,7 +57,9 @@ void RecentThumbnails::load(const QUrl &file, const FileIdentity &identity, Imag
 
 void RecentThumbnails::keep(const Thumbnail &thumbnail)
 {
-    if (m_kept.size() == maximumKept)
-        m_kept.removeFirst();
+    m_kept.removeIf(
+        [&thumbnail](const Thumbnail &kept) { return kept.file.sameFile(thumbnail.file); });
     m_kept.append(thumbnail);
+    if (m_kept.size() > maximumKept)
+        m_kept.removeFirst();
 }

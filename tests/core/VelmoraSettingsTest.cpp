@@ -1,7 +1,10 @@
 #include "core/VelmoraSettings.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
+
+#include <sys/file.h>
 
 class VelmoraSettingsTest : public QObject
 {
@@ -53,6 +56,28 @@ private Q_SLOTS:
         QCOMPARE(VelmoraSettings::trayDurationAt(-1), TrayDuration::sixtySeconds);
         QCOMPARE(VelmoraSettings::trayPositionAt(3), TrayPosition::topLeft);
         QCOMPARE(VelmoraSettings::trayPositionAt(4), TrayPosition::bottomRight);
+    }
+
+    void theLockOfAKilledWriterHoldsNobodyUp()
+    {
+        QFile lock(VelmoraSettings::open().fileName() + QStringLiteral(".lock"));
+        QVERIFY(lock.open(QFile::WriteOnly));
+        lock.close();
+        QElapsedTimer timer;
+        timer.start();
+        VelmoraSettings::setTrayPosition(TrayPosition::topRight);
+        QVERIFY2(timer.elapsed() < 10'000, QByteArray::number(timer.elapsed()).constData());
+        QVERIFY(!lock.exists());
+    }
+
+    void theLockOfALivingWriterStays()
+    {
+        QFile lock(VelmoraSettings::open().fileName() + QStringLiteral(".lock"));
+        QVERIFY(lock.open(QFile::WriteOnly));
+        QCOMPARE(::flock(lock.handle(), LOCK_EX), 0);
+        VelmoraSettings::open();
+        QVERIFY(lock.exists());
+        QVERIFY(lock.remove());
     }
 
     void aChangeByAnotherProcessIsSeenAtTheNextRead()
