@@ -96,7 +96,7 @@ private Q_SLOTS:
         image.fill(Qt::red);
         m_view->setImage(image);
         m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), patience));
         m_program = std::make_unique<OtherProgram>();
         QTRY_VERIFY_WITH_TIMEOUT(m_program->told(text("ready")), patience);
     }
