@@ -117,8 +117,10 @@ void FilenameTextField::paintElided()
                            ->subElementRect(QStyle::SE_LineEditContents, &option, this)
                            .marginsRemoved(textMargins())
                            .adjusted(lineEditMargin, 0, -lineEditMargin, 0);
+    const QFontMetrics metrics = fontMetrics();
+    const int top = area.y() + (area.height() - metrics.height() + 1) / 2;
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(area, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width()));
+    painter.drawText(area.x(), top + metrics.ascent(),
+                     metrics.elidedText(text(), Qt::ElideMiddle, area.width()));
 }

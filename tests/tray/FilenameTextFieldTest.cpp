@@ -183,6 +183,26 @@ private Q_SLOTS:
         QVERIFY(m_field->grab().toImage() != editing);
     }
 
+    void theTextDoesNotMoveWhenTheEditingBegins_data()
+    {
+        QTest::addColumn<int>("height");
+        QTest::newRow("even") << 24;
+        QTest::newRow("odd") << 25;
+    }
+
+    void theTextDoesNotMoveWhenTheEditingBegins()
+    {
+        QFETCH(const int, height);
+        m_field->setFixedHeight(height);
+        QTRY_COMPARE(m_field->height(), height);
+        const auto beginning = [this] { return m_field->grab({0, 0, 40, 24}).toImage(); };
+        m_field->setFocus();
+        m_field->end(false);
+        const QImage editing = beginning();
+        m_other->setFocus();
+        QCOMPARE(beginning(), editing);
+    }
+
     void itLooksTheSameInEveryTheme()
     {
         m_other->setFocus();
