@@ -29,7 +29,7 @@ constexpr double coveredShare = 0.5;
 /// wide, are text of their own; when they fill this share of the other, it is a box around them.
 constexpr double muchSmaller = 0.6;
 constexpr double textWidth = 4;
-constexpr double filledShare = 0.3;
+constexpr double filledShare = 0.15;
 
 /// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
 /// are icons and sides of boxes, then without the icons and ending at the boxes.
@@ -66,6 +66,8 @@ TextLine scaled(TextLine line, int factor)
     line.letterHeight *= factor;
     for (QRect &word : line.words)
         word = scaled(word, factor);
+    for (QRect &part : line.parts)
+        part = scaled(part, factor);
     return line;
 }
 

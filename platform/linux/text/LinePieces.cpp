@@ -1,5 +1,8 @@
 #include "platform/linux/text/LinePieces.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 
@@ -37,13 +40,33 @@ Words::const_iterator pieceEnd(Words::const_iterator first, Words::const_iterato
     return best;
 }
 
+/// No word that counts is wider, in heights of a letter: where no gap was taken for a word's, there
+/// must be some all the same.
+constexpr double widestWord = 24;
+
+/// The line's words, and the parts of those that can't be one word.
+Words cuttableWords(const TextLine &line)
+{
+    Words words;
+    for (const QRect &word : line.words) {
+        if (word.width() <= widestWord * line.letterHeight) {
+            words.push_back(word);
+            continue;
+        }
+        std::copy_if(line.parts.begin(), line.parts.end(), std::back_inserter(words),
+                     [&](const QRect &part) { return word.contains(part); });
+    }
+    return words;
+}
+
 } // namespace
 
 std::vector<QRect> piecesOf(const TextLine &line)
 {
+    const Words words = cuttableWords(line);
     std::vector<QRect> pieces;
-    for (auto first = line.words.begin(); first != line.words.end();) {
-        const auto end = pieceEnd(first, line.words.end(), line.letterHeight);
+    for (auto first = words.begin(); first != words.end();) {
+        const auto end = pieceEnd(first, words.end(), line.letterHeight);
         pieces.emplace_back(QPoint(first->left(), line.box.top()),
                             QPoint(std::prev(end)->right(), line.box.bottom()));
         first = end;

@@ -30,7 +30,7 @@ constexpr double unevenness = 0.12;
 
 /// Three letters, the fewest that make a word of a name, with the gap beside them are no narrower
 /// than this, in their heights and, for the smallest that can be read, in pixels.
-constexpr double narrowestLine = 1.5;
+constexpr double narrowestLine = 1.7;
 constexpr int narrowestPixels = 11;
 
 /// A word of three letters is wider than this, in heights of its highest letter. A line in which
@@ -83,21 +83,20 @@ double wordGapOf(const BlobLine &blobs, int letterHeight)
     return limit;
 }
 
-/// The runs of blobs between word gaps.
-std::vector<QRect> wordsOf(const BlobLine &blobs, int letterHeight)
+/// The runs of blobs between gaps of this width or more.
+std::vector<QRect> runsOf(const BlobLine &blobs, double gap)
 {
-    const double wordGap = wordGapOf(blobs, letterHeight);
-    std::vector<QRect> words;
+    std::vector<QRect> runs;
     for (const QRect &blob : blobs) {
-        if (!words.empty() && blob.left() - words.back().right() - 1 < wordGap)
-            words.back() |= blob;
+        if (!runs.empty() && blob.left() - runs.back().right() - 1 < gap)
+            runs.back() |= blob;
         else
-            words.push_back(blob);
+            runs.push_back(blob);
     }
-    return words;
+    return runs;
 }
 
-bool isEven(const BlobLine &blobs, const LineRows &rows)
+double evennessOf(const BlobLine &blobs, const LineRows &rows)
 {
     const double tolerance = std::max(1.0, unevenness * rows.letterHeight);
     int even = 0;
@@ -107,7 +106,7 @@ bool isEven(const BlobLine &blobs, const LineRows &rows)
         if (std::abs(blob.bottom() - rows.base) <= tolerance)
             even += blob.width();
     }
-    return even >= leastEvenness * total;
+    return double(even) / total;
 }
 
 } // namespace
@@ -145,10 +144,12 @@ std::optional<TextLine> lineOf(const BlobLine &blobs)
     line.letterHeight = rows.letterHeight;
     for (const QRect &blob : blobs)
         line.box |= blob;
+    line.evenness = evennessOf(blobs, rows);
     if (line.box.width() < std::max<double>(narrowestPixels, narrowestLine * line.letterHeight) ||
-        !isEven(blobs, rows))
+        line.evenness < leastEvenness)
         return std::nullopt;
-    line.words = wordsOf(blobs, line.letterHeight);
+    line.words = runsOf(blobs, wordGapOf(blobs, line.letterHeight));
+    line.parts = runsOf(blobs, surelyOneWord * line.letterHeight);
     if (std::all_of(line.words.begin(), line.words.end(), [&](const QRect &word) {
             return word.width() < narrowestWord * line.letterHeight;
         }))

@@ -1,6 +1,7 @@
 #include "platform/linux/text/ReadingOrder.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -37,8 +38,14 @@ bool sideBySide(const TextLine &first, const TextLine &second)
            std::max(first.letterHeight, second.letterHeight) / 2;
 }
 
-/// A heading's letters are this many times as high as those of most of the text.
+/// A heading's letters are this many times as high as those of most of the text, and it is this
+/// many of its own letters' heights wide.
 constexpr double headingRatio = 1.6;
+constexpr double narrowestHeading = 5;
+
+/// Between gaps a heading holds words, this many heights of a letter wide in the mean; a row of
+/// icons holds narrower things.
+constexpr double narrowestParts = 1.8;
 
 /// The height of the letters that most of the text is written in.
 int commonLetterHeight(const std::vector<TextLine> &lines)
@@ -59,9 +66,15 @@ int commonLetterHeight(const std::vector<TextLine> &lines)
     return 0;
 }
 
-} // namespace
+bool isHeading(const TextLine &line, int commonHeight)
+{
+    const double width = double(line.box.width()) / line.letterHeight;
+    return line.letterHeight >= headingRatio * commonHeight && width >= narrowestHeading &&
+           width >= narrowestParts * double(line.parts.size());
+}
 
-std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
+/// Lines that follow one another closely, in one column.
+std::vector<Block> blocksOf(std::vector<TextLine> lines)
 {
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &first, const TextLine &second) {
         return first.box.top() < second.box.top();
@@ -76,30 +89,37 @@ std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
         else
             blocks.push_back({{std::move(line)}});
     }
-    // Rows of blocks: each starts with the highest block that is left, and takes those beside it.
-    std::vector<TextLine> ordered;
-    std::vector<bool> taken(blocks.size());
-    for (std::size_t first = 0; first < blocks.size(); ++first) {
-        if (taken[first])
-            continue;
-        std::vector<std::size_t> row;
-        for (std::size_t other = first; other < blocks.size(); ++other) {
-            if (!taken[other] && sideBySide(blocks[first].lines[0], blocks[other].lines[0])) {
-                taken[other] = true;
-                row.push_back(other);
-            }
-        }
-        std::stable_sort(row.begin(), row.end(), [&](std::size_t left, std::size_t right) {
-            return blocks[left].lines[0].box.left() < blocks[right].lines[0].box.left();
+    return blocks;
+}
+
+/// The blocks row by row: each row starts with the highest block that is left, and takes those
+/// that begin beside it, from left to right.
+std::vector<Block> inRows(std::vector<Block> blocks)
+{
+    std::vector<Block> ordered;
+    for (auto first = blocks.begin(); first != blocks.end();) {
+        const TextLine highest = first->lines.front();
+        const auto rowEnd = std::stable_partition(first, blocks.end(), [&](const Block &block) {
+            return sideBySide(highest, block.lines.front());
         });
-        for (std::size_t block : row) {
-            for (TextLine &line : blocks[block].lines)
-                ordered.push_back(std::move(line));
-        }
+        std::stable_sort(first, rowEnd, [](const Block &left, const Block &right) {
+            return left.lines.front().box.left() < right.lines.front().box.left();
+        });
+        std::move(first, rowEnd, std::back_inserter(ordered));
+        first = rowEnd;
     }
-    const double h = commonLetterHeight(ordered) * headingRatio;
-    std::stable_partition(ordered.begin(), ordered.end(), [&](const TextLine &line) {
-        return line.letterHeight >= h && line.box.width() >= 5 * line.letterHeight;
-    });
+    return ordered;
+}
+
+} // namespace
+
+std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
+{
+    const int commonHeight = commonLetterHeight(lines);
+    std::vector<TextLine> ordered;
+    for (Block &block : inRows(blocksOf(std::move(lines))))
+        std::move(block.lines.begin(), block.lines.end(), std::back_inserter(ordered));
+    std::stable_partition(ordered.begin(), ordered.end(),
+                          [&](const TextLine &line) { return isHeading(line, commonHeight); });
     return ordered;
 }

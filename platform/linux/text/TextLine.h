@@ -13,4 +13,9 @@ struct TextLine {
     int letterHeight = 0;
     /// The runs of letters between word gaps, left to right. What stands closer is one word.
     std::vector<QRect> words;
+    /// The runs of letters between gaps that may be word gaps; words consist of them.
+    std::vector<QRect> parts;
+    /// The share of the letters, by their widths, that stand on one base: near 1 where there are
+    /// no descenders.
+    double evenness = 0;
 };

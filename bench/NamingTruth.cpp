@@ -1,0 +1,59 @@
+#include "bench/NamingTruth.h"
+
+#include "naming/ScreenshotNamer.h"
+#include "naming/foldedText.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+namespace
+{
+
+void addFolded(const QJsonValue &words, QSet<QString> &folded)
+{
+    for (const QJsonValue &value : words.toArray()) {
+        folded.insert(foldedText(value.toString()));
+        for (const QString &token : ScreenshotNamer::tokens(value.toString()))
+            folded.insert(token);
+    }
+}
+
+} // namespace
+
+std::optional<QList<NamingTruth>> NamingTruth::read(const QString &folder)
+{
+    QFile file(folder + QLatin1String("/truth.json"));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
+    if (!document.isArray())
+        return std::nullopt;
+    QList<NamingTruth> pictures;
+    for (const QJsonValue &value : document.array()) {
+        const QJsonObject object = value.toObject();
+        NamingTruth picture;
+        picture.m_file = object[QLatin1String("file")].toString();
+        picture.m_appName = object[QLatin1String("app")].toString();
+        picture.m_hasText = object[QLatin1String("has_text")].toBool();
+        addFolded(object[QLatin1String("words")], picture.m_words);
+        addFolded(object[QLatin1String("also")], picture.m_words);
+        addFolded(object[QLatin1String("headline")], picture.m_headline);
+        pictures.append(picture);
+    }
+    return pictures;
+}
+
+bool NamingTruth::isRight(const QString &word, const QString &text) const
+{
+    if (m_words.contains(word))
+        return true;
+    static const QRegularExpression separators(QStringLiteral("[^\\p{L}\\p{M}\\p{N}]+"));
+    for (const QString &token : text.split(separators, Qt::SkipEmptyParts)) {
+        if (m_words.contains(foldedText(token)) && ScreenshotNamer::tokens(token).contains(word))
+            return true;
+    }
+    return false;
+}
