@@ -16,12 +16,15 @@
 #include "platform/TextRecognizer.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <unistd.h>
@@ -56,6 +59,9 @@ private:
     std::unique_ptr<TextRecognizer> m_reader;
 };
 
+/// The program is idle this long before its memory is measured.
+constexpr std::chrono::seconds rest{3};
+
 struct Sums {
     QList<double> milliseconds;
     int right = 0;
@@ -66,6 +72,13 @@ struct Sums {
     int withoutText = 0;
     int silent = 0;
 };
+
+void letRest()
+{
+    QEventLoop loop;
+    QTimer::singleShot(rest, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 double residentMegabytes()
 {
@@ -174,6 +187,7 @@ int main(int argc, char **argv)
     Listener recognizer(page ? makePageRecognizer() : makeTextRecognizer());
     recognizer.warmUp();
     const Sums sums = measure(arguments[0], *pictures, recognizer);
+    letRest();
     print(sums, residentMegabytes() - before);
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "bench/PageRecognizer.h"
 
+#include <leptonica/allheaders.h>
 #include <omp.h>
 #include <tesseract/baseapi.h>
 
@@ -15,6 +16,7 @@ public:
     {
         m_ready = m_engine.Init(nullptr, "eng", tesseract::OEM_LSTM_ONLY) == 0;
         m_engine.SetVariable("debug_file", "/dev/null");
+        setMsgSeverity(L_SEVERITY_NONE);
         m_engine.SetPageSegMode(tesseract::PSM_AUTO);
     }
 

@@ -12,3 +12,12 @@ void releaseFreeMemory()
     ::malloc_trim(0);
 #endif
 }
+
+void keepLittleFreeMemory()
+{
+#ifdef __GLIBC__
+    constexpr int bytesKept = 1 << 20;
+    ::mallopt(M_TRIM_THRESHOLD, bytesKept);
+    ::mallopt(M_MMAP_THRESHOLD, bytesKept);
+#endif
+}

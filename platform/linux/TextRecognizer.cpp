@@ -1,5 +1,6 @@
 #include "platform/TextRecognizer.h"
 
+#include "core/releaseFreeMemory.h"
 #include "platform/linux/text/EnginePool.h"
 #include "platform/linux/text/LineFinder.h"
 #include "platform/linux/text/LineReader.h"
@@ -15,6 +16,8 @@ namespace
 class LineByLineRecognizer : public TextRecognizer
 {
 public:
+    LineByLineRecognizer() { keepLittleFreeMemory(); }
+
     void recognize(const QImage &image, const LineHandler &onLine,
                    const Cancelled &cancelled) override
     {

@@ -6,7 +6,6 @@
 #include <omp.h>
 #include <tesseract/baseapi.h>
 
-#include <algorithm>
 #include <mutex>
 
 namespace
@@ -43,37 +42,10 @@ QByteArray installedModels(tesseract::TessBaseAPI &api, const QStringList &langu
     return models;
 }
 
-struct ResultDeleter {
-    void operator()(char *text) const { delete[] text; }
-};
-
-double weakestLetterOf(const tesseract::ResultIterator &word)
-{
-    double weakest = 100;
-    tesseract::ResultIterator letter(word);
-    do {
-        weakest = std::min(weakest, double(letter.Confidence(tesseract::RIL_SYMBOL)));
-        if (letter.IsAtFinalElement(tesseract::RIL_WORD, tesseract::RIL_SYMBOL))
-            break;
-    } while (letter.Next(tesseract::RIL_SYMBOL));
-    return weakest / 100;
-}
-
 ReadWord wordAt(const tesseract::ResultIterator &place)
 {
-    ReadWord word;
-    const std::unique_ptr<char[], ResultDeleter> text(place.GetUTF8Text(tesseract::RIL_WORD));
-    word.text = QString::fromUtf8(text.get());
-    word.confidence = double(place.Confidence(tesseract::RIL_WORD)) / 100;
-    word.weakestLetter = weakestLetterOf(place);
-    word.inDictionary = place.WordIsFromDictionary();
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-    place.BoundingBox(tesseract::RIL_WORD, &left, &top, &right, &bottom);
-    word.box = QRect(QPoint(left, top), QPoint(right - 1, bottom - 1));
-    return word;
+    const std::unique_ptr<char[]> text(place.GetUTF8Text(tesseract::RIL_WORD));
+    return {QString::fromUtf8(text.get()), double(place.Confidence(tesseract::RIL_WORD)) / 100};
 }
 
 } // namespace

@@ -7,15 +7,10 @@
 #include <memory>
 #include <vector>
 
-/// A word as the engine reads it. Confidences are shares of 1.
+/// A word as the engine reads it.
 struct ReadWord {
     QString text;
-    double confidence = 0;
-    /// That of the letter which it is least sure of.
-    double weakestLetter = 0;
-    bool inDictionary = false;
-    /// In the pixels of the picture that was read.
-    QRect box;
+    double confidence = 0; ///< 0 to 1
 };
 
 /// One text recognition engine with its models: about 20 MB, 60 ms to make. Used by one thread at

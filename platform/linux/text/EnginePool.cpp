@@ -1,5 +1,8 @@
 #include "platform/linux/text/EnginePool.h"
 
+#include "core/releaseFreeMemory.h"
+
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -10,6 +13,12 @@ namespace
 {
 
 using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr Clock::time_point never = Clock::time_point::max();
+
+/// Memory is tidied when nobody has read for this long.
+constexpr auto restBeforeTidying = 2s;
 
 struct Waiting {
     std::unique_ptr<Engine> engine;
@@ -21,27 +30,38 @@ struct Waiting {
 class EnginePool::Private
 {
 public:
-    /// Releases engines that have been spare for too long; sleeps while there are none.
-    void releaseSpares()
+    /// The housekeeper's thread: sleeps until something is due.
+    void keepHouse()
     {
         std::unique_lock lock(mutex);
         while (!ending) {
-            if (waiting.size() < 2) {
+            const Clock::time_point now = Clock::now();
+            if (tidyingDue <= now) {
+                tidyingDue = never;
+                lock.unlock();
+                // Reading leaves holes in the heap that the system could use.
+                releaseFreeMemory();
+                lock.lock();
+            } else if (spareDue() <= now) {
+                std::unique_ptr<Engine> spare = std::move(waiting.front().engine);
+                waiting.erase(waiting.begin());
+                tidyingDue = now;
+                lock.unlock();
+                spare.reset();
+                lock.lock();
+            } else if (const auto due = std::min(tidyingDue, spareDue()); due == never) {
                 changed.wait(lock);
-                continue;
-            }
-            // The last one given back is taken first, so that the first is the longest unused.
-            const auto due = waiting.front().since + lifetime;
-            if (Clock::now() < due) {
+            } else {
                 changed.wait_until(lock, due);
-                continue;
             }
-            std::unique_ptr<Engine> spare = std::move(waiting.front().engine);
-            waiting.erase(waiting.begin());
-            lock.unlock();
-            spare.reset();
-            lock.lock();
         }
+    }
+
+    /// When the next engine has been spare for too long. The last one given back is taken first, so
+    /// that the first is the longest unused.
+    Clock::time_point spareDue() const
+    {
+        return waiting.size() < 2 ? never : waiting.front().since + lifetime;
     }
 
     QStringList languages;
@@ -50,8 +70,9 @@ public:
     std::mutex making;
     std::condition_variable changed;
     std::vector<Waiting> waiting;
+    Clock::time_point tidyingDue = never;
     bool ending = false;
-    std::thread releaser;
+    std::thread housekeeper;
 };
 
 EnginePool::EnginePool(QStringList languages, std::chrono::milliseconds lifetime)
@@ -59,7 +80,7 @@ EnginePool::EnginePool(QStringList languages, std::chrono::milliseconds lifetime
 {
     d->languages = std::move(languages);
     d->lifetime = lifetime;
-    d->releaser = std::thread([this] { d->releaseSpares(); });
+    d->housekeeper = std::thread([this] { d->keepHouse(); });
 }
 
 EnginePool::~EnginePool()
@@ -69,7 +90,7 @@ EnginePool::~EnginePool()
         d->ending = true;
     }
     d->changed.notify_all();
-    d->releaser.join();
+    d->housekeeper.join();
 }
 
 EnginePool::Lease EnginePool::take()
@@ -98,6 +119,7 @@ void EnginePool::Returner::operator()(Engine *engine) const
     {
         const std::lock_guard lock(m_pool->d->mutex);
         m_pool->d->waiting.push_back({std::unique_ptr<Engine>(engine), Clock::now()});
+        m_pool->d->tidyingDue = Clock::now() + restBeforeTidying;
     }
     m_pool->d->changed.notify_all();
 }
