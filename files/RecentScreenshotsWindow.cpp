@@ -34,6 +34,7 @@ RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
     setFont(systemFont(13));
     setMinimumSize(leastSize);
     resize(contentSize);
+    placeOnScreen();
     auto *content = new QVBoxLayout(this);
     content->setContentsMargins({});
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
@@ -45,8 +46,6 @@ RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
 
 void RecentScreenshotsWindow::present()
 {
-    if (!testAttribute(Qt::WA_WState_Created))
-        placeOnScreen();
     m_recent.refresh();
     showList();
     setWindowState(windowState() & ~Qt::WindowMinimized);

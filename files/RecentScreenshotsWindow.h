@@ -12,11 +12,11 @@ class RecentScreenshotsWindow : public QWidget
 {
     Q_OBJECT
 public:
+    /// Its place is the middle of the screen, until the user moves it.
     RecentScreenshotsWindow(RecentScreenshots &recent, ScreenshotImages &images,
                             QWidget *parent = nullptr);
 
-    /// Refreshes the list, and brings the window to the front with the keyboard; the first time in
-    /// the middle of the screen.
+    /// Refreshes the list, and brings the window to the front with the keyboard.
     void present();
 
     /// Null before the window has been shown for the first time.
