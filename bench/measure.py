@@ -48,7 +48,7 @@ class Bench:
         desktop.FOLDER.mkdir()
 
     def started(self):
-        velmora = desktop.Velmora(self.build, accessible=False).start()
+        velmora = desktop.Velmora(self.build, accessible=False).start().close_welcome_window()
         rest(SETTLE_SECONDS)
         return velmora
 

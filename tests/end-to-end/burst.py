@@ -17,7 +17,7 @@ TITLES = [
     for second in ("Bakery", "Castle", "Harbour", "Library")
 ]
 WARM_UP = 20
-NAMING_SECONDS = 400
+NAMING_SECONDS = 120
 MAY_GROW_BYTES = 12 * 1024 * 1024
 IEND_LENGTH = 12
 
@@ -31,6 +31,10 @@ def with_comment(png, comment):
 
 def slug(title):
     return "gazette-" + title.lower().replace(" ", "-")
+
+
+def by_text(name):
+    return any(name.startswith(slug(title)) for title in TITLES)
 
 
 class Burst(case.EndToEnd):
@@ -48,10 +52,18 @@ class Burst(case.EndToEnd):
         return dropped
 
     def wait_until_all_are_named(self, count):
+        """Every file has lost the name that it came with, and the rows that are left have told
+        the names that the text makes. A file whose row was pushed out before its text was read
+        keeps the first name that it got."""
+
         def all_named():
             names = desktop.pictures()
-            return len(names) == count and all(
-                any(name.startswith(slug(title)) for title in TITLES) for name in names
+            rows = self.velmora.rows()
+            return (
+                len(names) == count
+                and all(case.FALLBACK.fullmatch(name) or by_text(name) for name in names)
+                and len(rows) == 3
+                and all(by_text(row.filename) for row in rows)
             )
 
         desktop.wait_until(all_named, "every file has its name", NAMING_SECONDS)
@@ -73,8 +85,8 @@ class Burst(case.EndToEnd):
         by_content = {(desktop.FOLDER / name).read_bytes(): name for name in desktop.pictures()}
         self.assertEqual(len(by_content), WARM_UP + COUNT)
         for title, content in dropped.values():
-            self.assertTrue(by_content[content].startswith(slug(title)), by_content[content])
-        self.wait_for_rows(3)
+            name = by_content[content]
+            self.assertTrue(name.startswith(slug(title)) or case.FALLBACK.fullmatch(name), name)
         desktop.wait_until(
             lambda: self.velmora.private_bytes() < memory + MAY_GROW_BYTES,
             f"memory back to {memory} bytes",

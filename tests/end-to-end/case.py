@@ -36,7 +36,7 @@ class EndToEnd(unittest.TestCase):
         self.addCleanup(self.page.close)
         self.velmora = desktop.Velmora(BUILD)
         self.addCleanup(self.velmora.stop)
-        self.velmora.start()
+        self.velmora.start().close_welcome_window()
         self._numbers = itertools.count(1)
 
     def picture_bytes(self, title=TITLE):

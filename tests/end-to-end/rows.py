@@ -66,9 +66,10 @@ class Rows(case.EndToEnd):
 
     def test_a_typed_name_that_is_taken_gets_a_number(self):
         self.drop_named()
-        taken = desktop.FOLDER / "taken.png"
-        taken.write_bytes(b"another file")
-        os.utime(taken, (0, 0))
+        old = self.outside / "taken.png"
+        old.write_bytes(b"another file")
+        os.utime(old, (0, 0))
+        taken = old.rename(desktop.FOLDER / old.name)
         self.edit(self.first_row(), "taken")
         desktop.press("Return")
         self.wait_for_name("taken-2.png")

@@ -9,7 +9,6 @@ import desktop
 
 SCREEN_WIDTH, SCREEN_HEIGHT = 1600, 1000
 MARGIN = 44
-ROW_HEIGHTS = {1: 88, 2: 166, 3: 244}
 
 
 class Tray(case.EndToEnd):
@@ -19,7 +18,7 @@ class Tray(case.EndToEnd):
         rows = self.wait_for_rows(3)
         self.assertEqual([row.freshness for row in rows], ["NEW", "EARLIER", "EARLIER"])
         self.assertEqual([row.filename for row in rows], [path.name for path in paths[:0:-1]])
-        self.assertEqual(desktop.geometry(self.velmora.tray_window())[3], ROW_HEIGHTS[3])
+        self.assertEqual(desktop.geometry(self.velmora.tray_window())[3], desktop.TRAY_HEIGHTS[3])
         self.assertEqual(desktop.pictures(), sorted(path.name for path in paths))
 
     def test_a_new_row_follows_the_corner_setting(self):
@@ -34,7 +33,7 @@ class Tray(case.EndToEnd):
             with self.subTest(corner):
                 desktop.save_settings(trayPosition=corner)
                 self.drop()
-                height = ROW_HEIGHTS[min(count, 3)]
+                height = desktop.TRAY_HEIGHTS[min(count, 3)]
                 wanted = (*place(height), desktop.TRAY_WIDTH, height)
                 desktop.wait_until(
                     lambda: (window := self.velmora.tray_window())

@@ -75,10 +75,13 @@ class Writers(case.EndToEnd):
 
     def test_a_writer_that_links_an_unnamed_file(self):
         path = desktop.FOLDER / "linked.png"
+        folder = os.open(desktop.FOLDER, os.O_PATH)
+        self.addCleanup(os.close, folder)
         descriptor = os.open(desktop.FOLDER, os.O_TMPFILE | os.O_WRONLY, 0o644)
         try:
             os.write(descriptor, self.picture_bytes())
-            os.link(f"/proc/self/fd/{descriptor}", path, follow_symlinks=True)
+            # With a folder's descriptor the link behind the name in /proc is followed.
+            os.link(f"/proc/self/fd/{descriptor}", path.name, src_dir_fd=folder, dst_dir_fd=folder)
         finally:
             os.close(descriptor)
         self.expect_named_once(path, f"{case.TITLE_NAME}.png")

@@ -16,6 +16,7 @@ SETTINGS = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "velmora" / "velmora.co
 LOG = pathlib.Path("/tmp/Velmora.log")
 
 TRAY_WIDTH = 620
+TRAY_HEIGHTS = {1: 88, 2: 166, 3: 244}
 ROW_PITCH = 78
 LOOK_AGAIN_SECONDS = 0.02
 
@@ -273,6 +274,18 @@ class Velmora:
         self.log = Log()
         self._process = subprocess.Popen([self._program], env=environment)
         wait_until(self._watches, "the program watches the folder", 20, look_again)
+        if self._accessible:
+            wait_until(lambda: self._tools.tree(self.pid), "the program tells of its elements")
+        return self
+
+    def close_welcome_window(self):
+        """Closes the window that greets the user, as the user does."""
+        front = active_window()
+        window = wait_until(lambda: windows_of(self.pid), "the welcome window")[0]
+        run("xdotool", "windowactivate", "--sync", str(window), "key", "--clearmodifiers", "alt+F4")
+        wait_until(lambda: not windows_of(self.pid), "the welcome window is closed")
+        if front not in (None, window):
+            run("xdotool", "windowactivate", "--sync", str(front))
         return self
 
     def _watches(self):
@@ -298,7 +311,8 @@ class Velmora:
     def tray_window(self):
         """The tray's X window while it is shown."""
         for window in windows_of(self.pid):
-            if geometry(window)[2] == TRAY_WIDTH:
+            width, height = geometry(window)[2:]
+            if width == TRAY_WIDTH and height in TRAY_HEIGHTS.values():
                 return window
         return None
 
@@ -308,9 +322,9 @@ class Velmora:
         if tree is None:
             return []
         for window in tree["children"]:
-            x, y, width, height = window["place"]
-            if width == TRAY_WIDTH and window["showing"]:
-                return self._rows_of(window, y)
+            _, top, width, height = window["place"]
+            if width == TRAY_WIDTH and height in TRAY_HEIGHTS.values() and window["showing"]:
+                return self._rows_of(window, top)
         return []
 
     @staticmethod
@@ -319,7 +333,8 @@ class Velmora:
         for element in leaves(window):
             if element["showing"]:
                 by_row.setdefault((middle(element)[1] - top - 8) // ROW_PITCH, []).append(element)
-        return [Row(by_row[index]) for index in sorted(by_row)]
+        rows = [by_row[index] for index in sorted(by_row)]
+        return [Row(elements) for elements in rows if any("text" in each for each in elements)]
 
     def wait_for_row(self, condition, what, seconds=10):
         """The first row for which the condition holds."""
