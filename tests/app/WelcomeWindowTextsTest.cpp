@@ -95,9 +95,12 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(showActive(window));
         const auto inOrder = [](const QList<QWidget *> &parts) {
-            for (qsizetype i = 1; i < parts.size(); ++i)
-                if (!parts[i] || place(*parts[i]).left() <= place(*parts[i - 1]).right())
+            int right = -1;
+            for (const QWidget *part : parts) {
+                if (!part || place(*part).left() <= right)
                     return false;
+                right = place(*part).right();
+            }
             return true;
         };
         QVERIFY(inOrder({label(window, QStringLiteral("Instant mode off")),
