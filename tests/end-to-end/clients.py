@@ -95,15 +95,23 @@ class FileManager(case.EndToEnd):
         desktop.wait_until(lambda: copy.read_bytes() == path.read_bytes(), "the whole copy")
 
     def drag(self, start, end):
-        """As a hand drags: in small steps, with a rest over the target."""
+        """As a hand drags: away from the picture, in small steps to the target, and about there
+        before it lets go."""
         desktop.run("xdotool", "mousemove", "--sync", *map(str, start), "mousedown", "1")
-        steps = 20
+        self.move_pointer(start, (start[0] - 60, start[1] - 60), 6)
+        desktop.wait_until(
+            lambda: len(desktop.windows_of(self.velmora.pid)) > 1, "the picture under the pointer"
+        )
+        self.move_pointer((start[0] - 60, start[1] - 60), end, 20)
+        for _ in range(60):
+            self.move_pointer(end, (end[0] + 4, end[1]), 2)
+        desktop.run("xdotool", "mouseup", "1")
+
+    @staticmethod
+    def move_pointer(start, end, steps):
         for step in range(1, steps + 1):
             point = [a + (b - a) * step // steps for a, b in zip(start, end)]
             desktop.run("xdotool", "mousemove", "--sync", *map(str, point))
-        for offset in (3, 0, 3, 0):
-            desktop.run("xdotool", "mousemove", "--sync", str(end[0] + offset), str(end[1]))
-        desktop.run("xdotool", "mouseup", "1")
 
     def test_reveal_opens_the_folder_in_the_file_manager(self):
         self.drop_named()
