@@ -4,6 +4,6 @@
 /// end of work that needed much of it; takes some milliseconds. Any thread.
 void releaseFreeMemory();
 
-/// Has the allocator keep no more than a little for later from now on: by itself it keeps as much as
-/// twice the largest picture that was freed. Once at the start; any thread.
+/// Has the allocator keep no more than a little for later from now on: by itself it keeps as much
+/// as twice the largest picture that was freed. Once at the start; any thread.
 void keepLittleFreeMemory();
