@@ -130,9 +130,10 @@ private Q_SLOTS:
         QTRY_VERIFY(isFramed(window));
         const QSignalSpy quitting(qApp, &QCoreApplication::aboutToQuit);
         const QPoint where = window.pos();
+        const QString closed = name(window);
         QVERIFY(window.close());
         QVERIFY(!window.isVisible());
-        QCoreApplication::processEvents();
+        QTRY_VERIFY(!stacking().contains(closed));
         QCOMPARE(quitting.count(), 0);
         QVERIFY(showActive(window));
         QTRY_VERIFY(isFramed(window));
@@ -151,11 +152,15 @@ private Q_SLOTS:
         QTRY_VERIFY((window.pos() - moved).manhattanLength() < 30);
         const QPoint where = window.pos();
         for (int i = 0; i < 3; ++i) {
+            const QString closed = name(window);
             window.close();
+            QTRY_VERIFY(!stacking().contains(closed));
             QVERIFY(showActive(window));
             QTRY_VERIFY(isFramed(window));
             QTRY_COMPARE(window.pos(), where);
+            const QString hidden = name(window);
             window.hide();
+            QTRY_VERIFY(!stacking().contains(hidden));
             QVERIFY(showActive(window));
             QTRY_VERIFY(isFramed(window));
             QTRY_COMPARE(window.pos(), where);
