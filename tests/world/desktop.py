@@ -300,6 +300,18 @@ class Velmora:
             self._process.terminate()
             self._process.wait(10)
 
+    def kill(self):
+        """Ends it at once, without a chance to finish anything."""
+        self._process.kill()
+        self._process.wait(10)
+
+    def act(self, action):
+        """Asks for one of the menu's actions, as a launcher does. Whether it was heard."""
+        method = "org.freedesktop.Application.ActivateAction"
+        place = ("--dest", "app.velmora.Velmora", "--object-path", "/app/velmora/Velmora")
+        call = ("gdbus", "call", "--session", *place, "--method", method, action, "[]", "{}")
+        return output_of(*call).returncode == 0
+
     @property
     def pid(self):
         return self._process.pid
