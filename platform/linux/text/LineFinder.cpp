@@ -28,7 +28,7 @@ constexpr double coveredShare = 0.5;
 /// Lines of at most this share of another's letter height, and at least this many of their own
 /// wide, are text of their own; when they fill this share of the other, it is a box around them.
 constexpr double muchSmaller = 0.6;
-constexpr double textWidth = 4;
+constexpr double textWidth = 2.5;
 constexpr double filledShare = 0.15;
 
 /// The lines of one level. They are grown twice: first to learn by their neighbours which blobs

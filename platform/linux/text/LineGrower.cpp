@@ -8,7 +8,7 @@ namespace
 
 /// A space is a quarter to a half of the letters' height wide, in monospaced text about as wide as
 /// they are high; more is a new column.
-constexpr double widestGap = 1.15;
+constexpr double widestGap = 1.3;
 
 /// A letter with an ascender is about 1.4 times as high as one without, with a descender too about
 /// twice: what differs more is of another line.
@@ -37,7 +37,7 @@ double fit(const GrowingLine &line, const QRect &letter)
     const double lower = std::min(line.highest, letter.height());
     if (higher > greatestHeightRatio * lower)
         return 0;
-    if (letter.left() - line.box.right() > widestGap * higher)
+    if (letter.left() - line.box.right() > widestGap * (higher + lower) / 2)
         return 0;
     if ((line.box | letter).height() > greatestClimb * higher)
         return 0;

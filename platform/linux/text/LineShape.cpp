@@ -16,11 +16,11 @@ constexpr double widestWall = 0.3;
 /// In heights of a letter: what is closer than the first is one word, what is further apart than
 /// the second is two. Between them the line itself decides, for the letters of a monospaced "ill"
 /// stand as far apart as the words of proportional text.
-constexpr double surelyOneWord = 0.3;
+constexpr double surelyOneWord = 0.25;
 constexpr double surelyTwoWords = 0.9;
 
 /// Gaps between words exceed those between letters at least by this factor.
-constexpr double gapJump = 1.6;
+constexpr double gapJump = 1.3;
 
 /// The line's blobs stand on its base, or hang by their descenders: this share of their widths at
 /// least stands on one row, give or take a share of the letters' height. Icons and textures rarely
@@ -35,7 +35,7 @@ constexpr int narrowestPixels = 11;
 
 /// A word of three letters is wider than this, in heights of its highest letter. A line in which
 /// nothing is wider is a row of icons, of checkboxes or of single letters.
-constexpr double narrowestWord = 1.15;
+constexpr double narrowestWord = 1.3;
 
 /// The value that half of the blobs, by their widths, do not exceed.
 template <typename Value>

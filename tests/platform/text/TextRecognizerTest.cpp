@@ -1,7 +1,12 @@
 #include "platform/TextRecognizer.h"
 
+#include "tests/platform/text/DrawnPage.h"
+
 #include <QPainter>
 #include <QtTest>
+
+#include <atomic>
+#include <thread>
 
 namespace
 {
@@ -75,6 +80,50 @@ private Q_SLOTS:
             },
             [] { return false; });
         QCOMPARE(pieces, 1);
+    }
+
+    void texturesAndIconsGiveNoWords()
+    {
+        DrawnPage page(QSize(800, 600));
+        page.texture(QRect(0, 0, 800, 400), 7);
+        for (int x = 20; x < 760; x += 60)
+            page.icon(QRect(x, 450, 24, 24), x);
+        QCOMPARE(textOf(*m_recognizer, page.image()), QString());
+    }
+
+    void pictureFormatsAreReadAlike_data()
+    {
+        QTest::addColumn<QImage::Format>("format");
+        for (QImage::Format format :
+             {QImage::Format_ARGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_RGB888,
+              QImage::Format_Grayscale8, QImage::Format_Indexed8, QImage::Format_Mono,
+              QImage::Format_RGBA64, QImage::Format_RGB16})
+            QTest::addRow("format %d", int(format)) << format;
+    }
+    void pictureFormatsAreReadAlike()
+    {
+        QFETCH(QImage::Format, format);
+        const QImage picture =
+            pictureOf({QStringLiteral("Quarterly report")}).convertToFormat(format);
+        QCOMPARE(textOf(*m_recognizer, picture), QStringLiteral("Quarterly report"));
+    }
+
+    void severalThreadsReadAtOnce()
+    {
+        const QImage picture = pictureOf({QStringLiteral("Quarterly report")});
+        std::vector<std::thread> threads;
+        std::atomic_int right = 0;
+        for (int thread = 0; thread < 3; ++thread) {
+            threads.emplace_back([&] {
+                for (int turn = 0; turn < 3; ++turn) {
+                    if (textOf(*m_recognizer, picture) == QLatin1String("Quarterly report"))
+                        ++right;
+                }
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(right, 9);
     }
 
     void aCancelledPictureGivesNothing()

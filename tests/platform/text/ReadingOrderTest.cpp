@@ -1,0 +1,77 @@
+#include "platform/linux/text/ReadingOrder.h"
+
+#include <QTest>
+
+namespace
+{
+
+/// A line of two words, that long and high.
+TextLine lineAt(int x, int y, int width = 100, int height = 10)
+{
+    TextLine line;
+    line.box = QRect(x, y, width, height);
+    line.letterHeight = height;
+    line.words = {QRect(x, y, width / 2 - 5, height),
+                  QRect(x + width / 2, y, width - width / 2, height)};
+    line.parts = line.words;
+    return line;
+}
+
+QList<QPoint> order(std::vector<TextLine> lines)
+{
+    QList<QPoint> places;
+    for (const TextLine &line : inReadingOrder(std::move(lines)))
+        places.append(line.box.topLeft());
+    return places;
+}
+
+} // namespace
+
+class ReadingOrderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void linesAreReadFromTopToBottom()
+    {
+        QCOMPARE(order({lineAt(10, 60), lineAt(10, 20), lineAt(10, 40)}),
+                 QList<QPoint>({{10, 20}, {10, 40}, {10, 60}}));
+    }
+
+    void whatStandsSideBySideIsReadFromLeftToRight()
+    {
+        QCOMPARE(order({lineAt(400, 20), lineAt(10, 21), lineAt(200, 19)}),
+                 QList<QPoint>({{10, 21}, {200, 19}, {400, 20}}));
+    }
+
+    void aColumnIsReadWholeBeforeTheNext()
+    {
+        QCOMPARE(order({lineAt(10, 20), lineAt(300, 20), lineAt(10, 35), lineAt(300, 35)}),
+                 QList<QPoint>({{10, 20}, {10, 35}, {300, 20}, {300, 35}}));
+    }
+
+    void aHeadingIsReadFirst()
+    {
+        QCOMPARE(order({lineAt(10, 10), lineAt(300, 60, 200, 24), lineAt(10, 100), lineAt(10, 115),
+                        lineAt(10, 130)}),
+                 QList<QPoint>({{300, 60}, {10, 10}, {10, 100}, {10, 115}, {10, 130}}));
+    }
+
+    void aRowOfLargeIconsIsNoHeading()
+    {
+        TextLine icons = lineAt(10, 60, 400, 24);
+        icons.parts.clear();
+        for (int x = 10; x < 410; x += 40)
+            icons.parts.emplace_back(x, 60, 24, 24);
+        QCOMPARE(order({lineAt(10, 10), icons, lineAt(10, 100), lineAt(10, 115), lineAt(10, 130),
+                        lineAt(10, 145), lineAt(10, 160)})
+                     .front(),
+                 QPoint(10, 10));
+    }
+
+    void nothingGivesNothing() { QVERIFY(order({}).isEmpty()); }
+};
+
+QTEST_APPLESS_MAIN(ReadingOrderTest)
+
+#include "ReadingOrderTest.moc"
