@@ -2,6 +2,7 @@
 #include "style/BezelButton.h"
 #include "style/VelmoraPalette.h"
 #include "tests/tray/TrayRig.h"
+#include "tests/world/FramePlaces.h"
 #include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
@@ -13,10 +14,6 @@
 #include <QScreen>
 #include <QTest>
 #include <QToolTip>
-
-#include <xcb/xcb.h>
-
-#include <cstdlib>
 
 using TrayOnScreen::button;
 using TrayOnScreen::name;
@@ -64,48 +61,6 @@ public:
                                       text("_NET_WM_STRUT"), text("0,0,0,%1").arg(height)});
         show();
     }
-};
-
-/// What the X server tells of every place and size that a window has, or rather the frame that the
-/// window manager has put around it.
-class FramePlaces
-{
-public:
-    explicit FramePlaces(WId window) : m_connection(xcb_connect(nullptr, nullptr))
-    {
-        auto frame = static_cast<xcb_window_t>(window);
-        for (;;) {
-            const auto cookie = xcb_query_tree(m_connection, frame);
-            xcb_query_tree_reply_t *tree = xcb_query_tree_reply(m_connection, cookie, nullptr);
-            const xcb_window_t parent = tree->parent;
-            const bool isTop = parent == tree->root;
-            std::free(tree);
-            if (isTop)
-                break;
-            frame = parent;
-        }
-        const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-        xcb_change_window_attributes(m_connection, frame, XCB_CW_EVENT_MASK, &events);
-        xcb_flush(m_connection);
-    }
-
-    ~FramePlaces() { xcb_disconnect(m_connection); }
-
-    QList<QRect> read()
-    {
-        while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
-            if ((event->response_type & 0x7f) == XCB_CONFIGURE_NOTIFY) {
-                const auto *place = reinterpret_cast<xcb_configure_notify_event_t *>(event);
-                m_places.append({place->x, place->y, place->width, place->height});
-            }
-            std::free(event);
-        }
-        return m_places;
-    }
-
-private:
-    xcb_connection_t *m_connection;
-    QList<QRect> m_places;
 };
 
 } // namespace

@@ -1,0 +1,89 @@
+#include "tests/tray/ControllerFixture.h"
+
+#include "core/FileUrls.h"
+#include "core/VelmoraSettings.h"
+#include "style/BezelButton.h"
+#include "tray/FilenameTextField.h"
+#include "tray/FloatingTrayPanel.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QTest>
+
+using TrayOnScreen::name;
+using TrayOnScreen::panel;
+using TrayOnScreen::rows;
+
+void ControllerFixture::begin()
+{
+    VelmoraSettings::open().clear();
+    VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
+    m_told.clear();
+    m_rig = std::make_unique<TrayRig>();
+    m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images);
+    m_tray->onRenamed = [this](const QUrl &url) { tell("renamed", {url}); };
+    m_tray->onRenameUndoable = [this](const QUrl &from, const QUrl &to) {
+        tell("rename undoable", {from, to});
+    };
+    m_tray->onTrashUndoable = [this](const QUrl &from, const QUrl &) {
+        tell("trash undoable", {from});
+    };
+    m_tray->onUndoPerformed = [this](const UndoableAction &, const QUrl &url) {
+        tell("undo performed", {url});
+    };
+}
+
+void ControllerFixture::end()
+{
+    m_tray.reset();
+}
+
+QUuid ControllerFixture::add(const char *file)
+{
+    const QString shown = QString::fromUtf8(file);
+    return m_tray->addScreenshot(m_rig->screenshot(shown), shown);
+}
+
+void ControllerFixture::tell(const char *what, const QList<QUrl> &urls)
+{
+    QString line = QString::fromUtf8(what);
+    for (const QUrl &url : urls)
+        line += u' ' + FileUrls::lastPathComponent(url);
+    m_told.append(line);
+}
+
+void ControllerFixture::activate()
+{
+    panel()->takeFocus();
+    QVERIFY(QTest::qWaitForWindowActive(panel()));
+}
+
+void ControllerFixture::type(QWidget *row, const char *typed)
+{
+    activate();
+    name(row)->setFocus();
+    name(row)->selectAll();
+    QTest::keyClicks(name(row), QString::fromUtf8(typed));
+}
+
+void ControllerFixture::click(QWidget *row, const char *accessibleName)
+{
+    BezelButton *found = TrayOnScreen::button(row, QString::fromUtf8(accessibleName));
+    QVERIFY(found);
+    QTest::mouseClick(found, Qt::LeftButton);
+}
+
+QStringList ControllerFixture::names()
+{
+    QStringList shown;
+    for (const QWidget *row : rows())
+        shown.append(name(row)->text());
+    return shown;
+}
+
+QStringList ControllerFixture::badges()
+{
+    QStringList shown;
+    for (const QWidget *row : rows())
+        shown.append(TrayOnScreen::badge(row));
+    return shown;
+}

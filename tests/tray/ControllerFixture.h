@@ -1,0 +1,36 @@
+#pragma once
+
+#include "tests/tray/TrayRig.h"
+#include "tray/TrayController.h"
+
+#include <memory>
+
+/// A tray that keeps its rows until they are dismissed, and what it tells.
+class ControllerFixture
+{
+protected:
+    void begin();
+    void end();
+
+    /// Makes a screenshot and shows it under its own name.
+    QUuid add(const char *file);
+
+    /// Lets the panel have the keyboard.
+    static void activate();
+
+    /// Replaces the name in a row's field by keystrokes.
+    static void type(QWidget *row, const char *typed);
+    static void click(QWidget *row, const char *accessibleName);
+
+    /// From top to bottom.
+    static QStringList names();
+    static QStringList badges();
+
+    std::unique_ptr<TrayRig> m_rig;
+    std::unique_ptr<TrayController> m_tray;
+    /// One line a callback, with the names of the files.
+    QStringList m_told;
+
+private:
+    void tell(const char *what, const QList<QUrl> &urls);
+};

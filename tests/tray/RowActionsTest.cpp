@@ -1,0 +1,183 @@
+#include "tests/tray/RowFixture.h"
+
+#include "style/BezelButton.h"
+#include "tray/DraggableImageView.h"
+#include "tray/FilenameTextField.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTest>
+
+using TrayOnScreen::thumbnail;
+
+namespace
+{
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+} // namespace
+
+class RowActionsTest : public QObject, RowFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void trashingPointsTheRowIntoTheTrash()
+    {
+        const auto result = m_row->moveToTrash();
+        QVERIFY(result);
+        QCOMPARE(result->originalURL, m_url);
+        QVERIFY(!QFile::exists(m_url.toLocalFile()));
+        QVERIFY(QFile::exists(result->trashedURL.toLocalFile()));
+        QCOMPARE(m_row->fileURL(), result->trashedURL);
+        QCOMPARE(thumbnail(m_row)->fileURL(), result->trashedURL);
+        QCOMPARE(status(), text("Moved to Trash"));
+        QVERIFY(!button("Undo")->isHidden());
+    }
+
+    void aFileThatIsGoneCantBeTrashedAndTheLogSaysSo()
+    {
+        QVERIFY(QFile::remove(m_url.toLocalFile()));
+        const QString line = text("trash failed %1: ").arg(m_url.toLocalFile());
+        QVERIFY(!m_row->moveToTrash());
+        QCOMPARE(status(), text("Trash failed"));
+        QCOMPARE(m_row->fileURL(), m_url);
+        QVERIFY(button("Undo")->isHidden());
+        const QStringList lines = logLinesWith(line);
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(!lines[0].endsWith(text(": ")), qPrintable(lines[0]));
+    }
+
+    void theUndoButtonAsksForTheLastChange()
+    {
+        name()->setText(text("foo"));
+        const auto result = m_row->renameFile(std::nullopt);
+        QVERIFY(result);
+        QTest::mouseClick(button("Undo"), Qt::LeftButton);
+        const auto undos = sent<ScreenshotRowAction::Undo>();
+        QCOMPARE(undos.size(), 1);
+        QCOMPARE(undos[0].action, UndoableAction::rename(result->oldURL, result->newURL));
+    }
+
+    void theUndoButtonDoesNothingWithoutAChange()
+    {
+        button("Undo")->show();
+        QTest::mouseClick(button("Undo"), Qt::LeftButton);
+        QVERIFY(m_actions.isEmpty());
+    }
+
+    void anUndoneRenameRestoresTheRow()
+    {
+        name()->setText(text("foo"));
+        const auto result = m_row->renameFile(std::nullopt);
+        const auto restored =
+            m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL));
+        QCOMPARE(restored, std::optional(m_url));
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_row->fileURL(), m_url);
+        QCOMPARE(thumbnail(m_row)->fileURL(), m_url);
+        QCOMPARE(name()->text(), text("Shot.png"));
+        QCOMPARE(status(), text("Restored"));
+        QVERIFY(button("Undo")->isHidden());
+        QTest::mouseClick(button("Undo"), Qt::LeftButton);
+        QVERIFY(m_actions.isEmpty());
+    }
+
+    void anUndoneTrashShowsTheFileAsItIsNow()
+    {
+        QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::red));
+        const auto result = m_row->moveToTrash();
+        QVERIFY(result);
+        QImage blue(640, 400, QImage::Format_RGB32);
+        blue.fill(Qt::blue);
+        QVERIFY(blue.save(result->trashedURL.toLocalFile(), "PNG"));
+
+        QVERIFY(m_row->performUndo(UndoableAction::trash(result->originalURL, result->trashedURL)));
+        QVERIFY(QFile::exists(m_url.toLocalFile()));
+        QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::blue));
+    }
+
+    void aFileThatCantBeReadAfterAnUndoKeepsThePicture()
+    {
+        QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::red));
+        const auto result = m_row->moveToTrash();
+        QVERIFY(result);
+        QFile broken(result->trashedURL.toLocalFile());
+        QVERIFY(broken.open(QFile::WriteOnly | QFile::Truncate));
+        broken.write("no picture");
+        broken.close();
+        QVERIFY(m_row->performUndo(UndoableAction::trash(result->originalURL, result->trashedURL)));
+
+        // The same request, made after the row's, is answered after it.
+        QFuture<QImage> answer = m_rig->images.thumbnail(m_url, {64, 50});
+        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), 20000);
+        QVERIFY(answer.result().isNull());
+        QCoreApplication::processEvents();
+        QCOMPARE(thumbnail(m_row)->image().pixelColor(0, 0), QColor(Qt::red));
+    }
+
+    void anUndoThatIsNotPossibleStaysPending()
+    {
+        name()->setText(text("foo"));
+        const auto result = m_row->renameFile(std::nullopt);
+        m_rig->screenshot(text("Shot.png"), Qt::green);
+        QVERIFY(!m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL)));
+        QCOMPARE(status(), text("Could not undo"));
+        QCOMPARE(m_row->fileURL(), m_rig->place(text("foo.png")));
+        QCOMPARE(m_rig->filesInFolder().size(), 2);
+        QVERIFY(!button("Undo")->isHidden());
+
+        QVERIFY(QFile::remove(m_url.toLocalFile()));
+        QVERIFY(QFile::remove(result->newURL.toLocalFile()));
+        QVERIFY(!m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL)));
+        QCOMPARE(status(), text("Could not undo"));
+    }
+
+    void theButtonsSendTheirActions()
+    {
+        for (const char *tip : {"Copy", "Reveal in Finder", "Move to Trash", "Dismiss"})
+            QTest::mouseClick(button(tip), Qt::LeftButton);
+        QCOMPARE(m_actions.size(), 4);
+        QVERIFY(std::holds_alternative<ScreenshotRowAction::Copy>(m_actions[0].what));
+        QVERIFY(std::holds_alternative<ScreenshotRowAction::Reveal>(m_actions[1].what));
+        QVERIFY(std::holds_alternative<ScreenshotRowAction::Trash>(m_actions[2].what));
+        QVERIFY(std::holds_alternative<ScreenshotRowAction::Close>(m_actions[3].what));
+    }
+
+    void escapeAnywhereInTheRowClosesItAndOtherKeysDoNot()
+    {
+        name()->setFocus();
+        QTest::keyClicks(name(), text("half a na"));
+        QTest::keyClick(name(), Qt::Key_Left);
+        QVERIFY(m_actions.isEmpty());
+        QTest::keyClick(name(), Qt::Key_Escape);
+        QCOMPARE(sent<ScreenshotRowAction::Close>().size(), 1);
+        m_row->retire();
+        button("Copy")->setFocus();
+        QTest::keyClick(button("Copy"), Qt::Key_Escape);
+        QCOMPARE(sent<ScreenshotRowAction::Close>().size(), 2);
+        QCOMPARE(m_actions.size(), 2);
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+    }
+
+    void tabVisitsTheNameAndThenTheButtons()
+    {
+        name()->setText(text("foo"));
+        QVERIFY(m_row->renameFile(std::nullopt));
+        name()->setFocus();
+        for (const char *next : {"Undo", "Copy", "Reveal in Finder", "Move to Trash", "Dismiss"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->accessibleName(), text(next));
+        }
+    }
+};
+
+QTEST_MAIN(RowActionsTest)
+#include "RowActionsTest.moc"

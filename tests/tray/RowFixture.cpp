@@ -1,0 +1,59 @@
+#include "tests/tray/RowFixture.h"
+
+#include "style/BezelButton.h"
+#include "style/VelmoraPalette.h"
+#include "tray/FilenameTextField.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QTest>
+
+RowFixture::RowFixture() = default;
+RowFixture::~RowFixture() = default;
+
+void RowFixture::begin()
+{
+    m_rig = std::make_unique<TrayRig>();
+    m_actions.clear();
+    m_url = m_rig->screenshot(QStringLiteral("Shot.png"));
+    m_id = QUuid::createUuid();
+    m_window = std::make_unique<PaletteView>();
+    m_window->setFillColor(VelmoraPalette::tray());
+    m_row = new ScreenshotRowView(
+        m_id, m_url, QStringLiteral("app-screen.png"),
+        {*m_rig->platform.systemTrash, m_rig->images},
+        [this](const ScreenshotRowAction &action) { m_actions.append(action); });
+    m_row->setParent(m_window.get());
+    m_row->setGeometry(8, 8, 604, 72);
+    m_window->resize(620, 88);
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    name()->clearFocus();
+}
+
+void RowFixture::end()
+{
+    m_window.reset();
+}
+
+FilenameTextField *RowFixture::name() const
+{
+    return TrayOnScreen::name(m_row);
+}
+
+BezelButton *RowFixture::button(const char *accessibleName) const
+{
+    return TrayOnScreen::button(m_row, QString::fromUtf8(accessibleName));
+}
+
+QString RowFixture::status() const
+{
+    return TrayOnScreen::status(m_row);
+}
+
+void RowFixture::type(const char *typed)
+{
+    name()->setFocus();
+    name()->selectAll();
+    QTest::keyClicks(name(), QString::fromUtf8(typed));
+}

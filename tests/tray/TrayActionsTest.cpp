@@ -1,0 +1,219 @@
+#include "tests/tray/ControllerFixture.h"
+
+#include "core/VelmoraSettings.h"
+#include "style/BezelButton.h"
+#include "tray/FilenameTextField.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QClipboard>
+#include <QMimeData>
+#include <QTest>
+
+using TrayOnScreen::button;
+using TrayOnScreen::name;
+using TrayOnScreen::rows;
+using TrayOnScreen::status;
+
+namespace
+{
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+} // namespace
+
+class TrayActionsTest : public QObject, ControllerFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void namingIsShownOnTheRow()
+    {
+        const QUuid id = add("one.png");
+        m_tray->markNaming(id);
+        QCOMPARE(status(rows().first()), text("Reading screen text..."));
+        m_tray->markNaming(QUuid::createUuid());
+        m_tray->updateSuggestion(QUuid::createUuid(), text("x.png"), true);
+        QVERIFY(m_told.isEmpty());
+    }
+
+    void anAutomaticRenameIsTold()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        QCOMPARE(m_told, (QStringList{text("renamed better.png"),
+                                      text("rename undoable one.png better.png")}));
+        QCOMPARE(status(rows().first()), text("Renamed automatically"));
+    }
+
+    void aTypedNameIsToldOnce()
+    {
+        add("one.png");
+        type(rows().first(), "typed");
+        QTest::keyClick(name(rows().first()), Qt::Key_Return);
+        QCOMPARE(m_told, (QStringList{text("renamed typed.png"),
+                                      text("rename undoable one.png typed.png")}));
+    }
+
+    void aRenameThatFailsIsNotTold()
+    {
+        add("one.png");
+        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        type(rows().first(), "typed");
+        QTest::keyClick(name(rows().first()), Qt::Key_Return);
+        QCOMPARE(status(rows().first()), text("Rename failed"));
+        QVERIFY(m_told.isEmpty());
+    }
+
+    void copyPutsPictureAndFileOnTheClipboardWhateverTheSetting()
+    {
+        VelmoraSettings::setCopyBehavior(CopyBehavior::none);
+        add("one.png");
+        click(rows().first(), "Copy");
+        QCOMPARE(status(rows().first()), text("Copied"));
+        const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+        QVERIFY(data->formats().contains(text("image/png")));
+        QCOMPARE(data->urls(), QList<QUrl>{m_rig->place(text("one.png"))});
+    }
+
+    void aCopyThatFailsSaysSo()
+    {
+        add("one.png");
+        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        click(rows().first(), "Copy");
+        QCOMPARE(status(rows().first()), text("Could not copy"));
+    }
+
+    void revealShowsTheFileWhereItIsNow()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        click(rows().first(), "Reveal in Finder");
+        QCOMPARE(m_rig->fileBrowser->revealed, QList<QUrl>{m_rig->place(text("better.png"))});
+    }
+
+    void trashTellsAndClosesTheRow()
+    {
+        add("one.png");
+        add("two.png");
+        click(rows().last(), "Move to Trash");
+        QCOMPARE(m_told, QStringList{text("trash undoable one.png")});
+        QCOMPARE(names(), QStringList{text("two.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("two.png")});
+    }
+
+    void aTrashThatFailsLeavesTheRow()
+    {
+        add("one.png");
+        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        click(rows().first(), "Move to Trash");
+        QCOMPARE(status(rows().first()), text("Trash failed"));
+        QVERIFY(m_told.isEmpty());
+        QCOMPARE(rows().size(), 1);
+    }
+
+    void undoTellsAndKeepsTheRow()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        m_told.clear();
+        click(rows().first(), "Undo");
+        QCOMPARE(m_told, QStringList{text("undo performed one.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
+        QCOMPARE(names(), QStringList{text("one.png")});
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("one.png"))));
+    }
+
+    void anUndoThatFailsIsNotTold()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        m_rig->screenshot(text("one.png"), Qt::blue);
+        m_told.clear();
+        click(rows().first(), "Undo");
+        QCOMPARE(status(rows().first()), text("Could not undo"));
+        QVERIFY(m_told.isEmpty());
+        QVERIFY(button(rows().first(), text("Undo"))->isVisible());
+    }
+
+    void withoutCallbacksEverythingStillWorks()
+    {
+        m_tray->onRenamed = nullptr;
+        m_tray->onRenameUndoable = nullptr;
+        m_tray->onTrashUndoable = nullptr;
+        m_tray->onUndoPerformed = nullptr;
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        click(rows().first(), "Undo");
+        click(rows().first(), "Move to Trash");
+        QVERIFY(m_rig->filesInFolder().isEmpty());
+    }
+
+    void closingARowInWhichTheUserTypesRenamesNothing_data()
+    {
+        QTest::addColumn<bool>("byEscape");
+        QTest::newRow("Escape") << true;
+        QTest::newRow("the close button") << false;
+    }
+
+    void closingARowInWhichTheUserTypesRenamesNothing()
+    {
+        QFETCH(const bool, byEscape);
+        add("one.png");
+        add("two.png");
+        QWidget *row = rows().first();
+        type(row, "half a na");
+        if (byEscape)
+            QTest::keyClick(name(row), Qt::Key_Escape);
+        else
+            click(row, "Dismiss");
+        QCoreApplication::processEvents();
+        QCOMPARE(names(), QStringList{text("one.png")});
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("two.png")}));
+        QVERIFY(m_told.isEmpty());
+        // What is typed on lands in no other row.
+        QVERIFY(!name(rows().first())->hasFocus());
+    }
+
+    void aRowIsPushedOutWhileTheUserTypesInIt()
+    {
+        add("one.png");
+        type(rows().first(), "half a na");
+        add("two.png");
+        add("three.png");
+        add("four.png");
+        QCoreApplication::processEvents();
+        QCOMPARE(rows().size(), 3);
+        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
+        QVERIFY(m_told.isEmpty());
+        for (const QWidget *row : rows())
+            QVERIFY(!name(row)->hasFocus());
+    }
+
+    void theTrashLeavesATypedNameAlone()
+    {
+        add("one.png");
+        add("two.png");
+        type(rows().first(), "half a na");
+        click(rows().first(), "Move to Trash");
+        QCoreApplication::processEvents();
+        QCOMPARE(m_told, QStringList{text("trash undoable two.png")});
+    }
+
+    void endingWhileTheUserTypesRenamesNothing()
+    {
+        add("one.png");
+        type(rows().first(), "half a na");
+        m_tray.reset();
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
+        QVERIFY(m_told.isEmpty());
+    }
+};
+
+QTEST_MAIN(TrayActionsTest)
+#include "TrayActionsTest.moc"

@@ -1,0 +1,243 @@
+#include "tests/tray/ControllerFixture.h"
+
+#include "core/VelmoraSettings.h"
+#include "style/VelmoraPalette.h"
+#include "tray/FilenameTextField.h"
+#include "tray/FloatingTrayPanel.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+using TrayOnScreen::name;
+using TrayOnScreen::panel;
+using TrayOnScreen::rows;
+
+namespace
+{
+
+QString text(const char *literal)
+{
+    return QString::fromUtf8(literal);
+}
+
+} // namespace
+
+class TrayRowsTest : public QObject, ControllerFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void thereIsNoPanelBeforeTheFirstScreenshot()
+    {
+        QVERIFY(!panel());
+        m_tray->layoutPanel();
+        QVERIFY(!panel());
+        add("one.png");
+        QVERIFY(panel()->isVisible());
+    }
+
+    void aNewRowIsOnTopAndTheOnlyNewOne()
+    {
+        add("one.png");
+        add("two.png");
+        add("three.png");
+        QCOMPARE(names(), (QStringList{text("three.png"), text("two.png"), text("one.png")}));
+        QCOMPARE(badges(), (QStringList{text("NEW"), text("EARLIER"), text("EARLIER")}));
+    }
+
+    void aFourthScreenshotPushesTheFirstOut()
+    {
+        const QUuid first = add("one.png");
+        add("two.png");
+        add("three.png");
+        add("four.png");
+        QCOMPARE(names(), (QStringList{text("four.png"), text("three.png"), text("two.png")}));
+        QCOMPARE(badges(), (QStringList{text("NEW"), text("EARLIER"), text("EARLIER")}));
+        QVERIFY(!m_tray->fileURL(first));
+        m_tray->updateSuggestion(first, text("late.png"), true);
+        m_tray->markNaming(first);
+        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
+        QVERIFY(m_told.isEmpty());
+    }
+
+    void whenTheNewestGoesTheNextBecomesNew()
+    {
+        add("one.png");
+        add("two.png");
+        click(rows().first(), "Dismiss");
+        QCOMPARE(names(), QStringList{text("one.png")});
+        QCOMPARE(badges(), QStringList{text("NEW")});
+    }
+
+    void thePanelStandsInTheChosenCorner_data()
+    {
+        QTest::addColumn<TrayPosition>("position");
+        QTest::addColumn<bool>("right");
+        QTest::addColumn<bool>("bottom");
+        QTest::newRow("bottomRight") << TrayPosition::bottomRight << true << true;
+        QTest::newRow("topRight") << TrayPosition::topRight << true << false;
+        QTest::newRow("bottomLeft") << TrayPosition::bottomLeft << false << true;
+        QTest::newRow("topLeft") << TrayPosition::topLeft << false << false;
+    }
+
+    void thePanelStandsInTheChosenCorner()
+    {
+        QFETCH(const TrayPosition, position);
+        QFETCH(const bool, right);
+        QFETCH(const bool, bottom);
+        VelmoraSettings::setTrayPosition(position);
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        for (int count = 1; count <= 3; ++count) {
+            add("shot.png");
+            const int height = 72 * count + 6 * (count - 1) + 16;
+            const int x = right ? screen.right() + 1 - 620 - 44 : screen.left() + 44;
+            const int y = bottom ? screen.bottom() + 1 - height - 44 : screen.top() + 44;
+            QTRY_COMPARE(panel()->geometry(), QRect(x, y, 620, height));
+        }
+    }
+
+    void aNewPositionMovesTheVisiblePanelAtOnce()
+    {
+        add("one.png");
+        const QPoint before = panel()->pos();
+        VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        m_tray->layoutPanel();
+        QCOMPARE(panel()->pos(), QPoint(44, 44));
+        QVERIFY(before != panel()->pos());
+    }
+
+    void theRowsStandBelowEachOther()
+    {
+        add("one.png");
+        add("two.png");
+        add("three.png");
+        const auto placed = [](int index, int y) {
+            const QWidget *row = rows()[index];
+            return QRect(row->mapTo(panel(), QPoint()), row->size()) == QRect(8, y, 604, 72);
+        };
+        QTRY_VERIFY(placed(0, 8));
+        QTRY_VERIFY(placed(1, 86));
+        QTRY_VERIFY(placed(2, 164));
+    }
+
+    void aRowArrivesFromTheRightAndFadesIn()
+    {
+        add("one.png");
+        QWidget *row = rows().first();
+        QCOMPARE(row->x(), 8 + 18);
+        QCOMPARE(TrayOnScreen::picture(row).pixel(100, 4), VelmoraPalette::tray().rgb());
+        QElapsedTimer watch;
+        watch.start();
+        int last = row->x();
+        while (row->x() > 8) {
+            QVERIFY(watch.elapsed() < 2000);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            QVERIFY(row->x() <= last);
+            last = row->x();
+        }
+        QVERIFY(watch.elapsed() >= 100);
+        QTRY_COMPARE(TrayOnScreen::picture(row).pixel(100, 4), VelmoraPalette::card().rgb());
+        QCOMPARE(panel()->size(), QSize(620, 88));
+    }
+
+    void closingTheOnlyRowHidesThePanelUntilTheNext()
+    {
+        add("one.png");
+        QWidget *first = panel();
+        click(rows().first(), "Dismiss");
+        QVERIFY(!first->isVisible());
+        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
+
+        VelmoraSettings::setTrayPosition(TrayPosition::topRight);
+        add("two.png");
+        QCOMPARE(panel(), first);
+        QVERIFY(panel()->isVisible());
+        QTRY_COMPARE(panel()->y(), 44);
+        QCOMPARE(panel()->size(), QSize(620, 88));
+        QCOMPARE(names(), QStringList{text("two.png")});
+    }
+
+    void fileUrlsFollowRenamesAndEndWithTheRow()
+    {
+        const QUuid id = add("one.png");
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("one.png"))));
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("better.png"))));
+        click(rows().first(), "Dismiss");
+        QVERIFY(!m_tray->fileURL(id));
+        QVERIFY(!m_tray->fileURL(QUuid::createUuid()));
+    }
+
+    void aShownFileIsKnownHoweverItsAddressIsWritten()
+    {
+        add("one.png");
+        const QString path = m_rig->place(text("one.png")).toLocalFile();
+        const QString folder = path.section(u'/', 0, -2);
+        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(path)));
+        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("/./one.png"))));
+        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("//x/../one.png"))));
+        QVERIFY(!m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("/One.png"))));
+
+        const QUrl odd = QUrl::fromLocalFile(folder + text("/./two.png"));
+        m_rig->screenshot(text("two.png"));
+        m_tray->addScreenshot(odd, text("two.png"));
+        QVERIFY(m_tray->containsScreenshot(m_rig->place(text("two.png"))));
+    }
+
+    void tabGoesFromTheNewestRowDown()
+    {
+        add("one.png");
+        add("two.png");
+        activate();
+        QStringList visited;
+        for (int i = 0; i < 10; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            const QWidget *focused = QApplication::focusWidget();
+            const bool inTop = rows().first()->isAncestorOf(focused);
+            visited.append(text(inTop ? "top " : "below ") + focused->accessibleName());
+        }
+        QStringList wanted;
+        for (const char *place : {"top ", "below "}) {
+            for (const char *control : {"Edit filename and press Return", "Copy",
+                                        "Reveal in Finder", "Move to Trash", "Dismiss"})
+                wanted.append(text(place) + text(control));
+        }
+        QCOMPARE(visited, wanted);
+    }
+
+    void aRowLeavesAfterFifteenSecondsEvenWhenTheUserTypes()
+    {
+        VelmoraSettings::setTrayDuration(TrayDuration::fifteenSeconds);
+        QElapsedTimer watch;
+        watch.start();
+        add("one.png");
+        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
+        add("two.png");
+        VelmoraSettings::setTrayDuration(TrayDuration::sixtySeconds);
+        add("three.png");
+
+        QWidget *oldest = rows().last();
+        QTimer typing;
+        connect(&typing, &QTimer::timeout, oldest, [oldest] {
+            name(oldest)->setFocus();
+            QTest::keyClicks(name(oldest), text("x"));
+        });
+        typing.start(1000);
+        QTRY_COMPARE_WITH_TIMEOUT(rows().size(), 2, 20000);
+        QVERIFY2(watch.elapsed() >= 14990 && watch.elapsed() < 17000,
+                 qPrintable(QString::number(watch.elapsed())));
+        QCOMPARE(names(), (QStringList{text("three.png"), text("two.png")}));
+        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
+        QVERIFY(m_told.isEmpty());
+    }
+};
+
+QTEST_MAIN(TrayRowsTest)
+#include "TrayRowsTest.moc"
