@@ -29,8 +29,9 @@ QString objectPath()
 /// Before the call or in the middle of it. A call that nobody answered in time looks the same.
 bool isOwnerGone(const QDBusMessage &answer)
 {
-    const QDBusError::ErrorType error = QDBusError(answer).type();
-    return error == QDBusError::ServiceUnknown || error == QDBusError::NoReply;
+    const QDBusError error(answer);
+    return error.type() == QDBusError::ServiceUnknown || error.type() == QDBusError::NoReply ||
+           error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QtConcurrent>
 
+#include <utility>
+
 namespace
 {
 
@@ -45,17 +47,19 @@ private:
     /// At once: a moment later the window's process may be gone.
     void identify()
     {
-        if (m_entries && m_working)
-            m_application = applicationOf(*m_working, *m_entries);
+        if (!m_entries || !m_working)
+            return;
+        const Application application = applicationOf(*m_working, *m_entries);
+        m_hasNews = m_hasNews || application != m_application;
+        m_application = application;
     }
 
+    /// Whoever asks in between hears the news twice, so that nobody misses what another was told.
     void announce()
     {
         const std::optional<Application> application = current();
-        if (!application || application == m_announced)
-            return;
-        m_announced = application;
-        Q_EMIT activated(*application);
+        if (application && std::exchange(m_hasNews, false))
+            Q_EMIT activated(*application);
     }
 
     void readEntries()
@@ -80,7 +84,7 @@ private:
     /// The window that the user works in, or last worked in.
     std::optional<X11Window> m_working;
     std::optional<Application> m_application;
-    std::optional<Application> m_announced;
+    bool m_hasNews = false;
     bool m_hasActiveWindow = false;
     /// There the X server knows nothing of the other windows: none active may well mean that
     /// another application is in front.

@@ -1,6 +1,7 @@
 #include "platform/linux/StatusBarSearch.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -29,6 +30,13 @@ QString watcherPath()
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
+/// The bus answers so when it has not been asked to start anybody.
+bool meansNobody(const QDBusError &error)
+{
+    return error.type() == QDBusError::ServiceUnknown ||
+           error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+
 } // namespace
 
 StatusBarSearch::StatusBarSearch(Patience patience) : m_patience(patience) {}
@@ -54,8 +62,10 @@ void StatusBarSearch::start()
 void StatusBarSearch::listenToBus()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    if (!bus.isConnected()) {
+        m_hasWatcher = false;
         return;
+    }
     auto *names =
         new QDBusServiceWatcher(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(names, &QDBusServiceWatcher::serviceRegistered, this, &StatusBarSearch::askForHost);
@@ -82,7 +92,7 @@ void StatusBarSearch::askForHost()
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *call;
-        m_hasWatcher = !reply.isError();
+        m_hasWatcher = !reply.isError() || !meansNobody(reply.error());
         if (reply.isValid() && reply.value().variant().toBool())
             finish(StatusBar::Host);
         else
@@ -92,8 +102,10 @@ void StatusBarSearch::askForHost()
 
 void StatusBarSearch::considerOlderTray()
 {
-    const auto limit = m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
-    if (!m_isFound && m_waited >= limit && m_olderTray && m_olderTray->isThere())
+    if (m_isFound || !m_hasWatcher)
+        return;
+    const auto limit = *m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
+    if (m_waited >= limit && m_olderTray && m_olderTray->isThere())
         finish(StatusBar::Older);
 }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 /// Waits until the session has a status bar. Qt looks for one when the program first touches its
 /// tray icon, and keeps to what it then found until the program ends; a session that has just
@@ -50,6 +51,7 @@ private:
     Patience m_patience;
     std::chrono::milliseconds m_waited{0};
     bool m_isFound = false;
-    bool m_hasWatcher = false;
+    /// Whether somebody on the bus keeps a list of hosts; absent until that is known.
+    std::optional<bool> m_hasWatcher;
     std::unique_ptr<OlderTray> m_olderTray;
 };

@@ -194,10 +194,24 @@ private Q_SLOTS:
         const Terminal fox(setting("x"), setting("Fox-esr"));
         const Terminal paint(setting("x"), setting("paint"));
         paint.activate();
-        QTRY_COMPARE(m_front->current(), (Application{setting("Paint Box"), setting("paint")}));
+        QTRY_COMPARE(lastActivated(), (Application{setting("Paint Box"), setting("paint")}));
         m_activated->clear();
-        run(setting("xdotool"), {setting("windowactivate"), setting("--sync"), fox.window()});
+        activateUnheard(fox);
         QCOMPARE(m_front->current(), (Application{setting("Fox Browser"), setting("fox")}));
+        QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
+    }
+
+    void whoWasToldByAskingIsToldOfTheReturn()
+    {
+        const Terminal paint(setting("x"), setting("paint"));
+        const Terminal fox(setting("x"), setting("Fox-esr"));
+        fox.activate();
+        QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
+        m_activated->clear();
+        // All of it before the program comes to hear of the first change.
+        activateUnheard(paint);
+        QCOMPARE(m_front->current(), (Application{setting("Paint Box"), setting("paint")}));
+        activateUnheard(fox);
         QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
     }
 
@@ -309,6 +323,12 @@ private:
         const Terminal terminal(setting(instance), setting(windowClass));
         terminal.activate();
         QTRY_COMPARE(m_front->current(), application);
+    }
+
+    /// Without this program's event loop.
+    static void activateUnheard(const Terminal &terminal)
+    {
+        run(setting("xdotool"), {setting("windowactivate"), setting("--sync"), terminal.window()});
     }
 
     std::optional<Application> lastActivated() const

@@ -19,26 +19,6 @@ constexpr int patience = 10'000;
 
 const QRgb loud = qRgb(255, 0, 255);
 
-/// A panel with nothing but the status tray, along the top of the screen.
-const char panelSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)";
-
 QImage screen()
 {
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
@@ -147,10 +127,7 @@ std::unique_ptr<StatusBars::Program> StatusBars::startPanel()
     const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") +
                            QStringLiteral("/xfce4/xfconf/xfce-perchannel-xml");
     QDir().mkpath(folder);
-    QFile settings(folder + QStringLiteral("/xfce4-panel.xml"));
-    if (!settings.exists() && settings.open(QFile::WriteOnly))
-        settings.write(panelSettings);
-    settings.close();
+    QFile::copy(QStringLiteral(PANEL_SETTINGS), folder + QStringLiteral("/xfce4-panel.xml"));
     return std::make_unique<Program>(QStringLiteral("xfce4-panel"),
                                      QStringList{QStringLiteral("--disable-wm-check")});
 }

@@ -3,9 +3,9 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QDBusVariant>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -45,23 +45,33 @@ bool hasStatusNotifierWatcher()
         QStringLiteral("org.kde.StatusNotifierWatcher"));
 }
 
+QVariant busProperty(const QString &service, const QString &path, const QString &interface,
+                     const QString &name)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call.setAutoStartService(false);
+    call << interface << name;
+    const QDBusReply<QDBusVariant> reply = QDBusConnection::sessionBus().call(call);
+    return reply.isValid() ? reply.value().variant() : QVariant();
+}
+
 /// The bus address of the item that has been registered with the panel.
 QString registeredItem()
 {
-    QDBusInterface watcher(QStringLiteral("org.kde.StatusNotifierWatcher"),
-                           QStringLiteral("/StatusNotifierWatcher"),
-                           QStringLiteral("org.kde.StatusNotifierWatcher"));
-    return watcher.property("RegisteredStatusNotifierItems")
+    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+    return busProperty(watcher, QStringLiteral("/StatusNotifierWatcher"), watcher,
+                       QStringLiteral("RegisteredStatusNotifierItems"))
         .toStringList()
         .value(0)
         .section(u'/', 0, 0);
 }
 
-QString propertyOfItem(const char *name)
+QString propertyOfItem(const QString &name)
 {
-    const QDBusInterface item(registeredItem(), QStringLiteral("/StatusNotifierItem"),
-                              QStringLiteral("org.kde.StatusNotifierItem"));
-    return item.property(name).toString();
+    return busProperty(registeredItem(), QStringLiteral("/StatusNotifierItem"),
+                       QStringLiteral("org.kde.StatusNotifierItem"), name)
+        .toString();
 }
 
 QDBusMessage callMenu(const QString &method, const QVariantList &arguments)
@@ -91,8 +101,9 @@ QList<Entry> menuOnBus()
     for (const QVariant &child : children) {
         const auto argument = child.value<QDBusArgument>();
         Entry entry;
+        QVariantList below;
         argument.beginStructure();
-        argument >> entry.id >> entry.properties;
+        argument >> entry.id >> entry.properties >> below;
         argument.endStructure();
         entries.append(entry);
     }
@@ -208,7 +219,7 @@ private Q_SLOTS:
         const auto panel = StatusBars::startPanel();
         auto item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
-        QCOMPARE(propertyOfItem("IconName"), QString());
+        QCOMPARE(propertyOfItem(QStringLiteral("IconName")), QString());
         item.reset();
         QTRY_VERIFY_WITH_TIMEOUT(registeredItem().isEmpty(), patience);
 
@@ -220,7 +231,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QStringLiteral(SYMBOLIC_ICON), installed));
         item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
-        QCOMPARE(propertyOfItem("IconName"), name);
+        QCOMPARE(propertyOfItem(QStringLiteral("IconName")), name);
         QVERIFY(QFile::remove(installed));
     }
 
