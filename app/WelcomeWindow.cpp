@@ -18,6 +18,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QWindow>
 
 namespace
 {
@@ -175,16 +176,13 @@ void WelcomeWindow::setVisible(bool visible)
         connect(screen(), &QScreen::availableGeometryChanged, this, &WelcomeWindow::fitToScreen,
                 Qt::UniqueConnection);
     }
+    // A hidden window has no frame any more, and `pos()` may remember a time before it had one.
+    if (!visible && isVisible())
+        m_lastPlace = windowHandle()->framePosition();
     QWidget::setVisible(visible);
     // No control is in focus until the user goes there: a stray key must change no setting.
     if (appears)
         setFocus();
-}
-
-void WelcomeWindow::hideEvent(QHideEvent *event)
-{
-    m_lastPlace = pos();
-    QWidget::hideEvent(event);
 }
 
 /// On a screen that is too low for all of it the window is lower, and its content scrolls, as it

@@ -43,9 +43,6 @@ Q_SIGNALS:
     void doneRequested();
     void feedbackRequested();
 
-protected:
-    void hideEvent(QHideEvent *event) override;
-
 private:
     QWidget *makeContent(const WelcomeState &state);
     void connectGeneral(const GeneralSection &general);

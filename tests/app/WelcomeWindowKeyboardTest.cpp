@@ -11,6 +11,13 @@ using namespace WelcomeWindowParts;
 namespace
 {
 
+/// Shows the window, and waits until keys that are pressed on the desktop come to it.
+bool hasKeyboard(WelcomeWindow &window)
+{
+    return showActive(window) &&
+           QTest::qWaitFor([&window] { return XDesktop::activeWindow() == window.winId(); });
+}
+
 QAccessibleInterface *accessible(QWidget *part)
 {
     return QAccessible::queryAccessibleInterface(part);
@@ -51,7 +58,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, key);
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         QSignalSpy done(&window, &WelcomeWindow::doneRequested);
         XDesktop::pressKey(key);
         QVERIFY(done.count() > 0 || done.wait());
@@ -61,7 +68,7 @@ private Q_SLOTS:
     void returnIsDoneWhereverTheFocusIs()
     {
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         const QSignalSpy instant(&window, &WelcomeWindow::instantModeRequested);
         const QSignalSpy login(&window, &WelcomeWindow::startAtLoginChanged);
         const QSignalSpy folder(&window, &WelcomeWindow::changeFolderRequested);
@@ -78,7 +85,7 @@ private Q_SLOTS:
     void returnInAnOpenPopUpPicksAndIsNotDone()
     {
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         const QSignalSpy done(&window, &WelcomeWindow::doneRequested);
         QSignalSpy picked(&window, &WelcomeWindow::trayPositionPicked);
         OptionPopUp *position = popUp(window, QStringLiteral("Tray position"));
@@ -97,21 +104,21 @@ private Q_SLOTS:
     {
         WelcomeWindow window(state());
         const QSignalSpy instant(&window, &WelcomeWindow::instantModeRequested);
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         QVERIFY(!controls(window).contains(QApplication::focusWidget()));
         XDesktop::pressKey(QStringLiteral("space"));
         XDesktop::pressKey(QStringLiteral("Tab"));
         QTRY_VERIFY(controls(window).first()->hasFocus());
         QCOMPARE(instant.count(), 0);
         window.close();
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         QVERIFY(!controls(window).contains(QApplication::focusWidget()));
     }
 
     void tabReachesEveryControlInItsOrderAndBackTabBack()
     {
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         const QList<QWidget *> order = controls(window);
         QVERIFY(!order.contains(nullptr));
         for (QWidget *control : order) {
@@ -127,7 +134,7 @@ private Q_SLOTS:
     void theFocusCanBeSeenOnEveryControl()
     {
         WelcomeWindow window(state(false, true));
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         for (QWidget *control : controls(window)) {
             window.setFocus();
             const QImage idle = control->grab().toImage();
@@ -139,7 +146,7 @@ private Q_SLOTS:
     void spacePressesTheControlInFocus()
     {
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         QSignalSpy login(&window, &WelcomeWindow::startAtLoginChanged);
         button(window, QStringLiteral("Start at login"))->setFocus(Qt::TabFocusReason);
         XDesktop::pressKey(QStringLiteral("space"));
@@ -175,7 +182,7 @@ private Q_SLOTS:
         QFETCH(const QAccessible::Role, role);
         QFETCH(const QString, description);
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         QAccessibleInterface *control = accessible(controls(window)[index]);
         QVERIFY(control);
         QCOMPARE(control->role(), role);
@@ -191,7 +198,7 @@ private Q_SLOTS:
     {
         const QString path = QStringLiteral("/home/anna/") + QString(300, QLatin1Char('w'));
         WelcomeWindow window(state(false, false, path));
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         for (QLabel *each : window.findChildren<QLabel *>()) {
             if (each->text().isEmpty())
                 continue;
@@ -204,7 +211,7 @@ private Q_SLOTS:
     void cardsRowsAndPicturesTellWhatTheySay()
     {
         WelcomeWindow window(state());
-        QVERIFY(showActive(window));
+        QVERIFY(hasKeyboard(window));
         const auto owner = [&window](const QString &text) {
             return label(window, text)->parentWidget();
         };
