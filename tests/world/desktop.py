@@ -363,11 +363,10 @@ class Velmora:
         return 1024 * sum(map(int, private))
 
     def processor_seconds(self):
-        """The processor time that all threads together have used."""
-        total = 0
-        for task in pathlib.Path(f"/proc/{self.pid}/task").iterdir():
-            total += int((task / "schedstat").read_text().split()[0])
-        return total / 1e9
+        """The processor time that all threads together have used, ended ones included."""
+        fields = pathlib.Path(f"/proc/{self.pid}/stat").read_text().rsplit(")", 1)[1].split()
+        user, system = int(fields[11]), int(fields[12])
+        return (user + system) / os.sysconf("SC_CLK_TCK")
 
     def descriptor_count(self):
         return len(list(pathlib.Path(f"/proc/{self.pid}/fd").iterdir()))
