@@ -147,8 +147,9 @@ class Killed(case.EndToEnd):
             for name in names_in(place):
                 path = place / name
                 content = path.read_bytes()
-                self.assertIn(content, self.ledger.contents(), f"{path}, {len(content)} bytes")
-                self.assertNotIn(content, found, f"{path} is also {found.get(content)}")
+                is_whole = content in self.ledger.contents()
+                self.assertTrue(is_whole, f"{path}, {len(content)} bytes, was never written so")
+                self.assertFalse(content in found, f"{path} is also {found.get(content)}")
                 found[content] = path
                 original = path if place == desktop.FOLDER else self.noted_path(name)
                 kind = self.ledger.kind_of_name(content, original.name)
@@ -158,7 +159,7 @@ class Killed(case.EndToEnd):
                 )
                 kinds.append((place.name, kind))
         lost = self.ledger.contents() - found.keys()
-        self.assertFalse(lost, f"{len(lost)} files are lost")
+        self.assertEqual([self.ledger.old_name(content) for content in lost], [], "lost")
         return kinds
 
     @staticmethod
@@ -218,8 +219,8 @@ class Killed(case.EndToEnd):
         print(f"{len(self.ledger)} files {counts}, {len(undone)} undone", flush=True)
         for name in ("old", "fallback", "text"):
             self.assertIn((desktop.FOLDER.name, name), counts)
-        self.assertGreater(len(names_in(TRASH / "files")), 5)
-        self.assertGreater(len(undone), 5)
+        self.assertGreater(len(names_in(TRASH / "files")), 0)
+        self.assertGreater(len(undone), 0)
         self.check_that_it_works()
 
 
