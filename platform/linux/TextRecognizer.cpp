@@ -11,6 +11,10 @@
 namespace
 {
 
+/// After so many lines without a word, the rest is taken for a texture; most of them cost a tenth
+/// of a millisecond.
+constexpr int maximumBarrenLines = 400;
+
 /// Lines are found over the whole picture first, which takes some milliseconds, and then read one
 /// by one, which takes nearly all the time.
 class LineByLineRecognizer : public TextRecognizer
@@ -27,8 +31,16 @@ public:
         const std::vector<TextLine> lines = inReadingOrder(findLines(picture, cancelled));
         const EnginePool::Lease engine = m_engines.take();
         LineReader reader(*engine, picture);
+        int barren = 0;
         for (const TextLine &line : lines) {
-            if (!reader.read(line, onLine, cancelled))
+            const bool wanted = reader.read(
+                line,
+                [&](const QString &text) {
+                    barren = 0;
+                    return onLine(text);
+                },
+                cancelled);
+            if (!wanted || ++barren > maximumBarrenLines)
                 return;
         }
     }

@@ -22,6 +22,10 @@ constexpr int highestLetter = 40;
 /// better one level below.
 constexpr int lowestOnHalved = 13;
 
+/// More lines are no text, or more than a name needs: a full page of a large screen has some
+/// hundred.
+constexpr std::ptrdiff_t maximumLines = 3000;
+
 /// A line gives way to a larger one that covers this share of it.
 constexpr double coveredShare = 0.5;
 
@@ -109,6 +113,20 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
     return kept;
 }
 
+/// The lines nearest to the top, as many as are looked at.
+std::vector<TextLine> highest(std::vector<TextLine> lines)
+{
+    if (std::ptrdiff_t(lines.size()) <= maximumLines)
+        return lines;
+    const auto end = lines.begin() + maximumLines;
+    std::nth_element(lines.begin(), end, lines.end(),
+                     [](const TextLine &first, const TextLine &second) {
+                         return first.box.top() < second.box.top();
+                     });
+    lines.erase(end, lines.end());
+    return lines;
+}
+
 } // namespace
 
 std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled)
@@ -123,5 +141,5 @@ std::vector<TextLine> findLines(const QImage &picture, const std::function<bool(
         }
         factor *= 2;
     }
-    return withoutCovered(std::move(lines));
+    return withoutCovered(highest(std::move(lines)));
 }
