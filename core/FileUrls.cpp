@@ -78,12 +78,4 @@ QUrl numbered(const QUrl &wanted, int counter)
                  baseName(name) + QLatin1Char('-') + QString::number(counter) + suffix);
 }
 
-QUrl freeUrl(const QUrl &wanted)
-{
-    QUrl candidate = wanted;
-    for (int counter = 2; exists(candidate); ++counter)
-        candidate = numbered(wanted, counter);
-    return candidate;
-}
-
 } // namespace FileUrls

@@ -37,8 +37,4 @@ bool exists(const QUrl &url);
 /// The name with a counter: "base-2.ext", or "base-2" without an extension, beside `wanted`.
 QUrl numbered(const QUrl &wanted, int counter);
 
-/// `wanted` if nothing stands there, else the first free of "base-2.ext", "base-3.ext", … beside
-/// it. The answer may be outdated at once: the move that follows must refuse an existing file.
-QUrl freeUrl(const QUrl &wanted);
-
 } // namespace FileUrls

@@ -4,17 +4,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace
-{
-
-void create(const QUrl &url)
-{
-    QFile file(url.toLocalFile());
-    QVERIFY(file.open(QFile::WriteOnly));
-}
-
-} // namespace
-
 class FileUrlsTest : public QObject
 {
     Q_OBJECT
@@ -116,32 +105,23 @@ private Q_SLOTS:
         QVERIFY(FileUrls::exists(FileUrls::fromPath(folder.path())));
     }
 
-    void aFreeNameIsTakenAsItIs()
+    void aNumberStandsBeforeTheExtension_data()
     {
-        QTemporaryDir folder;
-        const QUrl wanted = FileUrls::fromPath(folder.filePath(QStringLiteral("Foo.png")));
-        QCOMPARE(FileUrls::freeUrl(wanted), wanted);
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("numbered");
+        QTest::newRow("ordinary") << QStringLiteral("Foo.png") << QStringLiteral("Foo-3.png");
+        QTest::newRow("without extension") << QStringLiteral("Foo") << QStringLiteral("Foo-3");
+        QTest::newRow("two dots") << QStringLiteral("a.b.png") << QStringLiteral("a.b-3.png");
+        QTest::newRow("numbered") << QStringLiteral("Foo-2.png") << QStringLiteral("Foo-2-3.png");
     }
 
-    void aTakenNameGetsTheFirstFreeNumberFromTwo()
+    void aNumberStandsBeforeTheExtension()
     {
-        QTemporaryDir folder;
-        const QUrl parent = FileUrls::fromPath(folder.path());
-        const QUrl wanted = FileUrls::child(parent, QStringLiteral("Foo.png"));
-        create(wanted);
-        QCOMPARE(FileUrls::freeUrl(wanted), FileUrls::child(parent, QStringLiteral("Foo-2.png")));
-        create(FileUrls::child(parent, QStringLiteral("Foo-2.png")));
-        create(FileUrls::child(parent, QStringLiteral("Foo-4.png")));
-        QCOMPARE(FileUrls::freeUrl(wanted), FileUrls::child(parent, QStringLiteral("Foo-3.png")));
-    }
-
-    void aTakenNameWithoutExtensionGetsANumberToo()
-    {
-        QTemporaryDir folder;
-        const QUrl parent = FileUrls::fromPath(folder.path());
-        create(FileUrls::child(parent, QStringLiteral("Foo")));
-        QCOMPARE(FileUrls::freeUrl(FileUrls::child(parent, QStringLiteral("Foo"))),
-                 FileUrls::child(parent, QStringLiteral("Foo-2")));
+        QFETCH(QString, name);
+        QFETCH(QString, numbered);
+        const QUrl parent = QUrl::fromLocalFile(QStringLiteral("/home/ada"));
+        QCOMPARE(FileUrls::numbered(FileUrls::child(parent, name), 3),
+                 FileUrls::child(parent, numbered));
     }
 };
 
