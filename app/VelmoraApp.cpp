@@ -8,6 +8,7 @@
 #include "detection/ScreenshotWatcher.h"
 #include "files/ClipboardWriter.h"
 #include "files/RecentScreenshotsWindow.h"
+#include "imaging/OpenFile.h"
 #include "platform/Platform.h"
 #include "style/lightAppearance.h"
 
@@ -121,11 +122,17 @@ void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
     });
 }
 
+/// The row's file may have been taken back by the menu meanwhile, and another one have its place:
+/// that one must not get the first one's name.
 void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
 {
+    const std::optional<FileIdentity> read = fileIdentity(url.toLocalFile());
     whenFinished(m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName()), this,
-                 [this, itemID](const QString &filename) {
-                     m_trayController.updateSuggestion(itemID, filename, true);
+                 [this, itemID, read](const QString &filename) {
+                     const QUrl current = m_trayController.fileURL(itemID).value_or(QUrl());
+                     const std::optional<FileIdentity> there = fileIdentity(current.toLocalFile());
+                     if (!read || !there || there->sameFile(*read))
+                         m_trayController.updateSuggestion(itemID, filename, true);
                  });
 }
 

@@ -154,6 +154,25 @@ private Q_SLOTS:
         QCOMPARE(AppRig::filesInFolder().size(), 2);
     }
 
+    void aFileThatHasTakenAnothersPlaceKeepsItsName()
+    {
+        AppRig rig;
+        rig.recognizer->mayRead = false;
+        rig.launch();
+        rig.take(QStringLiteral("Screenshot.png"));
+        QTRY_COMPARE(AppRig::rows().size(), 1);
+        const QUrl place = AppRig::rows().constFirst()->fileURL();
+        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QVERIFY(
+            QFile::copy(AppRig::folder() + QStringLiteral("/Screenshot.png"), place.toLocalFile()));
+        rig.app->handleNewScreenshot(place);
+        rig.recognizer->letRead();
+        rig.take(QStringLiteral("Another.png"));
+        QTRY_VERIFY(AppRig::filesInFolder().contains(
+            QStringLiteral("safari-harvest-festival-invitation.png")));
+        QVERIFY(FileUrls::exists(place));
+    }
+
     void reopeningShowsTheWelcomeWindowAgain()
     {
         AppRig rig;
