@@ -329,6 +329,11 @@ class Velmora:
     def is_running(self):
         return self._process.poll() is None
 
+    @property
+    def exit_code(self):
+        """Nothing while the program runs."""
+        return self._process.poll()
+
     def tray_window(self):
         """The tray's X window while it is shown."""
         for window in windows_of(self.pid):

@@ -1,0 +1,31 @@
+"""The program's own windows, for cases that look at them."""
+
+import desktop
+
+WELCOME = "Velmora"
+RECENT = "Recent Screenshots"
+
+# The tray bears the program's name too, and is lower than any other window.
+LOWEST_WINDOW = max(desktop.TRAY_HEIGHTS.values()) + 1
+
+
+def title_of(window):
+    return desktop.window_property(window, "_NET_WM_NAME").strip('"')
+
+
+class ProgramWindows:
+    """What is mixed into a case. The cases begin with the welcome window closed."""
+
+    def window(self, title):
+        """The program's visible window of this title."""
+        for window in desktop.windows_of(self.velmora.pid):
+            if desktop.geometry(window)[3] >= LOWEST_WINDOW and title_of(window) == title:
+                return window
+        return None
+
+    def is_in_front(self, title):
+        window = self.window(title)
+        return window is not None and window == desktop.active_window()
+
+    def wait_for_front(self, title):
+        desktop.wait_until(lambda: self.is_in_front(title), f"the window {title} is in front")
