@@ -11,7 +11,9 @@ class RunningInstance : public QObject
     Q_OBJECT
 public:
     /// True when this process is now the one that runs. False when another one is: it has then
-    /// been asked to reopen, and this process should end.
+    /// been asked to reopen, and this process should end. Blocks for two seconds at most: one that
+    /// lives but does not answer is busy, hears of it later and stays the one that runs, because
+    /// two at work on one folder would be worse than none in front.
     virtual bool claim() = 0;
 
 Q_SIGNALS:
