@@ -198,7 +198,7 @@ private Q_SLOTS:
         timer.start();
         m_browser->reveal(m_shot);
         QTRY_COMPARE_WITH_TIMEOUT(m_commands->calls().size(), 1, 10'000);
-        QVERIFY2(timer.elapsed() >= 2900, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() >= 2700, qPrintable(QString::number(timer.elapsed())));
     }
 
     void confinedTheProgramAsksThePortal()

@@ -181,18 +181,32 @@ def type_text(text):
     run("xdotool", "type", "--clearmodifiers", "--delay", "5", text)
 
 
-def save_settings(**settings):
-    """Writes the preferences as the program stores them."""
-    store = configparser.ConfigParser()
+def read_settings():
+    store = configparser.ConfigParser(interpolation=None)
     store.optionxform = str
     store.read(SETTINGS)
     if not store.has_section("General"):
         store.add_section("General")
-    for name, value in settings.items():
-        store.set("General", name, value)
-    SETTINGS.parent.mkdir(parents=True, exist_ok=True)
-    with SETTINGS.open("w") as file:
-        store.write(file, space_around_delimiters=False)
+    return store
+
+
+def save_settings(**settings):
+    """Writes the preferences as the program stores them. The program may be storing its recent list
+    at the same moment and write over them; then they are written again."""
+
+    def are_stored():
+        stored = read_settings()["General"]
+        return all(stored.get(name) == value for name, value in settings.items())
+
+    def write():
+        store = read_settings()
+        store["General"].update(settings)
+        SETTINGS.parent.mkdir(parents=True, exist_ok=True)
+        with SETTINGS.open("w") as file:
+            store.write(file, space_around_delimiters=False)
+        return stays(are_stored, 0.4)
+
+    wait_until(write, "the settings are stored")
 
 
 class Row:
