@@ -89,9 +89,16 @@ class FileManager(case.EndToEnd):
         target.mkdir()
         x, y, width, height = desktop.geometry(self.open_thunar(target))
         tray_x, tray_y, _, _ = desktop.geometry(self.velmora.tray_window())
-        self.drag((tray_x + 8 + 8 + 4 + 10 + 32, tray_y + 44), (x + width - 150, y + height // 2))
+        start = (tray_x + 8 + 8 + 4 + 10 + 32, tray_y + 44)
+        end = (x + width - 150, y + height // 2)
         copy = target / path.name
-        desktop.wait_until(copy.exists, "the copy", 20)
+
+        # A file manager that is still busy with its window lets a drop go; a hand tries again.
+        def dropped():
+            self.drag(start, end)
+            return desktop.appears(copy, 8)
+
+        desktop.wait_until(dropped, "the copy", 30)
         desktop.wait_until(lambda: copy.read_bytes() == path.read_bytes(), "the whole copy")
 
     def drag(self, start, end):

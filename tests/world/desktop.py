@@ -47,6 +47,11 @@ def stays(condition, seconds):
     return True
 
 
+def appears(path, seconds):
+    """Whether the file is there before the time is over."""
+    return not stays(lambda: not path.exists(), seconds)
+
+
 def run(*command, timeout=20):
     """The standard output of a command that must succeed."""
     return subprocess.run(command, check=True, stdout=subprocess.PIPE, timeout=timeout).stdout
