@@ -144,6 +144,10 @@ def geometry(window):
     return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
 
 
+def exists(window):
+    return output_of("xprop", "-id", str(window), "WM_STATE").returncode == 0
+
+
 def is_steady(window, seconds=0.3):
     """Whether nothing in the window changes for a while."""
     def look():
@@ -312,7 +316,8 @@ class Velmora:
             return False
 
         wait_until(is_closed, "the welcome window is closed", look_again=0.2)
-        if front not in (None, window):
+        # What was in front may be gone; the window manager goes on naming it for a while.
+        if front not in (None, window) and exists(front):
             run("xdotool", "windowactivate", "--sync", str(front))
         return self
 
