@@ -1,7 +1,6 @@
 // libFuzzer's target for the road of a picture: decode it, find its lines, read them.
 //
-// Built with clang by scripts/fuzz. What it finds goes into tests/fuzz/findings, which a test
-// decodes and reads ever after.
+// Built with clang by scripts/fuzz, which keeps its corpus and its findings in the build folder.
 
 #include "imaging/decodeImage.h"
 #include "platform/linux/text/EnginePool.h"
