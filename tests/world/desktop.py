@@ -394,6 +394,12 @@ class Velmora:
 
         return wait_until(found, what, seconds)
 
+    @property
+    def is_sanitized(self):
+        """Sanitizers keep freed memory for themselves, and make everything several times as
+        slow."""
+        return re.search(r"/lib[at]san\.so", pathlib.Path(f"/proc/{self.pid}/maps").read_text())
+
     def private_bytes(self):
         """The resident memory that the process shares with nobody."""
         rollup = pathlib.Path(f"/proc/{self.pid}/smaps_rollup").read_text()
