@@ -89,6 +89,15 @@ void ScreenshotWatcher::ignore(const QUrl &url)
 
 void ScreenshotWatcher::report(const QUrl &url)
 {
+    m_reports.enqueue(url);
+    m_nextTurn.start(0, this);
+}
+
+void ScreenshotWatcher::timerEvent(QTimerEvent *)
+{
+    const QUrl url = m_reports.dequeue();
+    if (m_reports.isEmpty())
+        m_nextTurn.stop();
     if (isIgnored(url))
         return;
     // A copy, since the callback may end the watcher.

@@ -2,8 +2,10 @@
 
 #include "platform/FolderEvents.h"
 
+#include <QBasicTimer>
 #include <QMutex>
 #include <QObject>
+#include <QQueue>
 #include <QSet>
 #include <QUrl>
 
@@ -25,7 +27,8 @@ class ScreenshotWatcher : public QObject
 public:
     /// @param folderURL the watched folder, fixed
     /// @param onNewScreenshot called on the main thread with each new file's standardised URL, each
-    ///        call from the event loop of its own; never after the watcher is gone
+    ///        call in a turn of the event loop of its own, so that many at once don't hold up what
+    ///        the user does; never after the watcher is gone
     /// @param makeFolderEvents called on the watcher's thread
     ScreenshotWatcher(const QUrl &folderURL, std::function<void(const QUrl &)> onNewScreenshot,
                       std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents,
@@ -46,12 +49,15 @@ public:
 
 private:
     void report(const QUrl &url);
+    void timerEvent(QTimerEvent *event) override;
     bool isIgnored(const QUrl &url);
 
     std::function<void(const QUrl &)> m_onNewScreenshot;
     QMutex m_ignoredLock;
     /// Standardised, as the scanner keeps them too.
     QSet<QUrl> m_ignored;
+    QQueue<QUrl> m_reports;
+    QBasicTimer m_nextTurn;
     QThread *m_thread;
     ScreenshotScanner *m_scanner;
 };

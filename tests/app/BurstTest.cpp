@@ -1,0 +1,159 @@
+#include "tests/app/AppRig.h"
+#include "tests/platform/text/DrawnPage.h"
+
+#include <QAbstractEventDispatcher>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+
+namespace
+{
+
+using Duration = std::chrono::duration<double, std::milli>;
+using namespace std::chrono_literals;
+
+constexpr int screenshots = 10;
+
+/// One frame of a display at 60 Hz. Sanitizers make everything several times as slow.
+constexpr Duration longestTurn =
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    16ms * 20;
+#else
+    16ms;
+#endif
+
+/// The processor time of the event loop's turns in this thread; other threads and programs that
+/// hold it up do not count.
+class Turns : public QObject
+{
+public:
+    Turns()
+    {
+        const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
+        // Where a turn ends, the dispatchers say the one or the other.
+        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &Turns::end);
+        connect(loop, &QAbstractEventDispatcher::awake, this, &Turns::end);
+    }
+
+    void begin()
+    {
+        m_last = used();
+        m_longest = {};
+        m_count = 0;
+    }
+
+    Duration longest() const { return m_longest; }
+    int count() const { return m_count; }
+
+private:
+    static Duration used()
+    {
+        ::timespec time{};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+    }
+
+    void end()
+    {
+        const Duration now = used();
+        m_longest = std::max(m_longest, now - m_last);
+        m_last = now;
+        ++m_count;
+    }
+
+    Duration m_last{};
+    Duration m_longest{};
+    int m_count = 0;
+};
+
+/// A full screen of text; what its heading says is the picture's own.
+QImage page(const QString &heading)
+{
+    DrawnPage page(QSize(1920, 1080));
+    page.font(QStringLiteral("DejaVu Sans"), 30).text(QPoint(60, 80), heading);
+    page.font(QStringLiteral("DejaVu Sans"), 15);
+    for (int y = 140; y < 1040; y += 26)
+        page.text(QPoint(60, y), QStringLiteral("The river was quiet and the boats lay still"));
+    return page.image();
+}
+
+QStringList namesInTray()
+{
+    QStringList names;
+    for (const ScreenshotRowView *row : AppRig::rows()) {
+        if (row->isVisible())
+            names.append(row->findChild<QLineEdit *>()->text());
+    }
+    return names;
+}
+
+/// Whether the log tells that our own folder is watched; other tests write to it, too.
+bool isWatching(const LogTail &log)
+{
+    const QStringList messages = log.messagesWith(QStringLiteral("watch"));
+    const qsizetype own = messages.indexOf(QStringLiteral("watching ") + AppRig::folder());
+    return own >= 0 && messages.indexOf(QStringLiteral("watcher start"), own) >= 0;
+}
+
+} // namespace
+
+class BurstTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tenScreenshotsAtOnceNeverHoldUpTheTray()
+    {
+        Platform platform = nativePlatform();
+        QTemporaryDir elsewhere(AppRig::folder() + QStringLiteral("/../XXXXXX"));
+        const QStringList subjects{QStringLiteral("garden"),  QStringLiteral("kitchen"),
+                                   QStringLiteral("harbour"), QStringLiteral("mountain"),
+                                   QStringLiteral("station"), QStringLiteral("theatre"),
+                                   QStringLiteral("airport"), QStringLiteral("library"),
+                                   QStringLiteral("orchard"), QStringLiteral("museum")};
+        QCOMPARE(subjects.size(), screenshots);
+        for (int index = 0; index < screenshots; ++index)
+            QVERIFY(page(QStringLiteral("Minutes about ") + subjects[index])
+                        .save(elsewhere.filePath(QStringLiteral("%1.png").arg(index))));
+
+        VelmoraApp app(platform);
+        const LogTail log;
+        Turns turns;
+        app.applicationDidFinishLaunching();
+        QTRY_VERIFY(isWatching(log));
+        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        // The first row makes fonts, symbols and a window that all others use.
+        QVERIFY(page(QStringLiteral("Minutes about palace"))
+                    .save(AppRig::folder() + QStringLiteral("/first.png")));
+        QTRY_VERIFY(namesInTray().join(QLatin1Char(' ')).contains(QStringLiteral("palace")));
+
+        turns.begin();
+        for (int index = 0; index < screenshots; ++index) {
+            const QString name = QStringLiteral("%1.png").arg(index);
+            QVERIFY(QFile::rename(elsewhere.filePath(name),
+                                  AppRig::folder() + QLatin1Char('/') + name));
+        }
+        // The tray keeps three; each of them has the name of one of the ten in the end.
+        const auto areNamed = [&] {
+            const QStringList names = namesInTray();
+            return names.size() == 3 &&
+                   std::all_of(names.begin(), names.end(), [&](const QString &name) {
+                       return std::any_of(
+                           subjects.begin(), subjects.end(),
+                           [&](const QString &subject) { return name.contains(subject); });
+                   });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(areNamed(), 60'000);
+        qInfo() << "turns" << turns.count() << "the longest in ms" << turns.longest().count();
+        QVERIFY(turns.count() > screenshots);
+        QVERIFY2(turns.longest() <= longestTurn,
+                 qPrintable(QStringLiteral("%1 ms").arg(turns.longest().count())));
+    }
+};
+
+QTEST_MAIN(BurstTest)
+
+#include "BurstTest.moc"
