@@ -127,13 +127,16 @@ void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
 void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
 {
     const std::optional<FileIdentity> read = fileIdentity(url.toLocalFile());
-    whenFinished(m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName()), this,
-                 [this, itemID, read](const QString &filename) {
-                     const QUrl current = m_trayController.fileURL(itemID).value_or(QUrl());
-                     const std::optional<FileIdentity> there = fileIdentity(current.toLocalFile());
-                     if (!read || !there || there->sameFile(*read))
-                         m_trayController.updateSuggestion(itemID, filename, true);
-                 });
+    const QFuture<QString> suggestion =
+        m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName());
+    m_suggestions.insert(itemID, suggestion);
+    whenFinished(suggestion, this, [this, itemID, read](const QString &filename) {
+        m_suggestions.remove(itemID);
+        const QUrl current = m_trayController.fileURL(itemID).value_or(QUrl());
+        const std::optional<FileIdentity> there = fileIdentity(current.toLocalFile());
+        if (!read || !there || there->sameFile(*read))
+            m_trayController.updateSuggestion(itemID, filename, true);
+    });
 }
 
 void VelmoraApp::connectMenu()
@@ -181,6 +184,10 @@ void VelmoraApp::connectTray()
         m_platform.pasteboard->fileMoved(action.after, url);
         keep(url);
         m_undoHistory.remove(action);
+    };
+    // Nobody waits for its name any more.
+    m_trayController.onRowGone = [this](const QUuid &itemID) {
+        m_suggestions.take(itemID).cancel();
     };
 }
 

@@ -10,6 +10,8 @@
 #include "naming/ScreenshotNamer.h"
 #include "tray/TrayController.h"
 
+#include <QFuture>
+#include <QHash>
 #include <QObject>
 #include <QUrl>
 #include <QUuid>
@@ -66,5 +68,6 @@ private:
     StatusMenu m_statusMenu;
     WelcomeController m_welcome;
     TrayController m_trayController;
+    QHash<QUuid, QFuture<QString>> m_suggestions; ///< awaited by their rows
     std::unique_ptr<ScreenshotWatcher> m_watcher;
 };

@@ -115,8 +115,11 @@ void TrayController::trimRows()
 
 void TrayController::takeOut(ScreenshotRowView *row)
 {
+    const QUuid id = row->id();
     row->retire();
     m_stackView->remove(row);
+    if (onRowGone)
+        onRowGone(id);
 }
 
 void TrayController::updateFreshness()

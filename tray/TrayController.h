@@ -38,6 +38,8 @@ public:
     std::function<void(const QUrl &originalURL, const QUrl &trashedURL)> onTrashUndoable;
     /// After a row has undone an action: where the file is now.
     std::function<void(const UndoableAction &action, const QUrl &url)> onUndoPerformed;
+    /// After a row has left the tray, for whatever reason.
+    std::function<void(const QUuid &itemID)> onRowGone;
 
     /// Shows a new row, on top, without taking the keyboard.
     QUuid addScreenshot(const QUrl &url, const QString &suggestedFilename);

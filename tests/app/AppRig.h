@@ -30,7 +30,9 @@ public:
     void recognize(const QImage &, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         mayRead.wait(false);
-        if (!cancelled())
+        if (cancelled())
+            ++abandoned;
+        else
             onLine(QStringLiteral("Harvest festival invitation"));
     }
     void warmUp() override {}
@@ -42,6 +44,7 @@ public:
     }
 
     std::atomic_bool mayRead = true;
+    std::atomic_int abandoned = 0;
 };
 
 /// Notes what is put on the clipboard.

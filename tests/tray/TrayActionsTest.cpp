@@ -141,12 +141,29 @@ private Q_SLOTS:
         QVERIFY(button(rows().first(), text("Undo"))->isVisible());
     }
 
+    void everyRowThatGoesIsToldOnce()
+    {
+        QList<QUuid> gone;
+        m_tray->onRowGone = [&](const QUuid &id) { gone.append(id); };
+        const QUuid first = add("one.png");
+        const QUuid second = add("two.png");
+        const QUuid third = add("three.png");
+        QVERIFY(gone.isEmpty());
+        add("four.png");
+        QCOMPARE(gone, QList<QUuid>{first});
+        click(rows().last(), "Move to Trash");
+        QCOMPARE(gone, (QList<QUuid>{first, second}));
+        click(rows().last(), "Dismiss");
+        QCOMPARE(gone, (QList<QUuid>{first, second, third}));
+    }
+
     void withoutCallbacksEverythingStillWorks()
     {
         m_tray->onRenamed = nullptr;
         m_tray->onRenameUndoable = nullptr;
         m_tray->onTrashUndoable = nullptr;
         m_tray->onUndoPerformed = nullptr;
+        m_tray->onRowGone = nullptr;
         const QUuid id = add("one.png");
         m_tray->updateSuggestion(id, text("better.png"), true);
         click(rows().first(), "Undo");
