@@ -1,5 +1,6 @@
 #include "imaging/decodeImage.h"
 
+#include "core/largeMemory.h"
 #include "imaging/OpenFile.h"
 #include "imaging/decodeHeic.h"
 #include "imaging/jpegEnd.h"
@@ -7,6 +8,7 @@
 #include <QBuffer>
 #include <QImageReader>
 
+#include <memory>
 #include <string_view>
 
 namespace
@@ -35,6 +37,23 @@ const char *qtFormat(const QByteArray &beginning)
     return nullptr;
 }
 
+/// A picture of four bytes a pixel in memory that is cheap to fill; null where that is not needed
+/// or not to be had.
+QImage roomyPicture(QSize size, QImage::Format format)
+{
+    constexpr qsizetype worthwhile = 2'000'000; // bytes
+    const qsizetype bytes = qsizetype(4) * size.width() * size.height();
+    if (bytes < worthwhile || (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32))
+        return {};
+    using Memory = std::shared_ptr<unsigned char>;
+    const Memory memory = allocateLargeMemory(std::size_t(bytes));
+    if (!memory)
+        return {};
+    return QImage(
+        memory.get(), size.width(), size.height(), 4 * size.width(), format,
+        [](void *kept) { delete static_cast<Memory *>(kept); }, new Memory(memory));
+}
+
 QImage decodeWithQt(const QByteArray &bytes, const char *format)
 {
     // The limit is the process's; the pixels are counted below because not every format heeds it.
@@ -51,7 +70,9 @@ QImage decodeWithQt(const QByteArray &bytes, const char *format)
     const QSize size = reader.size();
     if (size.isEmpty() || qint64(size.width()) * size.height() > maximumDecodedPixels)
         return {};
-    return reader.read();
+    // The format's reader takes this one where it has the size and format that it needs.
+    QImage picture = roomyPicture(size, reader.imageFormat());
+    return reader.read(&picture) ? picture : QImage();
 }
 
 /// Everybody down the road works with 8 bits a channel.

@@ -1,0 +1,33 @@
+#include "core/largeMemory.h"
+
+#include <cstdint>
+#include <sys/mman.h>
+
+namespace
+{
+
+/// Of a large page, on the processors that desktops have; a page is large only where it is aligned
+/// to its own size.
+constexpr std::size_t largePage = std::size_t(2) << 20;
+
+constexpr std::size_t roundedUp(std::size_t bytes)
+{
+    return (bytes + largePage - 1) / largePage * largePage;
+}
+
+} // namespace
+
+std::shared_ptr<unsigned char> allocateLargeMemory(std::size_t bytes)
+{
+    const std::size_t pages = roundedUp(bytes);
+    const std::size_t mapped = pages + largePage;
+    void *const start =
+        ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (start == MAP_FAILED)
+        return nullptr;
+    auto *const aligned =
+        reinterpret_cast<unsigned char *>(roundedUp(reinterpret_cast<std::uintptr_t>(start)));
+    // Where the system refuses, the pages are small, that is all.
+    ::madvise(aligned, pages, MADV_HUGEPAGE);
+    return {aligned, [start, mapped](unsigned char *) { ::munmap(start, mapped); }};
+}
