@@ -159,6 +159,25 @@ private Q_SLOTS:
         QVERIFY(pieces >= 2);
     }
 
+    void ofTooManyLinesTheHighestStay()
+    {
+        constexpr int columns = 40;
+        constexpr int rows = 200;
+        DrawnPage page(QSize(columns * 80, rows * 24));
+        page.font(QStringLiteral("DejaVu Sans"), 12);
+        for (int column = 0; column < columns; ++column) {
+            for (int row = 0; row < rows; ++row)
+                page.text(QPoint(80 * column + 4, 24 * row + 16), QStringLiteral("Apply"));
+        }
+        const std::vector<TextLine> lines = linesIn(page);
+        QCOMPARE(lines.size(), 3000U);
+        const auto lowest = std::max_element(lines.begin(), lines.end(),
+                                             [](const TextLine &first, const TextLine &second) {
+                                                 return first.box.top() < second.box.top();
+                                             });
+        QVERIFY(lowest->box.top() < 24 * (3000 / columns + 1));
+    }
+
     void cancellingEndsTheSearch()
     {
         DrawnPage page(QSize(600, 60));

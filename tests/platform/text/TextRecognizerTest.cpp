@@ -5,7 +5,9 @@
 #include <QPainter>
 #include <QtTest>
 
+#include <algorithm>
 #include <atomic>
+#include <random>
 #include <thread>
 
 namespace
@@ -137,6 +139,44 @@ private Q_SLOTS:
             },
             [] { return true; });
         QCOMPARE(pieces, 0);
+    }
+
+    void cancellingEndsTheReadingOfAFullPageSoon()
+    {
+        DrawnPage page(QSize(1920, 1080));
+        page.font(QStringLiteral("DejaVu Sans"), 14);
+        for (int y = 30; y < 1060; y += 22)
+            page.text(QPoint(20, y), QStringLiteral("The river was quiet, the boats lay still and "
+                                                    "nobody was about so early in the morning"));
+        bool cancelled = false;
+        QElapsedTimer sinceThen;
+        m_recognizer->recognize(
+            page.image(),
+            [&](const QString &) {
+                if (!cancelled)
+                    sinceThen.start();
+                cancelled = true;
+                return true;
+            },
+            [&] { return cancelled; });
+        QVERIFY(cancelled);
+        // The piece that is being read is read to its end; a whole page takes seconds.
+        QVERIFY2(sinceThen.elapsed() < 500, qPrintable(QString::number(sinceThen.elapsed())));
+    }
+
+    void noiseOfManyPixelsIsGivenUpInTime()
+    {
+        QImage noise(4000, 3000, QImage::Format_RGB32);
+        std::mt19937 random(5);
+        for (int y = 0; y < noise.height(); ++y) {
+            auto *row = reinterpret_cast<QRgb *>(noise.scanLine(y));
+            std::generate_n(row, noise.width(), [&] { return QRgb(random() | 0xff000000U); });
+        }
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(textOf(*m_recognizer, noise), QString());
+        qInfo() << "milliseconds" << timer.elapsed();
+        QVERIFY(timer.elapsed() < 20'000);
     }
 
 private:
