@@ -59,10 +59,14 @@ class Login(ProgramWindows, case.EndToEnd):
             check=True,
             timeout=20,
         )
-        self.addCleanup(self.velmora.act, "quit")
+        self.addCleanup(self.quit_started_program)
         desktop.wait_until(
             lambda: log.count(f"watching {desktop.FOLDER}"), "the program watches the folder", 20
         )
+
+    def quit_started_program(self):
+        desktop.wait_until(lambda: self.velmora.act("quit"), "the program hears that it shall quit")
+        desktop.wait_until(lambda: not self.velmora.is_on_bus(), "the program has ended")
 
 
 if __name__ == "__main__":

@@ -345,6 +345,13 @@ class Velmora:
         call = ("gdbus", "call", "--session", *place, "--method", method, action, "[]", "{}")
         return output_of(*call).returncode == 0
 
+    @staticmethod
+    def is_on_bus():
+        """Whether any instance is there to be reached."""
+        bus = ("--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus")
+        method = ("--method", "org.freedesktop.DBus.NameHasOwner", "app.velmora.Velmora")
+        return b"true" in run("gdbus", "call", "--session", *bus, *method)
+
     @property
     def pid(self):
         return self._process.pid
