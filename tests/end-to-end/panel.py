@@ -77,13 +77,24 @@ class Panel:
             entries.append((title, "'enabled': <false>" not in properties))
         return entries
 
+    @staticmethod
+    def _open(pid):
+        """The window of the menu. The panel knows of an item before it shows it, so that the first
+        click may be too early."""
+        before = set(desktop.windows_of(pid))
+        opened = lambda: set(desktop.windows_of(pid)) - before  # noqa: E731
+
+        def opens():
+            desktop.click(*FIRST_ITEM)
+            desktop.stays(lambda: not opened(), 2)
+            return opened()
+
+        return desktop.wait_until(opens, "the menu has opened").pop()
+
     def choose(self, pid, title):
         """Opens the item's menu with a click, and clicks the entry of the title."""
         self.wait_for_item()
-        before = set(desktop.windows_of(pid))
-        desktop.click(*FIRST_ITEM)
-        opened = lambda: set(desktop.windows_of(pid)) - before  # noqa: E731
-        menu = desktop.wait_until(opened, "the menu has opened").pop()
+        menu = self._open(pid)
         x, y, width, height = desktop.geometry(menu)
         desktop.click(x + width // 3, y + int(height * PLACES[title]))
         closed = lambda: menu not in desktop.windows_of(pid)  # noqa: E731
