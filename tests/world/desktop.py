@@ -179,7 +179,7 @@ def set_clipboard(text):
 
 
 def click(x, y):
-    run("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+    run("xdotool", "mousemove", str(x), str(y), "click", "1")
 
 
 def press(*keys):
