@@ -3,6 +3,7 @@
 #include "platform/linux/text/Engine.h"
 #include "platform/linux/text/TextLine.h"
 
+#include <QHash>
 #include <QImage>
 
 #include <functional>
@@ -26,4 +27,5 @@ private:
 
     Engine &m_engine;
     const QImage &m_picture;
+    QHash<QByteArray, QString> m_texts; ///< by the digests of the pieces' pictures
 };
