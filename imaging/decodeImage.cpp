@@ -41,7 +41,8 @@ const char *qtFormat(const QByteArray &beginning)
 /// or not to be had.
 QImage roomyPicture(QSize size, QImage::Format format)
 {
-    constexpr qsizetype worthwhile = 2 << 20; // bytes: one large page
+    // Three large pages, so that the rest of the last one costs at most a third more.
+    constexpr qsizetype worthwhile = 6 << 20; // bytes
     const qsizetype bytes = qsizetype(4) * size.width() * size.height();
     if (bytes < worthwhile || (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32))
         return {};
