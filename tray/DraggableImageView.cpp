@@ -1,10 +1,12 @@
 #include "tray/DraggableImageView.h"
 
 #include "core/FileUrls.h"
+#include "tray/DragPace.h"
 
 #include <QApplication>
 #include <QDrag>
 #include <QMouseEvent>
+#include <QTimer>
 
 namespace
 {
@@ -69,5 +71,7 @@ void DraggableImageView::drag(QPoint from)
     drag->setMimeData(m_dragged);
     drag->setPixmap(picture());
     drag->setHotSpot(from);
+    DragPace pace;
+    QTimer::singleShot(0, &pace, &DragPace::begin);
     drag->exec(Qt::CopyAction);
 }

@@ -93,13 +93,14 @@ class FileManager(case.EndToEnd):
         end = (x + width - 150, y + height // 2)
         copy = target / path.name
 
-        # A file manager that is still busy with its window lets a drop go; a hand tries again.
-        def dropped():
-            self.drag(start, end)
-            return desktop.appears(copy, 8)
-
-        desktop.wait_until(dropped, "the copy", 30)
-        desktop.wait_until(lambda: copy.read_bytes() == path.read_bytes(), "the whole copy")
+        for attempt in range(4):
+            with self.subTest(attempt=attempt):
+                self.drag(start, end)
+                desktop.wait_until(copy.exists, "the copy")
+                desktop.wait_until(
+                    lambda: copy.read_bytes() == path.read_bytes(), "the whole copy"
+                )
+                copy.unlink()
 
     def drag(self, start, end):
         """As a hand drags: away from the picture, in small steps to the target, and about there
