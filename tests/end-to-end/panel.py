@@ -43,7 +43,11 @@ class Panel:
 
     def close(self):
         self._process.terminate()
-        self._process.wait(10)
+        try:
+            self._process.wait(5)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            self._process.wait(5)
         desktop.wait_until(lambda: self._items() is None, "the panel has ended")
 
     @staticmethod
