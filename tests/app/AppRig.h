@@ -29,6 +29,7 @@ class SteeredTextRecognizer : public TextRecognizer
 public:
     void recognize(const QImage &, const LineHandler &onLine, const Cancelled &cancelled) override
     {
+        ++begun;
         mayRead.wait(false);
         if (cancelled())
             ++abandoned;
@@ -44,6 +45,7 @@ public:
     }
 
     std::atomic_bool mayRead = true;
+    std::atomic_int begun = 0;
     std::atomic_int abandoned = 0;
 };
 

@@ -142,6 +142,7 @@ private Q_SLOTS:
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);
+        QTRY_COMPARE(rig.recognizer->begun, 1);
         const QStringList before = AppRig::filesInFolder();
         QTest::keyClick(AppRig::rows().constFirst()->findChild<QLineEdit *>(), Qt::Key_Escape);
         QTRY_VERIFY(AppRig::rows().isEmpty());
@@ -152,7 +153,7 @@ private Q_SLOTS:
             QStringLiteral("safari-harvest-festival-invitation.png")));
         QVERIFY(AppRig::filesInFolder().contains(before.constFirst()));
         QCOMPARE(AppRig::filesInFolder().size(), 2);
-        QCOMPARE(rig.recognizer->abandoned, 1);
+        QTRY_COMPARE(rig.recognizer->abandoned, 1);
     }
 
     void aFileThatHasTakenAnothersPlaceKeepsItsName()
