@@ -13,7 +13,7 @@
 ///
 /// The drag tells the target of every move without waiting for its answer. A file manager that has
 /// to ask for what is dragged, and is told of the next move before it knows, may refuse the drop
-/// from then on: Thunar did so in one drag of five, and in none of a hundred at this pace.
+/// from then on: Thunar did so in one drag of five, and in none of sixty at this pace.
 class DragPace : public QObject
 {
 public:
