@@ -2,8 +2,6 @@
 
 #include <QCoreApplication>
 
-DragPace::DragPace(QObject *parent) : QObject(parent) {}
-
 void DragPace::begin()
 {
     QCoreApplication::instance()->installEventFilter(this);

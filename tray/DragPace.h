@@ -20,8 +20,6 @@ public:
     /// A frame of a display at 60 Hz, so that the picture under the pointer moves smoothly.
     static constexpr std::chrono::milliseconds shortestPause{16};
 
-    explicit DragPace(QObject *parent = nullptr);
-
     /// Once the drag has begun: what was installed last sees the moves first.
     void begin();
 

@@ -58,18 +58,6 @@ private Q_SLOTS:
         QCOMPARE(receiver.heard, (QList<int>{1, 3, Receiver::release}));
     }
 
-    void slowMovesAllComeAtOnce()
-    {
-        DragPace pace;
-        pace.begin();
-        Receiver receiver;
-        for (int x = 1; x <= 3; ++x) {
-            tell(receiver, QEvent::MouseMove, x);
-            QCOMPARE(receiver.heard.size(), x);
-            QTest::qWait(3 * int(DragPace::shortestPause.count()));
-        }
-    }
-
     void aReceiverThatGoesIsToldNothing()
     {
         DragPace pace;
