@@ -1,14 +1,14 @@
 #include "imaging/decodeImage.h"
 
-#include "core/largeMemory.h"
 #include "imaging/OpenFile.h"
 #include "imaging/decodeHeic.h"
+#include "imaging/decodePng.h"
 #include "imaging/jpegEnd.h"
+#include "imaging/pictureMemory.h"
 
 #include <QBuffer>
 #include <QImageReader>
 
-#include <memory>
 #include <string_view>
 
 namespace
@@ -37,22 +37,14 @@ const char *qtFormat(const QByteArray &beginning)
     return nullptr;
 }
 
-/// A picture of four bytes a pixel in memory that is cheap to fill; null where that is not needed
-/// or not to be had.
-QImage roomyPicture(QSize size, QImage::Format format)
+/// A picture in memory of ours, which is cheaper to fill; null where that is not to be had.
+QImage blankPicture(QSize size, QImage::Format format)
 {
-    // Three large pages, so that the rest of the last one costs at most a third more.
-    constexpr qsizetype worthwhile = 6 << 20; // bytes
-    const qsizetype bytes = qsizetype(4) * size.width() * size.height();
-    if (bytes < worthwhile || (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32))
+    if (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32)
         return {};
-    using Memory = std::shared_ptr<unsigned char>;
-    const Memory memory = allocateLargeMemory(std::size_t(bytes));
-    if (!memory)
-        return {};
-    return QImage(
-        memory.get(), size.width(), size.height(), 4 * size.width(), format,
-        [](void *kept) { delete static_cast<Memory *>(kept); }, new Memory(memory));
+    const auto memory = allocatePictureMemory(std::size_t(4) * std::size_t(size.width()) *
+                                              std::size_t(size.height()));
+    return memory ? pictureIn(memory, size, format) : QImage();
 }
 
 QImage decodeWithQt(const QByteArray &bytes, const char *format)
@@ -72,7 +64,7 @@ QImage decodeWithQt(const QByteArray &bytes, const char *format)
     if (size.isEmpty() || qint64(size.width()) * size.height() > maximumDecodedPixels)
         return {};
     // The format's reader takes this one where it has the size and format that it needs.
-    QImage picture = roomyPicture(size, reader.imageFormat());
+    QImage picture = blankPicture(size, reader.imageFormat());
     return reader.read(&picture) ? picture : QImage();
 }
 
@@ -108,6 +100,11 @@ QImage decodeImage(const QByteArray &bytes)
     if (const char *format = qtFormat(bytes)) {
         if (qstrcmp(format, "jpeg") == 0 && !reachesJpegEnd(bytes))
             return {};
+        if (qstrcmp(format, "png") == 0) {
+            const QImage picture = decodePlainPng(bytes, maximumDecodedPixels);
+            if (!picture.isNull())
+                return picture;
+        }
         return withoutDeepChannels(decodeWithQt(bytes, format));
     }
     return isHeic(bytes.left(signatureBytes)) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();

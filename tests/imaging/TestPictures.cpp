@@ -84,11 +84,6 @@ QByteArray bigEndian(quint32 value)
     return bytes;
 }
 
-QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
-{
-    return bigEndian(quint32(data.size())) + type + data + bigEndian(crc32(type + data));
-}
-
 } // namespace
 
 namespace TestPictures
@@ -133,14 +128,31 @@ QByteArray encodedLying(const QImage &image, const QString &format)
     return byQt(lying, format, QImageIOHandler::TransformationRotate90);
 }
 
+QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
+{
+    return bigEndian(quint32(data.size())) + type + data + bigEndian(crc32(type + data));
+}
+
+QByteArray pngHeader(quint32 width, quint32 height, const QByteArray &kind)
+{
+    return pngChunk("IHDR", bigEndian(width) + bigEndian(height) + kind);
+}
+
+QByteArray pngData(const QByteArray &rows)
+{
+    // The first four bytes of qCompress() are its own.
+    return pngChunk("IDAT", qCompress(rows).mid(4));
+}
+
+QByteArray pngFile(const QByteArray &chunks)
+{
+    return QByteArray("\x89PNG\r\n\x1A\n", 8) + chunks + pngChunk("IEND", {});
+}
+
 QByteArray pngThatClaims(quint32 width, quint32 height)
 {
-    const QByteArray header =
-        bigEndian(width) + bigEndian(height) + QByteArray("\x08\x06\x00\x00\x00", 5);
-    // The first four bytes of qCompress() are its own.
-    const QByteArray data = qCompress(QByteArray(64, '\0')).mid(4);
-    return QByteArray("\x89PNG\r\n\x1A\n", 8) + pngChunk("IHDR", header) + pngChunk("IDAT", data) +
-           pngChunk("IEND", {});
+    return pngFile(pngHeader(width, height, QByteArray("\x08\x06\0\0\0", 5)) +
+                   pngData(QByteArray(64, '\0')));
 }
 
 bool write(const QString &path, const QByteArray &bytes)

@@ -21,6 +21,15 @@ QByteArray encoded(const QImage &image, const QString &format);
 /// upright.
 QByteArray encodedLying(const QImage &image, const QString &format);
 
+/// The parts of a PNG file. `kind` is the end of its header: depth, colour type, compression,
+/// filtering, interlacing; `rows` are the stored rows, not yet compressed.
+QByteArray pngChunk(const QByteArray &type, const QByteArray &data);
+QByteArray pngHeader(quint32 width, quint32 height, const QByteArray &kind);
+QByteArray pngData(const QByteArray &rows);
+
+/// The file of these chunks and of the one that ends it.
+QByteArray pngFile(const QByteArray &chunks);
+
 /// A well-formed PNG file that claims this size and holds hardly any data.
 QByteArray pngThatClaims(quint32 width, quint32 height);
 
