@@ -68,6 +68,7 @@ TextLine scaled(TextLine line, int factor)
 {
     line.box = scaled(line.box, factor);
     line.letterHeight *= factor;
+    line.wordGap *= factor;
     for (QRect &word : line.words)
         word = scaled(word, factor);
     for (QRect &part : line.parts)

@@ -1,5 +1,6 @@
 #include "platform/linux/text/LinePicture.h"
 
+#include "platform/linux/text/CheckBoxes.h"
 #include "platform/linux/text/InkColours.h"
 #include "platform/linux/text/LineReach.h"
 #include "platform/linux/text/QuietRows.h"
@@ -109,8 +110,9 @@ QImage inkPicture(const std::vector<float> &depths, QSize size, float black)
 
 } // namespace
 
-QImage linePicture(const QImage &picture, const QRect &area, int letterHeight)
+LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line)
 {
+    const int letterHeight = line.letterHeight;
     const auto above = int(std::lround(reachAbove * letterHeight));
     const auto below = int(std::lround(reachBelow * letterHeight));
     const QRect seen = area.adjusted(-1, -above, 1, below) & picture.rect();
@@ -119,7 +121,8 @@ QImage linePicture(const QImage &picture, const QRect &area, int letterHeight)
     const InkColours colours(picture, seen);
     if (!standsBetweenQuietRows(picture, area & picture.rect(), colours, letterHeight))
         return {};
-    const QRect whole = withWholeWords(picture, seen, colours, letterHeight);
+    const QRect whole =
+        withoutCheckBox(picture, withWholeWords(picture, seen, colours, line), colours, line);
     const QImage ink =
         inkPicture(depthsOf(picture, whole, colours), whole.size(), colours.inkDepth());
     if (ink.isNull())
@@ -129,5 +132,5 @@ QImage linePicture(const QImage &picture, const QRect &area, int letterHeight)
                                      std::max(1, int(std::lround(whole.height() * scale))),
                                      Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                               .convertToFormat(QImage::Format_Grayscale8);
-    return framed(scaled, int(std::lround(sideMargin * letterHeight * scale)));
+    return {framed(scaled, int(std::lround(sideMargin * letterHeight * scale))), whole};
 }

@@ -1,9 +1,16 @@
 #pragma once
 
+#include "platform/linux/text/TextLine.h"
+
 #include <QImage>
-#include <QRect>
 
 /// A piece of a line as the engine likes it: dark on white, of full contrast, with white around it.
-/// `area` lies around its letters in `picture` (what `opaquePicture` gives); `letterHeight` is in
-/// the picture's pixels. A null image where the area holds one colour only, or a part of a texture.
-QImage linePicture(const QImage &picture, const QRect &area, int letterHeight);
+struct LinePicture {
+    QImage ink;
+    /// What it shows.
+    QRect area;
+};
+
+/// The words of the line that stand in `area` of `picture` (what `opaquePicture` gives), each as a
+/// whole. No ink where the area holds one colour only, or a part of a texture.
+LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line);

@@ -6,8 +6,10 @@
 namespace
 {
 
-/// The gap that ends a word, and the farthest that is looked for one, in heights of a letter.
-constexpr double wordEnd = 0.35;
+/// The least gap that ends a word, in pixels: letters next to each other may be two apart.
+constexpr int leastWordEnd = 3;
+
+/// The farthest that a gap is looked for, in heights of a letter.
 constexpr double farthestReach = 6;
 
 /// Bare columns, at least this many, between a word and the side of the box that it stands in.
@@ -33,10 +35,10 @@ Column columnAt(const QImage &picture, const QRect &area, const InkColours &colo
 
 /// The last column of ink from the edge of the area outwards; `step` is -1 or 1.
 int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
-              const InkColours &colours, int letterHeight)
+              const InkColours &colours, const TextLine &line)
 {
-    const int gap = std::max(3, int(std::lround(wordEnd * letterHeight)));
-    const int farthest = edge + step * int(std::lround(farthestReach * letterHeight));
+    const int gap = std::max(leastWordEnd, int(std::lround(line.wordGap)));
+    const int farthest = edge + step * int(std::lround(farthestReach * line.letterHeight));
     int reached = edge;
     int beforeGap = edge;
     for (int x = edge + step; x != farthest && x >= 0 && x < picture.width(); x += step) {
@@ -58,10 +60,10 @@ int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
 } // namespace
 
 QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
-                     int letterHeight)
+                     const TextLine &line)
 {
     QRect whole = area;
-    whole.setLeft(reachFrom(area.left(), -1, picture, area, colours, letterHeight));
-    whole.setRight(reachFrom(area.right(), 1, picture, area, colours, letterHeight));
+    whole.setLeft(reachFrom(area.left(), -1, picture, area, colours, line));
+    whole.setRight(reachFrom(area.right(), 1, picture, area, colours, line));
     return whole;
 }

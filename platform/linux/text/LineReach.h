@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/linux/text/InkColours.h"
+#include "platform/linux/text/TextLine.h"
 
-/// The area, extended to the left and to the right over what still belongs to its first and last
-/// word: ink up to a gap. Letters whose edges are too faint or too flat to be found with the others
+/// The area of words of this line, extended to the left and to the right over what still belongs to
+/// its first and last word: ink up to a gap. Letters whose edges are too faint or too flat to be
+/// found with the others
 /// ("S", the bar of "T") are not cut off so. Where no gap comes within a few letters, or a wall
 /// comes before it, that side stays.
 QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
-                     int letterHeight);
+                     const TextLine &line);

@@ -6,14 +6,16 @@
 
 #include <QCryptographicHash>
 
+#include <algorithm>
+
 namespace
 {
 
-QByteArray digestOf(const QImage &line)
+QByteArray digestOf(const QImage &ink)
 {
     QCryptographicHash digest(QCryptographicHash::Sha1);
-    for (int y = 0; y < line.height(); ++y)
-        digest.addData(QByteArrayView(line.constScanLine(y), line.width()));
+    for (int y = 0; y < ink.height(); ++y)
+        digest.addData(QByteArrayView(ink.constScanLine(y), ink.width()));
     return digest.result();
 }
 
@@ -26,28 +28,34 @@ LineReader::LineReader(Engine &engine, const QImage &picture) : m_engine(engine)
 bool LineReader::read(const TextLine &line, const PieceHandler &onPiece,
                       const std::function<bool()> &cancelled)
 {
-    for (const QRect &piece : piecesOf(line)) {
+    int read = -1; // the last column
+    for (QRect piece : piecesOf(line)) {
         if (cancelled())
             return false;
-        const QString text = readPiece(piece, line.letterHeight);
+        // An underscore parts words for the eye only: the piece before has taken both.
+        piece.setLeft(std::max(piece.left(), read + 1));
+        if (piece.isEmpty())
+            continue;
+        const LinePicture picture = linePicture(m_picture, piece, line);
+        if (picture.ink.isNull())
+            continue;
+        read = picture.area.right();
+        const QString text = readPicture(picture.ink);
         if (!text.isEmpty() && !onPiece(text))
             return false;
     }
     return true;
 }
 
-QString LineReader::readPiece(const QRect &area, int letterHeight)
+QString LineReader::readPicture(const QImage &ink)
 {
-    const QImage line = linePicture(m_picture, area, letterHeight);
-    if (line.isNull())
-        return {};
     // A label that stands on a page many times is read once.
-    const QByteArray digest = digestOf(line);
+    const QByteArray digest = digestOf(ink);
     const auto known = m_texts.constFind(digest);
     if (known != m_texts.cend())
         return *known;
     QStringList words;
-    for (const ReadWord &word : m_engine.read(line)) {
+    for (const ReadWord &word : m_engine.read(ink)) {
         if (isRealWord(word))
             words.append(word.text);
     }

@@ -23,7 +23,7 @@ public:
               const std::function<bool()> &cancelled);
 
 private:
-    QString readPiece(const QRect &area, int letterHeight);
+    QString readPicture(const QImage &ink);
 
     Engine &m_engine;
     const QImage &m_picture;

@@ -19,6 +19,9 @@ constexpr double widestWall = 0.3;
 constexpr double surelyOneWord = 0.25;
 constexpr double surelyTwoWords = 0.9;
 
+/// Of a line that is one word, the gap that will part it from what stands beside it.
+constexpr double likelyTwoWords = 0.35;
+
 /// Gaps between words exceed those between letters at least by this factor.
 constexpr double gapJump = 1.3;
 
@@ -70,17 +73,22 @@ std::vector<int> gapsOf(const BlobLine &blobs)
     return gaps;
 }
 
-/// The least gap between words: where the line's gaps first jump.
-double wordGapOf(const BlobLine &blobs, int letterHeight)
+/// The least gap between words: where the line's gaps jump most. Nothing where they don't.
+std::optional<double> wordGapOf(const BlobLine &blobs, int letterHeight)
 {
-    double below = surelyOneWord * letterHeight;
     const double limit = surelyTwoWords * letterHeight;
-    for (int gap : gapsOf(blobs)) {
-        if (gap >= gapJump * below)
-            return std::min((below + gap) / 2, limit);
-        below = std::max<double>(below, gap);
+    double below = surelyOneWord * letterHeight;
+    double greatestJump = gapJump;
+    std::optional<double> wordGap;
+    for (int width : gapsOf(blobs)) {
+        const double gap = std::min<double>(width, limit);
+        if (gap >= greatestJump * below) {
+            greatestJump = gap / below;
+            wordGap = (below + gap) / 2;
+        }
+        below = std::max(below, gap);
     }
-    return limit;
+    return wordGap;
 }
 
 /// The runs of blobs between gaps of this width or more.
@@ -148,7 +156,9 @@ std::optional<TextLine> lineOf(const BlobLine &blobs)
     if (line.box.width() < std::max<double>(narrowestPixels, narrowestLine * line.letterHeight) ||
         line.evenness < leastEvenness)
         return std::nullopt;
-    line.words = runsOf(blobs, wordGapOf(blobs, line.letterHeight));
+    const std::optional<double> wordGap = wordGapOf(blobs, line.letterHeight);
+    line.wordGap = wordGap.value_or(likelyTwoWords * line.letterHeight);
+    line.words = runsOf(blobs, wordGap.value_or(surelyTwoWords * line.letterHeight));
     line.parts = runsOf(blobs, surelyOneWord * line.letterHeight);
     if (std::all_of(line.words.begin(), line.words.end(), [&](const QRect &word) {
             return word.width() < narrowestWord * line.letterHeight;

@@ -11,6 +11,8 @@ struct TextLine {
     QRect box;
     /// The height of its letters: of a capital, or of the small letters where there is none.
     int letterHeight = 0;
+    /// What stands this far apart, at least, is two words.
+    double wordGap = 0;
     /// The runs of letters between word gaps, left to right. What stands closer is one word.
     std::vector<QRect> words;
     /// The runs of letters between gaps that may be word gaps; words consist of them.

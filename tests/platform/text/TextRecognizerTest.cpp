@@ -13,6 +13,9 @@
 namespace
 {
 
+/// Where the lines of text begin.
+constexpr int leftMargin = 60;
+
 /// A picture of lines of text, one below the other.
 QImage pictureOf(const QStringList &lines, QColor ink = Qt::black, QColor ground = Qt::white,
                  int pixels = 16)
@@ -25,7 +28,7 @@ QImage pictureOf(const QStringList &lines, QColor ink = Qt::black, QColor ground
     painter.setFont(font);
     painter.setPen(ink);
     for (int index = 0; index < lines.size(); ++index)
-        painter.drawText(20, 20 + pixels + 3 * pixels * index, lines[index]);
+        painter.drawText(leftMargin, 20 + pixels + 3 * pixels * index, lines[index]);
     return picture;
 }
 
@@ -40,6 +43,13 @@ QString textOf(TextRecognizer &recognizer, const QImage &picture)
         },
         [] { return false; });
     return pieces.join(QLatin1Char(' '));
+}
+
+QStringList sortedWords(const QString &text)
+{
+    QStringList words = text.split(QLatin1Char(' '));
+    words.sort();
+    return words;
 }
 
 } // namespace
@@ -91,6 +101,67 @@ private Q_SLOTS:
         for (int x = 20; x < 760; x += 60)
             page.icon(QRect(x, 450, 24, 24), x);
         QCOMPARE(textOf(*m_recognizer, page.image()), QString());
+    }
+
+    void anEmptyCheckBoxIsNoLetterOfItsLabel_data()
+    {
+        QTest::addColumn<bool>("round");
+        QTest::addColumn<int>("pixels");
+        for (const bool round : {true, false}) {
+            for (const int pixels : {12, 15, 20, 26})
+                QTest::addRow("%s, %d", round ? "round" : "square", pixels) << round << pixels;
+        }
+    }
+    void anEmptyCheckBoxIsNoLetterOfItsLabel()
+    {
+        QFETCH(bool, round);
+        QFETCH(int, pixels);
+        const QStringList labels{QStringLiteral("Server"), QStringLiteral("Quarterly report"),
+                                 QStringLiteral("monitor")};
+        QImage picture = pictureOf(labels, Qt::black, QColor(240, 240, 230), pixels);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(Qt::gray, 1.3));
+        painter.setBrush(Qt::white);
+        for (int index = 0; index < labels.size(); ++index) {
+            // Right before the label, standing on its base.
+            const QRectF box(leftMargin - 1.4 * pixels, 20.5 + 0.1 * pixels + 3 * pixels * index,
+                             pixels, pixels);
+            painter.drawRoundedRect(box, round ? pixels / 2.0 : 2, round ? pixels / 2.0 : 2);
+        }
+        painter.end();
+        QCOMPARE(sortedWords(textOf(*m_recognizer, picture)),
+                 sortedWords(labels.join(QLatin1Char(' '))));
+    }
+
+    void aRoundFirstLetterIsNoCheckBox_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<int>("pixels");
+        for (const char *family : {"DejaVu Sans", "DejaVu Sans Mono", "DejaVu Serif"}) {
+            for (const int pixels : {12, 16, 26})
+                QTest::addRow("%s, %d", family, pixels) << QString::fromLatin1(family) << pixels;
+        }
+    }
+    void aRoundFirstLetterIsNoCheckBox()
+    {
+        QFETCH(QString, family);
+        QFETCH(int, pixels);
+        DrawnPage page(QSize(480, 160));
+        page.font(family, pixels);
+        page.text(QPoint(20, 40), QStringLiteral("Oldest orange"));
+        page.text(QPoint(20, 120), QStringLiteral("Ocean"));
+        QCOMPARE(textOf(*m_recognizer, page.image()), QStringLiteral("Oldest orange Ocean"));
+    }
+
+    void wordsJoinedByAnUnderscoreAreReadOnceAndWhole()
+    {
+        DrawnPage page(QSize(480, 60));
+        page.font(QStringLiteral("DejaVu Sans Mono"), 12);
+        page.text(QPoint(40, 40), QStringLiteral("if (answer_insert > 42) {"));
+        const QString text = textOf(*m_recognizer, page.image());
+        QVERIFY2(text.contains(QLatin1String("answer_insert")), qPrintable(text));
+        QCOMPARE(text.count(QLatin1String("ins")), 1);
     }
 
     void pictureFormatsAreReadAlike_data()
