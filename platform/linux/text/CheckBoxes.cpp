@@ -22,6 +22,9 @@ constexpr double squareness = 1.18;
 constexpr double boxGap = 0.25;
 constexpr double gapJump = 1.5;
 
+/// Before the box, there may be an icon.
+constexpr int mostTried = 2;
+
 /// What pixels of a picture are ink. The inside of a box may be lighter than the ground.
 class Ink
 {
@@ -106,26 +109,34 @@ bool isEmptyFrame(const Ink &ink, const QRect &box)
            ink.isIn({middle.x(), box.bottom() - end + 1, 1, end});
 }
 
+/// Where the label of an empty check box begins; nothing when the run is no check box.
+std::optional<int> labelBehind(const Run &run, const Ink &ink, const QRect &area, int letterHeight)
+{
+    const auto highest = int(std::lround(highestBox * letterHeight));
+    const std::optional<Run> label = nextRun(ink, area, run.right + 1);
+    if (!label || run.right - run.left >= highest)
+        return std::nullopt;
+    const int gap = label->left - run.right - 1;
+    const bool isWord = label->right - label->left > 2 * letterHeight;
+    const std::optional<Run> next = nextRun(ink, area, label->right + 1);
+    const int lettersGap = next && !isWord ? next->left - label->right - 1 : 0;
+    if (gap < boxGap * letterHeight || gap < gapJump * lettersGap)
+        return std::nullopt;
+    return isEmptyFrame(ink, boxOf(ink, area, run, highest)) ? std::optional(label->left)
+                                                             : std::nullopt;
+}
+
 } // namespace
 
 QRect withoutCheckBox(const QImage &picture, const QRect &area, const InkColours &colours,
                       const TextLine &line)
 {
     const Ink ink(picture, colours);
-    const std::optional<Run> first = nextRun(ink, area, area.left());
-    const std::optional<Run> second = first ? nextRun(ink, area, first->right + 1) : std::nullopt;
-    const std::optional<Run> third = second ? nextRun(ink, area, second->right + 1) : std::nullopt;
-    if (!second)
-        return area;
-    const int gap = second->left - first->right - 1;
-    const int lettersGap = third ? third->left - second->right - 1 : 0;
-    const auto highest = int(std::lround(highestBox * line.letterHeight));
-    if (gap < boxGap * line.letterHeight || first->right - first->left >= highest)
-        return area;
-    const bool isWord = second->right - second->left > 2 * line.letterHeight;
-    if (!isWord && gap < gapJump * lettersGap)
-        return area;
-    if (!isEmptyFrame(ink, boxOf(ink, area, *first, highest)))
-        return area;
-    return area.adjusted(second->left - 1 - area.left(), 0, 0, 0);
+    std::optional<Run> run = nextRun(ink, area, area.left());
+    for (int tried = 0; run && tried < mostTried; ++tried) {
+        if (const std::optional<int> label = labelBehind(*run, ink, area, line.letterHeight))
+            return area.adjusted(*label - 1 - area.left(), 0, 0, 0);
+        run = nextRun(ink, area, run->right + 1);
+    }
+    return area;
 }

@@ -17,6 +17,17 @@ TextLine lineAt(int x, int y, int width = 100, int height = 10)
     return line;
 }
 
+/// Words of 30 points, this far apart, in one line 10 points high.
+TextLine itemsAt(int x, int y, int count, int gap)
+{
+    TextLine line = lineAt(x, y, count * 30 + (count - 1) * gap);
+    line.words.clear();
+    for (int item = 0; item < count; ++item)
+        line.words.emplace_back(x + item * (30 + gap), y, 30, 10);
+    line.parts = line.words;
+    return line;
+}
+
 QList<QPoint> order(std::vector<TextLine> lines)
 {
     QList<QPoint> places;
@@ -67,6 +78,38 @@ private Q_SLOTS:
                         lineAt(10, 145), lineAt(10, 160)})
                      .front(),
                  QPoint(10, 10));
+    }
+
+    void aMenuBarIsReadLast()
+    {
+        QCOMPARE(order({itemsAt(10, 10, 5, 14), lineAt(10, 60), lineAt(300, 60)}),
+                 QList<QPoint>({{10, 60}, {300, 60}, {10, 10}}));
+    }
+
+    void aMenuBarWhoseItemsAreLinesOfTheirOwnIsReadLast()
+    {
+        QCOMPARE(order({itemsAt(10, 10, 1, 0), itemsAt(54, 11, 2, 14), itemsAt(142, 10, 1, 0),
+                        lineAt(10, 60)}),
+                 QList<QPoint>({{10, 60}, {10, 10}, {54, 11}, {142, 10}}));
+    }
+
+    void whatIsNoMenuBarKeepsItsPlace()
+    {
+        const TextLine text = lineAt(10, 60);
+        const QList<QPoint> asItStands{{10, 10}, {10, 60}};
+        QCOMPARE(order({itemsAt(10, 10, 3, 14), text}), asItStands); // too few items
+        QCOMPARE(order({itemsAt(10, 10, 5, 5), text}), asItStands);  // words of a sentence
+        QCOMPARE(order({itemsAt(10, 10, 5, 40), text}), asItStands); // columns of a table
+        TextLine uneven = itemsAt(10, 10, 5, 14);
+        for (std::size_t item = 2; item < uneven.words.size(); ++item)
+            uneven.words[item].translate(16 * int(item / 2), 0);
+        QCOMPARE(order({uneven, text}), asItStands);
+    }
+
+    void linesOfMonospacedTextAreNoMenuBars()
+    {
+        QCOMPARE(order({itemsAt(10, 10, 5, 14), itemsAt(10, 26, 6, 14), lineAt(300, 60)}),
+                 QList<QPoint>({{10, 10}, {10, 26}, {300, 60}}));
     }
 
     void nothingGivesNothing() { QVERIFY(order({}).isEmpty()); }

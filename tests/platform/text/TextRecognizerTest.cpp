@@ -134,6 +134,16 @@ private Q_SLOTS:
                  sortedWords(labels.join(QLatin1Char(' '))));
     }
 
+    void anIconMayStandBeforeACheckBox()
+    {
+        DrawnPage page(QSize(480, 80));
+        page.font(QStringLiteral("DejaVu Sans"), 15);
+        page.text(QPoint(90, 45), QStringLiteral("Server domain"));
+        page.box(QRect(71, 32, 13, 13));
+        page.icon(QRect(48, 31, 15, 15), 30);
+        QCOMPARE(textOf(*m_recognizer, page.image()), QStringLiteral("Server domain"));
+    }
+
     void aRoundFirstLetterIsNoCheckBox_data()
     {
         QTest::addColumn<QString>("family");
