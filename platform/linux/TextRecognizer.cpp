@@ -15,6 +15,36 @@ namespace
 /// of a millisecond.
 constexpr int maximumBarrenLines = 400;
 
+/// Of the lines that hold no words, so many at most are asked for the lines that they cover: these
+/// take their places among those that are left, which has to be ordered anew.
+constexpr int maximumReorderings = 16;
+
+/// Reads lines in their order, until enough is read or no more is to be expected.
+void readAll(std::vector<TextLine> lines, LineReader &reader,
+             const TextRecognizer::LineHandler &onLine, const TextRecognizer::Cancelled &cancelled)
+{
+    int barren = 0;
+    int reorderings = 0;
+    const auto onPiece = [&](const QString &text) {
+        barren = 0;
+        return onLine(text);
+    };
+    lines = inReadingOrder(std::move(lines));
+    for (std::size_t next = 0; next < lines.size();) {
+        const TextLine line = std::move(lines[next++]);
+        ++barren;
+        if (!reader.read(line, onPiece, cancelled) || barren > maximumBarrenLines)
+            return;
+        if (barren == 0 || line.covered.empty() || reorderings == maximumReorderings)
+            continue;
+        ++reorderings;
+        lines.erase(lines.begin(), lines.begin() + std::ptrdiff_t(next));
+        lines.insert(lines.end(), line.covered.begin(), line.covered.end());
+        lines = inReadingOrder(std::move(lines));
+        next = 0;
+    }
+}
+
 /// Lines are found over the whole picture first, which takes some milliseconds, and then read one
 /// by one, which takes nearly all the time.
 class LineByLineRecognizer : public TextRecognizer
@@ -28,21 +58,10 @@ public:
         const QImage picture = opaquePicture(image);
         if (picture.isNull())
             return;
-        const std::vector<TextLine> lines = inReadingOrder(findLines(picture, cancelled));
+        std::vector<TextLine> lines = findLines(picture, cancelled);
         const EnginePool::Lease engine = m_engines.take();
         LineReader reader(*engine, picture);
-        int barren = 0;
-        for (const TextLine &line : lines) {
-            const bool wanted = reader.read(
-                line,
-                [&](const QString &text) {
-                    barren = 0;
-                    return onLine(text);
-                },
-                cancelled);
-            if (!wanted || ++barren > maximumBarrenLines)
-                return;
-        }
+        readAll(std::move(lines), reader, onLine, cancelled);
     }
 
     void warmUp() override { m_engines.take(); }

@@ -81,21 +81,26 @@ qint64 areaOf(const QRect &box)
     return qint64(box.width()) * box.height();
 }
 
+bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
+{
+    return line.letterHeight <= muchSmaller * larger.letterHeight &&
+           line.box.width() >= textWidth * line.letterHeight;
+}
+
 /// Whether `larger` is a box with lines of small text in it, rather than one line of large text
 /// whose letters' parts were taken for lines.
 bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
 {
     double area = 0;
     for (const TextLine &line : lines) {
-        if (line.letterHeight <= muchSmaller * larger.letterHeight &&
-            line.box.width() >= textWidth * line.letterHeight)
+        if (mayBeWrittenOn(larger, line))
             area += double(areaOf(larger.box & line.box));
     }
     return area >= filledShare * double(areaOf(larger.box));
 }
 
-/// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
-/// levels.
+/// Puts the lines that lie in larger ones into these: parts of large letters, and what was found on
+/// two levels.
 std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 {
     const std::vector<TextLine> all = lines;
@@ -105,12 +110,16 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
     });
     std::vector<TextLine> kept;
     for (TextLine &line : lines) {
-        const bool covered = std::any_of(kept.begin(), kept.end(), [&](const TextLine &larger) {
+        const auto covering = std::find_if(kept.begin(), kept.end(), [&](const TextLine &larger) {
             return double(areaOf(larger.box & line.box)) > coveredShare * double(areaOf(line.box));
         });
-        if (!covered)
+        if (covering == kept.end())
             kept.push_back(std::move(line));
+        else if (mayBeWrittenOn(*covering, line))
+            covering->covered.push_back(std::move(line));
     }
+    for (TextLine &line : kept)
+        line.covered = withoutCovered(std::move(line.covered));
     return kept;
 }
 

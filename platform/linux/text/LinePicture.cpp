@@ -121,8 +121,9 @@ LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine
     const InkColours colours(picture, seen);
     if (!standsBetweenQuietRows(picture, area & picture.rect(), colours, letterHeight))
         return {};
+    const QRect free = withoutFullRows(picture, seen, area & picture.rect(), colours);
     const QRect whole =
-        withoutCheckBox(picture, withWholeWords(picture, seen, colours, line), colours, line);
+        withoutCheckBox(picture, withWholeWords(picture, free, colours, line), colours, line);
     const QImage ink =
         inkPicture(depthsOf(picture, whole, colours), whole.size(), colours.inkDepth());
     if (ink.isNull())

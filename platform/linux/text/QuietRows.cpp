@@ -16,15 +16,19 @@ constexpr float leastInk = 0.3F;
 /// parts of textures twice as much.
 constexpr double quietShare = 0.15;
 
-bool isQuiet(const QImage &picture, const QRect &area, const InkColours &colours, int y)
+/// A full row's least share of them: above "ÄÖÜ", dots take a third.
+constexpr double fullShare = 0.5;
+
+/// The share of such pixels of the row that stand in the columns of the area.
+double inkShare(const QImage &picture, const QRect &area, const InkColours &colours, int y)
 {
     if (y < 0 || y >= picture.height())
-        return true;
+        return 0;
     const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
     const auto inked = std::count_if(row + area.left(), row + area.right() + 1, [&](QRgb pixel) {
         return std::abs(colours.depth(pixel)) > leastInk * colours.inkDepth();
     });
-    return double(inked) <= quietShare * area.width();
+    return double(inked) / area.width();
 }
 
 } // namespace
@@ -33,11 +37,26 @@ bool standsBetweenQuietRows(const QImage &picture, const QRect &area, const InkC
                             int letterHeight)
 {
     const int reach = std::max(2, int(std::lround(farthestRow * letterHeight)));
+    const auto isQuiet = [&](int y) { return inkShare(picture, area, colours, y) <= quietShare; };
     bool above = false;
     bool below = false;
     for (int distance = 0; distance <= reach && !(above && below); ++distance) {
-        above = above || isQuiet(picture, area, colours, area.top() - distance);
-        below = below || isQuiet(picture, area, colours, area.bottom() + distance);
+        above = above || isQuiet(area.top() - distance);
+        below = below || isQuiet(area.bottom() + distance);
     }
     return above && below;
+}
+
+QRect withoutFullRows(const QImage &picture, const QRect &reach, const QRect &area,
+                      const InkColours &colours)
+{
+    const auto isFull = [&](int y) { return inkShare(picture, area, colours, y) >= fullShare; };
+    QRect free = reach;
+    free.setTop(area.top());
+    free.setBottom(area.bottom());
+    while (free.top() > reach.top() && !isFull(free.top() - 1))
+        free.setTop(free.top() - 1);
+    while (free.bottom() < reach.bottom() && !isFull(free.bottom() + 1))
+        free.setBottom(free.bottom() + 1);
+    return free;
 }

@@ -20,4 +20,7 @@ struct TextLine {
     /// The share of the letters, by their widths, that stand on one base: near 1 where there are
     /// no descenders.
     double evenness = 0;
+    /// Smaller lines that lie in it: should this one hold no words, it is a picture, or pictures in
+    /// a row, and these are what is written on it or close to it.
+    std::vector<TextLine> covered;
 };

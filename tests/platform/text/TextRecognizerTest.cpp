@@ -174,6 +174,30 @@ private Q_SLOTS:
         QCOMPARE(text.count(QLatin1String("ins")), 1);
     }
 
+    void captionsCloseToPicturesInARowAreRead()
+    {
+        // From afar, the pictures with their captions look like the letters of one word.
+        const QStringList captions{QStringLiteral("Harbour"), QStringLiteral("Mountain"),
+                                   QStringLiteral("Evening"), QStringLiteral("Village")};
+        QImage page(800, 200, QImage::Format_RGB32);
+        page.fill(Qt::white);
+        QPainter painter(&page);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(13);
+        painter.setFont(font);
+        std::mt19937 random(3);
+        for (int index = 0; index < captions.size(); ++index) {
+            const QRect picture(20 + 176 * index, 20, 160, 112);
+            for (int x = picture.left(); x < picture.right(); x += 4) {
+                for (int y = picture.top(); y < picture.bottom(); y += 4)
+                    painter.fillRect(x, y, 4, 4, QColor(QRgb(random() | 0xff000000U)));
+            }
+            painter.drawText(picture.bottomLeft() + QPoint(0, 12), captions[index]);
+        }
+        painter.end();
+        QCOMPARE(textOf(*m_recognizer, page), captions.join(QLatin1Char(' ')));
+    }
+
     void pictureFormatsAreReadAlike_data()
     {
         QTest::addColumn<QImage::Format>("format");
