@@ -2,6 +2,8 @@
 
 #include <QRect>
 
+#include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 /// One line of text, or the part of it that stands in one column, as it lies in the picture.
@@ -24,3 +26,10 @@ struct TextLine {
     /// a row, and these are what is written on it or close to it.
     std::vector<TextLine> covered;
 };
+
+/// Whether both stand at the same height, so that the left one is read first.
+inline bool areSideBySide(const TextLine &first, const TextLine &second)
+{
+    return std::abs(first.box.center().y() - second.box.center().y()) <
+           std::max(first.letterHeight, second.letterHeight) / 2;
+}
