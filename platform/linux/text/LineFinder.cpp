@@ -32,6 +32,7 @@ constexpr double coveredShare = 0.5;
 /// Lines of at most this share of another's letter height, and at least this many of their own
 /// wide, are text of their own; when they fill this share of the other, it is a box around them.
 constexpr double muchSmaller = 0.6;
+constexpr double smaller = 0.75;
 constexpr double textWidth = 2.5;
 constexpr double filledShare = 0.15;
 
@@ -84,6 +85,7 @@ qint64 areaOf(const QRect &box)
 bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
 {
     return line.letterHeight <= muchSmaller * larger.letterHeight &&
+           line.box.height() <= smaller * larger.box.height() &&
            line.box.width() >= textWidth * line.letterHeight;
 }
 

@@ -16,8 +16,12 @@ constexpr double widestGap = 3;
 constexpr double widestItem = 9;
 constexpr double greatestGapRatio = 1.6;
 
-/// Monospaced text has such gaps too, but it seldom stands alone: lines above and below are closer
-/// than this, in heights of the row, and their letters differ less than by this factor.
+/// Monospaced text has such gaps too. Where it is large, its letters stand apart as well: its words
+/// have this many parts in the mean.
+constexpr double partsOfSpacedWord = 1.5;
+
+/// Where it is small, it seldom stands alone: lines above and below are closer than this, in
+/// heights of the row, and their letters differ less than by this factor.
 constexpr double closeLine = 0.7;
 constexpr double sameLetters = 1.5;
 
@@ -79,6 +83,10 @@ std::vector<Items> itemsIn(const Row &row)
 {
     std::vector<Items> groups(1);
     for (const TextLine *line : row) {
+        if (double(line->parts.size()) > partsOfSpacedWord * double(line->words.size())) {
+            groups.emplace_back();
+            continue;
+        }
         for (const QRect &word : line->words) {
             if (const auto items = extended(groups.back(), word, line->letterHeight))
                 groups.back() = *items;

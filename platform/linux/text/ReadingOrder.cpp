@@ -123,9 +123,10 @@ std::vector<TextLine> inReadingOrder(std::vector<TextLine> lines)
     std::vector<TextLine> ordered;
     for (Block &block : inRows(blocksOf(std::move(lines))))
         std::move(block.lines.begin(), block.lines.end(), std::back_inserter(ordered));
-    std::stable_partition(ordered.begin(), ordered.end(),
-                          [&](const TextLine &line) { return isHeading(line, commonHeight); });
-    std::stable_partition(ordered.begin(), ordered.end(), [&](const TextLine &line) {
+    const auto rest =
+        std::stable_partition(ordered.begin(), ordered.end(),
+                              [&](const TextLine &line) { return isHeading(line, commonHeight); });
+    std::stable_partition(rest, ordered.end(), [&](const TextLine &line) {
         return std::none_of(menuBars.begin(), menuBars.end(),
                             [&](const QRect &bar) { return isOf(bar, line); });
     });

@@ -106,10 +106,25 @@ private Q_SLOTS:
         QCOMPARE(order({uneven, text}), asItStands);
     }
 
-    void linesOfMonospacedTextAreNoMenuBars()
+    void aHeadingIsNoMenuBar()
+    {
+        TextLine heading = itemsAt(10, 10, 4, 20);
+        heading.letterHeight = 20;
+        QCOMPARE(order({lineAt(10, 60), lineAt(10, 75), lineAt(10, 90), heading}).front(),
+                 QPoint(10, 10));
+    }
+
+    void monospacedTextIsNoMenuBar()
     {
         QCOMPARE(order({itemsAt(10, 10, 5, 14), itemsAt(10, 26, 6, 14), lineAt(300, 60)}),
                  QList<QPoint>({{10, 10}, {10, 26}, {300, 60}}));
+        TextLine spaced = itemsAt(10, 10, 5, 14);
+        spaced.parts.clear();
+        for (const QRect &word : spaced.words) {
+            for (int letter = 0; letter < 3; ++letter)
+                spaced.parts.emplace_back(word.left() + 11 * letter, 10, 7, 10);
+        }
+        QCOMPARE(order({spaced, lineAt(10, 60)}), QList<QPoint>({{10, 10}, {10, 60}}));
     }
 
     void nothingGivesNothing() { QVERIFY(order({}).isEmpty()); }
