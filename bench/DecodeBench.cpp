@@ -4,7 +4,8 @@
 // usage: decode_bench FILE...
 //
 // One line a picture (tab-separated: file, our milliseconds, Qt's milliseconds), the best of some
-// rounds; last both sums and their ratio. Exits with 1 when the pixels differ.
+// rounds; last both sums and their ratio. Exits with 1 when a picture can't be decoded or the
+// pixels differ.
 
 #include "imaging/decodeImage.h"
 
@@ -74,8 +75,9 @@ int main(int argc, char **argv)
                     qt.milliseconds);
         ours += our.milliseconds;
         qts += qt.milliseconds;
-        same = same && pixelsOf(our.picture) == pixelsOf(qt.picture);
+        same = same && !our.picture.isNull() && pixelsOf(our.picture) == pixelsOf(qt.picture);
     }
-    std::printf("all\t%.1f\t%.1f\tratio 1/%.2f\n", ours, qts, qts / ours);
+    if (ours > 0)
+        std::printf("all\t%.1f\t%.1f\tratio 1/%.2f\n", ours, qts, qts / ours);
     return same ? 0 : 1;
 }

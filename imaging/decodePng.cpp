@@ -71,7 +71,14 @@ struct PlainPng {
     QByteArray compressed; ///< the data of all "IDAT" chunks: one zlib stream
 };
 
-std::optional<PlainPng> parse(const QByteArray &bytes)
+/// A decoder must know a chunk whose type begins with a capital.
+bool isCritical(const Chunk &chunk)
+{
+    return chunk.type[0] >= 'A' && chunk.type[0] <= 'Z';
+}
+
+/// Nothing for other kinds of PNG, for broken ones, and for too many pixels. May refer to `bytes`.
+std::optional<PlainPng> parse(const QByteArray &bytes, qint64 maximumPixels)
 {
     constexpr QByteArrayView signature("\x89PNG\r\n\x1A\n", 8);
     if (!bytes.startsWith(signature))
@@ -79,14 +86,15 @@ std::optional<PlainPng> parse(const QByteArray &bytes)
     QByteArrayView rest = QByteArrayView(bytes).sliced(signature.size());
     std::optional<Chunk> chunk = takeChunk(rest);
     const std::optional<Header> header = chunk ? plainHeader(*chunk) : std::nullopt;
-    if (!header)
+    if (!header || qint64(header->size.width()) * header->size.height() > maximumPixels)
         return std::nullopt;
     PlainPng png{*header, {}};
-    png.compressed.reserve(rest.size());
     for (chunk = takeChunk(rest); chunk && chunk->type != "IEND"; chunk = takeChunk(rest)) {
-        if (chunk->type == "IDAT")
+        if (chunk->type == "IDAT" && png.compressed.isEmpty())
+            png.compressed = QByteArray::fromRawData(chunk->data.data(), chunk->data.size());
+        else if (chunk->type == "IDAT")
             png.compressed.append(chunk->data);
-        else if (chunk->type == "tRNS") // a colour that is transparent
+        else if (isCritical(*chunk) || chunk->type == "tRNS") // a colour that is transparent
             return std::nullopt;
     }
     return chunk ? std::optional(png) : std::nullopt;
@@ -226,20 +234,20 @@ std::optional<QRgb> makePixels(const unsigned char *stored, QSize size, QRgb *pi
 
 QImage decodePlainPng(const QByteArray &bytes, qint64 maximumPixels)
 {
-    const std::optional<PlainPng> png = parse(bytes);
+    const std::optional<PlainPng> png = parse(bytes, maximumPixels);
     if (!png)
         return {};
     const auto width = std::size_t(png->header.size.width());
     const auto height = std::size_t(png->header.size.height());
-    if (qint64(width * height) > maximumPixels)
-        return {};
     // One memory for both: the pixels lie at its beginning and the stored rows at its end, so that
     // no row of pixels reaches the stored row after its own.
     const std::size_t storedBytes = height * (1 + std::size_t(png->header.channels) * width);
     const std::size_t memoryBytes = std::max(storedBytes, height * 4 * width);
     const std::shared_ptr<unsigned char> memory = allocatePictureMemory(memoryBytes);
+    if (!memory)
+        return {};
     unsigned char *const stored = memory.get() + (memoryBytes - storedBytes);
-    if (!memory || !inflate(png->compressed, stored, storedBytes))
+    if (!inflate(png->compressed, stored, storedBytes))
         return {};
     auto *const pixels = reinterpret_cast<QRgb *>(memory.get());
     const std::optional<QRgb> common = png->header.channels == 4

@@ -23,7 +23,11 @@ std::shared_ptr<unsigned char> allocatePictureMemory(std::size_t bytes)
 QImage pictureIn(const std::shared_ptr<unsigned char> &memory, QSize size, QImage::Format format)
 {
     using Memory = std::shared_ptr<unsigned char>;
-    return QImage(
+    auto kept = std::make_unique<Memory>(memory);
+    const QImage picture(
         memory.get(), size.width(), size.height(), qsizetype(4) * size.width(), format,
-        [](void *kept) { delete static_cast<Memory *>(kept); }, new Memory(memory));
+        [](void *pointer) { delete static_cast<Memory *>(pointer); }, kept.get());
+    if (!picture.isNull())
+        static_cast<void>(kept.release()); // a null picture would not clean up
+    return picture;
 }

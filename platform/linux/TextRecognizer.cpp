@@ -8,6 +8,9 @@
 #include "platform/linux/text/PictureLevels.h"
 #include "platform/linux/text/ReadingOrder.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 
@@ -15,9 +18,23 @@ namespace
 /// of a millisecond.
 constexpr int maximumBarrenLines = 400;
 
-/// Of the lines that hold no words, so many at most are asked for the lines that they cover: these
-/// take their places among those that are left, which has to be ordered anew.
+/// Of the lines that hold no words, so many at most are asked for the lines that they cover.
 constexpr int maximumReorderings = 16;
+
+/// Adds lines to those of which the first ones, up to `next`, have been read. These stay the first;
+/// the others are ordered anew, as parts of the whole.
+void insertInOrder(const std::vector<TextLine> &added, std::vector<TextLine> &lines,
+                   std::size_t next)
+{
+    std::vector<QRect> read;
+    std::transform(lines.begin(), lines.begin() + std::ptrdiff_t(next), std::back_inserter(read),
+                   [](const TextLine &line) { return line.box; });
+    lines.insert(lines.end(), added.begin(), added.end());
+    lines = inReadingOrder(std::move(lines));
+    std::stable_partition(lines.begin(), lines.end(), [&](const TextLine &line) {
+        return std::find(read.begin(), read.end(), line.box) != read.end();
+    });
+}
 
 /// Reads lines in their order, until enough is read or no more is to be expected.
 void readAll(std::vector<TextLine> lines, LineReader &reader,
@@ -31,17 +48,13 @@ void readAll(std::vector<TextLine> lines, LineReader &reader,
     };
     lines = inReadingOrder(std::move(lines));
     for (std::size_t next = 0; next < lines.size();) {
-        const TextLine line = std::move(lines[next++]);
+        TextLine &line = lines[next++];
         ++barren;
         if (!reader.read(line, onPiece, cancelled) || barren > maximumBarrenLines)
             return;
-        if (barren == 0 || line.covered.empty() || reorderings == maximumReorderings)
-            continue;
-        ++reorderings;
-        lines.erase(lines.begin(), lines.begin() + std::ptrdiff_t(next));
-        lines.insert(lines.end(), line.covered.begin(), line.covered.end());
-        lines = inReadingOrder(std::move(lines));
-        next = 0;
+        const std::vector<TextLine> covered = std::move(line.covered);
+        if (barren > 0 && !covered.empty() && ++reorderings <= maximumReorderings)
+            insertInOrder(covered, lines, next);
     }
 }
 

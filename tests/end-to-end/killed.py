@@ -16,7 +16,7 @@ from pngs import with_comment
 
 KILLS = 100
 LONGEST_LIFE_SECONDS = 0.8
-LONGEST_SANITIZED_LIFE_SECONDS = 2
+LONGEST_SANITIZED_LIFE_SECONDS = 2.5
 LONGEST_PAUSE_SECONDS = 0.08
 TITLES = ["Alpine Bakery", "Coastal Castle", "Desert Harbour", "Forest Library"]
 TRASH = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Trash"

@@ -131,6 +131,16 @@ private Q_SLOTS:
         QVERIFY(decodePlainPng(pngFile(header + colour + data), manyPixels).isNull());
     }
 
+    void unknownCriticalChunksAreLeftToOthers()
+    {
+        const QByteArray header = pngHeader(4, 4, rgb);
+        const QByteArray data = pngData(randomRows({4, 4}, 3, 1));
+        const QByteArray harmless = pngChunk("teXt", "what nobody must know");
+        QVERIFY(!decodePlainPng(pngFile(header + harmless + data), manyPixels).isNull());
+        for (const QByteArray &chunk : {pngChunk("TEXT", {}), pngChunk("PLTE", "ab"), header})
+            QVERIFY(decodePlainPng(pngFile(header + chunk + data), manyPixels).isNull());
+    }
+
     void moreThanAsManyPixelsAreRefused()
     {
         const QByteArray file =

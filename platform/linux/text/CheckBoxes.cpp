@@ -10,8 +10,10 @@ namespace
 /// A pixel this deep is ink, as a share of the deepest; a box's frame is fainter than its label.
 constexpr float leastInk = 0.2F;
 
-/// The highest box, in heights of a letter.
+/// The lowest and the highest box, in heights of a letter, and the lowest in pixels.
+constexpr double lowestBox = 0.6;
 constexpr double highestBox = 2.5;
+constexpr int lowestPixels = 5;
 
 /// Boxes and circles are as wide as high, give or take this factor. "O" is one too in most
 /// typefaces, but not in monospaced ones, whose letters stand far apart.
@@ -122,8 +124,10 @@ std::optional<int> labelBehind(const Run &run, const Ink &ink, const QRect &area
     const int lettersGap = next && !isWord ? next->left - label->right - 1 : 0;
     if (gap < boxGap * letterHeight || gap < gapJump * lettersGap)
         return std::nullopt;
-    return isEmptyFrame(ink, boxOf(ink, area, run, highest)) ? std::optional(label->left)
-                                                             : std::nullopt;
+    const QRect box = boxOf(ink, area, run, highest);
+    if (box.height() < std::max<double>(lowestPixels, lowestBox * letterHeight))
+        return std::nullopt;
+    return isEmptyFrame(ink, box) ? std::optional(label->left) : std::nullopt;
 }
 
 } // namespace
@@ -136,7 +140,10 @@ QRect withoutCheckBox(const QImage &picture, const QRect &area, const InkColours
     for (int tried = 0; run && tried < mostTried; ++tried) {
         if (const std::optional<int> label = labelBehind(*run, ink, area, line.letterHeight))
             return area.adjusted(*label - 1 - area.left(), 0, 0, 0);
-        run = nextRun(ink, area, run->right + 1);
+        const int end = run->right;
+        run = nextRun(ink, area, end + 1);
+        if (run && run->left - end - 1 < line.wordGap)
+            break; // "No": letters of one word
     }
     return area;
 }

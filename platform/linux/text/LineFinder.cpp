@@ -29,11 +29,13 @@ constexpr std::ptrdiff_t maximumLines = 3000;
 /// A line gives way to a larger one that covers this share of it.
 constexpr double coveredShare = 0.5;
 
-/// Lines of at most this share of another's letter height, and at least this many of their own
-/// wide, are text of their own; when they fill this share of the other, it is a box around them.
-constexpr double muchSmaller = 0.6;
-constexpr double smaller = 0.75;
+/// Lines whose letters have at most this share of the height of another's, which are themselves at
+/// most this share as high, and at least this many heights of a letter wide, are text of their own.
+constexpr double smallerLetters = 0.6;
+constexpr double lowerLine = 0.75;
 constexpr double textWidth = 2.5;
+
+/// When they fill this share of the other, it is a box around them.
 constexpr double filledShare = 0.15;
 
 /// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
@@ -82,10 +84,11 @@ qint64 areaOf(const QRect &box)
     return qint64(box.width()) * box.height();
 }
 
+/// Whether the line may be text on a picture that was taken for the larger one.
 bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
 {
-    return line.letterHeight <= muchSmaller * larger.letterHeight &&
-           line.box.height() <= smaller * larger.box.height() &&
+    return line.letterHeight <= smallerLetters * larger.letterHeight &&
+           line.box.height() <= lowerLine * larger.box.height() &&
            line.box.width() >= textWidth * line.letterHeight;
 }
 
@@ -101,8 +104,8 @@ bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
     return area >= filledShare * double(areaOf(larger.box));
 }
 
-/// Puts the lines that lie in larger ones into these: parts of large letters, and what was found on
-/// two levels.
+/// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
+/// levels. What may be written on them, they keep as covered.
 std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 {
     const std::vector<TextLine> all = lines;

@@ -110,7 +110,8 @@ QImage inkPicture(const std::vector<float> &depths, QSize size, float black)
 
 } // namespace
 
-LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line)
+LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line,
+                        int leftmost)
 {
     const int letterHeight = line.letterHeight;
     const auto above = int(std::lround(reachAbove * letterHeight));
@@ -122,8 +123,8 @@ LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine
     if (!standsBetweenQuietRows(picture, area & picture.rect(), colours, letterHeight))
         return {};
     const QRect free = withoutFullRows(picture, seen, area & picture.rect(), colours);
-    const QRect whole =
-        withoutCheckBox(picture, withWholeWords(picture, free, colours, line), colours, line);
+    const QRect words = withWholeWords(picture, free, colours, line, leftmost);
+    const QRect whole = withoutCheckBox(picture, words, colours, line);
     const QImage ink =
         inkPicture(depthsOf(picture, whole, colours), whole.size(), colours.inkDepth());
     if (ink.isNull())

@@ -12,5 +12,7 @@ struct LinePicture {
 };
 
 /// The words of the line that stand in `area` of `picture` (what `opaquePicture` gives), each as a
-/// whole. No ink where the area holds one colour only, or a part of a texture.
-LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line);
+/// whole, but nothing left of `leftmost`, which has been read. No ink where the area holds one
+/// colour only, or a part of a texture.
+LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line,
+                        int leftmost);

@@ -60,10 +60,15 @@ int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
 } // namespace
 
 QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
-                     const TextLine &line)
+                     const TextLine &line, int leftmost)
 {
     QRect whole = area;
     whole.setLeft(reachFrom(area.left(), -1, picture, area, colours, line));
     whole.setRight(reachFrom(area.right(), 1, picture, area, colours, line));
+    if (whole.left() >= leftmost)
+        return whole;
+    whole.setLeft(leftmost);
+    while (whole.width() > 1 && columnAt(picture, area, colours, whole.left()) == Column::Bare)
+        whole.setLeft(whole.left() + 1);
     return whole;
 }

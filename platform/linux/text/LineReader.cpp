@@ -36,7 +36,7 @@ bool LineReader::read(const TextLine &line, const PieceHandler &onPiece,
         piece.setLeft(std::max(piece.left(), read + 1));
         if (piece.isEmpty())
             continue;
-        const LinePicture picture = linePicture(m_picture, piece, line);
+        const LinePicture picture = linePicture(m_picture, piece, line, read + 1);
         if (picture.ink.isNull())
             continue;
         read = picture.area.right();

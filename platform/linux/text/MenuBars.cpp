@@ -21,8 +21,13 @@ constexpr double greatestGapRatio = 1.6;
 constexpr double partsOfSpacedWord = 1.5;
 
 /// Where it is small, it seldom stands alone: lines above and below are closer than this, in
-/// heights of the row, and their letters differ less than by this factor.
+/// heights of the row, or after an empty line begin in the same column, and their letters differ
+/// less than by this factor.
 constexpr double closeLine = 0.7;
+constexpr double closeInColumn = 2.5;
+
+/// Where a column begins, letters differ by this share of their height.
+constexpr double sameLeft = 0.35;
 constexpr double sameLetters = 1.5;
 
 /// Lines from left to right.
@@ -97,16 +102,21 @@ std::vector<Items> itemsIn(const Row &row)
     return groups;
 }
 
+/// Whether the line is of the same text: right above or below, or nearly so and in the same column.
 bool isCloseTo(const Items &items, const TextLine &line)
 {
-    if (line.box.right() < items.box.left() || items.box.right() < line.box.left())
-        return false;
     const int higher = std::max(line.letterHeight, items.lowestLetter);
     const int lower = std::min(line.letterHeight, items.lowestLetter);
+    const bool sameRow =
+        std::abs(line.box.center().y() - items.box.center().y()) < items.box.height() / 2;
+    if (sameRow || higher >= sameLetters * lower || line.box.right() < items.box.left() ||
+        items.box.right() < line.box.left())
+        return false;
     const int distance =
         std::max(line.box.top() - items.box.bottom(), items.box.top() - line.box.bottom());
-    return higher < sameLetters * lower && distance > 0 &&
-           distance <= closeLine * items.box.height();
+    const bool sameColumn =
+        std::abs(line.box.left() - items.box.left()) <= sameLeft * items.lowestLetter;
+    return distance <= (sameColumn ? closeInColumn : closeLine) * items.box.height();
 }
 
 } // namespace

@@ -22,7 +22,7 @@ constexpr double fullShare = 0.5;
 /// The share of such pixels of the row that stand in the columns of the area.
 double inkShare(const QImage &picture, const QRect &area, const InkColours &colours, int y)
 {
-    if (y < 0 || y >= picture.height())
+    if (area.isEmpty() || y < 0 || y >= picture.height())
         return 0;
     const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
     const auto inked = std::count_if(row + area.left(), row + area.right() + 1, [&](QRgb pixel) {

@@ -111,7 +111,9 @@ constexpr double leastShare = 0.8;
 
 bool isOf(const QRect &menuBar, const TextLine &line)
 {
-    return (menuBar & line.box).width() >= leastShare * line.box.width();
+    const int row = line.box.center().y();
+    return menuBar.top() <= row && row <= menuBar.bottom() &&
+           (menuBar & line.box).width() >= leastShare * line.box.width();
 }
 
 } // namespace

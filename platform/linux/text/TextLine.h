@@ -13,7 +13,7 @@ struct TextLine {
     QRect box;
     /// The height of its letters: of a capital, or of the small letters where there is none.
     int letterHeight = 0;
-    /// What stands this far apart, at least, is two words.
+    /// What stands this far from a word, at least, is no part of it.
     double wordGap = 0;
     /// The runs of letters between word gaps, left to right. What stands closer is one word.
     std::vector<QRect> words;
@@ -22,8 +22,8 @@ struct TextLine {
     /// The share of the letters, by their widths, that stand on one base: near 1 where there are
     /// no descenders.
     double evenness = 0;
-    /// Smaller lines that lie in it: should this one hold no words, it is a picture, or pictures in
-    /// a row, and these are what is written on it or close to it.
+    /// Smaller lines that lie in it: should not one word be read in this one, it is a picture, or
+    /// pictures in a row, and these are what is written on it or close to it.
     std::vector<TextLine> covered;
 };
 

@@ -118,6 +118,12 @@ private Q_SLOTS:
     {
         QCOMPARE(order({itemsAt(10, 10, 5, 14), itemsAt(10, 26, 6, 14), lineAt(300, 60)}),
                  QList<QPoint>({{10, 10}, {10, 26}, {300, 60}}));
+        const TextLine overlapping = itemsAt(10, 19, 6, 14);
+        QCOMPARE(order({itemsAt(10, 10, 5, 14), overlapping, lineAt(300, 60)}),
+                 QList<QPoint>({{10, 10}, {10, 19}, {300, 60}}));
+        const TextLine afterAnEmptyLine = itemsAt(10, 42, 6, 14);
+        QCOMPARE(order({itemsAt(10, 10, 5, 14), afterAnEmptyLine, lineAt(300, 60)}),
+                 QList<QPoint>({{10, 10}, {10, 42}, {300, 60}}));
         TextLine spaced = itemsAt(10, 10, 5, 14);
         spaced.parts.clear();
         for (const QRect &word : spaced.words) {

@@ -164,6 +164,34 @@ private Q_SLOTS:
         QCOMPARE(textOf(*m_recognizer, page.image()), QStringLiteral("Oldest orange Ocean"));
     }
 
+    void aRoundSecondLetterIsNoCheckBox_data() { aRoundFirstLetterIsNoCheckBox_data(); }
+    void aRoundSecondLetterIsNoCheckBox()
+    {
+        QFETCH(QString, family);
+        QFETCH(int, pixels);
+        DrawnPage page(QSize(480, 60));
+        page.font(family, pixels);
+        page.text(QPoint(20, 40), QStringLiteral("Go back, no ticket"));
+        const QString text = textOf(*m_recognizer, page.image());
+        QVERIFY2(text.startsWith(QLatin1String("Go back")), qPrintable(text));
+    }
+
+    void noWordOfALongLineIsReadTwice()
+    {
+        const QString sentence = QStringLiteral("Quarterly report for the northern region and the "
+                                                "harbour villages of the western market");
+        for (const char *family : {"DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono"}) {
+            for (const int pixels : {13, 15, 19, 24}) {
+                DrawnPage page(QSize(1600, 60));
+                page.font(QString::fromLatin1(family), pixels);
+                page.text(QPoint(20, 40), sentence);
+                const QString text = textOf(*m_recognizer, page.image());
+                for (const char *word : {"Quarterly", "report", "northern", "harbour", "villages"})
+                    QVERIFY2(text.count(QLatin1String(word)) <= 1, qPrintable(text));
+            }
+        }
+    }
+
     void wordsJoinedByAnUnderscoreAreReadOnceAndWhole()
     {
         DrawnPage page(QSize(480, 60));
