@@ -38,7 +38,7 @@ const char *qtFormat(const QByteArray &beginning)
 }
 
 /// A picture in memory of ours, which is cheaper to fill; null where that is not to be had.
-QImage blankPicture(QSize size, QImage::Format format)
+QImage pictureToFill(QSize size, QImage::Format format)
 {
     if (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32)
         return {};
@@ -64,7 +64,7 @@ QImage decodeWithQt(const QByteArray &bytes, const char *format)
     if (size.isEmpty() || qint64(size.width()) * size.height() > maximumDecodedPixels)
         return {};
     // The format's reader takes this one where it has the size and format that it needs.
-    QImage picture = blankPicture(size, reader.imageFormat());
+    QImage picture = pictureToFill(size, reader.imageFormat());
     return reader.read(&picture) ? picture : QImage();
 }
 

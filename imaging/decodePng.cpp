@@ -8,9 +8,7 @@
 #include <libdeflate.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <vector>

@@ -20,15 +20,16 @@ constexpr double greatestGapRatio = 1.6;
 /// have this many parts in the mean.
 constexpr double partsOfSpacedWord = 1.5;
 
-/// Where it is small, it seldom stands alone: lines above and below are closer than this, in
-/// heights of the row, or after an empty line begin in the same column, and their letters differ
-/// less than by this factor.
+/// Where it is small, it seldom stands alone. Lines above and below are closer than this, in
+/// heights of the row; closer than the second, which allows for an empty line, if they begin in the
+/// same column.
 constexpr double closeLine = 0.7;
 constexpr double closeInColumn = 2.5;
 
-/// Where a column begins, letters differ by this share of their height.
-constexpr double sameLeft = 0.35;
+/// Their letters differ less than by this factor, and where the column begins by no more than this
+/// share of a letter's height.
 constexpr double sameLetters = 1.5;
+constexpr double sameLeft = 0.35;
 
 /// Lines from left to right.
 using Row = std::vector<const TextLine *>;
