@@ -1,14 +1,14 @@
 #include "app/VelmoraApp.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "core/VelmoraSettings.h"
 #include "core/whenFinished.h"
 #include "detection/ScreenshotFolderResolver.h"
 #include "detection/ScreenshotWatcher.h"
 #include "files/ClipboardWriter.h"
-#include "files/RecentScreenshotsWindow.h"
-#include "imaging/OpenFile.h"
+#include "files/recent/RecentScreenshotsWindow.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/OpenFile.h"
 #include "platform/Platform.h"
 #include "style/lightAppearance.h"
 

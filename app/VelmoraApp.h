@@ -2,10 +2,10 @@
 
 #include "app/ActiveApplication.h"
 #include "app/StatusMenu.h"
-#include "app/WelcomeController.h"
-#include "files/RecentScreenshots.h"
-#include "files/RecentScreenshotsController.h"
+#include "app/welcome/WelcomeController.h"
 #include "files/UndoHistory.h"
+#include "files/recent/RecentScreenshots.h"
+#include "files/recent/RecentScreenshotsController.h"
 #include "imaging/ScreenshotImages.h"
 #include "naming/ScreenshotNamer.h"
 #include "tray/TrayController.h"

@@ -1,5 +1,5 @@
 #include "app/VelmoraApp.h"
-#include "app/VelmoraIdentity.h"
+#include "core/VelmoraIdentity.h"
 #include "platform/Platform.h"
 #include "platform/prepareProcess.h"
 #include "style/VelmoraAssets.h"

@@ -1,7 +1,7 @@
 #include "detection/FolderListing.h"
 
-#include "core/FileUrls.h"
-#include "detection/ImageNames.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/ImageNames.h"
 
 #include <QDir>
 #include <QFile>

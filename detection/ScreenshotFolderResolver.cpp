@@ -1,9 +1,9 @@
 #include "detection/ScreenshotFolderResolver.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
-#include "detection/ImageNames.h"
 #include "detection/ScreenshotSpeedOptimizer.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/ImageNames.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "detection/FileTime.h"
+#include "filesystem/FileTime.h"
 #include "platform/ScreenshotPreferences.h"
 
 #include <QList>

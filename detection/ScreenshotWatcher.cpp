@@ -1,8 +1,8 @@
 #include "detection/ScreenshotWatcher.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "detection/ScreenshotScanner.h"
+#include "filesystem/FileUrls.h"
 
 #include <QDeadlineTimer>
 #include <QSemaphore>

@@ -1,8 +1,8 @@
 #include "files/ClipboardWriter.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
-#include "imaging/OpenFile.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/OpenFile.h"
 #include "imaging/decodeImage.h"
 #include "platform/Pasteboard.h"
 

@@ -1,8 +1,8 @@
 #include "files/ScreenshotTrash.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "files/moveToFreeName.h"
+#include "filesystem/FileUrls.h"
 #include "platform/SystemTrash.h"
 
 #include <QDir>

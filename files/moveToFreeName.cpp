@@ -1,7 +1,7 @@
 #include "files/moveToFreeName.h"
 
-#include "core/FileUrls.h"
-#include "core/moveFile.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/moveFile.h"
 
 MovedFile moveToFreeName(const QUrl &source, const QUrl &wanted)
 {

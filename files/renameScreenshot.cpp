@@ -1,7 +1,7 @@
 #include "files/renameScreenshot.h"
 
-#include "core/FileUrls.h"
 #include "files/moveToFreeName.h"
+#include "filesystem/FileUrls.h"
 
 ScreenshotRename renameScreenshot(const QUrl &file, const QString &name)
 {

@@ -1,7 +1,7 @@
 #include "files/reverseAction.h"
 
-#include "core/FileUrls.h"
-#include "core/moveFile.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/moveFile.h"
 #include "platform/SystemTrash.h"
 
 std::error_code reverseAction(SystemTrash &trash, const UndoableAction &action)

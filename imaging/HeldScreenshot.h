@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/OpenFile.h"
+#include "filesystem/OpenFile.h"
 
 #include <QUrl>
 

@@ -1,6 +1,6 @@
 #include "imaging/decodeImage.h"
 
-#include "imaging/OpenFile.h"
+#include "filesystem/OpenFile.h"
 #include "imaging/decodeHeic.h"
 #include "imaging/decodePng.h"
 #include "imaging/jpegEnd.h"

@@ -1,7 +1,7 @@
 #include "naming/ScreenshotNamer.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraTimestamp.h"
+#include "filesystem/FileUrls.h"
 #include "naming/Characters.h"
 #include "naming/NameTables.h"
 #include "naming/SuggestionQueue.h"

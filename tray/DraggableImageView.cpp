@@ -1,6 +1,6 @@
 #include "tray/DraggableImageView.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tray/DragPace.h"
 
 #include <QApplication>

@@ -1,11 +1,11 @@
 #include "tray/ScreenshotRowView.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraLog.h"
 #include "core/whenFinished.h"
 #include "files/ScreenshotTrash.h"
 #include "files/renameScreenshot.h"
 #include "files/reverseAction.h"
+#include "filesystem/FileUrls.h"
 #include "imaging/ScreenshotImages.h"
 #include "naming/ScreenshotNamer.h"
 #include "style/BezelButton.h"

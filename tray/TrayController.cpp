@@ -1,8 +1,8 @@
 #include "tray/TrayController.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraSettings.h"
 #include "files/ClipboardWriter.h"
+#include "filesystem/FileUrls.h"
 #include "platform/Platform.h"
 #include "tray/ArrivalAnimation.h"
 #include "tray/FloatingTrayPanel.h"

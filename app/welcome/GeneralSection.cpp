@@ -1,6 +1,6 @@
 #include "app/welcome/GeneralSection.h"
 
-#include "app/WelcomeWindow.h"
+#include "app/welcome/WelcomeWindow.h"
 #include "app/welcome/columns.h"
 #include "app/welcome/labels.h"
 #include "style/BezelButton.h"

@@ -1,7 +1,7 @@
 #include "platform/FileBrowser.h"
 
-#include "core/FileUrls.h"
-#include "platform/linux/fileManagerCommand.h"
+#include "filesystem/FileUrls.h"
+#include "platform/linux/file-browser/fileManagerCommand.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,7 +1,7 @@
 #include "platform/FolderEvents.h"
 
-#include "platform/linux/FileSystemKind.h"
-#include "platform/linux/InotifyQueue.h"
+#include "platform/linux/folder-events/FileSystemKind.h"
+#include "platform/linux/folder-events/InotifyQueue.h"
 
 #include <QFile>
 #include <QTimer>

@@ -1,9 +1,9 @@
 #include "platform/FrontmostApplication.h"
 
 #include "core/whenFinished.h"
-#include "platform/linux/ApplicationOfWindow.h"
-#include "platform/linux/DesktopEntries.h"
-#include "platform/linux/X11Windows.h"
+#include "platform/linux/applications/ApplicationOfWindow.h"
+#include "platform/linux/applications/DesktopEntries.h"
+#include "platform/linux/x11/X11Windows.h"
 
 #include <QFuture>
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "platform/LoginItem.h"
 
-#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/applications/DesktopEntry.h"
 
 #include <QCoreApplication>
 #include <QDir>

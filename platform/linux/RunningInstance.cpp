@@ -1,10 +1,10 @@
 #include "platform/RunningInstance.h"
 
-#include "platform/linux/ApplicationOnBus.h"
-#include "platform/linux/ApplicationOnSocket.h"
-#include "platform/linux/LaunchToken.h"
-#include "platform/linux/StartupNotification.h"
-#include "platform/linux/UserTime.h"
+#include "platform/linux/single-instance/ApplicationOnBus.h"
+#include "platform/linux/single-instance/ApplicationOnSocket.h"
+#include "platform/linux/x11/LaunchToken.h"
+#include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/x11/UserTime.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
 #include "platform/ScreenshotPreferences.h"
 
-#include "platform/linux/ScreenshotTools.h"
+#include "platform/linux/screenshot-tools/ScreenshotTools.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "platform/StatusItem.h"
 
-#include "platform/linux/StatusBarSearch.h"
-#include "platform/linux/edgedIcon.h"
+#include "platform/linux/status-item/StatusNotifierSearch.h"
+#include "platform/linux/status-item/edgedIcon.h"
 
 #include <QCursor>
 #include <QMenu>
@@ -15,10 +15,10 @@ namespace
 class TrayStatusItem : public StatusItem
 {
 public:
-    TrayStatusItem() : m_search(StatusBarSearch::Patience())
+    TrayStatusItem() : m_search(StatusNotifierSearch::Patience())
     {
-        QObject::connect(&m_search, &StatusBarSearch::found, &m_search,
-                         [this](StatusBarSearch::StatusBar bar) { appear(bar); });
+        QObject::connect(&m_search, &StatusNotifierSearch::found, &m_search,
+                         [this](StatusNotifierSearch::StatusBar bar) { appear(bar); });
     }
 
     void show(const QIcon &icon, const QString &toolTip, const QList<QAction *> &actions) override
@@ -34,7 +34,7 @@ public:
     void setTitle(const QString &) override {}
 
 private:
-    void appear(StatusBarSearch::StatusBar bar)
+    void appear(StatusNotifierSearch::StatusBar bar)
     {
         m_item = std::make_unique<QSystemTrayIcon>(iconFor(bar));
         m_item->setToolTip(m_toolTip);
@@ -45,10 +45,10 @@ private:
     }
 
     /// A host that knows the installed symbol by its name gives it the colour of its bar.
-    QIcon iconFor(StatusBarSearch::StatusBar bar) const
+    QIcon iconFor(StatusNotifierSearch::StatusBar bar) const
     {
         const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
-        if (bar == StatusBarSearch::StatusBar::Host && QIcon::hasThemeIcon(name))
+        if (bar == StatusNotifierSearch::StatusBar::Host && QIcon::hasThemeIcon(name))
             return QIcon::fromTheme(name);
         return edgedIcon(m_icon);
     }
@@ -63,7 +63,7 @@ private:
     QIcon m_icon;
     QString m_toolTip;
     std::unique_ptr<QMenu> m_menu;
-    StatusBarSearch m_search;
+    StatusNotifierSearch m_search;
     std::unique_ptr<QSystemTrayIcon> m_item;
 };
 

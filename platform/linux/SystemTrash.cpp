@@ -1,8 +1,8 @@
 #include "platform/SystemTrash.h"
 
-#include "core/moveFile.h"
-#include "platform/linux/TrashFolder.h"
-#include "platform/linux/TrashInfo.h"
+#include "filesystem/moveFile.h"
+#include "platform/linux/trash/TrashFolder.h"
+#include "platform/linux/trash/TrashInfo.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "app/ActiveApplication.h"
 
-#include "app/VelmoraIdentity.h"
+#include "core/VelmoraIdentity.h"
 #include "platform/FrontmostApplication.h"
 
 #include <QTest>

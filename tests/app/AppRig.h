@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/VelmoraApp.h"
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "platform/Platform.h"
 #include "tests/files/LogTail.h"
 #include "tray/ScreenshotRowView.h"

@@ -1,5 +1,5 @@
 #include "tests/app/AppRig.h"
-#include "tests/platform/text/DrawnPage.h"
+#include "tests/recognition/DrawnPage.h"
 
 #include <QAbstractEventDispatcher>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "detection/NewScreenshots.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 
 #include <QTest>
 

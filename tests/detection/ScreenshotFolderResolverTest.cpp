@@ -1,6 +1,6 @@
 #include "detection/ScreenshotFolderResolver.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/FileUrls.h"
 #include "detection/ScreenshotWatcher.h"
+#include "filesystem/FileUrls.h"
 
 #include <QCoreApplication>
 #include <QSemaphore>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/FileUrls.h"
-#include "core/moveFile.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/moveFile.h"
 #include "platform/SystemTrash.h"
 
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "files/renameScreenshot.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tests/files/TestFiles.h"
 
 #include <QDir>

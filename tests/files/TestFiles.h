@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -3,12 +3,12 @@
 // Built with clang by scripts/fuzz, which keeps its corpus and its findings in the build folder.
 
 #include "imaging/decodeImage.h"
-#include "platform/linux/text/EnginePool.h"
-#include "platform/linux/text/LineFinder.h"
-#include "platform/linux/text/LinePieces.h"
-#include "platform/linux/text/LineReader.h"
-#include "platform/linux/text/PictureLevels.h"
-#include "platform/linux/text/ReadingOrder.h"
+#include "recognition/engine/EnginePool.h"
+#include "recognition/engine/LineReader.h"
+#include "recognition/lines/LineFinder.h"
+#include "recognition/lines/LinePieces.h"
+#include "recognition/lines/PictureLevels.h"
+#include "recognition/order/ReadingOrder.h"
 
 #include <QCoreApplication>
 

@@ -10,43 +10,63 @@ import sys
 
 MAY_INCLUDE = {
     "core": set(),
-    "platform": {"core"},
-    "imaging": {"core", "platform"},
+    "filesystem": {"core"},
+    "recognition": {"core"},
+    "platform": {"core", "filesystem"},
+    "platform/linux": {"core", "filesystem", "platform", "recognition"},
+    "platform/macos": {"core", "filesystem", "platform", "recognition"},
+    "imaging": {"core", "filesystem", "platform"},
     "style": {"core"},
-    "detection": {"core", "platform"},
-    "naming": {"core", "platform", "imaging"},
-    "files": {"core", "platform", "imaging", "style"},
-    "tray": {"core", "platform", "imaging", "style", "naming", "files"},
-    "app": {"core", "platform", "imaging", "style", "detection", "naming", "files", "tray"},
+    "detection": {"core", "filesystem", "platform"},
+    "naming": {"core", "filesystem", "platform", "imaging"},
+    "files": {"core", "filesystem", "platform", "imaging"},
+    "files/recent": {"core", "filesystem", "platform", "imaging", "style", "files"},
+    "tray": {"core", "filesystem", "platform", "imaging", "style", "naming", "files"},
+    "app/welcome": {"core", "filesystem", "platform", "imaging", "style", "detection", "files"},
+    "app": {"core", "filesystem", "platform", "imaging", "style", "detection", "naming", "files",
+            "files/recent", "tray", "app/welcome"},
 }
 SYSTEM_FOLDERS = ("linux", "macos")
 QUOTED_INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
 
 
+def room_of(path):
+    """The room that a file belongs to: the deepest folder of the table above it."""
+    for depth in (2, 1):
+        name = "/".join(path.parts[:depth])
+        if len(path.parts) > depth and name in MAY_INCLUDE:
+            return name
+    return None
+
+
 def complaints_of(root, source):
     own = source.relative_to(root)
-    room = own.parts[0]
-    in_system_folder = len(own.parts) > 2 and own.parts[1] in SYSTEM_FOLDERS
+    room = room_of(own)
     for number, line in enumerate(source.read_text().splitlines(), start=1):
         match = QUOTED_INCLUDE.match(line)
         if not match or match.group(1).endswith(".moc"):
             continue
         included = pathlib.PurePosixPath(match.group(1))
-        target = included.parts[0]
+        target = room_of(included)
         place = f"{own}:{number}"
-        if target not in MAY_INCLUDE:
+        if target is None:
             yield f'{place}: "{included}" is not written from the root'
         elif target != room and target not in MAY_INCLUDE[room]:
             yield f"{place}: {room}/ may not include {target}/"
-        elif len(included.parts) > 2 and included.parts[1] in SYSTEM_FOLDERS and not in_system_folder:
+        elif is_of_a_system(included) and not is_of_a_system(own):
             yield f"{place}: neutral code may not include {included.parent}/"
+
+
+def is_of_a_system(path):
+    """Whether the file is of one operating system: FileUrls.h is not, linux/copyFile.h is."""
+    return len(path.parts) > 2 and path.parts[1] in SYSTEM_FOLDERS
 
 
 def main():
     root = pathlib.Path(sys.argv[1])
     sources = [
         path
-        for room in MAY_INCLUDE
+        for room in sorted({name.split("/")[0] for name in MAY_INCLUDE})
         for path in sorted((root / room).rglob("*"))
         if path.suffix in (".h", ".cpp", ".mm")
     ]

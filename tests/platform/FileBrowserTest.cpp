@@ -1,6 +1,6 @@
 #include "platform/FileBrowser.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tests/world/Commands.h"
 #include "tests/world/XDesktop.h"
 

@@ -1,6 +1,6 @@
 #include "platform/Pasteboard.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/XClip.h"

@@ -1,6 +1,6 @@
 #include "platform/SystemTrash.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/Translations.h"
+#include "platform/linux/screenshot-tools/Translations.h"
 
 #include "platform/ScreenshotPreferences.h"
 

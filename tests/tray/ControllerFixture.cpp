@@ -1,7 +1,7 @@
 #include "tests/tray/ControllerFixture.h"
 
-#include "core/FileUrls.h"
 #include "core/VelmoraSettings.h"
+#include "filesystem/FileUrls.h"
 #include "style/BezelButton.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"

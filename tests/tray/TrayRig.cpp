@@ -1,6 +1,6 @@
 #include "tests/tray/TrayRig.h"
 
-#include "core/FileUrls.h"
+#include "filesystem/FileUrls.h"
 #include "style/BezelButton.h"
 #include "tray/BadgeLabel.h"
 #include "tray/DraggableImageView.h"

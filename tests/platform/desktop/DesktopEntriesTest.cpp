@@ -1,4 +1,4 @@
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/DesktopEntries.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/edgedIcon.h"
+#include "platform/linux/status-item/edgedIcon.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "platform/linux/X11Connection.h"
+#include "platform/linux/x11/X11Connection.h"
 
 #include <QElapsedTimer>
 #include <QFile>

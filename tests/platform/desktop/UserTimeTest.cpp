@@ -1,6 +1,6 @@
-#include "platform/linux/UserTime.h"
+#include "platform/linux/x11/UserTime.h"
 
-#include "platform/linux/X11Connection.h"
+#include "platform/linux/x11/X11Connection.h"
 #include "tests/world/XDesktop.h"
 
 #include <QGuiApplication>

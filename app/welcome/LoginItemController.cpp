@@ -1,0 +1,12 @@
+#include "app/welcome/LoginItemController.h"
+
+#include "core/VelmoraLog.h"
+#include "platform/LoginItem.h"
+
+void LoginItemController::setEnabled(LoginItem &item, bool enabled)
+{
+    if (item.isEnabled() == enabled)
+        return;
+    if (const std::optional<QString> failure = item.setEnabled(enabled))
+        VelmoraLog::write(QStringLiteral("login item failed ") + *failure);
+}

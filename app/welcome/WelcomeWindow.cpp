@@ -1,0 +1,210 @@
+#include "app/welcome/WelcomeWindow.h"
+
+#include "app/welcome/BehaviorSection.h"
+#include "app/welcome/ChecklistRow.h"
+#include "app/welcome/GeneralSection.h"
+#include "app/welcome/ReadinessCard.h"
+#include "app/welcome/WelcomeFooter.h"
+#include "app/welcome/WelcomeHeader.h"
+#include "app/welcome/columns.h"
+#include "app/welcome/labels.h"
+#include "app/welcome/noticeCards.h"
+#include "filesystem/FileUrls.h"
+#include "style/SystemFont.h"
+#include "style/VelmoraPalette.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QWindow>
+
+namespace
+{
+
+// All in points.
+constexpr QSize contentSize(620, 886);
+constexpr int sideMargin = 28;
+constexpr int topMargin = 26;
+constexpr int bottomMargin = 20;
+constexpr int leastSectionSpacing = 12;
+/// What a window manager's title bar and borders may add to the content's height. They are known
+/// only when the window stands on the screen, which is too late to choose its height.
+constexpr int frameAllowance = 44;
+
+constexpr Qt::WindowFlags windowKind = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                       Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                       Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
+
+QWidget *readinessCards(const WelcomeState &state)
+{
+    const QString folderName = FileUrls::lastPathComponent(state.folder);
+    auto *cards = new QWidget;
+    QGridLayout *columns = makeColumns(cards);
+    columns->addWidget(
+        new ReadinessCard(QStringLiteral("Instant"),
+                          state.instantModeOn ? QStringLiteral("Mac delay is off")
+                                              : QStringLiteral("Turn off Mac delay"),
+                          QStringLiteral("bolt.fill"),
+                          state.instantModeOn ? VelmoraPalette::teal() : VelmoraPalette::amber()),
+        0, 0);
+    columns->addWidget(new ReadinessCard(QStringLiteral("Private"),
+                                         QStringLiteral("Local naming only"),
+                                         QStringLiteral("lock.fill"), VelmoraPalette::teal()),
+                       0, 1);
+    columns->addWidget(
+        new ReadinessCard(QStringLiteral("Folder"),
+                          folderName.isEmpty() ? QStringLiteral("Selected") : folderName,
+                          QStringLiteral("folder.fill"), VelmoraPalette::blue()),
+        0, 2);
+    return cards;
+}
+
+QWidget *setupChecklist(const WelcomeState &state)
+{
+    const QString folderName = FileUrls::lastPathComponent(state.folder);
+    auto *checklist = new QWidget;
+    auto *rows = new QVBoxLayout(checklist);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(7);
+    rows->addWidget(sectionLabel(QStringLiteral("Setup checklist")));
+    rows->addWidget(new ChecklistRow(state.instantModeOn
+                                         ? QStringLiteral("Instant screenshots are on")
+                                         : QStringLiteral("Turn on instant screenshots"),
+                                     {}, state.instantModeOn));
+    rows->addWidget(new ChecklistRow(QStringLiteral("Screenshot folder selected"),
+                                     folderName.isEmpty() ? state.folder.toLocalFile() : folderName,
+                                     true));
+    rows->addWidget(new ChecklistRow(QStringLiteral("Smart naming is active"), {}, true));
+    rows->addWidget(new ChecklistRow(QStringLiteral("Screenshots stay on this Mac"), {}, true));
+    return checklist;
+}
+
+} // namespace
+
+WelcomeWindow::WelcomeWindow(const WelcomeState &state, QWidget *parent)
+    : QWidget(parent, windowKind), m_scrollArea(new QScrollArea)
+{
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(QStringLiteral("Velmora"));
+    setPalette(VelmoraPalette::lightPalette());
+    setFont(systemFont(13));
+
+    WelcomeState shown = state;
+    shown.folder = FileUrls::standardized(state.folder);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setWidget(makeContent(shown));
+
+    auto *footer = new WelcomeFooter(shown.folder.toLocalFile());
+    connectFooter(*footer);
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_scrollArea, 1);
+    column->addWidget(footer);
+    setFixedSize(contentSize);
+    m_scrollArea->widget()->setMinimumHeight(contentSize.height() - footer->sizeHint().height());
+}
+
+QWidget *WelcomeWindow::makeContent(const WelcomeState &state)
+{
+    auto *general = new GeneralSection(state);
+    auto *behavior = new BehaviorSection;
+    connectGeneral(*general);
+    connectBehavior(*behavior);
+
+    auto *content = new QWidget;
+    auto *sections = new QVBoxLayout(content);
+    sections->setSpacing(0);
+    const QList<QWidget *> topToBottom = {new WelcomeHeader(state.instantModeOn),
+                                          readinessCards(state),
+                                          privacyCard(),
+                                          setupChecklist(state),
+                                          permissionsCard(),
+                                          general,
+                                          behavior};
+    for (QWidget *section : topToBottom) {
+        if (section != topToBottom.first()) {
+            sections->addSpacing(leastSectionSpacing);
+            sections->addStretch(1);
+        }
+        sections->addWidget(section);
+    }
+    return content;
+}
+
+void WelcomeWindow::connectGeneral(const GeneralSection &general)
+{
+    connect(&general, &GeneralSection::instantModeRequested, this,
+            &WelcomeWindow::instantModeRequested);
+    connect(&general, &GeneralSection::startAtLoginChanged, this,
+            &WelcomeWindow::startAtLoginChanged);
+    connect(&general, &GeneralSection::changeFolderRequested, this,
+            &WelcomeWindow::changeFolderRequested);
+}
+
+void WelcomeWindow::connectBehavior(const BehaviorSection &behavior)
+{
+    connect(&behavior, &BehaviorSection::copyBehaviorPicked, this,
+            &WelcomeWindow::copyBehaviorPicked);
+    connect(&behavior, &BehaviorSection::trayDurationPicked, this,
+            &WelcomeWindow::trayDurationPicked);
+    connect(&behavior, &BehaviorSection::trayPositionPicked, this,
+            &WelcomeWindow::trayPositionPicked);
+}
+
+void WelcomeWindow::connectFooter(const WelcomeFooter &footer)
+{
+    connect(&footer, &WelcomeFooter::recentScreenshotsRequested, this,
+            &WelcomeWindow::recentScreenshotsRequested);
+    connect(&footer, &WelcomeFooter::doneRequested, this, &WelcomeWindow::doneRequested);
+    connect(&footer, &WelcomeFooter::feedbackRequested, this, &WelcomeWindow::feedbackRequested);
+}
+
+void WelcomeWindow::setVisible(bool visible)
+{
+    const bool appears = visible && !isVisible();
+    if (appears) {
+        fitToScreen();
+        place();
+        // A panel that comes late, as at login, takes room away.
+        connect(screen(), &QScreen::availableGeometryChanged, this, &WelcomeWindow::fitToScreen,
+                Qt::UniqueConnection);
+    }
+    // A hidden window has no frame any more, and `pos()` may remember a time before it had one.
+    if (!visible && isVisible())
+        m_lastPlace = windowHandle()->framePosition();
+    QWidget::setVisible(visible);
+    // No control is in focus until the user goes there: a stray key must change no setting.
+    if (appears)
+        setFocus();
+}
+
+/// On a screen that is too low for all of it the window is lower, and its content scrolls, as it
+/// would stand on a higher one.
+void WelcomeWindow::fitToScreen()
+{
+    const int room = screen()->availableGeometry().height() - frameAllowance;
+    const bool scrolls = room < contentSize.height();
+    setFixedSize(contentSize.width(), scrolls ? room : contentSize.height());
+    // The scroll bar stands in the margin.
+    const int scrollBarWidth = scrolls ? m_scrollArea->verticalScrollBar()->sizeHint().width() : 0;
+    m_scrollArea->widget()->layout()->setContentsMargins(sideMargin, topMargin,
+                                                         sideMargin - scrollBarWidth, bottomMargin);
+}
+
+/// In the middle of the screen at first, later where it was.
+void WelcomeWindow::place()
+{
+    // Only a place that is set before the window exists is that of its frame, title bar and all.
+    if (testAttribute(Qt::WA_WState_Created))
+        return;
+    QRect framed({}, size() + QSize(0, frameAllowance));
+    framed.moveCenter(screen()->availableGeometry().center());
+    move(m_lastPlace.value_or(framed.topLeft()));
+}

@@ -1,0 +1,81 @@
+#include "files/recent/RecentScreenshotRow.h"
+
+#include "filesystem/FileUrls.h"
+#include "style/BezelButton.h"
+#include "style/ElidedLabel.h"
+#include "style/ImageView.h"
+#include "style/SystemFont.h"
+#include "style/VelmoraPalette.h"
+
+#include <QHBoxLayout>
+#include <QPalette>
+
+namespace
+{
+
+constexpr int rowHeight = 74;
+constexpr double cornerRadius = 10;
+constexpr double borderAlpha = 0.18;
+constexpr double thumbnailRadius = 8;
+constexpr QMargins insets(10, 8, 10, 8);
+constexpr int spacing = 12;
+constexpr int buttonSpacing = 6;
+constexpr int buttonsWidth = 110;
+
+} // namespace
+
+RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, QWidget *parent)
+    : PaletteView(parent)
+    , m_url(url)
+    , m_onAction(std::move(onAction))
+    , m_thumbnail(new ImageView(this))
+{
+    setFixedHeight(rowHeight);
+    setFillColor(VelmoraPalette::card());
+    setCornerRadius(cornerRadius);
+    setBorder(1, VelmoraPalette::withAlpha(VelmoraPalette::amber(), borderAlpha));
+    m_thumbnail->setFixedSize(thumbnailSize);
+    m_thumbnail->setCornerRadius(thumbnailRadius);
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(insets);
+    row->setSpacing(spacing);
+    row->addWidget(m_thumbnail);
+    row->addWidget(nameLabel(), 1);
+    row->addWidget(buttons());
+}
+
+QWidget *RecentScreenshotRow::nameLabel()
+{
+    auto *label = new ElidedLabel(Qt::ElideMiddle);
+    label->setText(FileUrls::lastPathComponent(m_url));
+    label->setFont(systemFont(13, QFont::DemiBold));
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, VelmoraPalette::primaryText());
+    label->setPalette(palette);
+    return label;
+}
+
+QWidget *RecentScreenshotRow::buttons()
+{
+    auto *stack = new QWidget;
+    stack->setFixedWidth(buttonsWidth);
+    auto *row = new QHBoxLayout(stack);
+    row->setContentsMargins({});
+    row->setSpacing(buttonSpacing);
+    using Kind = RecentScreenshotAction::Kind;
+    row->addWidget(button(QStringLiteral("doc.on.doc"), QStringLiteral("Copy"), Kind::Copy));
+    row->addWidget(
+        button(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"), Kind::Reveal));
+    row->addWidget(button(QStringLiteral("trash"), QStringLiteral("Move to Trash"), Kind::Trash));
+    row->addStretch();
+    return stack;
+}
+
+BezelButton *RecentScreenshotRow::button(const QString &symbol, const QString &toolTip,
+                                         RecentScreenshotAction::Kind kind)
+{
+    BezelButton *button = BezelButton::withSymbol(symbol, toolTip);
+    connect(button, &BezelButton::clicked, this, [this, kind] { m_onAction({kind, m_url}); });
+    return button;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "files/recent/RecentScreenshotAction.h"
+#include "style/PaletteView.h"
+
+#include <functional>
+
+class BezelButton;
+class ImageView;
+
+/// One screenshot in the recent screenshots' window: thumbnail, file name and three buttons. Main
+/// thread.
+class RecentScreenshotRow : public PaletteView
+{
+    Q_OBJECT
+public:
+    using OnAction = std::function<void(const RecentScreenshotAction &)>;
+
+    /// A thumbnail's size in points.
+    static constexpr QSize thumbnailSize = {64, 48};
+
+    RecentScreenshotRow(const QUrl &url, OnAction onAction, QWidget *parent = nullptr);
+
+    QUrl url() const { return m_url; }
+
+    /// Empty until somebody sets its picture.
+    ImageView *thumbnail() const { return m_thumbnail; }
+
+private:
+    QWidget *nameLabel();
+    QWidget *buttons();
+    BezelButton *button(const QString &symbol, const QString &toolTip,
+                        RecentScreenshotAction::Kind kind);
+
+    QUrl m_url;
+    OnAction m_onAction;
+    ImageView *m_thumbnail;
+};

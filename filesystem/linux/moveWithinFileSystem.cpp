@@ -1,0 +1,99 @@
+#include "filesystem/linux/moveWithinFileSystem.h"
+
+#include "filesystem/linux/Descriptor.h"
+
+#include <QByteArray>
+#include <QStringBuilder>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+std::error_code renameExclusively(const char *source, const char *destination)
+{
+    return ::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0
+               ? std::error_code()
+               : lastError();
+}
+
+bool isSameFile(const char *first, const char *second)
+{
+    struct stat a = {};
+    struct stat b = {};
+    return ::lstat(first, &a) == 0 && ::lstat(second, &b) == 0 && a.st_dev == b.st_dev &&
+           a.st_ino == b.st_ino;
+}
+
+/// On a file system that ignores case, "Shot.png" stands in the way of itself as "shot.png".
+std::error_code renameCaseOnly(const char *source, const char *destination)
+{
+    const QByteArray between = QByteArray(source) + ".velmora-case";
+    if (const std::error_code error = renameExclusively(source, between.constData()))
+        return error;
+    const std::error_code error = renameExclusively(between.constData(), destination);
+    if (error)
+        renameExclusively(between.constData(), source);
+    return error;
+}
+
+/// For file systems without an exclusive rename: a second name, which never replaces one, and then
+/// the first name's end.
+std::error_code linkAndUnlink(const char *source, const char *destination)
+{
+    if (::linkat(AT_FDCWD, source, AT_FDCWD, destination, 0) != 0)
+        return lastError();
+    if (::unlink(source) == 0)
+        return std::error_code();
+    const std::error_code error = lastError();
+    ::unlink(destination);
+    return error;
+}
+
+/// For file systems without hard links too: an empty file of our own takes the name, and only that
+/// one is replaced.
+std::error_code replacePlaceholder(const char *source, const char *destination)
+{
+    Descriptor placeholder(
+        ::open(destination, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!placeholder)
+        return lastError();
+    struct stat ours = {};
+    struct stat found = {};
+    const bool stillOurs = ::fstat(placeholder.number(), &ours) == 0 &&
+                           ::lstat(destination, &found) == 0 && ours.st_ino == found.st_ino &&
+                           found.st_size == 0;
+    if (stillOurs && ::rename(source, destination) == 0)
+        return std::error_code();
+    const std::error_code error =
+        stillOurs ? lastError() : std::make_error_code(std::errc::file_exists);
+    if (stillOurs)
+        ::unlink(destination);
+    return error;
+}
+
+bool lacksHardLinks(const std::error_code &error)
+{
+    return error.value() == EPERM || error.value() == ENOTSUP || error.value() == ENOSYS ||
+           error.value() == EMLINK;
+}
+
+} // namespace
+
+std::error_code moveWithinFileSystem(const char *source, const char *destination)
+{
+    const std::error_code error = renameExclusively(source, destination);
+    if (error.value() == EEXIST && isSameFile(source, destination) &&
+        qstricmp(source, destination) == 0 && qstrcmp(source, destination) != 0)
+        return renameCaseOnly(source, destination);
+    const bool lacksExclusiveRename =
+        error.value() == EINVAL || error.value() == ENOSYS || error.value() == ENOTSUP;
+    if (!lacksExclusiveRename)
+        return error;
+    const std::error_code linkError = linkAndUnlink(source, destination);
+    return lacksHardLinks(linkError) ? replacePlaceholder(source, destination) : linkError;
+}

@@ -1,0 +1,67 @@
+#include "platform/linux/freedesktop/UserDirectories.h"
+
+#include "platform/linux/freedesktop/KeyFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QUrl>
+
+namespace
+{
+
+QString file()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/user-dirs.dirs");
+}
+
+QByteArray keyOf(const QString &name)
+{
+    return "XDG_" + name.toUtf8() + "_DIR";
+}
+
+/// The file is read by shells too, in double quotes.
+QByteArray quoted(const QString &path)
+{
+    QByteArray result = "\"";
+    for (const char letter : QFile::encodeName(path)) {
+        if (QByteArrayView("\"\\$`").contains(letter))
+            result += '\\';
+        result += letter;
+    }
+    return result + '"';
+}
+
+} // namespace
+
+namespace UserDirectories
+{
+
+std::optional<QString> folder(const QString &name)
+{
+    const std::optional<QString> value = KeyFile::value(file(), {}, keyOf(name));
+    if (!value || value->size() < 2 || !value->startsWith(u'"') || !value->endsWith(u'"'))
+        return std::nullopt;
+    QString path = value->mid(1, value->size() - 2);
+    if (path == QStringLiteral("$HOME") || path.startsWith(QStringLiteral("$HOME/")))
+        path.replace(0, 5, QDir::homePath());
+    return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
+std::optional<QString> ofThisMachine(const QString &setting)
+{
+    if (setting.startsWith(u'/'))
+        return setting;
+    const QUrl url(setting);
+    return url.isLocalFile() && url.host().isEmpty() ? std::optional(url.toLocalFile())
+                                                     : std::nullopt;
+}
+
+void store(const QString &name, const QString &path)
+{
+    if (!path.contains(u'\n'))
+        KeyFile::replaceLine(file(), keyOf(name) + '=', keyOf(name) + '=' + quoted(path));
+}
+
+} // namespace UserDirectories

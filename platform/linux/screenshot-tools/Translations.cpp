@@ -1,0 +1,21 @@
+#include "platform/linux/screenshot-tools/Translations.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+#include <libintl.h>
+
+QString Translations::translated(const char *catalogue, const char *text)
+{
+    const QStringList folders =
+        QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("locale"),
+                                  QStandardPaths::LocateDirectory);
+    ::bind_textdomain_codeset(catalogue, "UTF-8");
+    for (const QString &folder : folders) {
+        ::bindtextdomain(catalogue, QFile::encodeName(folder).constData());
+        // A text without a translation comes back as the same pointer.
+        if (const char *const result = ::dgettext(catalogue, text); result != text)
+            return QString::fromUtf8(result);
+    }
+    return QString::fromUtf8(text);
+}

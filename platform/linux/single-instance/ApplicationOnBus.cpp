@@ -1,0 +1,87 @@
+#include "platform/linux/single-instance/ApplicationOnBus.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+
+namespace
+{
+
+constexpr std::chrono::milliseconds answerTime = std::chrono::seconds(2);
+
+constexpr QStringView actions[] = {u"recent", u"undo", u"instant", u"reveal", u"quit"};
+
+QString busName()
+{
+    return QStringLiteral("app.velmora.Velmora");
+}
+
+QString objectPath()
+{
+    return QStringLiteral("/app/velmora/Velmora");
+}
+
+/// Before the call or in the middle of it. A call that nobody answered in time looks the same.
+bool isOwnerGone(const QDBusMessage &answer)
+{
+    const QDBusError error(answer);
+    return error.type() == QDBusError::ServiceUnknown || error.type() == QDBusError::NoReply ||
+           error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+
+} // namespace
+
+ApplicationOnBus::ApplicationOnBus() : m_bus(QDBusConnection::sessionBus()) {}
+
+ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
+{
+    if (!m_bus.isConnected())
+        return Claim::Impossible;
+    // The object comes before the name: whoever sees the name can call.
+    m_bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
+    QDBusMessage activate = QDBusMessage::createMethodCall(
+        busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
+        QStringLiteral("Activate"));
+    activate.setAutoStartService(false);
+    activate << token.platformData();
+    QDeadlineTimer deadline(answerTime);
+    do {
+        const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+            m_bus.interface()->registerService(busName());
+        if (!reply.isValid())
+            return Claim::Impossible;
+        if (reply.value() == QDBusConnectionInterface::ServiceRegistered)
+            return Claim::Ours;
+        const int timeLeft = std::max(1, int(deadline.remainingTime()));
+        const QDBusMessage answer = m_bus.call(activate, QDBus::Block, timeLeft);
+        if (!isOwnerGone(answer))
+            break;
+    } while (!deadline.hasExpired());
+    m_bus.unregisterObject(objectPath());
+    return Claim::Theirs;
+}
+
+void ApplicationOnBus::Activate(const QVariantMap &platformData)
+{
+    Q_EMIT activated(LaunchToken::fromPlatformData(platformData));
+}
+
+void ApplicationOnBus::Open(const QStringList &, const QVariantMap &platformData)
+{
+    Q_EMIT activated(LaunchToken::fromPlatformData(platformData));
+}
+
+void ApplicationOnBus::ActivateAction(const QString &name, const QVariantList &,
+                                      const QVariantMap &platformData)
+{
+    if (std::find(std::begin(actions), std::end(actions), name) == std::end(actions)) {
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No such action: ") + name);
+        return;
+    }
+    Q_EMIT actionActivated(name, LaunchToken::fromPlatformData(platformData));
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/linux/x11/LaunchToken.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QObject>
+#include <QStringList>
+#include <QVariantList>
+
+/// The program as `org.freedesktop.Application` on the session bus, under the name that only one
+/// process can have. Main thread.
+class ApplicationOnBus : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    enum class Claim {
+        Ours,       ///< the name is this process's until it ends
+        Theirs,     ///< another process has it and has been told to come to the front
+        Impossible, ///< there is no session bus
+    };
+
+    ApplicationOnBus();
+
+    /// Blocks for two seconds at most when the other process does not answer. It is then taken to
+    /// be busy, not dead: the bus itself knows the dead. The message waits for it.
+    Claim claim(const LaunchToken &token);
+
+public Q_SLOTS:
+    // The calls of other programs. An action that is none is answered with an error.
+    Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
+    Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString &name, const QVariantList &parameters,
+                                     const QVariantMap &platformData);
+
+Q_SIGNALS:
+    void activated(const LaunchToken &token);
+    void actionActivated(const QString &name, const LaunchToken &token);
+
+private:
+    QDBusConnection m_bus;
+};

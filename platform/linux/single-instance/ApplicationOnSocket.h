@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/linux/x11/LaunchToken.h"
+
+#include <QLocalServer>
+#include <QLockFile>
+#include <QObject>
+
+#include <memory>
+
+class QLocalSocket;
+
+/// The program where there is no session bus: a lock that only one process of the user can have,
+/// and a socket on which that one hears of others. Main thread.
+class ApplicationOnSocket : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Claim {
+        Ours,       ///< the lock is this process's until it ends
+        Theirs,     ///< another process has it and has been told to come to the front
+        Impossible, ///< there is no place for a lock that is the user's alone
+    };
+
+    /// Blocks for two seconds at most when the other process lives and does not answer.
+    Claim claim(const LaunchToken &token);
+
+Q_SIGNALS:
+    void activated(const LaunchToken &token);
+
+private:
+    void listen(const QString &socketPath);
+    void readCall(QLocalSocket *caller);
+
+    std::unique_ptr<QLockFile> m_lock;
+    QLocalServer m_server;
+};

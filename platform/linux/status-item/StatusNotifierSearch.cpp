@@ -1,0 +1,118 @@
+#include "platform/linux/status-item/StatusNotifierSearch.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QTimer>
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// Hosts say when they come, but not every list of them passes it on.
+constexpr std::chrono::milliseconds askAgainAfter[] = {2s, 5s, 10s, 20s, 30s};
+
+QString watcherName()
+{
+    return QStringLiteral("org.kde.StatusNotifierWatcher");
+}
+
+QString watcherPath()
+{
+    return QStringLiteral("/StatusNotifierWatcher");
+}
+
+/// The bus answers so when it has not been asked to start anybody.
+bool meansNobody(const QDBusError &error)
+{
+    return error.type() == QDBusError::ServiceUnknown ||
+           error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+
+} // namespace
+
+StatusNotifierSearch::StatusNotifierSearch(Patience patience) : m_patience(patience) {}
+
+StatusNotifierSearch::~StatusNotifierSearch() = default;
+
+void StatusNotifierSearch::start()
+{
+    if (QGuiApplication::platformName() == u"xcb") {
+        m_olderTray = std::make_unique<XembedTray>();
+        connect(m_olderTray.get(), &XembedTray::appeared, this,
+                &StatusNotifierSearch::considerOlderTray);
+    }
+    for (const std::chrono::milliseconds limit :
+         {m_patience.withoutWatcher, m_patience.withoutHost}) {
+        QTimer::singleShot(limit, Qt::PreciseTimer, this, [this, limit] {
+            m_waited = limit;
+            considerOlderTray();
+        });
+    }
+    listenToBus();
+}
+
+void StatusNotifierSearch::listenToBus()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        m_hasWatcher = false;
+        return;
+    }
+    auto *names =
+        new QDBusServiceWatcher(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(names, &QDBusServiceWatcher::serviceRegistered, this,
+            &StatusNotifierSearch::askForHost);
+    connect(names, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this] { m_hasWatcher = false; });
+    bus.connect(watcherName(), watcherPath(), watcherName(),
+                QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(askForHost()));
+    for (const std::chrono::milliseconds delay : askAgainAfter)
+        QTimer::singleShot(delay, this, &StatusNotifierSearch::askForHost);
+    askForHost();
+}
+
+void StatusNotifierSearch::askForHost()
+{
+    if (m_isFound)
+        return;
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        watcherName(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    question.setAutoStartService(false);
+    question << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+    auto *call =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        call->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        m_hasWatcher = !reply.isError() || !meansNobody(reply.error());
+        if (reply.isValid() && reply.value().variant().toBool())
+            finish(StatusBar::Host);
+        else
+            considerOlderTray();
+    });
+}
+
+void StatusNotifierSearch::considerOlderTray()
+{
+    if (m_isFound || !m_hasWatcher)
+        return;
+    const auto limit = *m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
+    if (m_waited >= limit && m_olderTray && m_olderTray->isThere())
+        finish(StatusBar::Older);
+}
+
+void StatusNotifierSearch::finish(StatusBar statusBar)
+{
+    if (!std::exchange(m_isFound, true))
+        Q_EMIT found(statusBar);
+}

@@ -1,9 +1,0 @@
-#pragma once
-
-#include "platform/linux/text/InkColours.h"
-#include "platform/linux/text/TextLine.h"
-
-/// The area without the empty check box or radio button before the words: with these, the engine
-/// reads "Oserver" for "server".
-QRect withoutCheckBox(const QImage &picture, const QRect &area, const InkColours &colours,
-                      const TextLine &line);

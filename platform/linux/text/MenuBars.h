@@ -1,9 +1,0 @@
-#pragma once
-
-#include "platform/linux/text/TextLine.h"
-
-#include <vector>
-
-/// Where the menu bars are among the lines of a picture: rows of some single words, evenly spaced
-/// and further apart than the words of a sentence, with no line of text close above or below.
-std::vector<QRect> menuBarsIn(const std::vector<TextLine> &lines);

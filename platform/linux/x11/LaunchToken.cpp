@@ -1,0 +1,62 @@
+#include "platform/linux/x11/LaunchToken.h"
+
+#include <QFile>
+
+namespace
+{
+
+constexpr char activationVariable[] = "XDG_ACTIVATION_TOKEN";
+constexpr char startupVariable[] = "DESKTOP_STARTUP_ID";
+
+/// Qt takes both variables out of the environment when it starts; what the process was launched
+/// with can still be read.
+QString launchVariable(const QByteArray &name)
+{
+    QFile environment(QStringLiteral("/proc/self/environ"));
+    if (!environment.open(QFile::ReadOnly))
+        return {};
+    const QByteArray beginning = name + '=';
+    for (const QByteArray &variable : environment.readAll().split('\0')) {
+        if (variable.startsWith(beginning))
+            return QString::fromUtf8(variable.mid(beginning.size()));
+    }
+    return {};
+}
+
+QString activationKey()
+{
+    return QStringLiteral("activation-token");
+}
+
+QString startupKey()
+{
+    return QStringLiteral("desktop-startup-id");
+}
+
+} // namespace
+
+LaunchToken LaunchToken::ofThisProcess()
+{
+    return {launchVariable(activationVariable), launchVariable(startupVariable)};
+}
+
+LaunchToken LaunchToken::fromPlatformData(const QVariantMap &data)
+{
+    return {data.value(activationKey()).toString(), data.value(startupKey()).toString()};
+}
+
+QVariantMap LaunchToken::platformData() const
+{
+    QVariantMap data;
+    if (!activationToken.isEmpty())
+        data.insert(activationKey(), activationToken);
+    if (!startupId.isEmpty())
+        data.insert(startupKey(), startupId);
+    return data;
+}
+
+void LaunchToken::adopt() const
+{
+    if (!activationToken.isEmpty())
+        qputenv(activationVariable, activationToken.toUtf8());
+}

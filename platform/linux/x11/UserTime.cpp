@@ -1,0 +1,63 @@
+#include "platform/linux/x11/UserTime.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <utility>
+#include <xcb/xcb.h>
+
+namespace
+{
+
+xcb_connection_t *qtConnection()
+{
+    const auto *x11 =
+        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+} // namespace
+
+UserTime::UserTime()
+{
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+UserTime::~UserTime()
+{
+    QCoreApplication::instance()->removeNativeEventFilter(this);
+}
+
+void UserTime::renew(std::function<void()> goOn)
+{
+    xcb_connection_t *const connection = qtConnection();
+    if (!connection) {
+        goOn();
+        return;
+    }
+    if (!m_window) {
+        m_window = std::make_unique<QWindow>();
+        m_window->create();
+    }
+    m_waiting.push_back(std::move(goOn));
+    const auto id = static_cast<xcb_window_t>(m_window->winId());
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, id, XCB_ATOM_WM_COMMAND, XCB_ATOM_STRING,
+                        8, 0, nullptr);
+    xcb_flush(connection);
+}
+
+bool UserTime::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
+{
+    if (m_waiting.empty() || eventType != "xcb_generic_event_t")
+        return false;
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+        return false;
+    const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+    if (change->window == m_window->winId() && change->atom == XCB_ATOM_WM_COMMAND) {
+        // Qt takes the time from the event after this.
+        for (const auto &goOn : std::exchange(m_waiting, {}))
+            QMetaObject::invokeMethod(m_window.get(), goOn, Qt::QueuedConnection);
+    }
+    return false;
+}

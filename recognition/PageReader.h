@@ -1,0 +1,35 @@
+#pragma once
+
+#include "recognition/engine/EnginePool.h"
+
+#include <QImage>
+#include <QString>
+
+#include <functional>
+
+/// Reads the text in a picture, line by line, in reading order. Lines are found over the whole
+/// picture first, which takes some milliseconds, and then read one by one, which takes nearly all
+/// the time. Any thread, several at once.
+class PageReader
+{
+public:
+    /// Takes the text of one line, or of the next piece of a long line; a piece ends where a word
+    /// ends. Returns whether more is wanted.
+    using LineHandler = std::function<bool(const QString &text)>;
+
+    /// Asked often, from the reading thread: true ends the work within some tens of milliseconds.
+    using Cancelled = std::function<bool()>;
+
+    PageReader();
+
+    /// Blocks for the length of the work. Never fails: a picture without text, a missing model or
+    /// an engine's failure give no lines.
+    void read(const QImage &image, const LineHandler &onLine, const Cancelled &cancelled);
+
+    /// Makes an engine ready, so that the first picture is read as fast as the tenth. Blocks;
+    /// calling it again costs nothing.
+    void warmUp();
+
+private:
+    EnginePool m_engines;
+};

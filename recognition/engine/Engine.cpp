@@ -1,0 +1,96 @@
+#include "recognition/engine/Engine.h"
+
+#include <QFile>
+
+#include <leptonica/allheaders.h>
+#include <omp.h>
+#include <tesseract/baseapi.h>
+
+#include <mutex>
+
+namespace
+{
+
+const char *const english = "eng";
+
+/// Our engine's messages go nowhere: the program writes nothing to the console. Both settings are
+/// the libraries' own globals.
+void silence(tesseract::TessBaseAPI &api)
+{
+    static std::once_flag once;
+    std::call_once(once, [&api] {
+        api.SetVariable("debug_file", "/dev/null");
+        setMsgSeverity(L_SEVERITY_NONE);
+    });
+}
+
+bool start(tesseract::TessBaseAPI &api, const QByteArray &models)
+{
+    return api.Init(nullptr, models.constData(), tesseract::OEM_LSTM_ONLY) == 0;
+}
+
+/// "eng" and the installed ones of `languages`, joined as the engine wants them.
+QByteArray installedModels(tesseract::TessBaseAPI &api, const QStringList &languages)
+{
+    const QString folder = QString::fromUtf8(api.GetDatapath());
+    QByteArray models = english;
+    for (const QString &language : languages) {
+        const QString model = folder % QLatin1Char('/') % language % QLatin1String(".traineddata");
+        if (language != QLatin1String(english) && QFile::exists(model))
+            models += '+' + language.toLatin1();
+    }
+    return models;
+}
+
+ReadWord wordAt(const tesseract::ResultIterator &place)
+{
+    const std::unique_ptr<char[]> text(place.GetUTF8Text(tesseract::RIL_WORD));
+    return {QString::fromUtf8(text.get()), double(place.Confidence(tesseract::RIL_WORD)) / 100};
+}
+
+} // namespace
+
+class Engine::Private
+{
+public:
+    tesseract::TessBaseAPI api;
+    bool ready = false;
+};
+
+Engine::Engine(const QStringList &languages) : d(std::make_unique<Private>())
+{
+    silence(d->api);
+    d->ready = start(d->api, english);
+    if (!d->ready)
+        return;
+    const QByteArray models = installedModels(d->api, languages);
+    if (models != english)
+        d->ready = start(d->api, models) || start(d->api, english);
+    // A line is handed over whole and dark on white: no search for lines, none for light text.
+    d->api.SetPageSegMode(tesseract::PSM_RAW_LINE);
+    d->api.SetVariable("tessedit_do_invert", "0");
+}
+
+Engine::~Engine() = default;
+
+std::vector<ReadWord> Engine::read(const QImage &line)
+{
+    if (!d->ready || line.isNull())
+        return {};
+    // The engine's own threads cost more than they bring on one line; this holds for the thread
+    // that calls.
+    omp_set_max_active_levels(0);
+    d->api.SetImage(line.constBits(), line.width(), line.height(), 1, int(line.bytesPerLine()));
+    d->api.SetSourceResolution(300);
+    std::vector<ReadWord> words;
+    if (d->api.Recognize(nullptr) == 0) {
+        const std::unique_ptr<tesseract::ResultIterator> place(d->api.GetIterator());
+        if (place && !place->Empty(tesseract::RIL_WORD)) {
+            do
+                words.push_back(wordAt(*place));
+            while (place->Next(tesseract::RIL_WORD));
+        }
+    }
+    d->api.Clear();
+    return words;
+}

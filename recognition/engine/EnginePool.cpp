@@ -1,0 +1,125 @@
+#include "recognition/engine/EnginePool.h"
+
+#include "core/releaseFreeMemory.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr Clock::time_point never = Clock::time_point::max();
+
+/// Memory is tidied when nobody has read for this long.
+constexpr auto restBeforeTidying = 2s;
+
+struct Waiting {
+    std::unique_ptr<Engine> engine;
+    Clock::time_point since;
+};
+
+} // namespace
+
+class EnginePool::Private
+{
+public:
+    /// The housekeeper's thread: sleeps until something is due.
+    void keepHouse()
+    {
+        std::unique_lock lock(mutex);
+        while (!ending) {
+            const Clock::time_point now = Clock::now();
+            if (tidyingDue <= now) {
+                tidyingDue = never;
+                lock.unlock();
+                // Reading leaves holes in the heap that the system could use.
+                releaseFreeMemory();
+                lock.lock();
+            } else if (spareDue() <= now) {
+                std::unique_ptr<Engine> spare = std::move(waiting.front().engine);
+                waiting.erase(waiting.begin());
+                tidyingDue = now;
+                lock.unlock();
+                spare.reset();
+                lock.lock();
+            } else if (const auto due = std::min(tidyingDue, spareDue()); due == never) {
+                changed.wait(lock);
+            } else {
+                changed.wait_until(lock, due);
+            }
+        }
+    }
+
+    /// When the next engine has been spare for too long. The last one given back is taken first, so
+    /// that the first is the longest unused.
+    Clock::time_point spareDue() const
+    {
+        return waiting.size() < 2 ? never : waiting.front().since + lifetime;
+    }
+
+    QStringList languages;
+    std::chrono::milliseconds lifetime;
+    mutable std::mutex mutex;
+    std::mutex making;
+    std::condition_variable changed;
+    std::vector<Waiting> waiting;
+    Clock::time_point tidyingDue = never;
+    bool ending = false;
+    std::thread housekeeper;
+};
+
+EnginePool::EnginePool(QStringList languages, std::chrono::milliseconds lifetime)
+    : d(std::make_unique<Private>())
+{
+    d->languages = std::move(languages);
+    d->lifetime = lifetime;
+    d->housekeeper = std::thread([this] { d->keepHouse(); });
+}
+
+EnginePool::~EnginePool()
+{
+    {
+        const std::lock_guard lock(d->mutex);
+        d->ending = true;
+    }
+    d->changed.notify_all();
+    d->housekeeper.join();
+}
+
+EnginePool::Lease EnginePool::take()
+{
+    {
+        const std::lock_guard lock(d->mutex);
+        if (!d->waiting.empty()) {
+            Engine *engine = d->waiting.back().engine.release();
+            d->waiting.pop_back();
+            return Lease(engine, Returner(this));
+        }
+    }
+    // The engine's start writes to globals of its library: one at a time.
+    const std::lock_guard lock(d->making);
+    return Lease(new Engine(d->languages), Returner(this));
+}
+
+int EnginePool::waiting() const
+{
+    const std::lock_guard lock(d->mutex);
+    return int(d->waiting.size());
+}
+
+void EnginePool::Returner::operator()(Engine *engine) const
+{
+    {
+        const std::lock_guard lock(m_pool->d->mutex);
+        m_pool->d->waiting.push_back({std::unique_ptr<Engine>(engine), Clock::now()});
+        m_pool->d->tidyingDue = Clock::now() + restBeforeTidying;
+    }
+    m_pool->d->changed.notify_all();
+}

@@ -1,0 +1,74 @@
+#include "recognition/ink/LineReach.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+/// The least gap that ends a word, in pixels: letters next to each other may be two apart.
+constexpr int leastWordEnd = 3;
+
+/// The farthest that a gap is looked for, in heights of a letter.
+constexpr double farthestReach = 6;
+
+/// Bare columns, at least this many, between a word and the side of the box that it stands in.
+constexpr int wallGap = 2;
+
+/// A pixel this deep is ink, as a share of the deepest.
+constexpr float leastInk = 0.25F;
+
+enum class Column { Bare, Inked, Wall };
+
+Column columnAt(const QImage &picture, const QRect &area, const InkColours &colours, int x)
+{
+    int inked = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        if (std::abs(colours.depth(row[x])) >= leastInk * colours.inkDepth())
+            ++inked;
+    }
+    if (inked == 0)
+        return Column::Bare;
+    return inked == area.height() ? Column::Wall : Column::Inked;
+}
+
+/// The last column of ink from the edge of the area outwards; `step` is -1 or 1.
+int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
+              const InkColours &colours, const TextLine &line)
+{
+    const int gap = std::max(leastWordEnd, int(std::lround(line.wordGap)));
+    const int farthest = edge + step * int(std::lround(farthestReach * line.letterHeight));
+    int reached = edge;
+    int beforeGap = edge;
+    for (int x = edge + step; x != farthest && x >= 0 && x < picture.width(); x += step) {
+        const Column column = columnAt(picture, area, colours, x);
+        const bool afterGap = std::abs(x - reached) > wallGap;
+        if (column == Column::Wall)
+            return afterGap ? reached : beforeGap;
+        if (column == Column::Bare && std::abs(x - reached) >= gap)
+            return reached;
+        if (column == Column::Inked) {
+            if (afterGap)
+                beforeGap = reached;
+            reached = x;
+        }
+    }
+    return edge;
+}
+
+} // namespace
+
+QRect withWholeWords(const QImage &picture, const QRect &area, const InkColours &colours,
+                     const TextLine &line, int leftmost)
+{
+    QRect whole = area;
+    whole.setLeft(reachFrom(area.left(), -1, picture, area, colours, line));
+    whole.setRight(reachFrom(area.right(), 1, picture, area, colours, line));
+    if (whole.left() >= leftmost)
+        return whole;
+    whole.setLeft(leftmost);
+    while (whole.width() > 1 && columnAt(picture, area, colours, whole.left()) == Column::Bare)
+        whole.setLeft(whole.left() + 1);
+    return whole;
+}

@@ -1,0 +1,62 @@
+#include "recognition/ink/QuietRows.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+/// How far from the letters the quiet row may be, in their heights.
+constexpr double farthestRow = 0.4;
+
+/// A pixel is no ground from this share of the ink's depth on, to either side.
+constexpr float leastInk = 0.3F;
+
+/// A quiet row's greatest share of such pixels: 99 of 100 lines of text have less than half of it,
+/// parts of textures twice as much.
+constexpr double quietShare = 0.15;
+
+/// A full row's least share of them: above "ÄÖÜ", dots take a third.
+constexpr double fullShare = 0.5;
+
+/// The share of such pixels of the row that stand in the columns of the area.
+double inkShare(const QImage &picture, const QRect &area, const InkColours &colours, int y)
+{
+    if (area.isEmpty() || y < 0 || y >= picture.height())
+        return 0;
+    const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+    const auto inked = std::count_if(row + area.left(), row + area.right() + 1, [&](QRgb pixel) {
+        return std::abs(colours.depth(pixel)) > leastInk * colours.inkDepth();
+    });
+    return double(inked) / area.width();
+}
+
+} // namespace
+
+bool standsBetweenQuietRows(const QImage &picture, const QRect &area, const InkColours &colours,
+                            int letterHeight)
+{
+    const int reach = std::max(2, int(std::lround(farthestRow * letterHeight)));
+    const auto isQuiet = [&](int y) { return inkShare(picture, area, colours, y) <= quietShare; };
+    bool above = false;
+    bool below = false;
+    for (int distance = 0; distance <= reach && !(above && below); ++distance) {
+        above = above || isQuiet(area.top() - distance);
+        below = below || isQuiet(area.bottom() + distance);
+    }
+    return above && below;
+}
+
+QRect withoutFullRows(const QImage &picture, const QRect &reach, const QRect &area,
+                      const InkColours &colours)
+{
+    const auto isFull = [&](int y) { return inkShare(picture, area, colours, y) >= fullShare; };
+    QRect free = reach;
+    free.setTop(area.top());
+    free.setBottom(area.bottom());
+    while (free.top() > reach.top() && !isFull(free.top() - 1))
+        free.setTop(free.top() - 1);
+    while (free.bottom() < reach.bottom() && !isFull(free.bottom() + 1))
+        free.setBottom(free.bottom() + 1);
+    return free;
+}

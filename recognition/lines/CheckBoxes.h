@@ -1,0 +1,9 @@
+#pragma once
+
+#include "recognition/ink/InkColours.h"
+#include "recognition/lines/TextLine.h"
+
+/// The area without the empty check box or radio button before the words: with these, the engine
+/// reads "Oserver" for "server".
+QRect withoutCheckBox(const QImage &picture, const QRect &area, const InkColours &colours,
+                      const TextLine &line);

@@ -1,0 +1,160 @@
+#include "recognition/lines/LineFinder.h"
+
+#include "recognition/lines/LineGrower.h"
+#include "recognition/lines/LineShape.h"
+#include "recognition/lines/PictureLevels.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// The picture itself, its half and its quarter: letters of 4 to 48 pixels on the first are up to
+/// 192 pixels high on the last.
+constexpr int levels = 3;
+
+/// The lowest and highest letters that are looked for on one level, in its pixels: the small
+/// letters of 8 pixel text are 4 high, and twice the highest is found one level up.
+constexpr int lowestLetter = 4;
+constexpr int highestLetter = 40;
+
+/// Letters on the halved levels are at least this high, in their pixels; smaller ones are found
+/// better one level below.
+constexpr int lowestOnHalved = 13;
+
+/// More lines are no text, or more than a name needs: a full page of a large screen has some
+/// hundred.
+constexpr std::ptrdiff_t maximumLines = 3000;
+
+/// A line gives way to a larger one that covers this share of it.
+constexpr double coveredShare = 0.5;
+
+/// Lines whose letters have at most this share of the height of another's, which are themselves at
+/// most this share as high, and at least this many heights of a letter wide, are text of their own.
+constexpr double smallerLetters = 0.6;
+constexpr double lowerLine = 0.75;
+constexpr double textWidth = 2.5;
+
+/// When they fill this share of the other, it is a box around them.
+constexpr double filledShare = 0.15;
+
+/// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
+/// are icons and sides of boxes, then without the icons and ending at the boxes.
+std::vector<BlobLine> linesOf(const std::vector<QRect> &blobs)
+{
+    std::vector<QRect> letters;
+    std::vector<QRect> walls;
+    for (const QRect &blob : blobs) {
+        if (blob.height() > highestLetter && isWall(blob))
+            walls.push_back(blob);
+        else if (blob.height() >= lowestLetter && blob.height() <= highestLetter)
+            letters.push_back(blob);
+    }
+    std::vector<QRect> kept;
+    for (const BlobLine &line : growLines(letters, walls)) {
+        const std::vector<QRect> strangers = strangersIn(line);
+        for (const QRect &blob : line) {
+            if (std::find(strangers.begin(), strangers.end(), blob) == strangers.end())
+                kept.push_back(blob);
+        }
+        std::copy_if(strangers.begin(), strangers.end(), std::back_inserter(walls), isWall);
+    }
+    return growLines(kept, walls);
+}
+
+QRect scaled(const QRect &box, int factor)
+{
+    return {box.x() * factor, box.y() * factor, box.width() * factor, box.height() * factor};
+}
+
+TextLine scaled(TextLine line, int factor)
+{
+    line.box = scaled(line.box, factor);
+    line.letterHeight *= factor;
+    line.wordGap *= factor;
+    for (QRect &word : line.words)
+        word = scaled(word, factor);
+    for (QRect &part : line.parts)
+        part = scaled(part, factor);
+    return line;
+}
+
+qint64 areaOf(const QRect &box)
+{
+    return qint64(box.width()) * box.height();
+}
+
+/// Whether the line may be text on a picture that was taken for the larger one.
+bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
+{
+    return line.letterHeight <= smallerLetters * larger.letterHeight &&
+           line.box.height() <= lowerLine * larger.box.height() &&
+           line.box.width() >= textWidth * line.letterHeight;
+}
+
+/// Whether `larger` is a box with lines of small text in it, rather than one line of large text
+/// whose letters' parts were taken for lines.
+bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
+{
+    double area = 0;
+    for (const TextLine &line : lines) {
+        if (mayBeWrittenOn(larger, line))
+            area += double(areaOf(larger.box & line.box));
+    }
+    return area >= filledShare * double(areaOf(larger.box));
+}
+
+/// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
+/// levels. What may be written on them, they keep as covered.
+std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
+{
+    const std::vector<TextLine> all = lines;
+    std::erase_if(lines, [&](const TextLine &line) { return isBoxAround(line, all); });
+    std::stable_sort(lines.begin(), lines.end(), [](const TextLine &first, const TextLine &second) {
+        return areaOf(first.box) > areaOf(second.box);
+    });
+    std::vector<TextLine> kept;
+    for (TextLine &line : lines) {
+        const auto covering = std::find_if(kept.begin(), kept.end(), [&](const TextLine &larger) {
+            return double(areaOf(larger.box & line.box)) > coveredShare * double(areaOf(line.box));
+        });
+        if (covering == kept.end())
+            kept.push_back(std::move(line));
+        else if (mayBeWrittenOn(*covering, line))
+            covering->covered.push_back(std::move(line));
+    }
+    for (TextLine &line : kept)
+        line.covered = withoutCovered(std::move(line.covered));
+    return kept;
+}
+
+/// The lines nearest to the top, as many as are looked at.
+std::vector<TextLine> highest(std::vector<TextLine> lines)
+{
+    if (std::ptrdiff_t(lines.size()) <= maximumLines)
+        return lines;
+    const auto end = lines.begin() + maximumLines;
+    std::nth_element(lines.begin(), end, lines.end(),
+                     [](const TextLine &first, const TextLine &second) {
+                         return first.box.top() < second.box.top();
+                     });
+    lines.erase(end, lines.end());
+    return lines;
+}
+
+} // namespace
+
+std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled)
+{
+    std::vector<TextLine> lines;
+    int factor = 1;
+    for (const std::vector<QRect> &blobs : blobsOnLevels(picture, levels, cancelled)) {
+        for (const BlobLine &blobLine : linesOf(blobs)) {
+            const std::optional<TextLine> line = lineOf(blobLine);
+            if (line && (factor == 1 || line->letterHeight >= lowestOnHalved))
+                lines.push_back(scaled(*line, factor));
+        }
+        factor *= 2;
+    }
+    return withoutCovered(highest(std::move(lines)));
+}

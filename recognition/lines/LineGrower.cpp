@@ -1,0 +1,153 @@
+#include "recognition/lines/LineGrower.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace
+{
+
+/// A space is a quarter to a half of the letters' height wide, in monospaced text about as wide as
+/// they are high; more is a new column.
+constexpr double widestGap = 1.3;
+
+/// A letter with an ascender is about 1.4 times as high as one without, with a descender too about
+/// twice: what differs more is of another line.
+constexpr double greatestHeightRatio = 2.6;
+
+/// How much of the lower one of two neighbours must stand beside the other.
+constexpr double leastOverlap = 0.6;
+
+/// A line is no higher than this in heights of its highest letter, or it would climb.
+constexpr double greatestClimb = 1.5;
+
+/// Lines are looked up by rows of this many pixels.
+constexpr int bandHeight = 16;
+
+struct GrowingLine {
+    BlobLine blobs;
+    QRect box;
+    int highest = 0;
+};
+
+/// How much of the letter stands beside the line, as a share of the lower of both; 0 when the
+/// letter can't continue it.
+double fit(const GrowingLine &line, const QRect &letter)
+{
+    const double higher = std::max(line.highest, letter.height());
+    const double lower = std::min(line.highest, letter.height());
+    if (higher > greatestHeightRatio * lower)
+        return 0;
+    if (letter.left() - line.box.right() > widestGap * (higher + lower) / 2)
+        return 0;
+    if ((line.box | letter).height() > greatestClimb * higher)
+        return 0;
+    const int shared =
+        std::min(line.box.bottom(), letter.bottom()) - std::max(line.box.top(), letter.top()) + 1;
+    return shared / std::min<double>(line.box.height(), letter.height());
+}
+
+class LineGrower
+{
+public:
+    /// Letters and walls come from left to right.
+    void addLetter(const QRect &letter)
+    {
+        int index = bestLine(letter);
+        if (index < 0) {
+            index = int(m_lines.size());
+            m_lines.emplace_back();
+        }
+        GrowingLine &line = at(index);
+        const QRect before = line.box;
+        line.blobs.push_back(letter);
+        line.box |= letter;
+        line.highest = std::max(line.highest, letter.height());
+        for (int band = bandOf(line.box.top()); band <= bandOf(line.box.bottom()); ++band) {
+            if (before.isNull() || band < bandOf(before.top()) || band > bandOf(before.bottom()))
+                m_bands[band].push_back(index);
+        }
+    }
+
+    /// Ends the lines to its left that it passes wholly.
+    void addWall(const QRect &wall)
+    {
+        for (int band = bandOf(wall.top()); band <= bandOf(wall.bottom()); ++band) {
+            const auto lines = m_bands.find(band);
+            if (lines == m_bands.end())
+                continue;
+            std::erase_if(lines->second, [&](int index) {
+                const QRect &box = at(index).box;
+                return wall.top() <= box.top() && box.bottom() <= wall.bottom();
+            });
+        }
+    }
+
+    std::vector<BlobLine> take()
+    {
+        std::vector<BlobLine> lines;
+        for (GrowingLine &line : m_lines)
+            lines.push_back(std::move(line.blobs));
+        return lines;
+    }
+
+private:
+    static int bandOf(int row) { return row / bandHeight; }
+
+    /// The index of the line that the letter continues best, or -1.
+    int bestLine(const QRect &letter)
+    {
+        int best = -1;
+        double bestFit = leastOverlap;
+        for (int band = bandOf(letter.top()); band <= bandOf(letter.bottom()); ++band) {
+            std::vector<int> &lines = m_bands[band];
+            // What is too far to the left now stays so.
+            std::erase_if(lines, [&](int index) {
+                const GrowingLine &line = at(index);
+                return letter.left() - line.box.right() >
+                       widestGap * greatestHeightRatio * line.highest;
+            });
+            for (int index : lines) {
+                const double lineFit = fit(at(index), letter);
+                if (lineFit > bestFit) {
+                    best = index;
+                    bestFit = lineFit;
+                }
+            }
+        }
+        return best;
+    }
+
+    GrowingLine &at(int index) { return m_lines[std::size_t(index)]; }
+
+    std::vector<GrowingLine> m_lines;
+    /// The lines that may go on, by the bands that they pass.
+    std::unordered_map<int, std::vector<int>> m_bands;
+};
+
+struct Step {
+    QRect box;
+    bool isWall;
+};
+
+} // namespace
+
+std::vector<BlobLine> growLines(const std::vector<QRect> &letters, const std::vector<QRect> &walls)
+{
+    std::vector<Step> steps;
+    steps.reserve(letters.size() + walls.size());
+    for (const QRect &letter : letters)
+        steps.push_back({letter, false});
+    for (const QRect &wall : walls)
+        steps.push_back({wall, true});
+    std::stable_sort(steps.begin(), steps.end(), [](const Step &first, const Step &second) {
+        return first.box.left() < second.box.left();
+    });
+    LineGrower grower;
+    for (const Step &step : steps) {
+        if (step.isWall)
+            grower.addWall(step.box);
+        else
+            grower.addLetter(step.box);
+    }
+    return grower.take();
+}

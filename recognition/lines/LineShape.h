@@ -1,0 +1,28 @@
+#pragma once
+
+#include "recognition/lines/LineGrower.h"
+#include "recognition/lines/TextLine.h"
+
+#include <optional>
+
+/// The rows between which a line's letters stand.
+struct LineRows {
+    /// Of the base that most letters stand on.
+    int base = 0;
+    /// The height of most letters above it.
+    int letterHeight = 0;
+};
+
+/// Wide blobs, which are words more often than icons, count most. At least one blob.
+LineRows rowsOf(const BlobLine &blobs);
+
+/// The blobs that stick out of the line further than ascenders and descenders do: icons, and the
+/// sides of boxes.
+std::vector<QRect> strangersIn(const BlobLine &blobs);
+
+/// A stranger, or a blob higher than all letters, that is as narrow as a side of a box.
+bool isWall(const QRect &blob);
+
+/// What the blobs are as a line of text; nothing when it is too narrow for a word or
+/// its blobs stand unevenly.
+std::optional<TextLine> lineOf(const BlobLine &blobs);

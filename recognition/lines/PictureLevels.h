@@ -1,0 +1,19 @@
+#pragma once
+
+#include "recognition/lines/StrokeBlobs.h"
+
+#include <QImage>
+
+#include <functional>
+#include <vector>
+
+/// The picture in a format whose pixels can be compared channel by channel: 32 bits, red, green and
+/// blue, opaque (what is transparent is black). Shares the pixels of `image` where it can, and
+/// keeps them alive.
+QImage opaquePicture(const QImage &image);
+
+/// The blobs of the picture, of its half, of its quarter and so on, each in its level's pixels; all
+/// in one pass over the rows. Takes what `opaquePicture` gives. Ends early, with the blobs of the
+/// rows so far, when `cancelled`.
+std::vector<std::vector<QRect>> blobsOnLevels(const QImage &picture, int levels,
+                                              const std::function<bool()> &cancelled);

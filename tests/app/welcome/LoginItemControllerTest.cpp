@@ -1,0 +1,67 @@
+#include "app/welcome/LoginItemController.h"
+
+#include "platform/LoginItem.h"
+
+#include <QFile>
+#include <QTest>
+#include <QUuid>
+
+namespace
+{
+
+class RecordingLoginItem : public LoginItem
+{
+public:
+    bool isEnabled() const override { return enabled; }
+    std::optional<QString> setEnabled(bool on) override
+    {
+        ++calls;
+        if (!failure)
+            enabled = on;
+        return failure;
+    }
+
+    bool enabled = false;
+    int calls = 0;
+    std::optional<QString> failure;
+};
+
+} // namespace
+
+class LoginItemControllerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theItemIsSwitchedOnAndOff()
+    {
+        RecordingLoginItem item;
+        LoginItemController::setEnabled(item, true);
+        QVERIFY(item.enabled);
+        LoginItemController::setEnabled(item, false);
+        QVERIFY(!item.enabled);
+    }
+
+    void aStateThatIsAlreadyThereMakesNoCall()
+    {
+        RecordingLoginItem item;
+        LoginItemController::setEnabled(item, false);
+        item.enabled = true;
+        LoginItemController::setEnabled(item, true);
+        QCOMPARE(item.calls, 0);
+    }
+
+    void aFailureIsLogged()
+    {
+        RecordingLoginItem item;
+        item.failure = QStringLiteral("no room ") + QUuid::createUuid().toString();
+        LoginItemController::setEnabled(item, true);
+        QFile log(QStringLiteral("/tmp/Velmora.log"));
+        QVERIFY(log.open(QFile::ReadOnly));
+        QVERIFY(QString::fromUtf8(log.readAll())
+                    .contains(QStringLiteral(" login item failed ") + *item.failure));
+    }
+};
+
+QTEST_GUILESS_MAIN(LoginItemControllerTest)
+#include "LoginItemControllerTest.moc"

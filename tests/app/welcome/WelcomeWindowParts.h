@@ -1,0 +1,111 @@
+#pragma once
+
+#include "app/welcome/OptionPopUp.h"
+#include "app/welcome/WelcomeWindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QImage>
+#include <QLabel>
+#include <QTest>
+
+#include <cstdlib>
+
+/// What the tests of the welcome window find in it.
+namespace WelcomeWindowParts
+{
+
+inline WelcomeState state(bool instantModeOn = false, bool startsAtLogin = false,
+                          const QString &folder = QStringLiteral("/home/anna/Pictures/Screenshots"))
+{
+    return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin};
+}
+
+/// All labels with this text, in no order.
+inline QList<QLabel *> labels(const WelcomeWindow &window, const QString &text)
+{
+    QList<QLabel *> found = window.findChildren<QLabel *>();
+    found.removeIf([&text](const QLabel *label) { return label->text() != text; });
+    return found;
+}
+
+/// The one label with this text; null where there is none or more than one.
+inline QLabel *label(const WelcomeWindow &window, const QString &text)
+{
+    const QList<QLabel *> found = labels(window, text);
+    return found.size() == 1 ? found.first() : nullptr;
+}
+
+inline QAbstractButton *button(const WelcomeWindow &window, const QString &text)
+{
+    for (QAbstractButton *candidate : window.findChildren<QAbstractButton *>())
+        if (candidate->text() == text)
+            return candidate;
+    return nullptr;
+}
+
+inline OptionPopUp *popUp(const WelcomeWindow &window, const QString &name)
+{
+    for (OptionPopUp *candidate : window.findChildren<OptionPopUp *>())
+        if (candidate->accessibleName() == name)
+            return candidate;
+    return nullptr;
+}
+
+/// The titles that a pop-up offers, in their order.
+inline QStringList titles(const OptionPopUp &popUp)
+{
+    QStringList all;
+    for (int index = 0; index < popUp.count(); ++index)
+        all.append(popUp.itemText(index));
+    return all;
+}
+
+/// The controls, in the order in which Tab reaches them.
+inline QList<QWidget *> controls(const WelcomeWindow &window)
+{
+    return {button(window, QStringLiteral("Make Instant")),
+            button(window, QStringLiteral("Start at login")),
+            button(window, QStringLiteral("Change Folder")),
+            popUp(window, QStringLiteral("Auto-copy")),
+            popUp(window, QStringLiteral("Tray duration")),
+            popUp(window, QStringLiteral("Tray position")),
+            button(window, QStringLiteral("Recent Screenshots")),
+            button(window, QStringLiteral("Done")),
+            button(window, QStringLiteral("Feedback"))};
+}
+
+/// Shows the window and waits until it has the keyboard.
+inline bool showActive(WelcomeWindow &window)
+{
+    window.show();
+    window.raise();
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window);
+}
+
+/// Where a part stands within the window.
+inline QRect place(const QWidget &part)
+{
+    return {part.mapTo(part.window(), QPoint(0, 0)), part.size()};
+}
+
+/// How many pixels of the part are of this colour, or nearly so.
+inline int pixelsOf(QWidget &part, const QColor &color, int tolerance = 2)
+{
+    const QImage image = part.grab().toImage();
+    const auto isNear = [tolerance](int one, int other) {
+        return std::abs(one - other) <= tolerance;
+    };
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            count += isNear(pixel.red(), color.red()) && isNear(pixel.green(), color.green()) &&
+                     isNear(pixel.blue(), color.blue());
+        }
+    }
+    return count;
+}
+
+} // namespace WelcomeWindowParts

@@ -1,0 +1,233 @@
+#include "style/lightAppearance.h"
+#include "tests/app/welcome/WelcomeWindowParts.h"
+#include "tests/world/XDesktop.h"
+
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QWindow>
+
+#include <cstdlib>
+
+using namespace WelcomeWindowParts;
+
+namespace
+{
+
+/// Shows the window, and waits until keys that are pressed on the desktop come to it.
+bool hasKeyboard(WelcomeWindow &window)
+{
+    return showActive(window) &&
+           QTest::qWaitFor([&window] { return XDesktop::activeWindow() == window.winId(); });
+}
+
+QScrollBar *scrollBar(const WelcomeWindow &window)
+{
+    return window.findChild<QScrollArea *>()->verticalScrollBar();
+}
+
+/// With the window manager's frame. The widget itself may remember a time before it had one.
+QRect framed(const WelcomeWindow &window)
+{
+    return window.windowHandle()->frameGeometry();
+}
+
+bool isFramed(const WelcomeWindow &window)
+{
+    return framed(window).height() > window.height();
+}
+
+/// The windows from bottom to top.
+QStringList stacking()
+{
+    const QString line =
+        XDesktop::run(QStringLiteral("xprop"),
+                      {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
+    return line.section(u'#', 1).remove(u' ').split(u',');
+}
+
+QString name(const QWidget &window)
+{
+    return QStringLiteral("0x%1").arg(window.winId(), 0, 16);
+}
+
+} // namespace
+
+/// Runs on screens of several sizes.
+class WelcomeWindowPlacementTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { applyLightAppearance(); }
+    void init() { VelmoraSettings::open().clear(); }
+
+    void itIsAsLargeAsItIsMeantToBe()
+    {
+        const int room = QGuiApplication::primaryScreen()->availableGeometry().height();
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QCOMPARE(window.windowTitle(), QStringLiteral("Velmora"));
+        QCOMPARE(window.width(), 620);
+        if (room >= 960)
+            QCOMPARE(window.height(), 886);
+        QTRY_VERIFY(isFramed(window));
+        QVERIFY(window.screen()->availableGeometry().contains(framed(window)));
+    }
+
+    void itAppearsInTheMiddleOfTheScreen()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        const QPoint off = framed(window).center() - window.screen()->availableGeometry().center();
+        QVERIFY2(std::abs(off.x()) <= 2, qPrintable(QString::number(off.x())));
+        QVERIFY2(std::abs(off.y()) <= 22, qPrintable(QString::number(off.y())));
+    }
+
+    void nothingScrollsWhereThereIsRoom()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QCOMPARE(scrollBar(window)->maximum() == 0, window.height() == 886);
+    }
+
+    void everyControlCanBeReachedAndIsThenInSight()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        for (QWidget *control : controls(window)) {
+            XDesktop::pressKey(QStringLiteral("Tab"));
+            QTRY_COMPARE(QApplication::focusWidget(), control);
+            QCOMPARE(control->visibleRegion(), QRegion(control->rect()));
+        }
+    }
+
+    void theFooterStaysInSight()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QWidget *done = button(window, QStringLiteral("Done"));
+        const QRect before = place(*done);
+        scrollBar(window)->setValue(scrollBar(window)->maximum());
+        QCOMPARE(place(*done), before);
+        QCOMPARE(done->visibleRegion(), QRegion(done->rect()));
+        QWidget *hint = label(
+            window,
+            QStringLiteral("Picture is best for chats. File is best for uploads and attachments."));
+        QCOMPARE(hint->visibleRegion(), QRegion(hint->rect()));
+    }
+
+    void nothingIsCutOff()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QCOMPARE(window.findChild<QScrollArea *>()->horizontalScrollBar()->maximum(), 0);
+        for (const QLabel *each : window.findChildren<QLabel *>()) {
+            const QString text = each->text();
+            if (each->wordWrap())
+                QVERIFY2(each->height() >= each->heightForWidth(each->width()),
+                         qUtf8Printable(text));
+            else if (!text.startsWith(u'/'))
+                QVERIFY2(each->width() >= each->sizeHint().width(), qUtf8Printable(text));
+        }
+    }
+
+    void closingHidesItAndEndsNothing()
+    {
+        QApplication::setQuitOnLastWindowClosed(true);
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        const QSignalSpy quitting(qApp, &QCoreApplication::aboutToQuit);
+        const QPoint where = framed(window).topLeft();
+        const QString closed = name(window);
+        QVERIFY(window.close());
+        QVERIFY(!window.isVisible());
+        QTRY_VERIFY(!stacking().contains(closed));
+        QCOMPARE(quitting.count(), 0);
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        QTRY_COMPARE(framed(window).topLeft(), where);
+    }
+
+    void itComesBackWhereTheUserHadMovedIt()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        XDesktop::run(QStringLiteral("xdotool"),
+                      {QStringLiteral("windowmove"), QString::number(window.winId()),
+                       QStringLiteral("40"), QStringLiteral("30")});
+        const QPoint moved(40, 30);
+        QTRY_VERIFY((framed(window).topLeft() - moved).manhattanLength() < 30);
+        const QPoint where = framed(window).topLeft();
+        for (int i = 0; i < 3; ++i) {
+            const QString closed = name(window);
+            window.close();
+            QTRY_VERIFY(!stacking().contains(closed));
+            QVERIFY(hasKeyboard(window));
+            QTRY_VERIFY(isFramed(window));
+            QTRY_COMPARE(framed(window).topLeft(), where);
+            const QString hidden = name(window);
+            window.hide();
+            QTRY_VERIFY(!stacking().contains(hidden));
+            QVERIFY(hasKeyboard(window));
+            QTRY_VERIFY(isFramed(window));
+            QTRY_COMPARE(framed(window).topLeft(), where);
+        }
+    }
+
+    void itGivesWayToAPanelThatComesLate()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        const int before = window.height();
+        constexpr int panelHeight = 200;
+        QWidget panel;
+        panel.setAttribute(Qt::WA_X11NetWmWindowTypeDock);
+        panel.setGeometry(0, 0, window.screen()->size().width(), panelHeight);
+        XDesktop::run(QStringLiteral("xprop"),
+                      {QStringLiteral("-id"), QString::number(panel.winId()), QStringLiteral("-f"),
+                       QStringLiteral("_NET_WM_STRUT"), QStringLiteral("32c"),
+                       QStringLiteral("-set"), QStringLiteral("_NET_WM_STRUT"),
+                       QStringLiteral("0,0,%1,0").arg(panelHeight)});
+        panel.show();
+        QTRY_COMPARE(window.screen()->availableGeometry().top(), panelHeight);
+        QTRY_VERIFY(window.height() < before);
+        QVERIFY(framed(window).height() <= window.screen()->availableGeometry().height());
+        panel.hide();
+        QTRY_COMPARE(window.height(), before);
+    }
+
+    void itFloatsAboveOtherWindows()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QWidget other;
+        other.resize(400, 400);
+        other.show();
+        other.raise();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QTRY_VERIFY(stacking().contains(name(other)));
+        QVERIFY(stacking().indexOf(name(window)) > stacking().indexOf(name(other)));
+    }
+
+    void itCanBeMinimisedAndClosedButNotResized()
+    {
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        const QString allowed =
+            XDesktop::property(window.winId(), QStringLiteral("_NET_WM_ALLOWED_ACTIONS"));
+        QVERIFY(allowed.contains(QStringLiteral("_NET_WM_ACTION_CLOSE")));
+        QVERIFY(allowed.contains(QStringLiteral("_NET_WM_ACTION_MINIMIZE")));
+        QVERIFY(!allowed.contains(QStringLiteral("_NET_WM_ACTION_RESIZE")));
+        QVERIFY(!allowed.contains(QStringLiteral("_NET_WM_ACTION_MAXIMIZE")));
+    }
+};
+
+QTEST_MAIN(WelcomeWindowPlacementTest)
+#include "WelcomeWindowPlacementTest.moc"

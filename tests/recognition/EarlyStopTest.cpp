@@ -1,0 +1,87 @@
+#include "naming/NameWords.h"
+#include "platform/TextRecognizer.h"
+#include "tests/recognition/DrawnPage.h"
+
+#include <QTest>
+
+#include <random>
+
+namespace
+{
+
+const QStringList vocabulary =
+    QStringLiteral("File Edit View Search the and for with Window 2026 12:45 a of "
+                   "invoice Meeting notes budget configuration main.cpp userName "
+                   "report Monday garden river printer cloud summary Berlin ocean")
+        .split(QLatin1Char(' '));
+
+/// A page of words at random: columns of lines in some sizes and both polarities, a heading.
+QImage randomPage(unsigned seed)
+{
+    std::mt19937 random(seed);
+    const auto upTo = [&](int limit) {
+        return std::uniform_int_distribution<int>(0, limit - 1)(random);
+    };
+    const bool dark = upTo(2) == 1;
+    DrawnPage page(QSize(900, 400), dark ? QColor(30, 30, 40) : QColor(Qt::white));
+    page.ink(dark ? Qt::white : Qt::black);
+    for (int column = 0; column < 2; ++column) {
+        int y = 40;
+        while (y < 360) {
+            const int pixels = upTo(6) == 0 ? 26 : 11 + upTo(6);
+            page.font(QStringLiteral("DejaVu Sans"), pixels);
+            QStringList words;
+            for (int word = 0; word < 1 + upTo(4); ++word)
+                words.append(vocabulary[upTo(int(vocabulary.size()))]);
+            page.text(QPoint(20 + 460 * column, y), words.join(QLatin1Char(' ')));
+            y += 2 * pixels;
+        }
+    }
+    return page.image();
+}
+
+QStringList wordsOf(TextRecognizer &recognizer, const QImage &picture, bool stopEarly)
+{
+    NameWords words(QStringLiteral("Report Viewer"));
+    QStringList pieces;
+    recognizer.recognize(
+        picture,
+        [&](const QString &text) {
+            pieces.append(text);
+            return !stopEarly || words.add(text);
+        },
+        [] { return false; });
+    if (!stopEarly)
+        words.add(pieces.join(QLatin1Char(' ')));
+    return words.words();
+}
+
+} // namespace
+
+class EarlyStopTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theNameIsTheSameAsIfAllLinesHadBeenRead_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 12; ++seed)
+            QTest::addRow("page %u", seed) << seed;
+    }
+    void theNameIsTheSameAsIfAllLinesHadBeenRead()
+    {
+        QFETCH(unsigned, seed);
+        const QImage picture = randomPage(seed);
+        const QStringList early = wordsOf(*m_recognizer, picture, true);
+        QCOMPARE(early, wordsOf(*m_recognizer, picture, false));
+        QVERIFY(early.size() > 1);
+    }
+
+private:
+    std::unique_ptr<TextRecognizer> m_recognizer = makeTextRecognizer();
+};
+
+QTEST_MAIN(EarlyStopTest)
+
+#include "EarlyStopTest.moc"

@@ -1,0 +1,74 @@
+#include "recognition/engine/Engine.h"
+
+#include "recognition/engine/LocaleModels.h"
+#include "tests/recognition/DrawnPage.h"
+
+#include <QFontMetrics>
+#include <QTest>
+
+namespace
+{
+
+QString wordsRead(Engine &engine, const QString &text)
+{
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(24);
+    DrawnPage page(QSize(QFontMetrics(font).horizontalAdvance(text) + 16, 36));
+    page.font(font.family(), font.pixelSize()).text(QPoint(8, 27), text);
+    QStringList words;
+    for (const ReadWord &word :
+         engine.read(page.image().convertToFormat(QImage::Format_Grayscale8)))
+        words.append(word.text);
+    return words.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+class EngineTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aLocaleHasTheModelOfItsLanguage_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QStringList>("models");
+        QTest::addRow("none") << "C" << QStringList();
+        QTest::addRow("English") << "en_GB" << QStringList();
+        QTest::addRow("German") << "de_AT" << QStringList(QStringLiteral("deu"));
+        QTest::addRow("French") << "fr_CA" << QStringList(QStringLiteral("fra"));
+        QTest::addRow("Chinese") << "zh_CN" << QStringList(QStringLiteral("chi_sim"));
+        QTest::addRow("traditional Chinese") << "zh_TW" << QStringList(QStringLiteral("chi_tra"));
+    }
+    void aLocaleHasTheModelOfItsLanguage()
+    {
+        QFETCH(QString, locale);
+        QTEST(localeModels(QLocale(locale)), "models");
+    }
+
+    void lettersOfALanguageAreReadWithItsModelBesideEnglish()
+    {
+        const QString german = QStringLiteral("Größe der Straßenbahn");
+        Engine english({});
+        QVERIFY(wordsRead(english, german) != german);
+        Engine both({QStringLiteral("deu")});
+        QCOMPARE(wordsRead(both, german), german);
+    }
+
+    void aMissingModelLeavesEnglish()
+    {
+        Engine engine({QStringLiteral("xyz")});
+        QCOMPARE(wordsRead(engine, QStringLiteral("The weather report")),
+                 QStringLiteral("The weather report"));
+    }
+
+    void noPictureHasNoWords()
+    {
+        Engine engine({});
+        QVERIFY(engine.read(QImage()).empty());
+    }
+};
+
+QTEST_MAIN(EngineTest)
+
+#include "EngineTest.moc"
