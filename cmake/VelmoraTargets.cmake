@@ -21,12 +21,32 @@ else()
     add_library(velmora_hand_overs INTERFACE)
 endif()
 
-# velmora_room(NAME SOURCES file... LINKS library...)
+# Parsing Qt's headers is most of what a source costs: they are compiled once a kind of target.
+function(velmora_precompiled kind)
+    add_library(velmora_precompiled_${kind} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled/empty.cpp)
+    set_target_properties(velmora_precompiled_${kind} PROPERTIES AUTOMOC OFF AUTORCC OFF)
+    target_link_libraries(velmora_precompiled_${kind} PRIVATE velmora_strict ${ARGN})
+    target_precompile_headers(velmora_precompiled_${kind}
+        PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled/${kind}.h)
+endfunction()
+
+# velmora_room(NAME [PRECOMPILED core|widgets] SOURCES file... LINKS library...)
 function(velmora_room name)
-    cmake_parse_arguments(room "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(room "" "PRECOMPILED" "SOURCES;LINKS" ${ARGN})
+    if(NOT room_PRECOMPILED)
+        set(room_PRECOMPILED core)
+    endif()
     add_library(velmora_${name} STATIC ${room_SOURCES})
     target_link_libraries(velmora_${name} PUBLIC velmora_strict ${room_LINKS})
+    target_precompile_headers(velmora_${name} REUSE_FROM velmora_precompiled_${room_PRECOMPILED})
 endfunction()
+
+# What every test program is compiled and linked with. Qt tells each test its folders, which none
+# uses, and no two programs could share a precompiled header.
+add_library(velmora_test_library INTERFACE)
+target_link_libraries(velmora_test_library INTERFACE Qt6::Network Qt6::Test Qt6::Widgets)
+target_compile_options(velmora_test_library INTERFACE
+    -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
 
 # velmora_test(NAME SOURCES file... LINKS library... [TIMEOUT seconds] [LABELS label...])
 function(velmora_test name)
@@ -35,7 +55,9 @@ function(velmora_test name)
         set(test_TIMEOUT 120)
     endif()
     add_executable(${name} ${test_SOURCES})
-    target_link_libraries(${name} PRIVATE velmora_strict velmora_hand_overs ${test_LINKS} Qt6::Test)
+    target_link_libraries(${name}
+        PRIVATE velmora_strict velmora_hand_overs ${test_LINKS} velmora_test_library)
+    target_precompile_headers(${name} REUSE_FROM velmora_precompiled_tests)
     add_test(NAME ${name}
         COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${test_TIMEOUT} LABELS "${test_LABELS}")

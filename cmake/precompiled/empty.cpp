@@ -1,0 +1,1 @@
+// A target needs a source for its precompiled header to be made.
