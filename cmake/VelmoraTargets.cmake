@@ -21,13 +21,24 @@ else()
     add_library(velmora_hand_overs INTERFACE)
 endif()
 
-# Parsing Qt's headers is most of what a source costs: they are compiled once a kind of target.
+# Parsing Qt's headers is most of what a source costs: those that most sources need are compiled
+# once a kind of target. Sources still include what they use; nothing may rely on these lists.
+set(velmora_core_headers
+    <algorithm> <chrono> <functional> <memory> <optional> <vector>
+    <QByteArray> <QDir> <QFile> <QFuture> <QHash> <QList> <QObject> <QSettings> <QString>
+    <QStringList> <QTimer> <QUrl> <QUuid>)
+set(velmora_widgets_headers ${velmora_core_headers}
+    <QApplication> <QIcon> <QImage> <QLabel> <QPainter> <QPushButton> <QScreen> <QStyle> <QWidget>
+    <QWindow>)
+set(velmora_tests_headers ${velmora_core_headers}
+    <QImage> <QProcess> <QSignalSpy> <QTemporaryDir> <QTest>)
+
+# velmora_precompiled(core|widgets|tests LIBRARY...)
 function(velmora_precompiled kind)
-    add_library(velmora_precompiled_${kind} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled/empty.cpp)
+    add_library(velmora_precompiled_${kind} OBJECT ${PROJECT_SOURCE_DIR}/cmake/empty.cpp)
     set_target_properties(velmora_precompiled_${kind} PROPERTIES AUTOMOC OFF AUTORCC OFF)
     target_link_libraries(velmora_precompiled_${kind} PRIVATE velmora_strict ${ARGN})
-    target_precompile_headers(velmora_precompiled_${kind}
-        PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled/${kind}.h)
+    target_precompile_headers(velmora_precompiled_${kind} PRIVATE ${velmora_${kind}_headers})
 endfunction()
 
 # velmora_room(NAME [PRECOMPILED core|widgets] SOURCES file... LINKS library...)
