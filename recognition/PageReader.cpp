@@ -13,15 +13,15 @@
 namespace
 {
 
-/// After so many lines without a word, the rest is taken for a texture; most of them cost a tenth
-/// of a millisecond.
+/// After this many lines without a word the rest is taken for a texture. Most such lines cost a
+/// tenth of a millisecond.
 constexpr int maximumBarrenLines = 400;
 
-/// Of the lines that hold no words, so many at most are asked for the lines that they cover.
+/// At most this many lines without words are replaced by the lines that they cover.
 constexpr int maximumReorderings = 16;
 
-/// Adds lines to those of which the first ones, up to `next`, have been read. These stay the first;
-/// the others are ordered anew, as parts of the whole.
+/// Adds lines to `lines`, of which those before `next` have been read. These stay first; the others
+/// are put into reading order again, with the added ones.
 void insertInOrder(const std::vector<TextLine> &added, std::vector<TextLine> &lines,
                    std::size_t next)
 {
@@ -35,7 +35,7 @@ void insertInOrder(const std::vector<TextLine> &added, std::vector<TextLine> &li
     });
 }
 
-/// Reads lines in their order, until enough is read or no more is to be expected.
+/// Reads lines in order, until enough has been read or nothing more is to be expected.
 void readAll(std::vector<TextLine> lines, LineReader &reader, const PageReader::LineHandler &onLine,
              const PageReader::Cancelled &cancelled)
 {

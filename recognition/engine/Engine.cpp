@@ -13,8 +13,8 @@ namespace
 
 const char *const english = "eng";
 
-/// Our engine's messages go nowhere: the program writes nothing to the console. Both settings are
-/// the libraries' own globals.
+/// Silences the engine, because the program writes nothing to the console. Both settings are
+/// globals of the libraries.
 void silence(tesseract::TessBaseAPI &api)
 {
     static std::once_flag once;
@@ -29,7 +29,7 @@ bool start(tesseract::TessBaseAPI &api, const QByteArray &models)
     return api.Init(nullptr, models.constData(), tesseract::OEM_LSTM_ONLY) == 0;
 }
 
-/// "eng" and the installed ones of `languages`, joined as the engine wants them.
+/// "eng" and those of `languages` that are installed, joined as the engine expects them.
 QByteArray installedModels(tesseract::TessBaseAPI &api, const QStringList &languages)
 {
     const QString folder = QString::fromUtf8(api.GetDatapath());
@@ -66,7 +66,8 @@ Engine::Engine(const QStringList &languages) : d(std::make_unique<Private>())
     const QByteArray models = installedModels(d->api, languages);
     if (models != english)
         d->ready = start(d->api, models) || start(d->api, english);
-    // A line is handed over whole and dark on white: no search for lines, none for light text.
+    // Each picture is one line, dark on white: the engine need not look for lines or for light
+    // text.
     d->api.SetPageSegMode(tesseract::PSM_RAW_LINE);
     d->api.SetVariable("tessedit_do_invert", "0");
 }
@@ -77,8 +78,8 @@ std::vector<ReadWord> Engine::read(const QImage &line)
 {
     if (!d->ready || line.isNull())
         return {};
-    // The engine's own threads cost more than they bring on one line; this holds for the thread
-    // that calls.
+    // On one line the engine's own threads cost more than they gain. The setting holds for the
+    // calling thread.
     omp_set_max_active_levels(0);
     d->api.SetImage(line.constBits(), line.width(), line.height(), 1, int(line.bytesPerLine()));
     d->api.SetSourceResolution(300);

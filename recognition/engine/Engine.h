@@ -13,8 +13,8 @@ struct ReadWord {
     double confidence = 0; ///< 0 to 1
 };
 
-/// One text recognition engine with its models: about 20 MB, 60 ms to make. Used by one thread at
-/// a time, and keeps to that thread.
+/// One text recognition engine with its models. Takes about 20 MB, and 60 ms to make. Used by one
+/// thread at a time; it starts none of its own.
 class Engine
 {
 public:

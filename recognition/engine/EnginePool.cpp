@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 constexpr Clock::time_point never = Clock::time_point::max();
 
-/// Memory is tidied when nobody has read for this long.
+/// Free memory is given back when nothing has been read for this long.
 constexpr auto restBeforeTidying = 2s;
 
 struct Waiting {
@@ -30,7 +30,7 @@ struct Waiting {
 class EnginePool::Private
 {
 public:
-    /// The housekeeper's thread: sleeps until something is due.
+    /// Runs in the housekeeping thread, which sleeps until something is due.
     void keepHouse()
     {
         std::unique_lock lock(mutex);
@@ -39,7 +39,7 @@ public:
             if (tidyingDue <= now) {
                 tidyingDue = never;
                 lock.unlock();
-                // Reading leaves holes in the heap that the system could use.
+                // Reading leaves free memory in the heap that the system could use.
                 releaseFreeMemory();
                 lock.lock();
             } else if (spareDue() <= now) {
@@ -57,8 +57,8 @@ public:
         }
     }
 
-    /// When the next engine has been spare for too long. The last one given back is taken first, so
-    /// that the first is the longest unused.
+    /// When the next spare engine is to be released. Engines are taken from the end, so the first
+    /// one has been unused for longest.
     Clock::time_point spareDue() const
     {
         return waiting.size() < 2 ? never : waiting.front().since + lifetime;
@@ -103,7 +103,7 @@ EnginePool::Lease EnginePool::take()
             return Lease(engine, Returner(this));
         }
     }
-    // The engine's start writes to globals of its library: one at a time.
+    // Starting an engine writes to globals of its library, so only one may start at a time.
     const std::lock_guard lock(d->making);
     return Lease(new Engine(d->languages), Returner(this));
 }

@@ -5,9 +5,8 @@
 #include <chrono>
 #include <memory>
 
-/// Engines kept ready, so that no picture waits for one to be made. A job takes one for itself and
-/// gives it back; one is always kept, those unused for longer than `spareLifetime` beyond it are
-/// released. Any thread.
+/// Keeps engines ready, so that no picture waits for one to be made. One engine is always kept;
+/// further ones are released after `spareLifetime` without use. Any thread.
 class EnginePool
 {
 public:
@@ -27,7 +26,7 @@ public:
     };
     using Lease = std::unique_ptr<Engine, Returner>;
 
-    /// An engine of one's own until the lease ends. Blocks while one is made. The pool must
+    /// An engine for the caller alone until the lease ends. Blocks while one is made. The pool must
     /// outlive its leases.
     Lease take();
 

@@ -32,7 +32,7 @@ bool LineReader::read(const TextLine &line, const PieceHandler &onPiece,
     for (QRect piece : piecesOf(line)) {
         if (cancelled())
             return false;
-        // An underscore parts words for the eye only: the piece before has taken both.
+        // An underscore looks like a gap, but the piece before has read both words already.
         piece.setLeft(std::max(piece.left(), read + 1));
         if (piece.isEmpty())
             continue;

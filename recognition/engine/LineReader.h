@@ -15,10 +15,10 @@ public:
     /// Takes the words of one piece, joined by spaces; returns whether more is wanted.
     using PieceHandler = std::function<bool(const QString &text)>;
 
-    /// `picture` is what `opaquePicture` gives. Both must outlive the reader.
+    /// `picture` is the result of `opaquePicture`. Both must outlive the reader.
     LineReader(Engine &engine, const QImage &picture);
 
-    /// Hands over the line's real words from left to right. Returns whether more is wanted.
+    /// Passes the line's words to `onPiece`, from left to right. Returns whether more is wanted.
     bool read(const TextLine &line, const PieceHandler &onPiece,
               const std::function<bool()> &cancelled);
 

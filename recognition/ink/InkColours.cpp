@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Ink is what this share of the pixels is at least as deep as.
+/// This share of the pixels is at least as deep as full ink.
 constexpr double inkShare = 0.02;
 
 } // namespace
@@ -37,7 +37,7 @@ std::vector<QRgb> InkColours::pixelsOf(const QImage &picture, const QRect &area)
     return pixels;
 }
 
-/// The mean of the commonest colours, taken in cells of 16 steps a channel.
+/// The mean of the most common colours, counted in cells of 16 steps a channel.
 InkColours::Colour InkColours::groundOf(const std::vector<QRgb> &pixels)
 {
     const auto cellOf = [](QRgb pixel) {
@@ -60,8 +60,8 @@ InkColours::Colour InkColours::groundOf(const std::vector<QRgb> &pixels)
     return {sum.red / count, sum.green / count, sum.blue / count};
 }
 
-/// The mean of all differences from the ground, far ones counting most: towards the ink, for that
-/// is what differs.
+/// The mean of all differences from the ground, weighted by their size. It points towards the ink,
+/// since that is what differs.
 InkColours::Colour InkColours::directionOf(const std::vector<QRgb> &pixels, const Colour &ground)
 {
     Colour sum;

@@ -5,16 +5,16 @@
 
 #include <vector>
 
-/// What the letters in an area are written with, and on what: whichever of both is lighter, and
-/// in whatever colours, also where both are equally bright.
+/// The colours of the letters in an area and of the ground behind them. Either may be the lighter
+/// one, and both may be equally bright.
 class InkColours
 {
 public:
-    /// `area` lies in `picture` (what `opaquePicture` gives) and is not empty.
+    /// `area` lies in `picture` (the result of `opaquePicture`) and is not empty.
     InkColours(const QImage &picture, const QRect &area);
 
-    /// How far the pixel is from the ground on the way to the ink, in steps of a channel; below 0
-    /// on the other side of the ground.
+    /// How far the pixel is from the ground in the direction of the ink, in steps of a channel;
+    /// negative in the opposite direction.
     float depth(QRgb pixel) const
     {
         return (float(qRed(pixel)) - m_ground.red) * m_direction.red +
@@ -22,7 +22,7 @@ public:
                (float(qBlue(pixel)) - m_ground.blue) * m_direction.blue;
     }
 
-    /// The depth of ink: only few pixels are deeper.
+    /// The depth that counts as full ink; few pixels are deeper.
     float inkDepth() const { return m_inkDepth; }
 
 private:

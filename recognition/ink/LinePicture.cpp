@@ -14,22 +14,22 @@
 namespace
 {
 
-/// Ink that differs less than this from its ground, of 255, is none.
+/// The least difference between ink and ground, of 255.
 constexpr float leastDepth = 16;
 
-/// Around and between letters the ground is bare: this share of the area, at least, is less than
-/// this deep in the ink. A texture has no such ground; drawn and real text has two thirds.
+/// Around and between letters the ground is bare: at least this share of the area has less than
+/// this depth of ink. Real text has two thirds; a texture has no such ground.
 constexpr double leastBareShare = 0.4;
 constexpr float bareDepth = 0.12F;
 
-/// Ink that is weaker than the line's strongest comes out as dark, down to this share of it: names
-/// in a terminal's colours, a word that is greyed out.
+/// Weaker ink is drawn as dark as the strongest of the line, down to this share of it: names in a
+/// terminal's colours, a greyed-out word.
 constexpr float weakestInk = 0.3F;
 
-/// Neighbourhood in which ink is equally strong, to each side, in heights of the line.
+/// How far to each side ink is taken to be equally strong, in heights of the line.
 constexpr double inkReach = 0.4;
 
-/// For each column the depth that is black there: that of the deepest ink near it.
+/// For each column the depth that is drawn black: that of the deepest ink near it.
 std::vector<float> blackDepths(const std::vector<float> &depths, QSize size, float black)
 {
     std::vector<float> deepest(std::size_t(size.width()), weakestInk * black);
@@ -47,22 +47,22 @@ std::vector<float> blackDepths(const std::vector<float> &depths, QSize size, flo
     return near;
 }
 
-/// The engine sees this much of the picture around the letters, in their heights: accents above,
-/// commas below.
+/// How much of the picture above and below the letters is included, in heights of a letter, for
+/// accents and commas.
 constexpr double reachAbove = 0.3;
 constexpr double reachBelow = 0.15;
 
-/// The height of the lines that the engine's network takes, in pixels, from its models: given
-/// just that, it need not scale.
+/// The height in pixels of the lines that the engine's models take. A picture of this height need
+/// not be scaled.
 constexpr int modelHeight = 36;
 
-/// White around the line, in heights of a letter. Half a letter at the sides makes one word in ten
-/// wrong that is right with this. The more there is above, the smaller are the letters and the
-/// quicker the engine: from 0.2 to 0.35 a tenth, on 144 pages, of which one lost its second word.
+/// The white margin, in heights of a letter. With half a letter at the sides, one word in ten came
+/// out wrong that is right with this. More margin above makes the letters smaller and the engine
+/// faster: 0.35 instead of 0.2 saved a tenth on 144 pages, one of which lost its second word.
 constexpr double sideMargin = 0.12;
 constexpr double upperMargin = 0.35;
 
-/// The line in the middle of a white picture of the model's height.
+/// Puts the line in the middle of a white picture of the model's height.
 QImage framed(const QImage &line, int side)
 {
     QImage frame(line.width() + 2 * side, modelHeight, QImage::Format_Grayscale8);
@@ -87,7 +87,7 @@ std::vector<float> depthsOf(const QImage &picture, const QRect &area, const InkC
     return depths;
 }
 
-/// Dark on white: how deep each pixel is in the ink.
+/// Draws each pixel as dark as it is deep in the ink, on white.
 QImage inkPicture(const std::vector<float> &depths, QSize size, float black)
 {
     if (black < leastDepth)

@@ -4,15 +4,16 @@
 
 #include <QImage>
 
-/// A piece of a line as the engine likes it: dark on white, of full contrast, with white around it.
+/// A piece of a line, drawn as the engine reads it best: dark on white, in full contrast, with a
+/// white margin.
 struct LinePicture {
     QImage ink;
-    /// What it shows.
+    /// The part of the picture that it shows.
     QRect area;
 };
 
-/// The words of the line that stand in `area` of `picture` (what `opaquePicture` gives), each as a
-/// whole, but nothing left of `leftmost`, which has been read. No ink where the area holds one
-/// colour only, or a part of a texture.
+/// Draws the words of the line that stand in `area` of `picture` (the result of `opaquePicture`).
+/// Words are not cut off, but nothing left of `leftmost` is included, since it has been read. `ink`
+/// is null when the area holds one colour only, or a part of a texture.
 LinePicture linePicture(const QImage &picture, const QRect &area, const TextLine &line,
                         int leftmost);

@@ -6,16 +6,16 @@
 namespace
 {
 
-/// The least gap that ends a word, in pixels: letters next to each other may be two apart.
+/// The narrowest gap that ends a word, in pixels. Neighbouring letters may be two apart.
 constexpr int leastWordEnd = 3;
 
-/// The farthest that a gap is looked for, in heights of a letter.
+/// How far a gap is looked for, in heights of a letter.
 constexpr double farthestReach = 6;
 
-/// Bare columns, at least this many, between a word and the side of the box that it stands in.
+/// There are at least this many bare columns between a word and the side of a box around it.
 constexpr int wallGap = 2;
 
-/// A pixel this deep is ink, as a share of the deepest.
+/// A pixel counts as ink from this share of the deepest ink on.
 constexpr float leastInk = 0.25F;
 
 enum class Column { Bare, Inked, Wall };

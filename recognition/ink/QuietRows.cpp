@@ -6,17 +6,18 @@
 namespace
 {
 
-/// How far from the letters the quiet row may be, in their heights.
+/// How far from the letters the quiet row may be, in heights of a letter.
 constexpr double farthestRow = 0.4;
 
-/// A pixel is no ground from this share of the ink's depth on, to either side.
+/// A pixel this dark or this light, relative to the ink, is not background.
 constexpr float leastInk = 0.3F;
 
-/// A quiet row's greatest share of such pixels: 99 of 100 lines of text have less than half of it,
-/// parts of textures twice as much.
+/// A row is quiet when at most this share of its pixels is not background. 99 of 100 lines of text
+/// have less than half of that beside them; parts of textures have twice as much.
 constexpr double quietShare = 0.15;
 
-/// A full row's least share of them: above "ÄÖÜ", dots take a third.
+/// A row is full when at least this share of its pixels is not background. The dots above "ÄÖÜ"
+/// take a third.
 constexpr double fullShare = 0.5;
 
 /// The share of such pixels of the row that stand in the columns of the area.

@@ -2,12 +2,13 @@
 
 #include "recognition/ink/InkColours.h"
 
-/// Whether there is a row without ink close above the letters in `area`, and one close below: so
-/// it is with a line of text, however tightly set, and not with a part of a texture.
+/// Whether there is a row without ink close above the letters in `area`, and one close below. This
+/// is true of text, however tightly set, but not of parts of a texture.
 bool standsBetweenQuietRows(const QImage &picture, const QRect &area, const InkColours &colours,
                             int letterHeight);
 
-/// `reach`, which goes a little beyond the letters in `area`, up to the first row above and below
-/// that is full of ink: the edge of a picture, a frame, another line. Accents and commas are not.
+/// `reach`, which is a little higher than the letters in `area`, cut at the first rows above and
+/// below that are full of ink: the edge of a picture, a frame, another line. Accents and commas do
+/// not fill a row.
 QRect withoutFullRows(const QImage &picture, const QRect &reach, const QRect &area,
                       const InkColours &colours);

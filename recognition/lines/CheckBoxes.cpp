@@ -7,7 +7,8 @@
 namespace
 {
 
-/// A pixel this deep is ink, as a share of the deepest; a box's frame is fainter than its label.
+/// A pixel counts as ink from this share of the deepest ink on. The frame of a box is fainter than
+/// its label.
 constexpr float leastInk = 0.2F;
 
 /// The lowest and the highest box, in heights of a letter, and the lowest in pixels.
@@ -15,16 +16,16 @@ constexpr double lowestBox = 0.6;
 constexpr double highestBox = 2.5;
 constexpr int lowestPixels = 5;
 
-/// Boxes and circles are as wide as high, give or take this factor. "O" is one too in most
-/// typefaces, but not in monospaced ones, whose letters stand far apart.
+/// Boxes and circles are about as wide as high: the ratio stays below this factor. In most
+/// typefaces "O" is too, but not in monospaced ones, whose letters stand far apart.
 constexpr double squareness = 1.18;
 
-/// Between a box and its label, in heights of a letter, and at least this many times as much as
-/// between the label's first letters: this tells the box from a first "O".
+/// The gap between a box and its label, in heights of a letter. It is also at least this many times
+/// as wide as the gap between the label's first letters, which tells a box from an "O".
 constexpr double boxGap = 0.25;
 constexpr double gapJump = 1.5;
 
-/// Before the box, there may be an icon.
+/// There may be an icon before the box.
 constexpr int mostTried = 2;
 
 /// What pixels of a picture are ink. The inside of a box may be lighter than the ground.
@@ -80,7 +81,7 @@ std::optional<Run> nextRun(const Ink &ink, const QRect &area, int from)
     return Run{from, to};
 }
 
-/// The run's ink, followed upwards and downwards beyond the area, where letters end.
+/// The run's ink, followed up and down beyond the area. Letters end within it, boxes do not.
 QRect boxOf(const Ink &ink, const QRect &area, const Run &run, int highest)
 {
     QRect box(QPoint(run.left, area.top()), QPoint(run.right, area.bottom()));

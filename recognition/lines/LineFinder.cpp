@@ -9,37 +9,36 @@
 namespace
 {
 
-/// The picture itself, its half and its quarter: letters of 4 to 48 pixels on the first are up to
-/// 192 pixels high on the last.
+/// The picture itself, its half and its quarter.
 constexpr int levels = 3;
 
-/// The lowest and highest letters that are looked for on one level, in its pixels: the small
-/// letters of 8 pixel text are 4 high, and twice the highest is found one level up.
+/// The lowest and highest letters that are looked for on one level, in its pixels. The small
+/// letters of 8 pixel text are 4 pixels high; higher ones are found on the next level.
 constexpr int lowestLetter = 4;
 constexpr int highestLetter = 40;
 
-/// Letters on the halved levels are at least this high, in their pixels; smaller ones are found
-/// better one level below.
+/// The lowest letters that are looked for on the halved levels, in their pixels. Smaller ones are
+/// found better one level below.
 constexpr int lowestOnHalved = 13;
 
-/// More lines are no text, or more than a name needs: a full page of a large screen has some
-/// hundred.
+/// No more lines than this are looked at. A full page on a large screen has a few hundred.
 constexpr std::ptrdiff_t maximumLines = 3000;
 
-/// A line gives way to a larger one that covers this share of it.
+/// A line is dropped when a larger one covers this share of it.
 constexpr double coveredShare = 0.5;
 
-/// Lines whose letters have at most this share of the height of another's, which are themselves at
-/// most this share as high, and at least this many heights of a letter wide, are text of their own.
+/// When a small line lies in a larger one, it is text of its own if its letters have at most this
+/// share of the other's height, it has itself at most this share of the other's height, and it is
+/// at least this many heights of a letter wide.
 constexpr double smallerLetters = 0.6;
 constexpr double lowerLine = 0.75;
 constexpr double textWidth = 2.5;
 
-/// When they fill this share of the other, it is a box around them.
+/// When such lines fill this share of the larger one, the larger one is a box around them.
 constexpr double filledShare = 0.15;
 
-/// The lines of one level. They are grown twice: first to learn by their neighbours which blobs
-/// are icons and sides of boxes, then without the icons and ending at the boxes.
+/// The lines of one level. They are grown twice: first to learn which blobs are icons and sides of
+/// boxes, then without the icons, and ending at the sides of boxes.
 std::vector<BlobLine> linesOf(const std::vector<QRect> &blobs)
 {
     std::vector<QRect> letters;
@@ -104,8 +103,8 @@ bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
     return area >= filledShare * double(areaOf(larger.box));
 }
 
-/// Leaves out the lines that lie in larger ones: parts of large letters, and what was found on two
-/// levels. What may be written on them, they keep as covered.
+/// Drops the lines that lie in larger ones: parts of large letters, and what was found on two
+/// levels. A dropped line that may be text written on the larger one is kept as its `covered`.
 std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 {
     const std::vector<TextLine> all = lines;
@@ -128,7 +127,7 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
     return kept;
 }
 
-/// The lines nearest to the top, as many as are looked at.
+/// At most `maximumLines` lines, those nearest to the top.
 std::vector<TextLine> highest(std::vector<TextLine> lines)
 {
     if (std::ptrdiff_t(lines.size()) <= maximumLines)

@@ -8,6 +8,7 @@
 #include <vector>
 
 /// The lines of text in a picture, in no order: letters from about 8 to 140 pixels high, light on
-/// dark and dark on light. Some of what it gives is no text; most of what is text is there. Ends
-/// early, with what it has, when `cancelled`. Takes what `opaquePicture` gives.
+/// dark and dark on light. Nearly all text is found, and some of what is found is not text. Ends
+/// early, with the lines so far, when `cancelled` returns true. `picture` is the result of
+/// `opaquePicture`.
 std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled);

@@ -6,18 +6,18 @@
 namespace
 {
 
-/// A space is a quarter to a half of the letters' height wide, in monospaced text about as wide as
-/// they are high; more is a new column.
+/// The widest space between words, in heights of a letter. A space is a quarter to a half of that
+/// height, in monospaced text about the whole of it; a wider gap begins a new column.
 constexpr double widestGap = 1.3;
 
-/// A letter with an ascender is about 1.4 times as high as one without, with a descender too about
-/// twice: what differs more is of another line.
+/// A letter with an ascender is about 1.4 times as high as one without, and with a descender too
+/// about twice as high. A blob that differs more belongs to another line.
 constexpr double greatestHeightRatio = 2.6;
 
-/// How much of the lower one of two neighbours must stand beside the other.
+/// How much of the lower of two neighbours must overlap the other vertically.
 constexpr double leastOverlap = 0.6;
 
-/// A line is no higher than this in heights of its highest letter, or it would climb.
+/// The highest line, in heights of its highest letter. Without this limit a line could climb.
 constexpr double greatestClimb = 1.5;
 
 /// Lines are looked up by rows of this many pixels.
@@ -29,8 +29,8 @@ struct GrowingLine {
     int highest = 0;
 };
 
-/// How much of the letter stands beside the line, as a share of the lower of both; 0 when the
-/// letter can't continue it.
+/// How much of the letter overlaps the line vertically, as a share of the lower of the two; 0 when
+/// the letter can't continue the line.
 double fit(const GrowingLine &line, const QRect &letter)
 {
     const double higher = std::max(line.highest, letter.height());
@@ -49,7 +49,7 @@ double fit(const GrowingLine &line, const QRect &letter)
 class LineGrower
 {
 public:
-    /// Letters and walls come from left to right.
+    /// Letters and walls are given from left to right.
     void addLetter(const QRect &letter)
     {
         int index = bestLine(letter);
@@ -68,7 +68,7 @@ public:
         }
     }
 
-    /// Ends the lines to its left that it passes wholly.
+    /// Ends the lines to the left that the wall passes from top to bottom.
     void addWall(const QRect &wall)
     {
         for (int band = bandOf(wall.top()); band <= bandOf(wall.bottom()); ++band) {
@@ -100,7 +100,7 @@ private:
         double bestFit = leastOverlap;
         for (int band = bandOf(letter.top()); band <= bandOf(letter.bottom()); ++band) {
             std::vector<int> &lines = m_bands[band];
-            // What is too far to the left now stays so.
+            // A line that ended too far to the left can't be continued any more.
             std::erase_if(lines, [&](int index) {
                 const GrowingLine &line = at(index);
                 return letter.left() - line.box.right() >
@@ -120,7 +120,7 @@ private:
     GrowingLine &at(int index) { return m_lines[std::size_t(index)]; }
 
     std::vector<GrowingLine> m_lines;
-    /// The lines that may go on, by the bands that they pass.
+    /// The lines that may still be continued, by the bands of rows that they touch.
     std::unordered_map<int, std::vector<int>> m_bands;
 };
 

@@ -6,15 +6,15 @@
 namespace
 {
 
-/// A piece's widths in heights of a letter, where the line's gaps allow: one long word or three
-/// short ones.
+/// The narrowest and widest piece, in heights of a letter: one long word or three short ones. A
+/// line without suitable gaps may have others.
 constexpr double shortestPiece = 6;
 constexpr double longestPiece = 16;
 
 using Words = std::vector<QRect>;
 
-/// The end of the piece that begins with `first`: before the widest gap that makes it neither too
-/// short nor too long, else before the first gap that makes it long enough.
+/// Where the piece that begins with `first` ends: at the widest gap that leaves it neither too
+/// short nor too long, or else at the first gap that leaves it long enough.
 Words::const_iterator pieceEnd(Words::const_iterator first, Words::const_iterator last,
                                int letterHeight)
 {
@@ -40,11 +40,11 @@ Words::const_iterator pieceEnd(Words::const_iterator first, Words::const_iterato
     return best;
 }
 
-/// No word that counts is wider, in heights of a letter: where no gap was taken for a word's, there
-/// must be some all the same.
+/// The widest word that counts, in heights of a letter. A wider one must be several words whose
+/// gaps were missed.
 constexpr double widestWord = 24;
 
-/// The line's words, and the parts of those that can't be one word.
+/// The line's words. A word that is too wide to be one is replaced by its parts.
 Words cuttableWords(const TextLine &line)
 {
     Words words;

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// The parts of a line that are read one by one, left to right, each as high as the line: a short
-/// line whole, a long one in pieces of some words, cut at the widest gaps, so that no word is cut
-/// and what follows the last word wanted costs nothing.
+/// The pieces in which a line is read, from left to right. A short line is one piece; a long one is
+/// cut at its widest gaps into pieces of a few words. No word is cut, and what follows the last
+/// word wanted costs nothing.
 std::vector<QRect> piecesOf(const TextLine &line);

@@ -5,39 +5,39 @@
 namespace
 {
 
-/// How far the highest letters reach above the base, and the lowest below it, in heights of a small
-/// letter: "j" and "Q" of the common typefaces, and a little more.
+/// How far letters reach above the base line and below it at most, in heights of a small letter.
+/// Taken from "j" and "Q" of common typefaces, with a little added.
 constexpr double highestReach = 1.6;
 constexpr double deepestReach = 0.55;
 
-/// The side of a box is a line of some pixels; rounded corners make it wider.
+/// The widest side of a box, in pixels. Rounded corners make it wider than the line itself.
 constexpr double widestWall = 0.3;
 
-/// In heights of a letter: what is closer than the first is one word, what is further apart than
-/// the second is two. Between them the line itself decides, for the letters of a monospaced "ill"
-/// stand as far apart as the words of proportional text.
+/// In heights of a letter: a smaller gap than the first is inside a word, a larger one than the
+/// second is between words. In between the line's own gaps decide, because the letters of a
+/// monospaced "ill" stand as far apart as the words of proportional text.
 constexpr double surelyOneWord = 0.25;
 constexpr double surelyTwoWords = 0.9;
 
-/// Of a line that is one word, the gap that will part it from what stands beside it.
+/// The word gap of a line that has only one word.
 constexpr double likelyTwoWords = 0.35;
 
-/// Gaps between words exceed those between letters at least by this factor.
+/// Gaps between words are at least this many times as wide as gaps between letters.
 constexpr double gapJump = 1.3;
 
-/// The line's blobs stand on its base, or hang by their descenders: this share of their widths at
-/// least stands on one row, give or take a share of the letters' height. Icons and textures rarely
-/// do; of real lines less than one in a hundred does not.
+/// At least this share of a line's blobs, by their widths, stands on one base row, within this
+/// share of a letter's height. Icons and textures rarely do; of real lines, fewer than one in a
+/// hundred does not.
 constexpr double leastEvenness = 0.42;
 constexpr double unevenness = 0.12;
 
-/// Three letters, the fewest that make a word of a name, with the gap beside them are no narrower
-/// than this, in their heights and, for the smallest that can be read, in pixels.
+/// A name uses words of three letters or more. Three letters and the gap beside them are at least
+/// this wide, in heights of a letter and in pixels.
 constexpr double narrowestLine = 1.7;
 constexpr int narrowestPixels = 11;
 
-/// A word of three letters is wider than this, in heights of its highest letter. A line in which
-/// nothing is wider is a row of icons, of checkboxes or of single letters.
+/// A word of three letters is wider than this, in heights of its highest letter. A line without
+/// anything wider is a row of icons, check boxes or single letters.
 constexpr double narrowestWord = 1.3;
 
 /// The value that half of the blobs, by their widths, do not exceed.
@@ -73,7 +73,8 @@ std::vector<int> gapsOf(const BlobLine &blobs)
     return gaps;
 }
 
-/// The least gap between words: where the line's gaps jump most. Nothing where they don't.
+/// The narrowest gap between words: where the sorted gaps of the line grow most. Nothing when they
+/// grow evenly.
 std::optional<double> wordGapOf(const BlobLine &blobs, int letterHeight)
 {
     const double limit = surelyTwoWords * letterHeight;

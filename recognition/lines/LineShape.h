@@ -13,7 +13,7 @@ struct LineRows {
     int letterHeight = 0;
 };
 
-/// Wide blobs, which are words more often than icons, count most. At least one blob.
+/// Wide blobs count most, because they are words more often than icons. Needs at least one blob.
 LineRows rowsOf(const BlobLine &blobs);
 
 /// The blobs that stick out of the line further than ascenders and descenders do: icons, and the
@@ -23,6 +23,6 @@ std::vector<QRect> strangersIn(const BlobLine &blobs);
 /// A stranger, or a blob higher than all letters, that is as narrow as a side of a box.
 bool isWall(const QRect &blob);
 
-/// What the blobs are as a line of text; nothing when it is too narrow for a word or
-/// its blobs stand unevenly.
+/// The line of text that the blobs form; nothing when it is too narrow for a word or its blobs
+/// stand unevenly.
 std::optional<TextLine> lineOf(const BlobLine &blobs);

@@ -73,7 +73,7 @@ bool isOpaque(const QImage &image)
     return true;
 }
 
-/// The same pixels, said to be opaque.
+/// The same pixels, declared opaque.
 QImage opaqueView(const QImage &image)
 {
     return QImage(
@@ -82,7 +82,8 @@ QImage opaqueView(const QImage &image)
         new QImage(image));
 }
 
-/// Cancellation is asked for this often, in rows: some milliseconds on the widest pictures.
+/// How many rows pass between two checks for cancellation: some milliseconds on the widest
+/// pictures.
 constexpr int rowsBetweenQuestions = 128;
 
 } // namespace
@@ -93,7 +94,7 @@ QImage opaquePicture(const QImage &image)
         return image;
     if (!image.hasAlphaChannel())
         return image.convertToFormat(QImage::Format_RGB32);
-    // Premultiplied pixels are what is seen over black.
+    // A premultiplied pixel has the colour that is seen over black.
     if (image.format() == QImage::Format_ARGB32_Premultiplied ||
         (image.format() == QImage::Format_ARGB32 && isOpaque(image)))
         return opaqueView(image);

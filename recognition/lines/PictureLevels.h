@@ -12,8 +12,8 @@
 /// keeps them alive.
 QImage opaquePicture(const QImage &image);
 
-/// The blobs of the picture, of its half, of its quarter and so on, each in its level's pixels; all
-/// in one pass over the rows. Takes what `opaquePicture` gives. Ends early, with the blobs of the
-/// rows so far, when `cancelled`.
+/// The blobs of the picture, of its half, of its quarter and so on, each in the pixels of its
+/// level. One pass over the rows finds them all. `picture` is the result of `opaquePicture`. Ends
+/// early, with the blobs of the rows so far, when `cancelled` returns true.
 std::vector<std::vector<QRect>> blobsOnLevels(const QImage &picture, int levels,
                                               const std::function<bool()> &cancelled);

@@ -6,7 +6,7 @@
 namespace
 {
 
-/// Edges at most this far apart, in pixels, are of one stroke or of letters that nearly touch.
+/// Edges at most this far apart, in pixels, belong to one stroke or to letters that nearly touch.
 constexpr int strokeGap = 2;
 
 std::size_t nextEdge(const std::vector<std::uint8_t> &edges, std::size_t from)
@@ -16,9 +16,9 @@ std::size_t nextEdge(const std::vector<std::uint8_t> &edges, std::size_t from)
                  : edges.size();
 }
 
-/// Marks the pixels that differ from their right neighbours. The loops are plain, over locals, so
-/// that the compiler turns them into vector instructions: this is the only code that sees every
-/// pixel. `steps` is space for one row.
+/// Marks the pixels that differ from their right neighbours. This is the only code that visits
+/// every pixel, so its loops are plain enough for the compiler to vectorise. `steps` is scratch
+/// space for one row.
 void markEdges(const std::uint8_t *row, int width, std::uint32_t *steps, std::uint8_t *edges)
 {
     auto *step = reinterpret_cast<std::uint8_t *>(steps);
@@ -113,7 +113,7 @@ void StrokeBlobs::collectRuns()
     }
 }
 
-/// Gives each run its blob: that of the runs it touches in the row above, or a new one.
+/// Assigns each run to a blob: the one of the runs it touches in the row above, or a new one.
 void StrokeBlobs::joinRuns()
 {
     auto first = m_above.cbegin();
@@ -124,7 +124,7 @@ void StrokeBlobs::joinRuns()
             run.blob =
                 run.blob < 0 ? m_forest.root(above->blob) : m_forest.join(run.blob, above->blob);
         }
-        // An edge lies between its pixel and the next, so that the box ends one further.
+        // An edge lies between its pixel and the next one, so the box ends one pixel further right.
         const QRect box(QPoint(run.left, m_row), QPoint(run.right + 1, m_row));
         if (run.blob < 0)
             run.blob = m_forest.add(box);

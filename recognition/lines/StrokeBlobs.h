@@ -6,19 +6,19 @@
 #include <cstdint>
 #include <vector>
 
-/// The boxes of what the edges of upright strokes hold together: letters, or neighbouring letters
-/// that nearly touch, light on dark as well as dark on light. Horizontal rules leave no blobs,
-/// upright ones very high ones.
+/// Finds blobs: groups of pixels joined by the edges of upright strokes. A blob is a letter, or
+/// several letters that nearly touch, light on dark or dark on light. Horizontal rules leave no
+/// blobs; vertical ones leave very high blobs.
 class StrokeBlobs
 {
 public:
-    /// The smallest step of any colour channel, from one pixel to its right neighbour, that is the
-    /// edge of a stroke. Of 255; pale grey text on white steps by 40 even where it is smoothed, the
+    /// The smallest change of any colour channel (of 255), from one pixel to its right neighbour,
+    /// that counts as the edge of a stroke. Smoothed pale grey text on white changes by 40, the
     /// noise of an ordinary JPEG file by 20.
     static constexpr int minimumEdgeStep = 24;
 
-    /// More blobs than this are no text: a full page of the smallest letters on the largest screens
-    /// has a tenth. Rows after that are not looked at.
+    /// A picture with more blobs than this is not text, and the rows after that are skipped. A full
+    /// page of the smallest letters on the largest screens has a tenth of it.
     static constexpr std::size_t maximumBlobs = 200'000;
 
     explicit StrokeBlobs(int width);

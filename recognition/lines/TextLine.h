@@ -13,17 +13,17 @@ struct TextLine {
     QRect box;
     /// The height of its letters: of a capital, or of the small letters where there is none.
     int letterHeight = 0;
-    /// What stands this far from a word, at least, is no part of it.
+    /// The narrowest gap between two words.
     double wordGap = 0;
-    /// The runs of letters between word gaps, left to right. What stands closer is one word.
+    /// The words, from left to right.
     std::vector<QRect> words;
-    /// The runs of letters between gaps that may be word gaps; words consist of them.
+    /// The runs of letters between gaps that might be word gaps. A word consists of one or more.
     std::vector<QRect> parts;
-    /// The share of the letters, by their widths, that stand on one base: near 1 where there are
-    /// no descenders.
+    /// The share of the letters, by their widths, that stand on one base line: near 1 when there
+    /// are no descenders.
     double evenness = 0;
-    /// Smaller lines that lie in it: should not one word be read in this one, it is a picture, or
-    /// pictures in a row, and these are what is written on it or close to it.
+    /// Smaller lines that lie in this one. When no word can be read in this line it is a picture,
+    /// or a row of pictures, and these lines may be text on it or close to it.
     std::vector<TextLine> covered;
 };
 

@@ -8,26 +8,27 @@
 namespace
 {
 
-/// A bar has at least so many items, each of one word. They are this far apart and this wide at
-/// most, in heights of a letter, and their gaps differ at most by this factor.
+/// A bar has at least this many items of one word each. In heights of a letter, the gaps between
+/// them lie between these limits and no item is wider than this. The widest gap is at most this
+/// many times the narrowest.
 constexpr int fewestItems = 4;
 constexpr double narrowestGap = 0.75;
 constexpr double widestGap = 3;
 constexpr double widestItem = 9;
 constexpr double greatestGapRatio = 1.6;
 
-/// Monospaced text has such gaps too. Where it is large, its letters stand apart as well: its words
-/// have this many parts in the mean.
+/// Monospaced text has such gaps too. When it is large its letters stand apart as well: its words
+/// have at least this many parts on average.
 constexpr double partsOfSpacedWord = 1.5;
 
-/// Where it is small, it seldom stands alone. Lines above and below are closer than this, in
-/// heights of the row; closer than the second, which allows for an empty line, if they begin in the
+/// When it is small it seldom stands alone. Lines above and below are closer than this, in heights
+/// of the row; the second figure, which allows for an empty line, is for lines that begin in the
 /// same column.
 constexpr double closeLine = 0.7;
 constexpr double closeInColumn = 2.5;
 
-/// Their letters differ less than by this factor, and where the column begins by no more than this
-/// share of a letter's height.
+/// Such lines have letters whose heights differ by less than this factor, and "the same column"
+/// means within this share of a letter's height.
 constexpr double sameLetters = 1.5;
 constexpr double sameLeft = 0.35;
 
@@ -56,7 +57,7 @@ std::vector<Row> rowsOf(const std::vector<TextLine> &lines)
     return rows;
 }
 
-/// Items that stand as those of a menu bar do.
+/// Words that are placed like the items of a menu bar.
 struct Items {
     QRect box;
     int count = 0;
@@ -65,7 +66,7 @@ struct Items {
     int widest = 0;                                  ///< of the gaps
 };
 
-/// With one item more on the right; nothing when that is none of the same bar.
+/// The items with one more on the right; nothing when that is not of the same bar.
 std::optional<Items> extended(Items items, const QRect &word, int letterHeight)
 {
     if (word.width() > widestItem * letterHeight)
@@ -84,7 +85,7 @@ std::optional<Items> extended(Items items, const QRect &word, int letterHeight)
     return items;
 }
 
-/// The row's words in groups that are as long as may be.
+/// The row's words in the longest possible groups.
 std::vector<Items> itemsIn(const Row &row)
 {
     std::vector<Items> groups(1);
@@ -103,7 +104,8 @@ std::vector<Items> itemsIn(const Row &row)
     return groups;
 }
 
-/// Whether the line is of the same text: right above or below, or nearly so and in the same column.
+/// Whether the line belongs to the same text: close above or below, or less close and in the same
+/// column.
 bool isCloseTo(const Items &items, const TextLine &line)
 {
     const int higher = std::max(line.letterHeight, items.lowestLetter);

@@ -8,12 +8,12 @@
 namespace
 {
 
-/// Lines of one block: the most that lies between them, and by how much their letters differ, in
-/// heights of a letter.
+/// Lines of one block: the widest distance between them, in heights of a letter, and the greatest
+/// ratio of their letters' heights.
 constexpr double widestLeading = 1.6;
 constexpr double greatestHeightRatio = 1.35;
 
-/// A block's lines begin below each other within this many heights of a letter.
+/// The left ends of a block's lines differ by at most this many heights of a letter.
 constexpr double greatestIndent = 2.5;
 
 struct Block {
@@ -33,13 +33,13 @@ bool continues(const Block &block, const TextLine &line)
            std::abs(line.box.left() - last.box.left()) <= greatestIndent * higher;
 }
 
-/// A heading's letters are this many times as high as those of most of the text, and it is this
-/// many of its own letters' heights wide.
+/// A heading's letters are at least this many times as high as those of most of the text, and the
+/// heading is at least this many of its letters' heights wide.
 constexpr double headingRatio = 1.6;
 constexpr double narrowestHeading = 5;
 
-/// Between gaps a heading holds words, this many heights of a letter wide in the mean; a row of
-/// icons holds narrower things.
+/// The parts of a heading are words, on average at least this many heights of a letter wide. A row
+/// of icons has narrower parts.
 constexpr double narrowestParts = 1.8;
 
 /// The height of the letters that most of the text is written in.
@@ -106,7 +106,8 @@ std::vector<Block> inRows(std::vector<Block> blocks)
     return ordered;
 }
 
-/// A line is of a menu bar when this share of it lies there: an icon may stand before the bar.
+/// A line belongs to a menu bar when at least this share of it lies there: an icon may stand before
+/// the bar.
 constexpr double leastShare = 0.8;
 
 bool isOf(const QRect &menuBar, const TextLine &line)
