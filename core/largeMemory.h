@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <memory>
 
-/// Memory of at least so many bytes, all zero, in large pages where the system has them: to touch
-/// the pixels of a screen for the first time takes a third of the time then. For things of some
-/// megabytes; null when there is not so much. Any thread.
+/// Zeroed memory of at least this many bytes, in large pages if the system has them. Writing the
+/// pixels of a whole screen for the first time then takes a third of the time. Meant for blocks of
+/// some megabytes. Null when there is not enough memory. Any thread.
 std::shared_ptr<unsigned char> allocateLargeMemory(std::size_t bytes);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Makes the calling thread give way to threads that a person waits for. It still gets its share of
-/// a busy machine. Calling it again changes nothing; a system that refuses leaves the priority as
-/// it is.
+/// Lowers the priority of the calling thread, so that it gives way to threads that a person waits
+/// for. It still gets a share of a busy machine. Calling it again changes nothing. If the system
+/// refuses, the priority stays as it is.
 void lowerThreadPriority();

@@ -1,9 +1,9 @@
 #pragma once
 
-/// Gives memory that was freed, and that the allocator keeps for later, back to the system. For the
-/// end of work that needed much of it; takes some milliseconds. Any thread.
+/// Returns freed memory that the allocator has kept to the system. For the end of work that needed
+/// much memory; takes some milliseconds. Any thread.
 void releaseFreeMemory();
 
-/// Has the allocator keep no more than a little for later from now on: by itself it keeps as much
-/// as twice the largest picture that was freed. Once at the start; any thread.
+/// Makes the allocator keep little freed memory from now on. By default it keeps up to twice the
+/// largest picture that was freed. Called once at the start; any thread.
 void keepLittleFreeMemory();

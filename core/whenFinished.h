@@ -8,7 +8,8 @@
 /// Calls `handler` with the future's result, from the event loop of the thread that `receiver`
 /// lives on, unless the future was cancelled or `receiver` is gone by then. Called on that thread.
 ///
-/// In place of QFuture::then with a context, which in Qt 6.4 must outlive the future.
+/// Used instead of QFuture::then with a context, because in Qt 6.4 the context must outlive the
+/// future.
 template <typename Result, typename Handler>
 void whenFinished(const QFuture<Result> &future, QObject *receiver, Handler handler)
 {

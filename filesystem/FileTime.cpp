@@ -14,7 +14,7 @@ FileTime toFileTime(const timespec &moment)
                     std::chrono::nanoseconds(moment.tv_nsec));
 }
 
-/// The fields have other names on other systems.
+/// These fields have different names on other systems.
 template <typename Status>
 FileTime modificationOf(const Status &status)
 {

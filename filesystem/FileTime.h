@@ -11,7 +11,7 @@ using FileTime = std::chrono::sys_time<std::chrono::nanoseconds>;
 namespace FileTimes
 {
 
-/// Before every moment that a file can bear.
+/// Earlier than any date a file can have.
 constexpr FileTime distantPast = FileTime::min();
 
 FileTime now();
@@ -19,7 +19,7 @@ FileTime now();
 /// When the entry's content was last modified, by its own status: a symbolic link's own date.
 FileTime modified(const struct stat &status);
 
-/// When the entry's status was last changed: also by a new name.
+/// When the entry's status was last changed. A rename changes it too.
 FileTime changed(const struct stat &status);
 
 } // namespace FileTimes

@@ -15,7 +15,7 @@ namespace ImageNames
 /// case) in any case.
 bool isVisible(std::string_view name, std::span<const std::string_view> extensions);
 
-/// The name as text; absent where it is not UTF-8, so that no URL can say it.
+/// The name as text; absent when it is not valid UTF-8, since no URL can hold it then.
 std::optional<QString> decoded(const QByteArray &name);
 
 } // namespace ImageNames

@@ -16,7 +16,7 @@ qint64 nanoseconds(const timespec &time)
     return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-/// The systems spell the members of fine resolution differently.
+/// These fields have different names on other systems.
 template <typename Status>
 FileIdentity identityOf(const Status &status)
 {
@@ -74,7 +74,7 @@ std::optional<FileIdentity> fileIdentity(const QString &path)
 
 std::shared_ptr<OpenFile> OpenFile::open(const QString &path)
 {
-    // Merely opening a device may do something; so the kind is looked at before and after.
+    // Even opening a device can have an effect, so the kind is checked before and after.
     if (path.isEmpty() || !fileIdentity(path))
         return nullptr;
     const int descriptor =

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-/// Which file it is, and which state of it: two equal identities mean the same bytes.
+/// Identifies a file and its state. Equal identities mean the same bytes.
 struct FileIdentity {
     quint64 device = 0;
     quint64 serial = 0;       ///< the file's number on its device
@@ -24,8 +24,8 @@ struct FileIdentity {
     }
 };
 
-/// A regular file that is open for reading. Opening never blocks on a pipe or a device, and reading
-/// moves no position: several threads may read from one object.
+/// A regular file that is open for reading. Opening never blocks on a pipe or a device. Reading
+/// does not move a position, so several threads may read from one object.
 class OpenFile
 {
 public:

@@ -8,10 +8,10 @@
 /// destination gives `std::errc::file_exists` and changes nothing. The name, not what it links to,
 /// is moved; modification time, permissions and extended attributes stay as they are.
 ///
-/// On one file system the move is one atomic step, as far as the file system has such a step;
-/// where it has none a hard link or a place-holder of our own keeps the promise. To another file
-/// system a regular file or link is copied, flushed to the disk and compared in size before the
-/// source is removed; whatever fails leaves the source whole and no half copy behind.
+/// Within one file system the move is one atomic step. Where the file system has no such step, a
+/// hard link or a placeholder file keeps others from being overwritten. To another file system a
+/// regular file or link is copied, flushed to the disk and compared in size before the source is
+/// removed. A failure leaves the source whole and no partial copy behind.
 ///
 /// @return the system's error, or none. Any thread; blocks.
 std::error_code moveFile(const QUrl &source, const QUrl &destination);

@@ -10,18 +10,18 @@ class RunningInstance : public QObject
 {
     Q_OBJECT
 public:
-    /// True when this process is now the one that runs. False when another one is: it has then
-    /// been asked to reopen, and this process should end. Blocks for two seconds at most: one that
-    /// lives but does not answer is busy, hears of it later and stays the one that runs, because
-    /// two at work on one folder would be worse than none in front.
+    /// True when this process is now the one that runs. False when another one is: it has then been
+    /// asked to reopen, and this process should end. Blocks for two seconds at most. A process that
+    /// runs but does not answer is busy; it learns of this later and stays the running one, because
+    /// two processes working on one folder would be worse than a window that does not come up.
     virtual bool claim() = 0;
 
 Q_SIGNALS:
     /// The user has opened the program again.
     void reopened();
 
-    /// The user has picked one of the program's actions outside of it, for instance from a dock:
-    /// one of "recent", "undo", "instant", "reveal", "quit".
+    /// The user has chosen one of the program's actions from outside, for instance from a dock: one
+    /// of "recent", "undo", "instant", "reveal", "quit".
     void actionRequested(const QString &name);
 };
 

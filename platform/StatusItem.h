@@ -10,8 +10,8 @@ class QAction;
 
 /// The program's item in the desktop's status bar, with its menu. Main thread.
 ///
-/// Where the status bar comes late the item appears then; where there is none it never does, and
-/// nothing else changes.
+/// If the status bar starts later, the item appears then. Without a status bar it never appears,
+/// and nothing else changes.
 class StatusItem
 {
 public:

@@ -12,17 +12,17 @@ class SystemTrash
 public:
     struct Trashed {
         std::error_code error;
-        /// Where the file now lies. Absent on failure, and where the system does not say.
+        /// Where the file is now. Absent on failure, and when the system does not say.
         std::optional<QUrl> location;
     };
 
     virtual ~SystemTrash() = default;
 
-    /// Moves the file there. On failure the file stands where it stood.
+    /// Moves the file there. On failure the file stays where it was.
     virtual Trashed trash(const QUrl &file) = 0;
 
-    /// Moves a file back out of a trash, this one or another, never over an existing file, and
-    /// then removes what the trash noted of it.
+    /// Moves a file back out of this or another trash, never over an existing file, and then
+    /// removes the trash's note of it.
     virtual std::error_code restore(const QUrl &trashed, const QUrl &original) = 0;
 };
 

@@ -2,11 +2,11 @@
 
 class QCoreApplication;
 
-/// What must be settled before the application object is made: which window system the program
-/// uses, how libraries behave, and that none of them writes to the console. Called once, first
-/// thing, on the main thread.
+/// Sets what must be set before the application object exists: which window system the program
+/// uses, how libraries behave, and that none of them writes to the console. Called once, at the
+/// very start, on the main thread.
 void prepareProcess();
 
-/// From now on the system's request that the process end (at log-out, by kill) quits the
-/// application as its user would. Called once, on the main thread.
+/// From now on the application quits in the ordinary way when the system asks the process to end
+/// (at logout, by kill). Called once, on the main thread.
 void quitWhenTerminated(QCoreApplication &application);

@@ -6,8 +6,7 @@
 namespace
 {
 
-/// Of a large page, on the processors that desktops have; a page is large only where it is aligned
-/// to its own size.
+/// The size of a large page on desktop processors. A large page must be aligned to its own size.
 constexpr std::size_t largePage = std::size_t(2) << 20;
 
 constexpr std::size_t roundedUp(std::size_t bytes)
@@ -27,7 +26,7 @@ std::shared_ptr<unsigned char> allocateLargeMemory(std::size_t bytes)
         return nullptr;
     auto *const aligned =
         reinterpret_cast<unsigned char *>(roundedUp(reinterpret_cast<std::uintptr_t>(start)));
-    // Where the system refuses, the pages are small, that is all.
+    // If the system refuses, the pages are small, and nothing else changes.
     ::madvise(aligned, pages, MADV_HUGEPAGE);
     return {aligned, [start, mapped](unsigned char *) { ::munmap(start, mapped); }};
 }

@@ -5,14 +5,14 @@
 namespace
 {
 
-/// A tenth of an ordinary thread's share. (With SCHED_IDLE, a name would wait for the end of
-/// somebody's compilation.)
+/// About a tenth of an ordinary thread's share. SCHED_IDLE would make a name wait until somebody's
+/// compilation has ended.
 constexpr int niceness = 10;
 
 } // namespace
 
 void lowerThreadPriority()
 {
-    // Here, unlike what POSIX says, 0 is the calling thread and not the whole process.
+    // On Linux, unlike in POSIX, 0 means the calling thread and not the whole process.
     ::setpriority(PRIO_PROCESS, 0, niceness);
 }

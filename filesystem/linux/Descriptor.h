@@ -29,7 +29,7 @@ private:
     int m_number;
 };
 
-/// What the system call before has left in `errno`.
+/// The error that the previous system call left in `errno`.
 inline std::error_code lastError()
 {
     return {errno, std::generic_category()};

@@ -70,8 +70,7 @@ void copyExtendedAttributes(int from, int to)
     }
 }
 
-/// A file system that has no attributes or permissions is no reason to keep the file from its
-/// place.
+/// A file system without attributes or permissions must not stop the move.
 void copyAttributes(int from, int to, const struct stat &original)
 {
     copyExtendedAttributes(from, to);
@@ -94,7 +93,7 @@ std::error_code copyContent(int from, int to, struct stat *original, struct stat
                                               : std::make_error_code(std::errc::io_error);
 }
 
-/// Through a file without a name, of which nothing is left behind even when the program dies.
+/// Copies through a file without a name, so that nothing is left behind even when the program dies.
 /// `std::errc::operation_not_supported` where the file system has no such files.
 std::error_code copyThroughNamelessFile(int from, const char *destination, struct stat *original,
                                         struct stat *copy)
@@ -112,7 +111,7 @@ std::error_code copyThroughNamelessFile(int from, const char *destination, struc
     return errno == EEXIST ? lastError() : unsupported;
 }
 
-/// A name beside the destination that no other copy uses.
+/// A name in the destination's folder that no other copy uses.
 QByteArray temporaryName(const char *destination)
 {
     static std::atomic<unsigned> count = 0;

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// What stands at the path may have become another file meanwhile.
+/// By now another file may stand at the path.
 std::error_code unlinkIfStill(const char *path, const struct stat &file)
 {
     struct stat found = {};
@@ -23,7 +23,7 @@ std::error_code unlinkIfStill(const char *path, const struct stat &file)
     return ::unlink(path) == 0 ? std::error_code() : lastError();
 }
 
-/// Brings the folder's new entry to the disk. Some file systems can't, which is no failure.
+/// Flushes the folder's new entry to the disk. Some file systems can't; that is not a failure.
 void flushFolderOf(const QByteArray &path)
 {
     const Descriptor folder(::open(path.left(path.lastIndexOf('/') + 1).constData(),

@@ -29,7 +29,8 @@ bool isSameFile(const char *first, const char *second)
            a.st_ino == b.st_ino;
 }
 
-/// On a file system that ignores case, "Shot.png" stands in the way of itself as "shot.png".
+/// On a file system that ignores case, "Shot.png" can't be renamed to "shot.png" directly: it is in
+/// its own way.
 std::error_code renameCaseOnly(const char *source, const char *destination)
 {
     const QByteArray between = QByteArray(source) + ".velmora-case";
@@ -41,8 +42,8 @@ std::error_code renameCaseOnly(const char *source, const char *destination)
     return error;
 }
 
-/// For file systems without an exclusive rename: a second name, which never replaces one, and then
-/// the first name's end.
+/// For file systems without an exclusive rename: adds a second name, which never replaces another,
+/// and then removes the first.
 std::error_code linkAndUnlink(const char *source, const char *destination)
 {
     if (::linkat(AT_FDCWD, source, AT_FDCWD, destination, 0) != 0)
@@ -54,8 +55,8 @@ std::error_code linkAndUnlink(const char *source, const char *destination)
     return error;
 }
 
-/// For file systems without hard links too: an empty file of our own takes the name, and only that
-/// one is replaced.
+/// For file systems without hard links too: creates an empty file of that name and replaces only
+/// that.
 std::error_code replacePlaceholder(const char *source, const char *destination)
 {
     Descriptor placeholder(

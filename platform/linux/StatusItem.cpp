@@ -10,8 +10,8 @@
 namespace
 {
 
-/// The item as Qt's tray icon, which speaks to hosts of status items over the session bus and
-/// embeds itself in the older tray.
+/// The item as Qt's tray icon, which talks to hosts of status items over the session bus, or embeds
+/// itself in the older tray.
 class TrayStatusItem : public StatusItem
 {
 public:

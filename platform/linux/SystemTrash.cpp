@@ -32,7 +32,7 @@ struct Original {
     /// Its folder, absolute and without links.
     QByteArray folder;
 
-    /// Its place as a trash notes it.
+    /// Its path as the trash notes it.
     QByteArray pathIn(const TrashFolder &trash) const
     {
         if (trash.top.isEmpty())
@@ -48,7 +48,7 @@ SystemTrash::Trashed failure(const std::error_code &error)
     return {error, std::nullopt};
 }
 
-/// The file system's own limit, which encryption and others make shorter than usual.
+/// The file system's own limit on names. Encrypted ones have a shorter one than usual.
 long maximumNameIn(const TrashFolder &trash)
 {
     const auto limit = [](const QByteArray &folder) {
@@ -58,8 +58,8 @@ long maximumNameIn(const TrashFolder &trash)
     return std::min(limit(trash.filesFolder()), limit(trash.infoFolder()));
 }
 
-/// The note comes first: it reserves the name, and a file without one could not be restored by
-/// others.
+/// The note is written first. It reserves the name, and without it no file manager could restore
+/// the file.
 SystemTrash::Trashed moveInto(const TrashFolder &trash, const Original &original)
 {
     const QByteArray info =
@@ -99,7 +99,7 @@ public:
             const Trashed trashed =
                 near ? moveInto(*near, original)
                      : failure(std::make_error_code(std::errc::permission_denied));
-            // The home trash holds everything that has no trash of its own, as a copy.
+            // Files of a file system without a trash of its own are copied to the home trash.
             if (!trashed.error)
                 return trashed;
         }

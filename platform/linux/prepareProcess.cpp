@@ -27,7 +27,7 @@ void keepEnginesOnOneCore()
     qputenv("OMP_THREAD_LIMIT", "1");
 }
 
-/// Some decoders complain of damaged pictures straight to the standard error.
+/// Some decoders write complaints about damaged pictures directly to standard error.
 void silenceLibraries()
 {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
@@ -37,7 +37,7 @@ void silenceLibraries()
     }
 }
 
-/// The signal handler's way into the event loop: writing to a pipe is all that it may safely do.
+/// How the signal handler reaches the event loop: writing to a pipe is all that it may safely do.
 int terminationPipe[2] = {-1, -1};
 
 void requestTermination(int)

@@ -26,7 +26,7 @@ QString objectPath()
     return QStringLiteral("/app/velmora/Velmora");
 }
 
-/// Before the call or in the middle of it. A call that nobody answered in time looks the same.
+/// The other process went away before or during the call. A call that timed out looks the same.
 bool isOwnerGone(const QDBusMessage &answer)
 {
     const QDBusError error(answer);
@@ -42,7 +42,7 @@ ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
 {
     if (!m_bus.isConnected())
         return Claim::Impossible;
-    // The object comes before the name: whoever sees the name can call.
+    // The object is registered before the name, so that whoever sees the name can call.
     m_bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
     QDBusMessage activate = QDBusMessage::createMethodCall(
         busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),

@@ -8,8 +8,8 @@
 #include <QStringList>
 #include <QVariantList>
 
-/// The program as `org.freedesktop.Application` on the session bus, under the name that only one
-/// process can have. Main thread.
+/// Keeps to one instance by owning a name on the session bus, and offers
+/// `org.freedesktop.Application` there. Main thread.
 class ApplicationOnBus : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -24,11 +24,11 @@ public:
     ApplicationOnBus();
 
     /// Blocks for two seconds at most when the other process does not answer. It is then taken to
-    /// be busy, not dead: the bus itself knows the dead. The message waits for it.
+    /// be busy, because the bus would know if it had died; it receives the message later.
     Claim claim(const LaunchToken &token);
 
 public Q_SLOTS:
-    // The calls of other programs. An action that is none is answered with an error.
+    // Called by other programs. An unknown action is answered with an error.
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
     Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
     Q_SCRIPTABLE void ActivateAction(const QString &name, const QVariantList &parameters,

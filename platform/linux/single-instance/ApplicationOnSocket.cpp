@@ -17,7 +17,7 @@ namespace
 constexpr std::chrono::milliseconds answerTime = std::chrono::seconds(2);
 constexpr std::chrono::milliseconds lockTime{100};
 
-/// Longer than any token; whoever sends more is no second process of ours.
+/// Longer than any token. Whoever sends more is not another instance.
 constexpr qint64 longestCall = 1 << 16;
 
 constexpr char answer[] = "here\n";
@@ -29,7 +29,7 @@ bool isOursAlone(const QByteArray &folder)
            status.st_uid == ::getuid() && (status.st_mode & 077) == 0;
 }
 
-/// A folder into which nobody else can put anything; empty when there is none.
+/// A folder that nobody else can write to; empty when there is none.
 QString privateFolder()
 {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
@@ -66,7 +66,7 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
         return Claim::Impossible;
     const QString socketPath = folder + QStringLiteral("/velmora.socket");
     m_lock = std::make_unique<QLockFile>(folder + QStringLiteral("/velmora.lock"));
-    // A lock is given up by its process's end, never by its age.
+    // A running process still holds this lock, however old it is.
     m_lock->setStaleLockTime(0);
     QDeadlineTimer deadline(answerTime);
     do {
@@ -76,7 +76,7 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
         }
         if (m_lock->error() != QLockFile::LockFailedError)
             return Claim::Impossible;
-        // It may be starting and not listen yet, or be about to end: then try again.
+        // The other process may not listen yet, or may be about to end: try again.
         if (activateOther(socketPath, token, deadline))
             return Claim::Theirs;
     } while (!deadline.hasExpired());
@@ -85,7 +85,7 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
 
 void ApplicationOnSocket::listen(const QString &socketPath)
 {
-    // What stands there belonged to a process that had the lock and has ended.
+    // The socket there was left behind by a process that has ended.
     QLocalServer::removeServer(socketPath);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {

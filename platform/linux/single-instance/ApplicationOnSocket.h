@@ -10,8 +10,8 @@
 
 class QLocalSocket;
 
-/// The program where there is no session bus: a lock that only one process of the user can have,
-/// and a socket on which that one hears of others. Main thread.
+/// Keeps to one instance without a session bus: a lock that only one process of the user can hold,
+/// and a socket on which that process hears from others. Main thread.
 class ApplicationOnSocket : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
         Impossible, ///< there is no place for a lock that is the user's alone
     };
 
-    /// Blocks for two seconds at most when the other process lives and does not answer.
+    /// Blocks for two seconds at most when the other process runs but does not answer.
     Claim claim(const LaunchToken &token);
 
 Q_SIGNALS:

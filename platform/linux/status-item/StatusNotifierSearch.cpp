@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Hosts say when they come, but not every list of them passes it on.
+/// Hosts announce themselves, but not every watcher passes that on.
 constexpr std::chrono::milliseconds askAgainAfter[] = {2s, 5s, 10s, 20s, 30s};
 
 QString watcherName()
@@ -30,7 +30,7 @@ QString watcherPath()
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
-/// The bus answers so when it has not been asked to start anybody.
+/// The bus answers with this when it was asked not to start the service.
 bool meansNobody(const QDBusError &error)
 {
     return error.type() == QDBusError::ServiceUnknown ||

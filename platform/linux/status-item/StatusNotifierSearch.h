@@ -8,12 +8,12 @@
 #include <memory>
 #include <optional>
 
-/// Waits until the session has a status bar. Qt looks for one when the program first touches its
-/// tray icon, and keeps to what it then found until the program ends; a session that has just
-/// begun may have its status bar only seconds later. So nobody touches it before found().
+/// Waits until the session has a status bar. Qt looks for one only once, when the program first
+/// uses its tray icon, but right after login the status bar may start seconds later. The tray icon
+/// must therefore not be used before found().
 ///
-/// A host of status items is taken whenever there is one. The older tray is taken where no host
-/// has come in time. Main thread; nothing blocks on another program.
+/// A host of status items is used as soon as there is one. The older XEmbed tray is used when no
+/// host has come in time. Main thread; never waits for another program.
 class StatusNotifierSearch : public QObject
 {
     Q_OBJECT
@@ -24,9 +24,9 @@ public:
     };
 
     struct Patience {
-        /// With an older tray, and nobody on the bus who keeps a list of hosts.
+        /// How long to wait for a host when there is an XEmbed tray and no watcher on the bus.
         std::chrono::milliseconds withoutWatcher = std::chrono::seconds(2);
-        /// With an older tray, and a list of hosts that is empty.
+        /// How long to wait for a host when there is an XEmbed tray and a watcher without hosts.
         std::chrono::milliseconds withoutHost = std::chrono::seconds(30);
     };
 
@@ -37,7 +37,7 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// Told once.
+    /// Sent once.
     void found(StatusNotifierSearch::StatusBar statusBar);
 
 private Q_SLOTS:
@@ -51,7 +51,7 @@ private:
     Patience m_patience;
     std::chrono::milliseconds m_waited{0};
     bool m_isFound = false;
-    /// Whether somebody on the bus keeps a list of hosts; absent until that is known.
+    /// Whether there is a watcher on the bus; absent until that is known.
     std::optional<bool> m_hasWatcher;
     std::unique_ptr<XembedTray> m_olderTray;
 };

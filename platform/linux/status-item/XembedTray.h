@@ -4,15 +4,14 @@
 
 #include <QObject>
 
-/// The tray of the X server's screen in which windows are embedded, as it was before status items
-/// spoke over the session bus. Main thread.
+/// The older tray, in which programs embed X windows. Main thread.
 class XembedTray : public QObject
 {
     Q_OBJECT
 public:
     XembedTray();
 
-    /// Whether some program is such a tray now; one round trip to the server.
+    /// Whether a program provides such a tray now. One round trip to the X server.
     bool isThere();
 
 Q_SIGNALS:

@@ -8,7 +8,7 @@
 namespace
 {
 
-/// What bars ask for, and twice that for dense screens.
+/// The sizes that status bars ask for, and twice those for dense screens.
 constexpr int sizes[] = {16, 22, 24, 32, 44, 48, 64};
 
 /// The edge is a 22nd of the icon wide.

@@ -58,8 +58,7 @@ QByteArray topOfFileSystem(QByteArray folder)
     return folder;
 }
 
-/// A link there could lead the user's files anywhere; without the sticky bit others could take
-/// them away.
+/// A link there could lead anywhere; without the sticky bit other users could remove the files.
 bool isSafeCommonTrash(const QByteArray &path)
 {
     struct stat status = {};

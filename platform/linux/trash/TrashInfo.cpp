@@ -17,7 +17,7 @@ constexpr char infoSuffix[] = ".trashinfo";
 constexpr char filesFolder[] = "/files/";
 constexpr mode_t ownerReadsAndWrites = S_IRUSR | S_IWUSR;
 
-/// The first bytes of a UTF-8 text, at most `length` and without a character's beginning alone.
+/// At most the first `length` bytes of a UTF-8 text, without a partial character at the end.
 QByteArray leftPart(const QByteArray &text, qsizetype length)
 {
     if (length >= text.size())
@@ -62,7 +62,7 @@ QByteArray TrashInfo::nameInTrash(const QByteArray &name, int attempt, long maxi
     QByteArray end = QFile::encodeName(FileUrls::pathExtension(wanted));
     if (!end.isEmpty())
         end.prepend('.');
-    // What follows the last dot of a name that long is a text and no extension.
+    // In a name this long, what follows the last dot is text and not an extension.
     if (end.size() > room / 2)
         end.clear();
     const QByteArray base = name.chopped(end.size());
@@ -85,7 +85,7 @@ std::error_code TrashInfo::write(const QByteArray &infoPath, const QByteArray &c
     if (descriptor < 0)
         return lastError();
     std::error_code error = writeAll(descriptor, content);
-    // Some file systems tell of a full disk only now.
+    // Some file systems report a full disk only here.
     if (::close(descriptor) != 0 && !error)
         error = lastError();
     if (error)

@@ -5,18 +5,18 @@
 
 #include <system_error>
 
-/// What a trash notes of each file in it, in a file "NAME.trashinfo". Names and paths are in the
+/// The note that a trash keeps of each file in it, as "NAME.trashinfo". Names and paths are in the
 /// file system's own bytes. Any thread.
 namespace TrashInfo
 {
 
-/// Where the note of "…/files/NAME" stands: "…/info/NAME.trashinfo". Empty when the file lies in no
+/// The path of the note of "…/files/NAME": "…/info/NAME.trashinfo". Empty when the file is not in a
 /// folder "files".
 QByteArray pathFor(const QByteArray &trashedFile);
 
-/// The name under which the file is tried for the `attempt`th time (from 1): its own, then
-/// "base.2.ext", …, shortened before the extension so that its note's name has at most
-/// `maximumLength` bytes and no character is cut.
+/// The name for the `attempt`th try (from 1): the file's own, then "base.2.ext", …, shortened
+/// before the extension so that its note's name has at most `maximumLength` bytes and no character
+/// is cut.
 QByteArray nameInTrash(const QByteArray &name, int attempt, long maximumLength);
 
 /// A note on the file that stood at `path`: absolute in the home trash, else from the top of the
