@@ -1,5 +1,7 @@
 #include "style/ElidedLabel.h"
 
+#include "style/breakableText.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -11,7 +13,7 @@ namespace
 QString wrappingToolTip(const QString &text)
 {
     return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>")
-        .arg(text.toHtmlEscaped());
+        .arg(breakableText(text).toHtmlEscaped());
 }
 
 } // namespace
@@ -29,11 +31,17 @@ QSize ElidedLabel::minimumSizeHint() const
 
 bool ElidedLabel::event(QEvent *event)
 {
-    if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
+    const QString shown = toolTip().isEmpty() && isCut() ? text() : toolTip();
+    if (event->type() != QEvent::ToolTip || shown.isEmpty())
         return QLabel::event(event);
     const QPoint position = static_cast<QHelpEvent *>(event)->globalPos();
-    QToolTip::showText(position, wrappingToolTip(toolTip()), this);
+    QToolTip::showText(position, wrappingToolTip(shown), this);
     return true;
+}
+
+bool ElidedLabel::isCut() const
+{
+    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *)

@@ -4,7 +4,8 @@
 
 /// A label of plain text on one line that is cut with an ellipsis where it does not fit, and never
 /// asks for more room than its text needs. `text()` is always the whole text.
-/// Its tool tip is shown to the letter, on as many lines as it needs.
+/// Its tool tip is shown to the letter, on as many lines as it needs; without one, a text that is
+/// cut is shown whole.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -18,5 +19,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    bool isCut() const;
+
     Qt::TextElideMode m_mode;
 };

@@ -1,6 +1,7 @@
 #include "style/ImageView.h"
 
 #include "style/VelmoraPalette.h"
+#include "style/accessibleRole.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -24,7 +25,10 @@ bool hasOpaqueCorners(const QImage &image)
 
 } // namespace
 
-ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
+ImageView::ImageView(QWidget *parent) : QWidget(parent)
+{
+    setAccessibleRole(*this, QAccessible::Graphic);
+}
 
 void ImageView::setImage(const QImage &image)
 {

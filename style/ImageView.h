@@ -5,7 +5,8 @@
 #include <QWidget>
 
 /// Shows a picture in the middle, scaled up or down in its proportions to fill the view, and
-/// clipped to the view's rounded corners. An opaque picture has a faint outline.
+/// clipped to the view's rounded corners. An opaque picture has a faint outline. An image for
+/// assistive technologies; whoever makes it says of what.
 class ImageView : public QWidget
 {
     Q_OBJECT

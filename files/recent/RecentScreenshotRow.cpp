@@ -6,6 +6,7 @@
 #include "style/ImageView.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
+#include "style/accessibleRole.h"
 
 #include <QHBoxLayout>
 #include <QPalette>
@@ -34,6 +35,12 @@ RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, QWi
     setFillColor(VelmoraPalette::card());
     setCornerRadius(cornerRadius);
     setBorder(1, VelmoraPalette::withAlpha(VelmoraPalette::amber(), borderAlpha));
+    // By the name the buttons of one row can be told from those of another.
+    const QString name = FileUrls::lastPathComponent(url);
+    setAccessibleRole(*this, QAccessible::Grouping);
+    setAccessibleName(name);
+    m_thumbnail->setAccessibleName(QStringLiteral("Thumbnail"));
+    m_thumbnail->setAccessibleDescription(QStringLiteral("Thumbnail of ") + name);
     m_thumbnail->setFixedSize(thumbnailSize);
     m_thumbnail->setCornerRadius(thumbnailRadius);
 

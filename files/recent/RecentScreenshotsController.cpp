@@ -23,7 +23,7 @@ void RecentScreenshotsController::show()
         connect(m_window.get(), &RecentScreenshotsWindow::actionRequested, this,
                 &RecentScreenshotsController::perform);
     }
-    m_window->present();
+    m_window->presentList();
 }
 
 void RecentScreenshotsController::perform(const RecentScreenshotAction &action)

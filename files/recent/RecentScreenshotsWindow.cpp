@@ -1,11 +1,8 @@
 #include "files/recent/RecentScreenshotsWindow.h"
 
 #include "files/recent/RecentScreenshots.h"
-#include "style/SystemFont.h"
-#include "style/VelmoraPalette.h"
+#include "filesystem/FileUrls.h"
 
-#include <QScreen>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace
@@ -13,67 +10,66 @@ namespace
 
 constexpr QSize contentSize(620, 460);
 constexpr QSize leastSize(400, 240);
-/// What a title bar may add to the height; it is known only when the window stands on the screen.
-constexpr int frameAllowance = 30;
 
-constexpr Qt::WindowFlags windowKind = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                       Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
-                                       Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
+QList<QUrl> filesIn(const QUrl &folder, QList<QUrl> files)
+{
+    files.removeIf([&folder](const QUrl &file) { return FileUrls::parentFolder(file) != folder; });
+    return files;
+}
 
 } // namespace
 
 RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
                                                  ScreenshotImages &images, QWidget *parent)
-    : QWidget(parent, windowKind)
+    : FloatingWindow(QStringLiteral("Recent Screenshots"), Qt::WindowMinMaxButtonsHint, parent)
     , m_recent(recent)
     , m_thumbnails(images, RecentScreenshotRow::thumbnailSize)
 {
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(QStringLiteral("Recent Screenshots"));
-    setPalette(VelmoraPalette::lightPalette());
-    setFont(systemFont(13));
     setMinimumSize(leastSize);
     resize(contentSize);
-    placeOnScreen();
     auto *content = new QVBoxLayout(this);
     content->setContentsMargins({});
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     connect(&m_recent, &RecentScreenshots::refreshed, this, [this] {
         if (isVisible())
             showList();
     });
 }
 
-void RecentScreenshotsWindow::present()
+void RecentScreenshotsWindow::presentList()
 {
     m_recent.refresh();
     showList();
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
+    present();
+}
+
+void RecentScreenshotsWindow::fitInto(const QSize &room)
+{
+    setMinimumSize(leastSize.boundedTo(room));
+    resize(size().boundedTo(room));
 }
 
 void RecentScreenshotsWindow::showList()
 {
-    const bool isOutdated =
-        !m_view || m_view->urls() != m_recent.urls() || m_view->folder() != m_recent.folder();
-    if (isOutdated)
-        rebuild();
+    const QUrl folder = FileUrls::standardized(m_recent.folder());
+    const QList<QUrl> files = filesIn(folder, m_recent.urls());
+    // Files of a former folder are on the list until the present one has been listed.
+    const bool isOfFormerFolder = files != m_recent.urls();
+    if (!m_view || (!isOfFormerFolder && (m_view->urls() != files || m_view->folder() != folder)))
+        rebuild(files, folder);
     // The picture that is asked for last is read first.
     const auto &rows = m_view->rows();
     for (auto row = rows.crbegin(); row != rows.crend(); ++row)
         m_thumbnails.show((*row)->url(), (*row)->thumbnail());
 }
 
-void RecentScreenshotsWindow::rebuild()
+void RecentScreenshotsWindow::rebuild(const QList<QUrl> &files, const QUrl &folder)
 {
     RecentScreenshotsView *old = m_view;
     const int position = old ? old->scrollPosition() : 0;
     const int focused = old ? old->focusedButton() : -1;
-    m_view = new RecentScreenshotsView(
-        m_recent.urls(), m_recent.folder(),
-        [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); });
+    m_view = new RecentScreenshotsView(files, folder, [this](const RecentScreenshotAction &action) {
+        Q_EMIT actionRequested(action);
+    });
     if (old) {
         // It may be one of its buttons that had the list made anew.
         old->hide();
@@ -87,12 +83,4 @@ void RecentScreenshotsWindow::rebuild()
     // No button is in focus until the user goes to one.
     if (!m_view->setFocusedButton(focused))
         setFocus();
-}
-
-void RecentScreenshotsWindow::placeOnScreen()
-{
-    const QRect room = screen()->availableGeometry();
-    QRect framed({}, size() + QSize(0, frameAllowance));
-    framed.moveCenter(room.center());
-    move(framed.topLeft());
 }

@@ -2,22 +2,23 @@
 
 #include "files/recent/RecentScreenshotsView.h"
 #include "files/recent/RecentThumbnails.h"
+#include "style/FloatingWindow.h"
 
 class RecentScreenshots;
 class ScreenshotImages;
 
-/// The window "Recent Screenshots". It stays above other windows, and closing it only hides it.
-/// While it is shown its content is made anew whenever the list has changed. Main thread.
-class RecentScreenshotsWindow : public QWidget
+/// The window "Recent Screenshots". While it is shown its content is made anew whenever the list
+/// has changed. After a change of the folder it goes on showing the former one, name and files,
+/// until the new one has been listed. Main thread.
+class RecentScreenshotsWindow : public FloatingWindow
 {
     Q_OBJECT
 public:
-    /// Its place is the middle of the screen, until the user moves it.
     RecentScreenshotsWindow(RecentScreenshots &recent, ScreenshotImages &images,
                             QWidget *parent = nullptr);
 
-    /// Refreshes the list, and brings the window to the front with the keyboard.
-    void present();
+    /// Has the list refreshed, and brings the window to the front with the keyboard.
+    void presentList();
 
     /// Null before the window has been shown for the first time.
     RecentScreenshotsView *view() const { return m_view; }
@@ -25,10 +26,12 @@ public:
 Q_SIGNALS:
     void actionRequested(const RecentScreenshotAction &action);
 
+protected:
+    void fitInto(const QSize &room) override;
+
 private:
     void showList();
-    void rebuild();
-    void placeOnScreen();
+    void rebuild(const QList<QUrl> &files, const QUrl &folder);
 
     RecentScreenshots &m_recent;
     RecentThumbnails m_thumbnails;

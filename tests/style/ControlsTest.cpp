@@ -3,10 +3,17 @@
 #include "style/FileIcon.h"
 #include "style/ImageView.h"
 #include "style/SystemFont.h"
+#include "style/breakableText.h"
 
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QTest>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -17,6 +24,19 @@ QImage drawn(QWidget &view)
     image.fill(Qt::transparent);
     view.render(&image, {}, {}, QWidget::DrawChildren);
     return image;
+}
+
+/// The tool tip that comes when the pointer rests on the widget; null when none comes.
+const QLabel *toolTipOf(QWidget &widget)
+{
+    const QPoint middle = widget.rect().center();
+    QHelpEvent rest(QEvent::ToolTip, middle, widget.mapToGlobal(middle));
+    QApplication::sendEvent(&widget, &rest);
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::ToolTip)
+            return qobject_cast<const QLabel *>(window);
+    }
+    return nullptr;
 }
 
 QImage solid(QSize size, QColor color)
@@ -111,6 +131,62 @@ private Q_SLOTS:
         const QImage cut = drawn(label);
         label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, 100));
         QCOMPARE(drawn(label), cut);
+    }
+
+    void aCutTextIsWholeInAToolTipThatCanBeRead_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("toolTip");
+        const QString path = u"/home/anna/"_s + u"one-long-folder/"_s.repeated(20);
+        const QString name = QString(250, u'w') + u".png"_s;
+        QTest::newRow("path") << path << path;
+        QTest::newRow("name") << name << QString();
+        QTest::newRow("markup") << u"<b>a & b</b> "_s.repeated(20) << QString();
+    }
+
+    void aCutTextIsWholeInAToolTipThatCanBeRead()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, toolTip);
+        ElidedLabel label(Qt::ElideMiddle);
+        label.setText(text);
+        label.setToolTip(toolTip);
+        label.resize(200, 20);
+        label.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        const QLabel *tip = toolTipOf(label);
+        QVERIFY(tip);
+        QTextDocument shown;
+        shown.setHtml(tip->text());
+        QCOMPARE(shown.toPlainText().remove(QChar(0x200b)), text);
+        QVERIFY2(tip->width() <= 700, qPrintable(QString::number(tip->width())));
+        QVERIFY(tip->height() > 2 * tip->fontMetrics().height());
+        QVERIFY(tip->screen()->geometry().contains(tip->frameGeometry()));
+        QToolTip::hideText();
+    }
+
+    void aTextThatIsNotCutNeedsNoToolTip()
+    {
+        ElidedLabel label(Qt::ElideMiddle);
+        label.setText(u"short.png"_s);
+        label.resize(200, 20);
+        label.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        QVERIFY(!toolTipOf(label));
+    }
+
+    void aTextCanBeBrokenWithinItsPartsAndStaysTheSame()
+    {
+        const QString astral = QString::fromUcs4(U"\U0001F4F7").repeated(40);
+        for (const QString &text : {u"/a/b-c_d.png"_s, QString(100, u'w'), astral, QString()}) {
+            const QString broken = breakableText(text);
+            QCOMPARE(QString(broken).remove(QChar(0x200b)), text);
+            QCOMPARE(broken.toUcs4().count(0xFFFD), 0);
+            const auto parts = broken.split(QChar(0x200b));
+            for (const QString &part : parts)
+                QVERIFY(part.size() <= 25 && part.isValidUtf16());
+        }
+        QCOMPARE(breakableText(u"/a/b"_s).count(QChar(0x200b)), 2);
     }
 
     void markupInALabelIsShownAsItStands()

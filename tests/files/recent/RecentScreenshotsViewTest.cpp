@@ -7,7 +7,9 @@
 #include "style/VelmoraPalette.h"
 #include "style/VelmoraStyle.h"
 #include "tests/files/TestFiles.h"
+#include "tests/style/AccessibleLeaves.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScrollArea>
 #include <QTest>
@@ -145,6 +147,12 @@ private Q_SLOTS:
         QVERIFY(folder);
         QVERIFY(folder->width() < folder->fontMetrics().horizontalAdvance(folder->text()));
         QCOMPARE(folder->toolTip(), path);
+        const QString cut = folder->fontMetrics().elidedText(folder->text(), Qt::ElideMiddle,
+                                                             folder->contentsRect().width());
+        QVERIFY(cut.startsWith(s("Folder: /some")) && cut.endsWith(s("way/end")));
+        const QImage shown = folder->grab().toImage();
+        folder->setText(cut);
+        QCOMPARE(shown, folder->grab().toImage());
         QCOMPARE(m_view->width(), 620);
         QVERIFY(placeIn(*m_view, *folder).right() < 620 - 24);
     }
@@ -241,6 +249,29 @@ private Q_SLOTS:
         QVERIFY(placeIn(*m_view, *row).right() <= 620 - 24);
         const auto *name = row->findChild<ElidedLabel *>();
         QVERIFY(placeIn(*row, *name).right() < placeIn(*row, *buttons.first()).left());
+    }
+
+    void aRowIsNamedAfterItsFileAndItsThumbnailIsAnImage()
+    {
+        show(someFiles(2));
+        for (RecentScreenshotRow *row : m_view->rows()) {
+            const QString name = FileUrls::lastPathComponent(row->url());
+            QAccessibleInterface *group = QAccessible::queryAccessibleInterface(row);
+            QCOMPARE(group->role(), QAccessible::Grouping);
+            QCOMPARE(group->text(QAccessible::Name), name);
+            QAccessibleInterface *image = QAccessible::queryAccessibleInterface(row->thumbnail());
+            QCOMPARE(image->role(), QAccessible::Graphic);
+            QCOMPARE(image->text(QAccessible::Name), s("Thumbnail"));
+            QCOMPARE(image->text(QAccessible::Description), s("Thumbnail of ") + name);
+        }
+    }
+
+    void whatIsReadOutComesInTheOrderInWhichItStands()
+    {
+        show(someFiles(3));
+        const QList<QRect> places = AccessibleLeaves::places(*m_view);
+        QCOMPARE(places.size(), 3 + 3 * 5);
+        QVERIFY(AccessibleLeaves::areInReadingOrder(places));
     }
 
     void aNameOfMarkupIsShownAsItIs()

@@ -17,6 +17,7 @@
 
 #include <QDateTime>
 #include <QScreen>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -50,6 +51,7 @@ class RecentScreenshotsWindowTest : public QObject
     ScreenshotImages m_images{*m_writers};
     std::unique_ptr<TestFiles> m_files;
     QUrl m_folder;
+    QSemaphore m_mayList; ///< listings that may be made, where a test counts them
     RecordingFileBrowser m_browser;
     FakePasteboard m_pasteboard;
     std::unique_ptr<FakeSystemTrash> m_trash;
@@ -84,9 +86,11 @@ class RecentScreenshotsWindowTest : public QObject
             names << FileUrls::lastPathComponent(row->url());
         return names;
     }
+    /// Null while there is no such row.
     QImage thumbnail(int row) const
     {
-        return window().view()->rows().at(row)->thumbnail()->image();
+        const RecentScreenshotRow *found = window().view()->rows().value(row);
+        return found ? found->thumbnail()->image() : QImage();
     }
     BezelButton *button(int row, int number) const
     {
@@ -96,6 +100,12 @@ class RecentScreenshotsWindowTest : public QObject
     {
         m_controller->show();
         QVERIFY(QTest::qWaitForWindowActive(&window()));
+    }
+    void makeController()
+    {
+        m_controller = std::make_unique<RecentScreenshotsController>(
+            RecentScreenshotsController::Services{m_browser, m_pasteboard, *m_trash, m_images},
+            *m_recent, *m_history);
     }
 
 private Q_SLOTS:
@@ -111,14 +121,14 @@ private Q_SLOTS:
             [this] { return m_folder; }, ScreenshotFolderResolver::recentScreenshotFiles,
             ScreenshotFolderResolver::modificationDate});
         m_history = std::make_unique<UndoHistory>(*m_trash);
-        m_controller = std::make_unique<RecentScreenshotsController>(
-            RecentScreenshotsController::Services{m_browser, m_pasteboard, *m_trash, m_images},
-            *m_recent, *m_history);
+        makeController();
     }
     void cleanup()
     {
+        m_mayList.release(100);
         m_controller.reset();
         m_recent.reset();
+        m_mayList.acquire(m_mayList.available());
     }
 
     void thereIsNoWindowBeforeItIsAskedFor() { QVERIFY(!m_controller->window()); }
@@ -200,6 +210,48 @@ private Q_SLOTS:
         m_recent->refresh();
         QTRY_COMPARE(names(), QStringList{s("elsewhere.png")});
         QCOMPARE(window().view()->folder(), m_folder);
+    }
+
+    void theFormerFolderIsShownWholeUntilTheNewOneIsListed()
+    {
+        m_mayList.release();
+        m_controller.reset();
+        m_recent = std::make_unique<RecentScreenshots>(ScreenshotFolderAccess{
+            [this] { return m_folder; },
+            [this](const QUrl &folder, int limit) {
+                m_mayList.acquire();
+                return ScreenshotFolderResolver::recentScreenshotFiles(folder, limit);
+            },
+            ScreenshotFolderResolver::modificationDate});
+        makeController();
+        picture(s("a.png"), Qt::red, 5);
+        showWindow();
+        QTRY_COMPARE(names(), QStringList{s("a.png")});
+        const QUrl former = m_folder;
+        const TestFiles elsewhere;
+        elsewhere.make(s("elsewhere.png"));
+        m_folder = elsewhere.folder();
+        m_controller->show();
+        const auto isMixed = [&] {
+            return window().view()->folder() != former || names() != QStringList{s("a.png")};
+        };
+        QVERIFY(!QTest::qWaitFor(isMixed, 500));
+        window().close();
+        m_controller->show();
+        QVERIFY(!QTest::qWaitFor(isMixed, 500));
+        m_mayList.release(2);
+        QTRY_COMPARE(names(), QStringList{s("elsewhere.png")});
+        QCOMPARE(window().view()->folder(), elsewhere.folder());
+    }
+
+    void aListThatIsOfAnotherFolderIsNotShownUnderTheFirstName()
+    {
+        const TestFiles elsewhere;
+        m_recent->add(picture(s("a.png"), Qt::red, 5));
+        m_folder = elsewhere.folder();
+        m_controller->show();
+        QCOMPARE(window().view()->folder(), elsewhere.folder());
+        QCOMPARE(names(), QStringList());
     }
 
     void aThumbnailIsTheFilesPicture()

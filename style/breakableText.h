@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QString>
+
+/// The text with invisible places at which a line may be broken: after each character that ends a
+/// part of a path or of a name, and within parts that are longer than a line should be. A text that
+/// wraps then stays within its width whatever it says.
+QString breakableText(const QString &text);
