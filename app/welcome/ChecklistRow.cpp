@@ -40,6 +40,5 @@ ChecklistRow::ChecklistRow(const QString &title, const QString &detail, bool isD
     if (detail.isEmpty())
         return;
     QLabel *detailLabel = truncatedLabel(detail, systemFont(11), VelmoraPalette::secondaryText());
-    detailLabel->setToolTip(detail);
     grid->addWidget(detailLabel, 1, 1);
 }

@@ -4,7 +4,19 @@
 #include "style/VelmoraPalette.h"
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QWheelEvent>
+
+namespace
+{
+
+bool isReturn(const QEvent &event)
+{
+    const int key = static_cast<const QKeyEvent &>(event).key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace
 
 OptionPopUp::OptionPopUp(QWidget *parent) : QComboBox(parent)
 {
@@ -13,6 +25,31 @@ OptionPopUp::OptionPopUp(QWidget *parent) : QComboBox(parent)
     // The list is a window of its own, to which the palette does not come down.
     view()->setPalette(VelmoraPalette::lightPalette());
     view()->window()->setPalette(VelmoraPalette::lightPalette());
+    view()->installEventFilter(this);
+}
+
+/// Qt closes an open list before the key has been offered to the shortcuts of the window, and
+/// leaves it to them: Return would pick, and press the window's default button as well.
+bool OptionPopUp::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride && isReturn(*event)) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && isReturn(*event)) {
+        pick(view()->currentIndex().row());
+        return true;
+    }
+    return QComboBox::eventFilter(watched, event);
+}
+
+void OptionPopUp::pick(int index)
+{
+    hidePopup();
+    if (index < 0)
+        return;
+    setCurrentIndex(index);
+    Q_EMIT activated(index);
 }
 
 void OptionPopUp::wheelEvent(QWheelEvent *event)

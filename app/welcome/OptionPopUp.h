@@ -23,6 +23,9 @@ protected:
     /// The wheel scrolls what the pop-up stands in, and changes no setting in passing.
     void wheelEvent(QWheelEvent *event) override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     explicit OptionPopUp(QWidget *parent);
+    void pick(int index);
 };

@@ -28,7 +28,6 @@ ReadinessCard::ReadinessCard(const QString &title, const QString &detail, const 
     setAccessibleName(title + QStringLiteral(", ") + detail);
 
     QLabel *detailLabel = truncatedLabel(detail, systemFont(12), VelmoraPalette::secondaryText());
-    detailLabel->setToolTip(detail);
 
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(14, 11, 14, 12);

@@ -2,6 +2,7 @@
 
 #include "app/welcome/LoginItemController.h"
 #include "app/welcome/WelcomeWindow.h"
+#include "app/welcome/chooseFolder.h"
 #include "app/welcome/explainOnce.h"
 #include "app/welcome/feedbackMail.h"
 #include "core/VelmoraSettings.h"
@@ -10,27 +11,6 @@
 #include "platform/Platform.h"
 
 #include <QDesktopServices>
-#include <QFileDialog>
-
-#include <optional>
-
-namespace
-{
-
-std::optional<QUrl> chooseFolder(const QUrl &start, QWidget *parent)
-{
-    QFileDialog panel(parent, QStringLiteral("Choose Screenshot Folder"));
-    panel.setFileMode(QFileDialog::Directory);
-    panel.setOption(QFileDialog::ShowDirsOnly);
-    panel.setLabelText(QFileDialog::Accept, QStringLiteral("Use Folder"));
-    panel.setWindowFlag(Qt::WindowStaysOnTopHint);
-    panel.setDirectoryUrl(start);
-    if (panel.exec() != QDialog::Accepted || panel.selectedUrls().isEmpty())
-        return std::nullopt;
-    return panel.selectedUrls().constFirst();
-}
-
-} // namespace
 
 WelcomeController::WelcomeController(const Platform &platform, QObject *parent)
     : QObject(parent), m_platform(platform)
@@ -52,10 +32,7 @@ void WelcomeController::showWelcome(const QUrl &folder)
         m_welcomeWindow->addActions(m_actions);
         connectWindow();
     }
-    m_welcomeWindow->setWindowState(m_welcomeWindow->windowState() & ~Qt::WindowMinimized);
-    m_welcomeWindow->show();
-    m_welcomeWindow->raise();
-    m_welcomeWindow->activateWindow();
+    m_welcomeWindow->present();
 }
 
 void WelcomeController::closeWelcome()
@@ -97,30 +74,41 @@ void WelcomeController::optimizeScreenshotSpeed()
 
 void WelcomeController::startAtLoginChanged(bool on)
 {
-    if (on) {
-        explainOnce(QStringLiteral("didExplainStartAtLogin"), QStringLiteral("Start at login"),
-                    QStringLiteral("Velmora will ask macOS to open it when you sign in. You can "
-                                   "turn this off here anytime."),
-                    m_welcomeWindow.get());
+    if (!on) {
+        LoginItemController::setEnabled(*m_platform.loginItem, false);
+        return;
     }
-    LoginItemController::setEnabled(*m_platform.loginItem, on);
+    const Explanation explanation = {
+        .key = QStringLiteral("didExplainStartAtLogin"),
+        .title = QStringLiteral("Start at login"),
+        .message = QStringLiteral("Velmora will ask macOS to open it when you sign in. You can "
+                                  "turn this off here anytime."),
+    };
+    explainOnce(*m_welcomeWindow, explanation,
+                [this] { LoginItemController::setEnabled(*m_platform.loginItem, true); });
 }
 
 void WelcomeController::changeScreenshotFolder()
 {
-    explainOnce(QStringLiteral("didExplainFolderAccess"),
-                QStringLiteral("Screenshot folder access"),
-                QStringLiteral("Choose the folder where macOS saves screenshots. Velmora watches "
-                               "only that folder so it can rename new screenshots."),
-                m_welcomeWindow.get());
-    const QUrl current =
-        ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
-    const std::optional<QUrl> chosen = chooseFolder(current, m_welcomeWindow.get());
-    if (!chosen)
-        return;
-    ScreenshotFolderResolver::setScreenshotFolder(*m_platform.screenshotPreferences, *chosen);
-    Q_EMIT folderChosen(*chosen);
-    rebuild(*chosen);
+    const Explanation explanation = {
+        .key = QStringLiteral("didExplainFolderAccess"),
+        .title = QStringLiteral("Screenshot folder access"),
+        .message =
+            QStringLiteral("Choose the folder where macOS saves screenshots. Velmora watches only "
+                           "that folder so it can rename new screenshots."),
+    };
+    explainOnce(*m_welcomeWindow, explanation, [this] {
+        const QUrl current =
+            ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
+        chooseFolder(*m_welcomeWindow, current, [this](const QUrl &folder) { useFolder(folder); });
+    });
+}
+
+void WelcomeController::useFolder(const QUrl &folder)
+{
+    ScreenshotFolderResolver::setScreenshotFolder(*m_platform.screenshotPreferences, folder);
+    Q_EMIT folderChosen(folder);
+    rebuild(folder);
 }
 
 void WelcomeController::sendFeedback()
@@ -133,7 +121,7 @@ void WelcomeController::rebuild(const QUrl &folder)
 {
     if (m_welcomeWindow) {
         m_welcomeWindow->hide();
-        // The command that rebuilds comes from a control of the old window.
+        // The command that rebuilds comes from a control of the old window, or from its dialog.
         m_welcomeWindow.release()->deleteLater();
     }
     showWelcome(folder);

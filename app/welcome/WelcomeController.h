@@ -25,7 +25,7 @@ public:
     /// that moment; an existing one is shown as it is.
     void showWelcome(const QUrl &folder);
 
-    /// Hides the window, which stays as it is.
+    /// Hides the window, which stays as it is; its dialogs end.
     void closeWelcome();
 
     /// Switches the system's own thumbnail delay off, and shows a fresh window.
@@ -40,6 +40,7 @@ Q_SIGNALS:
 private:
     void startAtLoginChanged(bool on);
     void changeScreenshotFolder();
+    void useFolder(const QUrl &folder);
     void sendFeedback();
     void rebuild(const QUrl &folder);
     void connectWindow();

@@ -10,15 +10,12 @@
 #include "app/welcome/labels.h"
 #include "app/welcome/noticeCards.h"
 #include "filesystem/FileUrls.h"
-#include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
 
 #include <QGridLayout>
 #include <QLabel>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QWindow>
 
 namespace
 {
@@ -29,13 +26,6 @@ constexpr int sideMargin = 28;
 constexpr int topMargin = 26;
 constexpr int bottomMargin = 20;
 constexpr int leastSectionSpacing = 12;
-/// What a window manager's title bar and borders may add to the content's height. They are known
-/// only when the window stands on the screen, which is too late to choose its height.
-constexpr int frameAllowance = 44;
-
-constexpr Qt::WindowFlags windowKind = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                       Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
-                                       Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
 
 QWidget *readinessCards(const WelcomeState &state)
 {
@@ -84,13 +74,9 @@ QWidget *setupChecklist(const WelcomeState &state)
 } // namespace
 
 WelcomeWindow::WelcomeWindow(const WelcomeState &state, QWidget *parent)
-    : QWidget(parent, windowKind), m_scrollArea(new QScrollArea)
+    : FloatingWindow(QStringLiteral("Velmora"), Qt::WindowMinimizeButtonHint, parent)
+    , m_scrollArea(new QScrollArea)
 {
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(QStringLiteral("Velmora"));
-    setPalette(VelmoraPalette::lightPalette());
-    setFont(systemFont(13));
-
     WelcomeState shown = state;
     shown.folder = FileUrls::standardized(state.folder);
     m_scrollArea->setFrameShape(QFrame::NoFrame);
@@ -169,17 +155,7 @@ void WelcomeWindow::connectFooter(const WelcomeFooter &footer)
 void WelcomeWindow::setVisible(bool visible)
 {
     const bool appears = visible && !isVisible();
-    if (appears) {
-        fitToScreen();
-        place();
-        // A panel that comes late, as at login, takes room away.
-        connect(screen(), &QScreen::availableGeometryChanged, this, &WelcomeWindow::fitToScreen,
-                Qt::UniqueConnection);
-    }
-    // A hidden window has no frame any more, and `pos()` may remember a time before it had one.
-    if (!visible && isVisible())
-        m_lastPlace = windowHandle()->framePosition();
-    QWidget::setVisible(visible);
+    FloatingWindow::setVisible(visible);
     // No control is in focus until the user goes there: a stray key must change no setting.
     if (appears)
         setFocus();
@@ -187,24 +163,12 @@ void WelcomeWindow::setVisible(bool visible)
 
 /// On a screen that is too low for all of it the window is lower, and its content scrolls, as it
 /// would stand on a higher one.
-void WelcomeWindow::fitToScreen()
+void WelcomeWindow::fitInto(const QSize &room)
 {
-    const int room = screen()->availableGeometry().height() - frameAllowance;
-    const bool scrolls = room < contentSize.height();
-    setFixedSize(contentSize.width(), scrolls ? room : contentSize.height());
+    const bool scrolls = room.height() < contentSize.height();
+    setFixedSize(contentSize.width(), scrolls ? room.height() : contentSize.height());
     // The scroll bar stands in the margin.
     const int scrollBarWidth = scrolls ? m_scrollArea->verticalScrollBar()->sizeHint().width() : 0;
     m_scrollArea->widget()->layout()->setContentsMargins(sideMargin, topMargin,
                                                          sideMargin - scrollBarWidth, bottomMargin);
-}
-
-/// In the middle of the screen at first, later where it was.
-void WelcomeWindow::place()
-{
-    // Only a place that is set before the window exists is that of its frame, title bar and all.
-    if (testAttribute(Qt::WA_WState_Created))
-        return;
-    QRect framed({}, size() + QSize(0, frameAllowance));
-    framed.moveCenter(screen()->availableGeometry().center());
-    move(m_lastPlace.value_or(framed.topLeft()));
 }

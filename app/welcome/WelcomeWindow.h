@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QUrl>
-#include <QWidget>
+#include "style/FloatingWindow.h"
 
-#include <optional>
+#include <QUrl>
 
 class GeneralSection;
 class BehaviorSection;
@@ -19,15 +18,15 @@ struct WelcomeState {
 
 /// The program's one window for its status and its settings. It shows a snapshot and is never
 /// refreshed: a new state needs a new window. It changes nothing by itself, but tells what the user
-/// asks for. Closing it only hides it, and never ends the program. Main thread.
-class WelcomeWindow : public QWidget
+/// asks for. On a screen that is too low for all of it its content scrolls. Main thread.
+class WelcomeWindow : public FloatingWindow
 {
     Q_OBJECT
 public:
     /// Reads the user's three options from `VelmoraSettings`, all else from `state`.
     explicit WelcomeWindow(const WelcomeState &state, QWidget *parent = nullptr);
 
-    /// The window appears in the middle of the screen, and later where it was.
+    /// No control is in focus when the window appears.
     void setVisible(bool visible) override;
 
 Q_SIGNALS:
@@ -43,14 +42,14 @@ Q_SIGNALS:
     void doneRequested();
     void feedbackRequested();
 
+protected:
+    void fitInto(const QSize &room) override;
+
 private:
     QWidget *makeContent(const WelcomeState &state);
     void connectGeneral(const GeneralSection &general);
     void connectBehavior(const BehaviorSection &behavior);
     void connectFooter(const WelcomeFooter &footer);
-    void fitToScreen();
-    void place();
 
     QScrollArea *m_scrollArea;
-    std::optional<QPoint> m_lastPlace;
 };

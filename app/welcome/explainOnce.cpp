@@ -1,21 +1,18 @@
 #include "app/welcome/explainOnce.h"
 
+#include "app/welcome/Alert.h"
 #include "core/VelmoraSettings.h"
 
-#include <QMessageBox>
-
-void explainOnce(const QString &key, const QString &title, const QString &message, QWidget *parent)
+void explainOnce(QWidget &window, const Explanation &explanation, const std::function<void()> &goOn)
 {
-    if (VelmoraSettings::open().value(key).toBool())
+    if (VelmoraSettings::open().value(explanation.key).toBool()) {
+        goOn();
         return;
-    QMessageBox alert(parent);
-    alert.setIcon(QMessageBox::Information);
-    alert.setWindowTitle(QStringLiteral("Velmora"));
-    alert.setText(title);
-    alert.setInformativeText(message);
-    alert.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
-    // The windows of the program stay above others, and so must what belongs to them.
-    alert.setWindowFlag(Qt::WindowStaysOnTopHint);
-    alert.exec();
-    VelmoraSettings::open().setValue(key, true);
+    }
+    auto *alert = new Alert(explanation.title, explanation.message, &window);
+    QObject::connect(alert, &QDialog::finished, &window, [key = explanation.key, goOn] {
+        VelmoraSettings::open().setValue(key, true);
+        goOn();
+    });
+    alert->open();
 }

@@ -2,9 +2,19 @@
 
 #include <QString>
 
+#include <functional>
+
 class QWidget;
 
-/// Shows an explanation the first time that it is due, and never again for this user: a modal
-/// alert with one button, "OK". `key` is the preference that remembers it. Main thread; blocks
-/// until the alert is dismissed.
-void explainOnce(const QString &key, const QString &title, const QString &message, QWidget *parent);
+/// What is explained to the user before the program does something for the first time.
+struct Explanation {
+    QString key; ///< the preference that remembers that it has been read
+    QString title;
+    QString message;
+};
+
+/// Shows the explanation in an alert of the window, the first time that it is due and never again
+/// for this user, and calls `goOn` when it has been dismissed; at once where it is known already.
+/// Where the alert ends with the window, nothing is remembered and nothing goes on. Main thread.
+void explainOnce(QWidget &window, const Explanation &explanation,
+                 const std::function<void()> &goOn);

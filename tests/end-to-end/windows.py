@@ -13,15 +13,25 @@ def title_of(window):
     return desktop.window_property(window, "_NET_WM_NAME").strip('"')
 
 
+def is_dialog(window):
+    return "_DIALOG" in desktop.window_property(window, "_NET_WM_WINDOW_TYPE")
+
+
 class ProgramWindows:
     """What is mixed into a case. The cases begin with the welcome window closed."""
 
     def window(self, title):
         """The program's visible window of this title."""
         for window in desktop.windows_of(self.velmora.pid):
-            if desktop.geometry(window)[3] >= LOWEST_WINDOW and title_of(window) == title:
+            if title_of(window) != title or is_dialog(window):
+                continue
+            if desktop.geometry(window)[3] >= LOWEST_WINDOW:
                 return window
         return None
+
+    def dialogs(self):
+        """The program's visible dialogs."""
+        return [window for window in desktop.windows_of(self.velmora.pid) if is_dialog(window)]
 
     def is_in_front(self, title):
         window = self.window(title)

@@ -158,8 +158,8 @@ def is_steady(window, seconds=0.3):
 
 
 def window_property(window, name):
-    """A window's property as xprop prints it; empty when it is not set."""
-    text = run("xprop", "-id", str(window), name).decode()
+    """A window's property as xprop prints it; empty when it is not set or the window is gone."""
+    text = output_of("xprop", "-id", str(window), name).stdout.decode()
     return text.split("=", 1)[1].strip() if "=" in text else ""
 
 
@@ -344,6 +344,18 @@ class Velmora:
         place = ("--dest", "app.velmora.Velmora", "--object-path", "/app/velmora/Velmora")
         call = ("gdbus", "call", "--session", *place, "--method", method, action, "[]", "{}")
         return output_of(*call).returncode == 0
+
+    @staticmethod
+    def activate():
+        """Opens it again, as a launcher does. Whether it was heard."""
+        method = "org.freedesktop.Application.Activate"
+        place = ("--dest", "app.velmora.Velmora", "--object-path", "/app/velmora/Velmora")
+        call = ("gdbus", "call", "--session", *place, "--method", method, "{}")
+        return output_of(*call).returncode == 0
+
+    def elements(self):
+        """The tree of what the program tells assistive technologies; nothing when it is silent."""
+        return self._tools.tree(self.pid)
 
     @staticmethod
     def is_on_bus():

@@ -1,5 +1,6 @@
 #include "style/lightAppearance.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
+#include "tests/world/Screens.h"
 #include "tests/world/XDesktop.h"
 
 #include <QScreen>
@@ -159,8 +160,8 @@ private Q_SLOTS:
         QTRY_VERIFY(isFramed(window));
         XDesktop::run(QStringLiteral("xdotool"),
                       {QStringLiteral("windowmove"), QString::number(window.winId()),
-                       QStringLiteral("40"), QStringLiteral("30")});
-        const QPoint moved(40, 30);
+                       QStringLiteral("40"), QStringLiteral("8")});
+        const QPoint moved(40, 8);
         QTRY_VERIFY((framed(window).topLeft() - moved).manhattanLength() < 30);
         const QPoint where = framed(window).topLeft();
         for (int i = 0; i < 3; ++i) {
@@ -177,6 +178,43 @@ private Q_SLOTS:
             QTRY_VERIFY(isFramed(window));
             QTRY_COMPARE(framed(window).topLeft(), where);
         }
+    }
+
+    void itsTitleBarAndButtonsStayInReachWhenTheScreenShrinks_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("shown") << false;
+        QTest::newRow("hidden") << true;
+    }
+
+    void itsTitleBarAndButtonsStayInReachWhenTheScreenShrinks()
+    {
+        QFETCH(const bool, hidden);
+        const Screens screens;
+        WelcomeWindow window(state());
+        QVERIFY(hasKeyboard(window));
+        QTRY_VERIFY(isFramed(window));
+        const int before = window.height();
+        XDesktop::run(QStringLiteral("xdotool"),
+                      {QStringLiteral("windowmove"), QString::number(window.winId()),
+                       QString::number(screens.whole().width() - 640), QStringLiteral("8")});
+        QTRY_VERIFY(framed(window).left() > screens.whole().width() / 2 - 60);
+        if (hidden)
+            window.close();
+        QVERIFY(screens.setSize({1024, 600}));
+        window.present();
+        const auto isInReach = [&] {
+            return isFramed(window) &&
+                   window.screen()->availableGeometry().contains(framed(window)) &&
+                   button(window, QStringLiteral("Done"))->visibleRegion().boundingRect().height() >
+                       20;
+        };
+        QTRY_VERIFY(isInReach());
+        QVERIFY(!QTest::qWaitFor([&] { return !isInReach(); }, 500));
+        QVERIFY(scrollBar(window)->maximum() > 0);
+        QVERIFY(screens.setSize(screens.whole()));
+        QTRY_COMPARE(window.height(), before);
+        QVERIFY(!QTest::qWaitFor([&] { return !isInReach(); }, 500));
     }
 
     void itGivesWayToAPanelThatComesLate()

@@ -1,0 +1,64 @@
+#include "app/welcome/Alert.h"
+
+#include "app/welcome/SymbolView.h"
+#include "app/welcome/labels.h"
+#include "style/BezelButton.h"
+#include "style/SystemFont.h"
+#include "style/VelmoraAssets.h"
+#include "style/VelmoraPalette.h"
+#include "style/accessibleRole.h"
+#include "style/breakableText.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QShortcut>
+
+namespace
+{
+
+// In points.
+constexpr int logoSide = 56;
+constexpr int textWidth = 330;
+constexpr int okWidth = 72;
+
+constexpr Qt::WindowFlags windowKind = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                       Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
+
+} // namespace
+
+Alert::Alert(const QString &title, const QString &message, QWidget *window)
+    : QDialog(window, windowKind)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Velmora"));
+    setAccessibleRole(*this, QAccessible::AlertMessage);
+    setAccessibleDescription(title + u' ' + message);
+
+    QLabel *titleLabel = wrappingLabel(breakableText(title), systemFont(14, QFont::DemiBold),
+                                       VelmoraPalette::primaryText());
+    titleLabel->setAccessibleName(title);
+    QLabel *messageLabel =
+        wrappingLabel(breakableText(message), systemFont(12), VelmoraPalette::secondaryText());
+    messageLabel->setAccessibleName(message);
+    for (QLabel *label : {titleLabel, messageLabel})
+        label->setFixedWidth(textWidth);
+
+    auto *ok = new BezelButton(QStringLiteral("OK"));
+    ok->setMinimumWidth(okWidth);
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(22, 20, 22, 18);
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(6);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
+    grid->addWidget(new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora")),
+                    0, 0, 2, 1, Qt::AlignTop);
+    grid->addWidget(titleLabel, 0, 1);
+    grid->addWidget(messageLabel, 1, 1);
+    grid->setRowMinimumHeight(2, 8);
+    grid->addWidget(ok, 3, 1, Qt::AlignRight);
+    ok->setFocus();
+}

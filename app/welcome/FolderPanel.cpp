@@ -1,0 +1,35 @@
+#include "app/welcome/FolderPanel.h"
+
+#include <QAbstractItemView>
+#include <QShortcut>
+
+FolderPanel::FolderPanel(const QUrl &start, QWidget *window)
+    : QFileDialog(window, QStringLiteral("Choose Screenshot Folder"))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowFlag(Qt::WindowStaysOnTopHint);
+    setFileMode(QFileDialog::Directory);
+    setOptions(QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
+    setSupportedSchemes({QStringLiteral("file")});
+    setLabelText(QFileDialog::Accept, QStringLiteral("Use Folder"));
+    setDirectoryUrl(start);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    leaveFilesAlone();
+}
+
+/// Not QFileDialog's own: that one waits in a loop of its own for an answer to what it complains
+/// about, while the window and this panel may come to their end.
+void FolderPanel::accept()
+{
+    QDialog::accept();
+}
+
+/// Menus and drags run in such loops too, and offer more than choosing.
+void FolderPanel::leaveFilesAlone()
+{
+    const auto views = findChildren<QAbstractItemView *>();
+    for (QAbstractItemView *view : views) {
+        view->setContextMenuPolicy(Qt::NoContextMenu);
+        view->setDragDropMode(QAbstractItemView::NoDragDrop);
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QFileDialog>
+
+/// The panel in which the user chooses the screenshot folder: existing folders of this computer. It
+/// only chooses: whoever opened it says whether the choice is a good one. Modal for its window, and
+/// deleted when it is done. Main thread.
+class FolderPanel : public QFileDialog
+{
+    Q_OBJECT
+public:
+    /// Shown by `open()`.
+    FolderPanel(const QUrl &start, QWidget *window);
+
+    void accept() override;
+
+private:
+    void leaveFilesAlone();
+};

@@ -1,0 +1,47 @@
+#include "app/welcome/chooseFolder.h"
+
+#include "app/welcome/Alert.h"
+#include "app/welcome/FolderPanel.h"
+#include "app/welcome/folderRefusal.h"
+
+namespace
+{
+
+using OnChosen = std::function<void(const QUrl &)>;
+
+void openPanel(QWidget &window, const QUrl &current, const QUrl &start, const OnChosen &onChosen);
+
+void refuse(QWidget &window, const QUrl &current, const QUrl &start, const QString &reason,
+            const OnChosen &onChosen)
+{
+    auto *alert = new Alert(
+        QStringLiteral("This folder can't be used"),
+        reason + QStringLiteral(" Velmora goes on watching %1.").arg(current.toLocalFile()),
+        &window);
+    QObject::connect(alert, &QDialog::finished, &window, [&window, current, start, onChosen] {
+        openPanel(window, current, start, onChosen);
+    });
+    alert->open();
+}
+
+void openPanel(QWidget &window, const QUrl &current, const QUrl &start, const OnChosen &onChosen)
+{
+    auto *panel = new FolderPanel(start, &window);
+    QObject::connect(panel, &QDialog::accepted, &window, [&window, panel, current, onChosen] {
+        const QUrl chosen = panel->selectedUrls().value(0);
+        if (chosen.isEmpty())
+            return;
+        if (const std::optional<QString> reason = folderRefusal(chosen))
+            refuse(window, current, panel->directoryUrl(), *reason, onChosen);
+        else
+            onChosen(chosen);
+    });
+    panel->open();
+}
+
+} // namespace
+
+void chooseFolder(QWidget &window, const QUrl &current, const OnChosen &onChosen)
+{
+    openPanel(window, current, current, onChosen);
+}

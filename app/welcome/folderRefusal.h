@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+/// Why the folder can't be watched, as a sentence for the user; nothing where it can.
+std::optional<QString> folderRefusal(const QUrl &folder);

@@ -1,0 +1,155 @@
+#pragma once
+
+#include "app/welcome/WelcomeController.h"
+#include "core/VelmoraSettings.h"
+#include "platform/Platform.h"
+#include "tests/app/welcome/WelcomeWindowParts.h"
+
+#include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+
+/// The system's screenshot settings, kept in memory; notes every write.
+class RecordingScreenshotPreferences : public ScreenshotPreferences
+{
+public:
+    std::optional<QString> location() const override { return stored; }
+    std::optional<QString> desktopToolFolder() const override { return std::nullopt; }
+    std::optional<bool> showsThumbnail() const override { return shows; }
+    QList<SystemCommand> storeLocation(const QString &path) override
+    {
+        stored = path;
+        ++locationWrites;
+        return {};
+    }
+    QList<SystemCommand> storeShowsThumbnail(bool now) override
+    {
+        shows = now;
+        ++thumbnailWrites;
+        return {};
+    }
+
+    std::optional<QString> stored;
+    std::optional<bool> shows;
+    int locationWrites = 0;
+    int thumbnailWrites = 0;
+};
+
+class RecordingLoginItem : public LoginItem
+{
+public:
+    bool isEnabled() const override { return enabled; }
+    std::optional<QString> setEnabled(bool now) override
+    {
+        enabled = now;
+        ++changes;
+        return std::nullopt;
+    }
+
+    bool enabled = false;
+    int changes = 0;
+};
+
+/// The welcome window's controller on services that only note what they are asked for, and what a
+/// user does to its windows.
+class WelcomeRig
+{
+public:
+    explicit WelcomeRig(const QString &folder)
+    {
+        preferences = new RecordingScreenshotPreferences;
+        preferences->stored = folder;
+        platform.screenshotPreferences.reset(preferences);
+        login = new RecordingLoginItem;
+        platform.loginItem.reset(login);
+        controller = std::make_unique<WelcomeController>(platform);
+    }
+
+    void show() const
+    {
+        controller->showWelcome(QUrl::fromLocalFile(*preferences->stored));
+        QVERIFY(QTest::qWaitForWindowActive(window()));
+    }
+
+    /// The visible one; null where there is none.
+    static WelcomeWindow *window()
+    {
+        for (QWidget *each : QApplication::topLevelWidgets()) {
+            auto *found = qobject_cast<WelcomeWindow *>(each);
+            if (found && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
+
+    /// The visible dialogs.
+    static QList<QDialog *> dialogs()
+    {
+        QList<QDialog *> found;
+        for (QWidget *each : QApplication::topLevelWidgets()) {
+            auto *dialog = qobject_cast<QDialog *>(each);
+            if (dialog && dialog->isVisible())
+                found << dialog;
+        }
+        return found;
+    }
+
+    /// The texts of the alert that is shown; empty while there is none.
+    static QStringList alert()
+    {
+        QStringList texts;
+        for (QDialog *dialog : dialogs()) {
+            if (qobject_cast<QFileDialog *>(dialog))
+                continue;
+            for (const QLabel *label : dialog->findChildren<QLabel *>()) {
+                if (!label->text().isEmpty())
+                    texts << QString(label->text()).remove(QChar(0x200b));
+            }
+        }
+        return texts;
+    }
+
+    static QFileDialog *panel()
+    {
+        for (QDialog *dialog : dialogs()) {
+            if (auto *found = qobject_cast<QFileDialog *>(dialog))
+                return found;
+        }
+        return nullptr;
+    }
+
+    static void press(const QString &title)
+    {
+        QAbstractButton *found = WelcomeWindowParts::button(*window(), title);
+        QVERIFY2(found, qUtf8Printable(title));
+        found->click();
+    }
+
+    static void pressOk()
+    {
+        for (QDialog *dialog : dialogs()) {
+            for (QPushButton *button : dialog->findChildren<QPushButton *>()) {
+                if (button->text() == u"OK") {
+                    button->click();
+                    return;
+                }
+            }
+        }
+        QFAIL("no alert");
+    }
+
+    /// Types a path into the panel and confirms it.
+    static void use(const QString &path)
+    {
+        QTRY_VERIFY(panel());
+        auto *field = panel()->findChild<QLineEdit *>();
+        field->setText(path);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+
+    Platform platform;
+    RecordingScreenshotPreferences *preferences;
+    RecordingLoginItem *login;
+    std::unique_ptr<WelcomeController> controller;
+};
