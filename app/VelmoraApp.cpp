@@ -13,7 +13,6 @@
 #include "style/lightAppearance.h"
 
 #include <QApplication>
-#include <QTimer>
 
 #include <chrono>
 
@@ -45,6 +44,8 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     , m_welcome(platform)
     , m_trayController(platform, m_images)
 {
+    m_welcomeSoon.setSingleShot(true);
+    m_welcomeSoon.setTimerType(Qt::PreciseTimer);
 }
 
 VelmoraApp::~VelmoraApp() = default;
@@ -61,7 +62,8 @@ void VelmoraApp::applicationDidFinishLaunching()
     const QUrl folder = screenshotFolder();
     VelmoraLog::write(QStringLiteral("watching ") + folder.toLocalFile());
     connectWelcome();
-    QTimer::singleShot(welcomeDelay, this, [this, folder] { m_welcome.showWelcome(folder); });
+    m_welcomeSoon.callOnTimeout(this, [this, folder] { m_welcome.showWelcome(folder); });
+    m_welcomeSoon.start(welcomeDelay);
     connectTray();
     startWatching(folder);
 }
@@ -156,8 +158,8 @@ void VelmoraApp::connectMenu()
             [this] { m_statusMenu.setUndo(m_undoHistory.title(), m_undoHistory.canUndo()); });
     connect(m_platform.runningInstance.get(), &RunningInstance::reopened, this,
             &VelmoraApp::applicationShouldHandleReopen);
-    connect(m_platform.runningInstance.get(), &RunningInstance::actionRequested, &m_statusMenu,
-            &StatusMenu::trigger);
+    connect(m_platform.runningInstance.get(), &RunningInstance::actionRequested, this,
+            &VelmoraApp::perform);
 }
 
 void VelmoraApp::connectWelcome()
@@ -196,6 +198,13 @@ void VelmoraApp::keep(const QUrl &url)
 {
     m_watcher->ignore(url);
     m_recentScreenshots.add(url);
+}
+
+/// A program that is started for one of its actions opens what that one opens, and nothing else.
+void VelmoraApp::perform(const QString &action)
+{
+    m_welcomeSoon.stop();
+    m_statusMenu.trigger(action);
 }
 
 void VelmoraApp::undoLastAction()

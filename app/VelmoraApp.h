@@ -13,6 +13,7 @@
 #include <QFuture>
 #include <QHash>
 #include <QObject>
+#include <QTimer>
 #include <QUrl>
 #include <QUuid>
 
@@ -53,6 +54,7 @@ private:
     void copyWhenComplete(const QUuid &itemID, const QUrl &url);
     void suggestName(const QUuid &itemID, const QUrl &url);
 
+    void perform(const QString &action);
     void undoLastAction();
     void showRecentScreenshots();
     void keep(const QUrl &url);
@@ -67,6 +69,7 @@ private:
     RecentScreenshotsController m_recentWindow;
     StatusMenu m_statusMenu;
     WelcomeController m_welcome;
+    QTimer m_welcomeSoon;
     TrayController m_trayController;
     QHash<QUuid, QFuture<QString>> m_suggestions; ///< awaited by their rows
     std::unique_ptr<ScreenshotWatcher> m_watcher;

@@ -3,13 +3,14 @@
 
 import os
 import pathlib
+import re
 import subprocess
 import unittest
 
 import case
 import desktop
 import panel
-from windows import RECENT, WELCOME, ProgramWindows
+from windows import RECENT, WELCOME, ProgramWindows, title_of
 
 PROGRAM = case.BUILD / "app" / "velmora"
 ENTRY = pathlib.Path(__file__).parents[2] / "packaging" / "app.velmora.Velmora.desktop"
@@ -85,6 +86,63 @@ class Reopening(ProgramWindows, case.EndToEnd):
         desktop.wait_until(lambda: not self.velmora.is_running, "the program is dead")
         self.velmora.start()
         self.wait_for_front(WELCOME)
+
+
+class StartedOverTheBus(ProgramWindows, unittest.TestCase):
+    """The program does not run, and the bus starts it for a call."""
+
+    def setUp(self):
+        services = pathlib.Path(os.environ["XDG_DATA_HOME"], "dbus-1", "services")
+        services.mkdir(parents=True, exist_ok=True)
+        service = services / "app.velmora.Velmora.service"
+        service.write_text(f"[D-BUS Service]\nName=app.velmora.Velmora\nExec={PROGRAM}\n")
+        self.addCleanup(self.reload)
+        self.addCleanup(service.unlink)
+        self.reload()
+        self.velmora = self
+
+    @staticmethod
+    def on_bus(method, *arguments):
+        name = "org.freedesktop.DBus"
+        return panel.call(name, "/org/freedesktop/DBus", f"{name}.{method}", *arguments)
+
+    def reload(self):
+        self.on_bus("ReloadConfig")
+
+    @property
+    def pid(self):
+        owner = self.on_bus("GetConnectionUnixProcessID", "app.velmora.Velmora")
+        return int(re.search(r"uint32 (\d+)", owner).group(1))
+
+    def call(self, method, *arguments):
+        self.assertEqual(call(method, *arguments), "()")
+        self.addCleanup(self.quit)
+
+    def quit(self):
+        call("ActivateAction", "quit", "[]", "{}")
+        desktop.wait_until(lambda: not desktop.Velmora.is_on_bus(), "the program has ended")
+
+    def shows_only(self, title, seconds=1.5):
+        """Whether the window of this title is the only one, or none is, and stays so."""
+
+        def alone():
+            titles = [title_of(window) for window in desktop.windows_of(self.pid)]
+            return titles == ([title] if title else [])
+
+        desktop.wait_until(alone, f"only {title}")
+        return desktop.stays(alone, seconds)
+
+    def test_the_action_recent_opens_only_the_recent_screenshots(self):
+        self.call("ActivateAction", "recent", "[]", "{}")
+        self.assertTrue(self.shows_only(RECENT))
+
+    def test_the_action_undo_opens_nothing(self):
+        self.call("ActivateAction", "undo", "[]", "{}")
+        self.assertTrue(self.shows_only(None))
+
+    def test_being_opened_shows_the_welcome_window(self):
+        self.call("Activate", "{}")
+        self.assertTrue(self.shows_only(WELCOME))
 
 
 class WithoutABus(ProgramWindows, unittest.TestCase):

@@ -32,7 +32,7 @@ void UserTime::renew(std::function<void()> goOn)
 {
     xcb_connection_t *const connection = qtConnection();
     if (!connection) {
-        goOn();
+        QMetaObject::invokeMethod(QCoreApplication::instance(), goOn, Qt::QueuedConnection);
         return;
     }
     if (!m_window) {

@@ -17,8 +17,8 @@ public:
     ~UserTime() override;
     Q_DISABLE_COPY_MOVE(UserTime)
 
-    /// Takes the X server's present time for that of the user, and then goes on, from the event
-    /// loop. Where there is no X server it goes on at once.
+    /// Takes the X server's present time for that of the user, where there is an X server, and then
+    /// goes on, from the event loop.
     void renew(std::function<void()> goOn);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
