@@ -19,7 +19,8 @@ int main(int argc, char *argv[])
     qInstallMessageHandler(dropMessage);
     prepareProcess();
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("velmora"));
+    // The title of the status item, and what screen readers call the program.
+    QApplication::setApplicationName(QStringLiteral("Velmora"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());
     QApplication::setWindowIcon(VelmoraAssets::logoImage());

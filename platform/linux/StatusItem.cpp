@@ -3,6 +3,7 @@
 #include "platform/linux/status-item/StatusNotifierSearch.h"
 #include "platform/linux/status-item/edgedIcon.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QMenu>
 #include <QSystemTrayIcon>
@@ -42,6 +43,22 @@ private:
         QObject::connect(m_item.get(), &QSystemTrayIcon::activated, m_menu.get(),
                          [this] { popUp(); });
         m_item->show();
+        if (bar == StatusNotifierSearch::StatusBar::Older)
+            nameEmbeddedWindow();
+    }
+
+    /// Hosts of status items read out the title, which is the application's name; the older tray
+    /// has only the window, which Qt leaves without a name.
+    void nameEmbeddedWindow() const
+    {
+        const auto windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
+            if (window->objectName() != u"QSystemTrayIconSys")
+                continue;
+            window->setWindowTitle(m_toolTip);
+            window->setAccessibleName(m_toolTip);
+            window->setAccessibleDescription(m_toolTip);
+        }
     }
 
     /// A host that knows the installed symbol by its name gives it the colour of its bar.

@@ -33,6 +33,16 @@ class StatusMenu(ProgramWindows, case.EndToEnd):
         disabled = [title for title, enabled in entries if not enabled]
         self.assertEqual(disabled, ["Undo Last Action"])
 
+    def test_other_programs_read_the_items_name(self):
+        item = self.panel.wait_for_item()
+        name = "org.kde.StatusNotifierItem"
+        method = "org.freedesktop.DBus.Properties.Get"
+        title = panel.call(item, "/StatusNotifierItem", method, name, "Title")
+        self.assertEqual(title, "(<'Velmora'>,)")
+        tool_tip = panel.call(item, "/StatusNotifierItem", method, name, "ToolTip")
+        self.assertIn("'Velmora'", tool_tip)
+        self.assertEqual(self.velmora.elements()["name"], "Velmora")
+
     def test_show_status_brings_the_welcome_window_back(self):
         self.choose("Show Status")
         self.wait_for_front(WELCOME)

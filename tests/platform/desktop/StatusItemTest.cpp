@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QProcess>
 #include <QTest>
 
 using StatusBars::Program;
@@ -244,6 +245,22 @@ private Q_SLOTS:
             QCOMPARE(chosen(*item, button, first), QStringLiteral("triggered First"));
             QCOMPARE(chosen(*item, button, third), QStringLiteral("triggered Third"));
         }
+    }
+
+    void anEmbeddedItemBearsItsName()
+    {
+        const auto tray = StatusBars::startOlderTray();
+        const auto item = startItem();
+        QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
+        const auto isNamed = [] {
+            QProcess search;
+            search.start(
+                QStringLiteral("xdotool"),
+                {QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^Velmora$")});
+            search.waitForFinished();
+            return !search.readAllStandardOutput().trimmed().isEmpty();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isNamed(), patience);
     }
 
     void theItemIsEmbeddedInAnOlderTrayThatComesLaterAndAgain()
