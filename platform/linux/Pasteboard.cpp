@@ -49,6 +49,10 @@ QString copiedFiles()
 {
     return QStringLiteral("x-special/gnome-copied-files");
 }
+QString copiedFilesOfMate()
+{
+    return QStringLiteral("x-special/mate-copied-files");
+}
 QString cutSelection()
 {
     return QStringLiteral("application/x-kde-cutselection");
@@ -71,7 +75,8 @@ public:
         QStringList formats;
         if (m_contents.file)
             formats << FileFormat::uriList() << FileFormat::copiedFiles()
-                    << FileFormat::cutSelection() << FileFormat::plainText();
+                    << FileFormat::copiedFilesOfMate() << FileFormat::cutSelection()
+                    << FileFormat::plainText();
         if (m_contents.picture) {
             const Picture &picture = *m_contents.picture;
             if (picture.bytes)
@@ -110,7 +115,7 @@ private:
             return QByteArray(file.toEncoded() + "\r\n");
         }
         // A line end after the last name would be an empty name to some.
-        if (mimeType == FileFormat::copiedFiles())
+        if (mimeType == FileFormat::copiedFiles() || mimeType == FileFormat::copiedFilesOfMate())
             return QByteArray("copy\n" + file.toEncoded());
         if (mimeType == FileFormat::cutSelection())
             return QByteArrayLiteral("0");

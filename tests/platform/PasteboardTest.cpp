@@ -4,11 +4,15 @@
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/XClip.h"
+#include "tests/world/XDesktop.h"
 
 #include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -157,6 +161,7 @@ private Q_SLOTS:
         QVERIFY(uri.endsWith("/a%20b%20%C3%A9%2525.png"));
         QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(uri + "\r\n"));
         QCOMPARE(XClip::read(s("x-special/gnome-copied-files")), QByteArray("copy\n" + uri));
+        QCOMPARE(XClip::read(s("x-special/mate-copied-files")), QByteArray("copy\n" + uri));
         QCOMPARE(XClip::read(s("application/x-kde-cutselection")), QByteArray("0"));
         const QByteArray path = m_shot.toLocalFile().toUtf8();
         for (const char *format : {"text/plain", "UTF8_STRING"})
@@ -172,6 +177,7 @@ private Q_SLOTS:
         const auto pasteboard = makePasteboard();
         pasteboard->write(contents);
         const QStringList known = {s("text/uri-list"), s("x-special/gnome-copied-files"),
+                                   s("x-special/mate-copied-files"),
                                    s("application/x-kde-cutselection"), s("image/png")};
         QStringList offered = XClip::formats();
         offered.removeIf([&known](const QString &format) { return !known.contains(format); });
@@ -249,6 +255,36 @@ private Q_SLOTS:
         QCOMPARE(data->urls(), QList<QUrl>{m_shot});
         QCOMPARE(data->text(), m_shot.toLocalFile());
         QVERIFY(data->hasUrls());
+    }
+
+    /// The real file manager, worked by its keys.
+    void cajaPastesTheFile()
+    {
+        const QString caja = QStandardPaths::findExecutable(s("caja"));
+        if (caja.isEmpty())
+            QSKIP("Caja is not installed");
+        const QTemporaryDir target;
+        const auto pasteboard = makePasteboard();
+        pasteboard->write(fileContents(m_shot));
+        QProcess process;
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(caja, {s("--no-desktop"), s("--browser"), target.path()});
+        const auto window = [] {
+            return XDesktop::run(s("xdotool"),
+                                 {s("search"), s("--onlyvisible"), s("--class"), s("caja")});
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(!window().isEmpty(), 20'000);
+        const QString pasted = target.filePath(m_shot.fileName());
+        // It may not be ready for the key yet when its window is there.
+        const auto paste = [&] {
+            XDesktop::run(s("xdotool"),
+                          {s("windowactivate"), s("--sync"), window().section(u'\n', -1)});
+            XDesktop::pressKey(s("ctrl+v"));
+            return QTest::qWaitFor([&pasted] { return QFile::exists(pasted); }, 1000);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(paste(), 20'000);
+        process.kill();
+        process.waitForFinished();
     }
 
     void whatAnotherProgramPutThereIsLeftAlone()

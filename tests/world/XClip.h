@@ -28,7 +28,7 @@ inline QStringList formats()
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// Another program puts a text there.
+/// Another program puts a text there. Its part that stays behind may take a while to do so.
 inline void take(const QByteArray &text)
 {
     QProcess xclip;
@@ -38,6 +38,8 @@ inline void take(const QByteArray &text)
     xclip.closeWriteChannel();
     if (!QTest::qWaitFor([&xclip] { return xclip.state() == QProcess::NotRunning; }, patience))
         qWarning("xclip does not end");
+    if (!QTest::qWaitFor([&text] { return read(QStringLiteral("UTF8_STRING")) == text; }, patience))
+        qWarning("xclip does not take the clipboard");
 }
 
 } // namespace XClip
