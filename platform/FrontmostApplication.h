@@ -8,6 +8,7 @@
 
 /// An ordinary application that the user works with.
 struct Application {
+    /// Empty where the system says that an application is in front, but not which.
     QString localizedName;
     /// The application's identifier (on Linux the id of its desktop entry), if it has one.
     std::optional<QString> bundleIdentifier;
@@ -26,7 +27,8 @@ public:
     virtual std::optional<Application> current() = 0;
 
 Q_SIGNALS:
-    /// The user has brought another application to the front.
+    /// The user has brought another application to the front. What was found out while nobody
+    /// listened is told to the first who does.
     void activated(const Application &application);
 };
 

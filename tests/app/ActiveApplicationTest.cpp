@@ -57,6 +57,16 @@ private Q_SLOTS:
         QCOMPARE(active.lastActiveAppName(), QStringLiteral("Painter"));
     }
 
+    void anApplicationThatTheDesktopDoesNotNameTakesThePlaceOfTheLastOne()
+    {
+        SteeredFrontmostApplication frontmost;
+        ActiveApplication active(frontmost);
+        active.observe();
+        frontmost.bringToFront(application("Writer", "org.example.Writer"));
+        frontmost.bringToFront({QString(), std::nullopt});
+        QCOMPARE(active.lastActiveAppName(), QString());
+    }
+
     void systemComponentsAndVelmoraItselfKeepTheFormerName()
     {
         SteeredFrontmostApplication frontmost;

@@ -37,6 +37,12 @@ constexpr QStringView desktopsAndLaunchers[] = {
 };
 constexpr QStringView ownNames[] = {u"velmora", u"app.velmora.velmora"};
 
+/// No application has a longer name; what is longer is meant to do harm.
+constexpr qsizetype longestName = 100;
+
+/// Of what a process shows of itself no more is read.
+constexpr qint64 mostBytes = 1 << 18;
+
 bool isToolOrShell(const QString &name)
 {
     const QString lower = name.toLower();
@@ -54,7 +60,7 @@ QString sandboxId(qint64 processId)
     if (processId <= 0 || !info.open(QFile::ReadOnly))
         return {};
     bool inGroup = false;
-    for (const QByteArray &line : info.readAll().split('\n')) {
+    for (const QByteArray &line : info.read(mostBytes).split('\n')) {
         if (line.startsWith('['))
             inGroup = line == "[Application]";
         else if (inGroup && line.startsWith("name="))
@@ -72,7 +78,7 @@ QString launchedEntry(qint64 processId)
         return {};
     QByteArray path;
     QByteArray forProcess;
-    for (const QByteArray &variable : file.readAll().split('\0')) {
+    for (const QByteArray &variable : file.read(mostBytes).split('\0')) {
         if (variable.startsWith("GIO_LAUNCHED_DESKTOP_FILE="))
             path = variable.mid(variable.indexOf('=') + 1);
         else if (variable.startsWith("GIO_LAUNCHED_DESKTOP_FILE_PID="))
@@ -89,7 +95,7 @@ QString bareId(const QString &noted)
     return name.endsWith(suffix) ? name.chopped(suffix.size()) : name;
 }
 
-std::optional<QString> entryIdOf(const X11Window &window, const DesktopEntries &entries)
+std::optional<QString> entryIdOf(const FocusedWindow &window, const DesktopEntries &entries)
 {
     const QStringList names = {window.instance, window.windowClass};
     for (const QString &name : names) {
@@ -102,8 +108,8 @@ std::optional<QString> entryIdOf(const X11Window &window, const DesktopEntries &
                 return id;
         }
     }
-    const QStringList noted = {sandboxId(window.processId), window.gtkApplicationId,
-                               window.desktopFile, launchedEntry(window.processId)};
+    const QStringList noted = QStringList{sandboxId(window.processId)} + window.notedIds +
+                              QStringList{launchedEntry(window.processId)};
     for (const QString &note : noted) {
         if (const QString id = bareId(note); entries.contains(id))
             return id;
@@ -122,16 +128,18 @@ QString withFirstLetterRaised(const QString &name)
 
 } // namespace
 
-bool isWorkingWindow(const X11Window &window)
+bool isWorkingWindow(const FocusedWindow &window)
 {
     if (!window.isOrdinary || window.processId == QCoreApplication::applicationPid())
         return false;
     if (window.instance.isEmpty() && window.windowClass.isEmpty())
         return false;
+    if (window.instance.size() > longestName || window.windowClass.size() > longestName)
+        return false;
     return !isToolOrShell(window.instance) && !isToolOrShell(window.windowClass);
 }
 
-Application applicationOf(const X11Window &window, const DesktopEntries &entries)
+Application applicationOf(const FocusedWindow &window, const DesktopEntries &entries)
 {
     if (const std::optional<QString> id = entryIdOf(window, entries)) {
         const std::optional<DesktopEntry> entry = entries.entry(*id);

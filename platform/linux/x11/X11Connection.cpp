@@ -1,6 +1,9 @@
 #include "platform/linux/x11/X11Connection.h"
 
+#include <QDeadlineTimer>
 #include <QSocketNotifier>
+
+#include <poll.h>
 
 void X11Connection::Disconnect::operator()(xcb_connection_t *connection) const
 {
@@ -50,10 +53,29 @@ void X11Connection::readEventsSoon()
     QMetaObject::invokeMethod(this, &X11Connection::readEvents, Qt::QueuedConnection);
 }
 
+bool X11Connection::waitForInput(const QDeadlineTimer &deadline)
+{
+    pollfd input = {xcb_get_file_descriptor(get()), POLLIN, 0};
+    if (!isAlive() || deadline.hasExpired() ||
+        ::poll(&input, 1, int(deadline.remainingTime())) <= 0)
+        return false;
+    readEvents();
+    return isAlive();
+}
+
+/// Only what one look at the socket brings: a server that sends without end must not keep this
+/// thread.
 void X11Connection::readEvents()
 {
-    while (const X11Owned<xcb_generic_event_t> event{xcb_poll_for_event(get())})
+    X11Owned<xcb_generic_event_t> event(xcb_poll_for_event(get()));
+    while (event) {
         Q_EMIT eventArrived(event.get());
-    if (!isAlive() && m_notifier)
-        m_notifier->setEnabled(false);
+        event.reset(xcb_poll_for_queued_event(get()));
+    }
+    if (!isAlive()) {
+        if (m_notifier)
+            m_notifier->setEnabled(false);
+        return;
+    }
+    Q_EMIT inputRead();
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <xcb/xcb.h>
 
+class QDeadlineTimer;
 class QSocketNotifier;
 
 /// What the X server has sent and the receiver owns.
@@ -41,8 +42,14 @@ public:
     /// socket will not tell any more.
     void readEventsSoon();
 
+    /// Waits for the server and reads what it has sent. False when nothing has come in time.
+    bool waitForInput(const QDeadlineTimer &deadline);
+
 Q_SIGNALS:
     void eventArrived(const xcb_generic_event_t *event);
+
+    /// The server has sent something: events, all of which have been told, or replies.
+    void inputRead();
 
 private:
     struct Disconnect {

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 constexpr int longestChain = 8;
 
 /// Between two looks.
-constexpr auto pause = 30ms;
+constexpr auto pauseBetweenLooks = 30ms;
 
 /// A server that other programs keep busy answers late. Then what was known before must do.
 constexpr auto answerLimit = 10ms;
@@ -66,7 +66,7 @@ X11FocusSource::X11FocusSource(bool seesAllWindows)
     connect(&m_connection, &X11Connection::eventArrived, this, &X11FocusSource::readEvent);
     connect(&m_connection, &X11Connection::inputRead, this, &X11FocusSource::advance);
     m_pause.setSingleShot(true);
-    m_pause.setInterval(pause);
+    m_pause.setInterval(pauseBetweenLooks);
     connect(&m_pause, &QTimer::timeout, this, &X11FocusSource::lookWhenOutdated);
     look();
 }
@@ -117,7 +117,7 @@ void X11FocusSource::advance()
 void X11FocusSource::readAnswers()
 {
     const bool isFirst = m_asked.isEmpty();
-    const quint32 next = m_replies->numbers(isFirst ? 0 : Leader).value(0, XCB_WINDOW_NONE);
+    const quint32 next = m_replies->numbers(isFirst ? size_t(0) : Leader).value(0, XCB_WINDOW_NONE);
     if (!isFirst) {
         if (const std::optional<FocusedWindow> window = describedWindow())
             m_found = window;
@@ -133,9 +133,8 @@ void X11FocusSource::ask(quint32 window)
 {
     m_asked.append(window);
     m_replies.emplace(m_connection.get());
-    for (const quint32 property :
-         {quint32(XCB_ATOM_WM_CLASS), m_atoms[WindowType], m_atoms[GtkId], m_atoms[KdeDesktopFile],
-          quint32(XCB_ATOM_WM_TRANSIENT_FOR)})
+    for (const quint32 property : {quint32(XCB_ATOM_WM_CLASS), m_atoms[WindowType], m_atoms[GtkId],
+                                   m_atoms[KdeDesktopFile], quint32(XCB_ATOM_WM_TRANSIENT_FOR)})
         m_replies->askProperty(window, property);
     if (m_knowsProcesses)
         m_replies->expect(askProcess(m_connection.get(), window));

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/X11Replies.h"
 
 #include <cstring>
+#include <xcb/xcbext.h>
 
 namespace
 {

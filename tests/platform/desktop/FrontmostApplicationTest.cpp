@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QWindow>
 
 #include <map>
@@ -308,6 +309,37 @@ private Q_SLOTS:
         QCOMPARE(told[0][0].value<Application>(),
                  (Application{setting("Paint Box"), setting("paint")}));
         QCOMPARE(fresh->current(), (Application{setting("Paint Box"), setting("paint")}));
+    }
+
+    void whoListensLateIsToldAllTheSame()
+    {
+        const Terminal paint(setting("x"), setting("paint"));
+        paint.activate();
+        const auto fresh = makeFrontmostApplication();
+        // By then it has been found out, with nobody there to be told.
+        QTRY_COMPARE(fresh->current(), (Application{setting("Paint Box"), setting("paint")}));
+        bool turned = false;
+        QTimer::singleShot(std::chrono::milliseconds(50), [&turned] { turned = true; });
+        QTRY_VERIFY(turned);
+        const QSignalSpy told(fresh.get(), &FrontmostApplication::activated);
+        QTRY_COMPARE(told.size(), 1);
+        QCOMPARE(told[0][0].value<Application>(),
+                 (Application{setting("Paint Box"), setting("paint")}));
+    }
+
+    void besideAWaylandDesktopNoActiveWindowMeansThatTheApplicationHasNoName()
+    {
+        qputenv("WAYLAND_DISPLAY", "wayland-none");
+        const auto fresh = makeFrontmostApplication();
+        qunsetenv("WAYLAND_DISPLAY");
+        const QSignalSpy told(fresh.get(), &FrontmostApplication::activated);
+        {
+            const Terminal paint(setting("x"), setting("paint"));
+            paint.activate();
+            QTRY_COMPARE(fresh->current(), (Application{setting("Paint Box"), setting("paint")}));
+        }
+        QTRY_COMPARE(fresh->current(), Application());
+        QTRY_VERIFY(!told.isEmpty() && told.last().first().value<Application>() == Application());
     }
 
 private:
