@@ -1,7 +1,7 @@
-#include "filesystem/linux/copyFile.h"
+#include "filesystem/copyFile.h"
 
-#include "filesystem/linux/Descriptor.h"
-#include "filesystem/linux/moveWithinFileSystem.h"
+#include "filesystem/Descriptor.h"
+#include "filesystem/moveWithinFileSystem.h"
 
 #include <QByteArray>
 #include <QList>

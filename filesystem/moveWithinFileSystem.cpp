@@ -1,25 +1,18 @@
-#include "filesystem/linux/moveWithinFileSystem.h"
+#include "filesystem/moveWithinFileSystem.h"
 
-#include "filesystem/linux/Descriptor.h"
+#include "filesystem/Descriptor.h"
+#include "filesystem/renameExclusively.h"
 
 #include <QByteArray>
 #include <QStringBuilder>
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
-
-std::error_code renameExclusively(const char *source, const char *destination)
-{
-    return ::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0
-               ? std::error_code()
-               : lastError();
-}
 
 bool isSameFile(const char *first, const char *second)
 {
@@ -91,9 +84,7 @@ std::error_code moveWithinFileSystem(const char *source, const char *destination
     if (error.value() == EEXIST && isSameFile(source, destination) &&
         qstricmp(source, destination) == 0 && qstrcmp(source, destination) != 0)
         return renameCaseOnly(source, destination);
-    const bool lacksExclusiveRename =
-        error.value() == EINVAL || error.value() == ENOSYS || error.value() == ENOTSUP;
-    if (!lacksExclusiveRename)
+    if (!lacksExclusiveRename(error))
         return error;
     const std::error_code linkError = linkAndUnlink(source, destination);
     return lacksHardLinks(linkError) ? replacePlaceholder(source, destination) : linkError;

@@ -1,8 +1,8 @@
 #include "filesystem/moveFile.h"
 
-#include "filesystem/linux/Descriptor.h"
-#include "filesystem/linux/copyFile.h"
-#include "filesystem/linux/moveWithinFileSystem.h"
+#include "filesystem/Descriptor.h"
+#include "filesystem/copyFile.h"
+#include "filesystem/moveWithinFileSystem.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,0 +1,8 @@
+#include "core/lowerThreadPriority.h"
+
+#include <pthread/qos.h>
+
+void lowerThreadPriority()
+{
+    ::pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0);
+}

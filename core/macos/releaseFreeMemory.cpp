@@ -1,0 +1,12 @@
+#include "core/releaseFreeMemory.h"
+
+#include <malloc/malloc.h>
+
+void releaseFreeMemory()
+{
+    // Of all zones, as much as there is.
+    ::malloc_zone_pressure_relief(nullptr, 0);
+}
+
+/// The system's allocator has no such setting; releaseFreeMemory() gives back what it keeps.
+void keepLittleFreeMemory() {}
