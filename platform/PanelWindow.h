@@ -20,6 +20,10 @@ public:
     /// Called before each time that the window is shown; the native window exists.
     virtual void prepare(QWindow &window) = 0;
 
+    /// Brings the shown window in front of the others, whatever application is active, and leaves
+    /// the keyboard where it is.
+    virtual void bringToFront(QWindow &window) = 0;
+
     /// Gives the window the keyboard, because the user has clicked into it.
     virtual void takeFocus(QWindow &window) = 0;
 

@@ -40,7 +40,6 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setAttribute(Qt::WA_TranslucentBackground);
-    setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     setAttribute(Qt::WA_QuitOnClose, false);
     setPalette(VelmoraPalette::lightPalette());
 
@@ -74,13 +73,12 @@ void FloatingTrayPanel::setFrame(const QRect &frame)
 
 void FloatingTrayPanel::present()
 {
-    if (isVisible()) {
-        raise();
-        return;
+    if (!isVisible()) {
+        createWinId();
+        m_panelWindow.prepare(*windowHandle());
+        show();
     }
-    createWinId();
-    m_panelWindow.prepare(*windowHandle());
-    show();
+    m_panelWindow.bringToFront(*windowHandle());
 }
 
 void FloatingTrayPanel::takeFocus()

@@ -47,6 +47,7 @@ public:
         xcb_flush(m_connection);
     }
 
+    void bringToFront(QWindow &window) override { window.raise(); }
     void takeFocus(QWindow &window) override { window.requestActivate(); }
 
     bool showsTransparency() const override
@@ -121,6 +122,7 @@ class PlainPanelWindow : public PanelWindow
 public:
     Qt::WindowType windowType() const override { return Qt::Window; }
     void prepare(QWindow &) override {}
+    void bringToFront(QWindow &window) override { window.raise(); }
     void takeFocus(QWindow &window) override { window.requestActivate(); }
     bool showsTransparency() const override { return true; }
 };
