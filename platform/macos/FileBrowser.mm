@@ -1,0 +1,28 @@
+#include "platform/FileBrowser.h"
+
+#include "filesystem/FileUrls.h"
+
+#import <AppKit/AppKit.h>
+
+namespace
+{
+
+class Finder : public FileBrowser
+{
+public:
+    void reveal(const QUrl &file) override
+    {
+        // What is gone can't be selected.
+        if (FileUrls::exists(file))
+            [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ file.toNSURL() ]];
+        else
+            [NSWorkspace.sharedWorkspace openURL:FileUrls::parentFolder(file).toNSURL()];
+    }
+};
+
+} // namespace
+
+std::unique_ptr<FileBrowser> makeFileBrowser()
+{
+    return std::make_unique<Finder>();
+}

@@ -1,0 +1,100 @@
+#include "platform/Pasteboard.h"
+
+#import <AppKit/AppKit.h>
+
+namespace
+{
+
+using ImageType = PasteboardContents::ImageType;
+using Picture = PasteboardContents::Picture;
+
+NSPasteboardType pasteboardType(ImageType type)
+{
+    switch (type) {
+    case ImageType::Png:
+        return NSPasteboardTypePNG;
+    case ImageType::Jpeg:
+        return @"public.jpeg";
+    case ImageType::Heic:
+        return @"public.heic";
+    case ImageType::Tiff:
+        return NSPasteboardTypeTIFF;
+    }
+    return NSPasteboardTypePNG;
+}
+
+/// As the system reads the file's bytes; nil where they are no picture.
+NSImage *imageOf(const Picture &picture)
+{
+    return picture.bytes ? [[NSImage alloc] initWithData:picture.bytes->toNSData()] : nil;
+}
+
+/// The picture stands there twice: as an image object, and as the file's own bytes, which keep
+/// their exact encoding for those who read it.
+bool writePicture(NSPasteboard *board, const Picture &picture)
+{
+    bool wrote = false;
+    if (NSImage *image = imageOf(picture))
+        wrote = [board writeObjects:@[ image ]];
+    if (picture.bytes) {
+        [board setData:picture.bytes->toNSData() forType:pasteboardType(picture.type)];
+        wrote = true;
+    }
+    return wrote;
+}
+
+/// The file as an object, and its plain path under the type of file URLs.
+void writeFile(NSPasteboard *board, const QUrl &file)
+{
+    [board writeObjects:@[ file.toNSURL() ]];
+    [board setString:file.toLocalFile().toNSString() forType:NSPasteboardTypeFileURL];
+}
+
+class GeneralPasteboard : public Pasteboard
+{
+public:
+    void clear() override
+    {
+        m_written.reset();
+        [NSPasteboard.generalPasteboard clearContents];
+    }
+
+    bool write(PasteboardContents contents) override
+    {
+        NSPasteboard *board = NSPasteboard.generalPasteboard;
+        [board clearContents];
+        bool wrote = contents.picture && writePicture(board, *contents.picture);
+        if (contents.file) {
+            writeFile(board, *contents.file);
+            wrote = true;
+        }
+        m_written = std::move(contents);
+        m_changeCount = board.changeCount;
+        return wrote;
+    }
+
+    /// What lies on a pasteboard can't be changed, so it is written anew.
+    void fileMoved(const QUrl &from, const QUrl &to) override
+    {
+        if (!m_written)
+            return;
+        if (NSPasteboard.generalPasteboard.changeCount != m_changeCount) {
+            m_written.reset();
+        } else if (m_written->file == from) {
+            m_written->file = to;
+            write(*std::exchange(m_written, std::nullopt));
+        }
+    }
+
+private:
+    /// Ours until somebody else puts something there, which changes the count.
+    std::optional<PasteboardContents> m_written;
+    NSInteger m_changeCount = 0;
+};
+
+} // namespace
+
+std::unique_ptr<Pasteboard> makePasteboard()
+{
+    return std::make_unique<GeneralPasteboard>();
+}
