@@ -18,7 +18,7 @@ public:
     std::string message(int code) const override
     {
         NSError *error = [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:nil];
-        return QString::fromNSString(error.localizedDescription).toStdString();
+        return error.localizedDescription.UTF8String;
     }
 };
 
