@@ -6,7 +6,10 @@
 #include "tray/trayFrame.h"
 
 #include <QBitmap>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
+#include <QScreen>
 #include <QWindow>
 
 namespace
@@ -26,6 +29,23 @@ QRegion roundedRegion(QSize size)
     painter.drawRoundedRect(QRect({}, size), cornerRadius, cornerRadius);
     painter.end();
     return shape;
+}
+
+/// Qt keeps each screen's corner where the system has it and scales only the distances from there.
+QRect devicePixels(const QRect &points, const QScreen &screen)
+{
+    const QPoint corner = screen.geometry().topLeft();
+    const double ratio = screen.devicePixelRatio();
+    return {corner + (points.topLeft() - corner) * ratio, points.size() * ratio};
+}
+
+PanelPlace placeOf(const QRect &panel, const QScreen &screen)
+{
+    PanelPlace place = {devicePixels(panel, screen), devicePixels(screen.geometry(), screen), {}};
+    const QList<QScreen *> all = QGuiApplication::screens();
+    for (const QScreen *each : all)
+        place.desktop |= devicePixels(each->geometry(), *each);
+    return place;
 }
 
 } // namespace
@@ -86,11 +106,42 @@ void FloatingTrayPanel::takeFocus()
     m_panelWindow.takeFocus(*windowHandle());
 }
 
+void FloatingTrayPanel::moveEvent(QMoveEvent *)
+{
+    notePlace();
+}
+
 void FloatingTrayPanel::resizeEvent(QResizeEvent *)
 {
     m_background->setGeometry(rect());
     if (m_content)
         m_content->setGeometry(rect());
+    notePlace();
+}
+
+void FloatingTrayPanel::showEvent(QShowEvent *)
+{
+    notePlace();
+}
+
+void FloatingTrayPanel::hideEvent(QHideEvent *)
+{
+    notePlace();
+}
+
+void FloatingTrayPanel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::WindowStateChange)
+        notePlace();
+    QWidget::changeEvent(event);
+}
+
+void FloatingTrayPanel::notePlace()
+{
+    if (isVisible() && !isMinimized())
+        m_history.shown(placeOf(geometry(), *screen()), FileTimes::now());
+    else
+        m_history.hidden(FileTimes::now());
 }
 
 /// Where nothing shows through, the corners' pixels are cut off the window, and those that the

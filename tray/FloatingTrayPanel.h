@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tray/PanelHistory.h"
+
 #include <QWidget>
 
 class PaletteView;
@@ -26,15 +28,24 @@ public:
     /// Takes the keyboard from whatever program has it.
     void takeFocus();
 
+    /// Where it was visible during the last minute.
+    const PanelHistory &history() const { return m_history; }
+
 protected:
+    void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void updateCorners();
+    void notePlace();
 
     PanelWindow &m_panelWindow;
     PaletteView *m_background;
     QWidget *m_content = nullptr;
     bool m_roundsByMask = false;
+    PanelHistory m_history;
 };

@@ -139,6 +139,11 @@ void TrayController::layoutPanel()
                                 VelmoraSettings::trayPosition()));
 }
 
+QList<PanelPlace> TrayController::placesBetween(FileTime from, FileTime to) const
+{
+    return m_panel ? m_panel->history().between(from, to) : QList<PanelPlace>();
+}
+
 void TrayController::scheduleDismissal(const QUuid &id)
 {
     if (const auto delay = dismissalDelay(VelmoraSettings::trayDuration()))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tray/PanelHistory.h"
 #include "tray/RowDismissals.h"
 #include "tray/ScreenshotRowAction.h"
 
@@ -54,6 +55,10 @@ public:
 
     /// Whether some row shows this file.
     bool containsScreenshot(const QUrl &url) const;
+
+    /// Where the tray was visible at some time between the two moments, as far as they lie within
+    /// the last minute.
+    QList<PanelPlace> placesBetween(FileTime from, FileTime to) const;
 
     /// Moves the tray to where the settings and the screen want it.
     void layoutPanel();

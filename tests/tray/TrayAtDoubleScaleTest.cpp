@@ -1,0 +1,83 @@
+#include "tests/tray/ControllerFixture.h"
+#include "tests/world/XDesktop.h"
+
+#include "style/VelmoraPalette.h"
+#include "tray/FloatingTrayPanel.h"
+#include "tray/PanelHistory.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QScreen>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using TrayOnScreen::panel;
+using TrayOnScreen::rows;
+
+/// The tray on a screen with two pixels a point.
+class TrayAtDoubleScaleTest : public QObject, ControllerFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QCOMPARE(qGuiApp->primaryScreen()->devicePixelRatio(), 2.0); }
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void itsPlaceIsKnownInThePixelsOfAPictureOfTheScreen()
+    {
+        add("one.png");
+        QVERIFY(QTest::qWaitForWindowExposed(panel()));
+        QTRY_COMPARE(screenPicture().pixelColor(inPicture(panel()->geometry().center())).rgb(),
+                     qRgb(255, 255, 255));
+        const FileTime now = FileTimes::now();
+        const QList<PanelPlace> places = m_tray->placesBetween(now - 10ms, now);
+        QCOMPARE(places.size(), 1);
+
+        const QImage picture = screenPicture();
+        const QRect shown = places.first().inPicture(picture.size());
+        QCOMPARE(shown.size(), QSize(1240, 176));
+        const QRgb tray = VelmoraPalette::tray().rgb();
+        QCOMPARE(picture.pixelColor(shown.center().x(), shown.top() + 8).rgb(), tray);
+        QCOMPARE(picture.pixelColor(shown.center().x(), shown.bottom() - 8).rgb(), tray);
+        QCOMPARE(picture.pixelColor(shown.left() + 8, shown.center().y()).rgb(), tray);
+        QCOMPARE(picture.pixelColor(shown.right() - 8, shown.center().y()).rgb(), tray);
+        const QRgb desktop = picture.pixelColor(100, 100).rgb();
+        QCOMPARE(picture.pixelColor(shown.center().x(), shown.top() - 1).rgb(), desktop);
+        QCOMPARE(picture.pixelColor(shown.center().x(), shown.bottom() + 1).rgb(), desktop);
+    }
+
+    void aTrayThatHasGoneIsKnownForItsTimeOnly()
+    {
+        QVERIFY(m_tray->placesBetween(FileTime(), FileTimes::now()).isEmpty());
+        add("one.png");
+        QVERIFY(QTest::qWaitForWindowExposed(panel()));
+        click(rows().first(), "Dismiss");
+        QTRY_VERIFY(!panel()->isVisible());
+        const FileTime gone = FileTimes::now();
+        QCOMPARE(m_tray->placesBetween(gone - 10s, gone).size(), 1);
+        QVERIFY(m_tray->placesBetween(gone + 1s, gone + 2s).isEmpty());
+    }
+
+private:
+    QImage screenPicture() const
+    {
+        const QString file = m_rig->place(u"screen.png"_s).toLocalFile();
+        XDesktop::run(u"maim"_s, {file});
+        return QImage(file);
+    }
+
+    static QPoint inPicture(QPoint points) { return points * 2; }
+};
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_SCALE_FACTOR", "2");
+    QApplication application(argc, argv);
+    TrayAtDoubleScaleTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "TrayAtDoubleScaleTest.moc"
