@@ -279,11 +279,29 @@ def leaves(element):
         yield from leaves(child)
 
 
+def slow_disk(build, folders, milliseconds, calls=(), report=None):
+    """The environment of a program for which each call on something in these folders takes so much
+    longer; see SlowDisk.h."""
+    library = pathlib.Path(build) / "tests" / "tools" / "libvelmora_slow_disk.so"
+    sanitizer = os.environ.get("ASAN_OPTIONS", "")
+    environment = {
+        "LD_PRELOAD": str(library),
+        "ASAN_OPTIONS": f"{sanitizer}:verify_asan_link_order=0",
+        "SLOW_DISK_FOLDERS": ":".join(map(str, folders)),
+        "SLOW_DISK_MILLISECONDS": str(milliseconds),
+        "SLOW_DISK_CALLS": ",".join(calls),
+    }
+    if report:
+        environment["SLOW_DISK_REPORT"] = str(report)
+    return environment
+
+
 class Velmora:
     """The running program."""
 
-    def __init__(self, build, accessible=True):
+    def __init__(self, build, accessible=True, environment=None):
         self._program = pathlib.Path(build) / "app" / "velmora"
+        self._environment = environment or {}
         self._tools = Tools(build)
         self._accessible = accessible
         self._process = None
@@ -291,7 +309,7 @@ class Velmora:
 
     def start(self, look_again=LOOK_AGAIN_SECONDS):
         """Starts the program and returns when it watches the folder."""
-        environment = dict(os.environ)
+        environment = dict(os.environ) | self._environment
         if self._accessible:
             environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self.log = Log()
