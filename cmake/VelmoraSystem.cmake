@@ -7,8 +7,6 @@ if(APPLE)
     set(VELMORA_SYSTEM_QT)
     # The system does it.
     set(VELMORA_READS_TEXT_ITSELF OFF)
-    # A precompiled header is of one language, and rooms have sources of two there.
-    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
 else()
     set(VELMORA_SYSTEM linux)
     set(VELMORA_SYSTEM_QT DBus)

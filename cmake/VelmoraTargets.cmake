@@ -69,8 +69,17 @@ function(velmora_test name)
     target_link_libraries(${name}
         PRIVATE velmora_strict velmora_hand_overs ${test_LINKS} velmora_test_library)
     target_precompile_headers(${name} REUSE_FROM velmora_precompiled_tests)
+    set(world run-in-world)
+    if(VELMORA_NEUTRAL_TESTS)
+        if(NOT name IN_LIST VELMORA_NEUTRAL_TESTS)
+            return()
+        endif()
+        set(world run-in-home)
+        list(APPEND test_LABELS neutral)
+        add_dependencies(neutral_tests ${name})
+    endif()
     add_test(NAME ${name}
-        COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}>)
+        COMMAND ${PROJECT_SOURCE_DIR}/tests/world/${world} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${test_TIMEOUT} LABELS "${test_LABELS}")
 endfunction()
 

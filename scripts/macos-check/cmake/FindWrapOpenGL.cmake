@@ -1,0 +1,5 @@
+# Qt's packages ask for OpenGL, which the program does not use and which is not here.
+set(WrapOpenGL_FOUND TRUE)
+if(NOT TARGET WrapOpenGL::WrapOpenGL)
+    add_library(WrapOpenGL::WrapOpenGL INTERFACE IMPORTED)
+endif()

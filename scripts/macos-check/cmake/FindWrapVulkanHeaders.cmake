@@ -1,0 +1,5 @@
+# Qt's packages ask for Vulkan's headers, whose folder is that of all headers of this machine.
+set(WrapVulkanHeaders_FOUND TRUE)
+if(NOT TARGET WrapVulkanHeaders::WrapVulkanHeaders)
+    add_library(WrapVulkanHeaders::WrapVulkanHeaders INTERFACE IMPORTED)
+endif()
