@@ -1,6 +1,7 @@
 #include "imaging/CompletionWait.h"
 
 #include <array>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -20,7 +21,8 @@ CompletionWait::CompletionWait(const FileIdentity &identity, std::chrono::millis
 }
 
 CompletionWait::Step CompletionWait::probed(FileWriters::Answer answer,
-                                            const FileIdentity &identity, Time now)
+                                            const FileIdentity &identity, Time now,
+                                            const std::function<bool()> &reachesEnd)
 {
     see(identity, now);
     m_answer = answer;
@@ -29,8 +31,20 @@ CompletionWait::Step CompletionWait::probed(FileWriters::Answer answer,
         return waitForChange(now);
     if (m_lastTry || answer == FileWriters::Answer::None)
         return Step::Decode;
-    const bool steady = now - m_lastChange >= steadyTime;
-    return answer == FileWriters::Answer::Unknown && steady ? Step::Decode : Step::Wait;
+    if (now - m_lastChange < neededSteadyTime())
+        return Step::Wait;
+    return answer == FileWriters::Answer::Unknown || isWholeThoughOpen(reachesEnd) ? Step::Decode
+                                                                                   : Step::Wait;
+}
+
+std::chrono::milliseconds CompletionWait::neededSteadyTime() const
+{
+    return m_answer == FileWriters::Answer::Some ? steadyTimeWhileOpen : steadyTime;
+}
+
+bool CompletionWait::isWholeThoughOpen(const std::function<bool()> &reachesEnd)
+{
+    return !std::exchange(m_isCheckedForEnd, true) && reachesEnd && reachesEnd();
 }
 
 CompletionWait::Step CompletionWait::decoded(bool readable, const FileIdentity &identityAfterwards,
@@ -47,9 +61,12 @@ CompletionWait::Step CompletionWait::decoded(bool readable, const FileIdentity &
     return waitForChange(now);
 }
 
-std::chrono::milliseconds CompletionWait::pause()
+std::chrono::milliseconds CompletionWait::pause(Time now)
 {
-    return pauses[std::min(m_pauses++, pauses.size() - 1)];
+    const std::chrono::milliseconds pause = pauses[std::min(m_pauses++, pauses.size() - 1)];
+    const auto rest =
+        std::chrono::ceil<std::chrono::milliseconds>(m_lastChange + neededSteadyTime() - now);
+    return rest > 0ms ? std::min(pause, rest) : pause;
 }
 
 void CompletionWait::see(const FileIdentity &identity, Time now)
@@ -58,6 +75,7 @@ void CompletionWait::see(const FileIdentity &identity, Time now)
         return;
     m_seen = identity;
     m_lastChange = now;
+    m_isCheckedForEnd = false;
 }
 
 CompletionWait::Step CompletionWait::waitForChange(Time now) const

@@ -4,6 +4,7 @@
 #include "platform/FileWriters.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 /// Decides when a picture file that somebody may still be writing is worth decoding, and when it
@@ -21,6 +22,9 @@ public:
     /// Where nobody tells whether a file is written, it counts as complete after this long
     /// without a change.
     static constexpr std::chrono::milliseconds steadyTime{150};
+    /// Some tools keep a file open for seconds when they have written it. What is there to its end
+    /// counts as complete after this long without a change.
+    static constexpr std::chrono::milliseconds steadyTimeWhileOpen{200};
 
     enum class Step {
         Decode, ///< decode now, and report with decoded()
@@ -32,17 +36,24 @@ public:
     /// @param unchangedFor for how long the file has not changed already
     CompletionWait(const FileIdentity &identity, std::chrono::milliseconds unchangedFor, Time now);
 
-    Step probed(FileWriters::Answer answer, const FileIdentity &identity, Time now);
+    /// @param reachesEnd whether the file is there to its end, as its structure tells; asked only
+    ///                   where that matters, once for each state of the file
+    Step probed(FileWriters::Answer answer, const FileIdentity &identity, Time now,
+                const std::function<bool()> &reachesEnd = {});
     Step decoded(bool readable, const FileIdentity &identityAfterwards, Time now);
 
-    /// How long to wait before the next look: short at first, then longer.
-    std::chrono::milliseconds pause();
+    /// How long to wait before the next look: short at first, then longer, but not beyond the
+    /// moment at which an unchanged file counts as complete.
+    std::chrono::milliseconds pause(Time now);
 
 private:
     void see(const FileIdentity &identity, Time now);
     Step waitForChange(Time now) const;
+    std::chrono::milliseconds neededSteadyTime() const;
+    bool isWholeThoughOpen(const std::function<bool()> &reachesEnd);
 
     FileIdentity m_seen;
+    bool m_isCheckedForEnd = false; ///< the state that was seen last
     FileWriters::Answer m_answer = FileWriters::Answer::Unknown;
     /// The state of the file that was decoded in vain.
     std::optional<FileIdentity> m_unreadable;

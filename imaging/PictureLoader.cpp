@@ -2,6 +2,7 @@
 
 #include "core/releaseFreeMemory.h"
 #include "imaging/decodeImage.h"
+#include "imaging/pictureEnd.h"
 
 #include <QDateTime>
 
@@ -86,7 +87,8 @@ void PictureLoader::probe(const WaitPointer &wait)
         return;
     }
     const FileWriters::Answer answer = m_writers.writersOf(file->descriptor());
-    proceed(wait, wait->completion.probed(answer, *identity, now()));
+    const auto reachesEnd = [&file] { return reachesPictureEnd(file->descriptor()); };
+    proceed(wait, wait->completion.probed(answer, *identity, now(), reachesEnd));
 }
 
 void PictureLoader::decode(const WaitPointer &wait)
@@ -122,7 +124,7 @@ void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step)
     if (step == CompletionWait::Step::Decode) {
         decode(wait);
     } else if (step == CompletionWait::Step::Wait) {
-        QTimer::singleShot(wait->completion.pause(), Qt::PreciseTimer, this,
+        QTimer::singleShot(wait->completion.pause(now()), Qt::PreciseTimer, this,
                            [this, wait] { probe(wait); });
     } else {
         finish(wait, {});

@@ -14,10 +14,10 @@ class HeldScreenshot;
 /// and not before the file is complete.
 ///
 /// Each request opens the file before it returns, so that the file may be renamed at once. Then it
-/// waits, without blocking anybody, until the last writer has closed the file and a picture can be
-/// read, for at most `CompletionWait::limit`. Requests for a file whose pixels are still here share
-/// them; only the newest few pictures are kept, and none for long. The newest request is served
-/// first. Cancelling a future frees what is not needed any more.
+/// waits, without blocking anybody, until the last writer has closed the file, or a while after it
+/// has written the picture to its end, for at most `CompletionWait::limit`. Requests for a file
+/// whose pixels are still here share them; only the newest few pictures are kept, and none for
+/// long. The newest request is served first. Cancelling a future frees what is not needed any more.
 ///
 /// Any thread. Destruction ends what waits: its futures give null images.
 class ScreenshotImages

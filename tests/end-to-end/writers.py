@@ -2,6 +2,7 @@
 """Screenshots as real tools write them: each gets its row at once, and its name."""
 
 import os
+import time
 import unittest
 
 import case
@@ -58,6 +59,20 @@ class Writers(case.EndToEnd):
                 file.write(content[start:start + chunk])
         target = self.expect_named_once(path, f"{case.TITLE_NAME}.png")
         self.assertEqual(target.read_bytes(), content)
+
+    def test_a_writer_that_keeps_the_file_open_when_it_has_written_it(self):
+        content = self.picture_bytes()
+        fastest = 10.0
+        for attempt in range(5):
+            name = f"{case.TITLE_NAME}{'' if attempt == 0 else f'-{attempt + 1}'}.png"
+            target = desktop.FOLDER / name
+            with (desktop.FOLDER / f"open {attempt}.png").open("wb", buffering=0) as file:
+                file.write(content)
+                start = time.monotonic()
+                desktop.wait_until(target.exists, "the name", 4)
+                fastest = min(fastest, time.monotonic() - start)
+        self.assertLess(fastest, 0.4)
+        self.assertEqual(len(self.detected()), 5)
 
     def test_a_writer_that_renames_a_temporary_file_in_the_folder(self):
         path = desktop.FOLDER / "renamed.png"

@@ -40,6 +40,37 @@ private Q_SLOTS:
         QCOMPARE(wait.probed(Answer::None, sized(900), m_start + 9100ms), Step::Decode);
     }
 
+    void aFileThatIsThereToItsEndIsDecodedThoughItsWriterKeepsItOpen()
+    {
+        CompletionWait wait = fresh(100);
+        int asked = 0;
+        bool isWhole = false;
+        const auto reachesEnd = [&] {
+            ++asked;
+            return isWhole;
+        };
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 199ms, reachesEnd), Step::Wait);
+        QCOMPARE(asked, 0);
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 200ms, reachesEnd), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 300ms, reachesEnd), Step::Wait);
+        QCOMPARE(asked, 1);
+        isWhole = true;
+        QCOMPARE(wait.probed(Answer::Some, sized(900), m_start + 400ms, reachesEnd), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Some, sized(900), m_start + 599ms, reachesEnd), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Some, sized(900), m_start + 600ms, reachesEnd), Step::Decode);
+        QCOMPARE(wait.decoded(true, sized(900), m_start + 650ms), Step::Finish);
+    }
+
+    void whatReachesItsEndAndCantBeReadIsWaitedForWhileItIsOpen()
+    {
+        CompletionWait wait = fresh(100);
+        const auto reachesEnd = [] { return true; };
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 200ms, reachesEnd), Step::Decode);
+        QCOMPARE(wait.decoded(false, sized(100), m_start + 210ms), Step::Wait);
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start + 300ms, reachesEnd), Step::Wait);
+        QCOMPARE(wait.probed(Answer::None, sized(200), m_start + 400ms, reachesEnd), Step::Decode);
+    }
+
     void aPictureThatChangedWhileItWasDecodedIsDecodedAgain()
     {
         CompletionWait wait = fresh(100);
@@ -140,12 +171,22 @@ private Q_SLOTS:
         CompletionWait wait = fresh(100);
         std::chrono::milliseconds last = 0ms;
         for (int look = 0; look < 100; ++look) {
-            const std::chrono::milliseconds pause = wait.pause();
+            const std::chrono::milliseconds pause = wait.pause(m_start + 1h);
             QVERIFY(pause >= last);
             QVERIFY(pause > 0ms);
             QVERIFY(pause <= 100ms);
             last = pause;
         }
+    }
+
+    void aPauseEndsWhenAnUnchangedFileCountsAsComplete()
+    {
+        CompletionWait wait = fresh(100);
+        QCOMPARE(wait.probed(Answer::Some, sized(100), m_start), Step::Wait);
+        for (int look = 0; look < 5; ++look)
+            wait.pause(m_start + 100ms);
+        QCOMPARE(wait.pause(m_start + 187ms), 13ms);
+        QCOMPARE(wait.pause(m_start + 200ms), 100ms);
     }
 };
 

@@ -157,14 +157,43 @@ private Q_SLOTS:
         QVERIFY(lookedAgain(3));
         file.write(m_png.left(m_png.size() / 2));
         QVERIFY(lookedAgain(3));
-        file.write(m_png.mid(m_png.size() / 2));
-        QVERIFY(lookedAgain(3));
+        file.write(m_png.mid(m_png.size() / 2).chopped(1));
+        QVERIFY(lookedAgain(6));
         QVERIFY(!image.isFinished() && !thumbnail.isFinished() && !completion.isFinished());
+        file.write(m_png.last(1));
         file.close();
         QVERIFY(isFinished(image) && isFinished(thumbnail));
         QVERIFY(QTest::qWaitFor([&] { return completion.isFinished(); }, patience));
         QVERIFY(lookAlike(image.result(), m_picture));
         QVERIFY(lookAlike(thumbnail.result(), fourFields({64, 40})));
+    }
+
+    void aPictureThatIsWrittenWholeIsReadSoonThoughItsWriterKeepsItOpen_data()
+    {
+        aCompletePictureIsRead_data();
+    }
+    void aPictureThatIsWrittenWholeIsReadSoonThoughItsWriterKeepsItOpen()
+    {
+        QFETCH(QString, format);
+        const QByteArray bytes = encoded(m_picture, format);
+        QVERIFY(isFinished(m_images->image(url(QStringLiteral("missing.png")))));
+        qint64 fastest = patience;
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            const QString name = QString::number(attempt);
+            QFile file(path(name));
+            QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
+            file.write(bytes.first(bytes.size() - 3));
+            const auto image = m_images->image(url(name));
+            QVERIFY(!QTest::qWaitFor([&] { return image.isFinished(); }, 500));
+            file.write(bytes.last(3));
+            QElapsedTimer timer;
+            timer.start();
+            QVERIFY(isFinished(image));
+            QVERIFY(timer.elapsed() >= 190);
+            fastest = std::min(fastest, timer.elapsed());
+            QVERIFY(lookAlike(image.result(), m_picture));
+        }
+        QVERIFY2(fastest < 400, qPrintable(QString::number(fastest)));
     }
 
     void aSlowToolInAnotherProcessIsWaitedFor()
