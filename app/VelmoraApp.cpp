@@ -24,24 +24,27 @@ using namespace std::chrono_literals;
 /// After the launch, so that the tray and the menu are there first.
 constexpr auto welcomeDelay = 350ms;
 
+constexpr auto timeToStoreFolder = 2s;
+
 } // namespace
 
 VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     : QObject(parent)
     , m_platform(platform)
+    , m_folder(*platform.screenshotPreferences)
     , m_images(*platform.fileWriters)
     , m_namer(*platform.textRecognizer, m_images)
     , m_activeApplication(*platform.frontmostApplication)
     , m_undoHistory(*platform.systemTrash)
     , m_recentScreenshots({
-          .folder = [this] { return screenshotFolder(); },
+          .folder = [this] { return m_folder.current(); },
           .newestFiles = ScreenshotFolderResolver::recentScreenshotFiles,
           .modificationDate = ScreenshotFolderResolver::modificationDate,
       })
     , m_recentWindow({*platform.fileBrowser, *platform.pasteboard, *platform.systemTrash, m_images},
                      m_recentScreenshots, m_undoHistory)
     , m_statusMenu(*platform.statusItem)
-    , m_welcome(platform)
+    , m_welcome(platform, m_folder)
     , m_trayController(platform, m_images)
 {
     m_welcomeSoon.setSingleShot(true);
@@ -59,18 +62,19 @@ void VelmoraApp::applicationDidFinishLaunching()
     m_activeApplication.observe();
     m_recentScreenshots.load();
     m_statusMenu.updateStatusItemTitle();
-    const QUrl folder = screenshotFolder();
+    const QUrl folder = m_folder.current();
     VelmoraLog::write(QStringLiteral("watching ") + folder.toLocalFile());
     connectWelcome();
     m_welcomeSoon.callOnTimeout(this, [this, folder] { m_welcome.showWelcome(folder); });
     m_welcomeSoon.start(welcomeDelay);
     connectTray();
     startWatching(folder);
+    connect(&m_folder, &ScreenshotFolder::changed, this, &VelmoraApp::folderChanged);
 }
 
 void VelmoraApp::applicationShouldHandleReopen()
 {
-    m_welcome.showWelcome(screenshotFolder());
+    m_welcome.showWelcome(m_folder.current());
 }
 
 void VelmoraApp::applicationWillTerminate()
@@ -79,13 +83,20 @@ void VelmoraApp::applicationWillTerminate()
         m_watcher->stop();
 }
 
-void VelmoraApp::startWatching(const QUrl &folder)
+void VelmoraApp::startWatching(const QUrl &folder, FileTime newSince)
 {
     if (m_watcher)
         m_watcher->stop();
     m_watcher = std::make_unique<ScreenshotWatcher>(
         folder, [this](const QUrl &url) { handleNewScreenshot(url); }, m_platform.makeFolderEvents);
-    m_watcher->start();
+    m_watcher->start(newSince);
+}
+
+/// A tool that remembers where it has saved stores that right after the screenshot.
+void VelmoraApp::folderChanged(const QUrl &folder)
+{
+    startWatching(folder, FileTimes::now() - timeToStoreFolder);
+    m_recentScreenshots.refresh();
 }
 
 void VelmoraApp::handleNewScreenshot(const QUrl &reported)
@@ -144,14 +155,14 @@ void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
 void VelmoraApp::connectMenu()
 {
     connect(&m_statusMenu, &StatusMenu::showStatusRequested, this,
-            [this] { m_welcome.showWelcome(screenshotFolder()); });
+            [this] { m_welcome.showWelcome(m_folder.current()); });
     connect(&m_statusMenu, &StatusMenu::recentScreenshotsRequested, this,
             &VelmoraApp::showRecentScreenshots);
     connect(&m_statusMenu, &StatusMenu::undoRequested, this, &VelmoraApp::undoLastAction);
     connect(&m_statusMenu, &StatusMenu::instantModeRequested, &m_welcome,
             &WelcomeController::optimizeScreenshotSpeed);
     connect(&m_statusMenu, &StatusMenu::revealFolderRequested, this,
-            [this] { m_platform.fileBrowser->reveal(screenshotFolder()); });
+            [this] { m_platform.fileBrowser->reveal(m_folder.current()); });
     connect(&m_statusMenu, &StatusMenu::quitRequested, qApp, &QCoreApplication::quit,
             Qt::QueuedConnection);
     connect(&m_undoHistory, &UndoHistory::changed, this,
@@ -165,7 +176,8 @@ void VelmoraApp::connectMenu()
 void VelmoraApp::connectWelcome()
 {
     m_welcome.setActions(m_statusMenu.actions());
-    connect(&m_welcome, &WelcomeController::folderChosen, this, &VelmoraApp::startWatching);
+    connect(&m_welcome, &WelcomeController::folderChosen, this,
+            [this](const QUrl &folder) { startWatching(folder); });
     connect(&m_welcome, &WelcomeController::trayPositionChanged, &m_trayController,
             &TrayController::layoutPanel);
     connect(&m_welcome, &WelcomeController::recentScreenshotsRequested, this,
@@ -223,9 +235,4 @@ void VelmoraApp::showRecentScreenshots()
     m_welcome.closeWelcome();
     m_recentWindow.show();
     m_recentWindow.window()->addActions(m_statusMenu.actions());
-}
-
-QUrl VelmoraApp::screenshotFolder() const
-{
-    return ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
 }

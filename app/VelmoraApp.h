@@ -3,6 +3,7 @@
 #include "app/ActiveApplication.h"
 #include "app/StatusMenu.h"
 #include "app/welcome/WelcomeController.h"
+#include "detection/ScreenshotFolder.h"
 #include "files/UndoHistory.h"
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/RecentScreenshotsController.h"
@@ -40,8 +41,9 @@ public:
 
     void applicationWillTerminate();
 
-    /// Watches `folder`, in place of the one that was watched before.
-    void startWatching(const QUrl &folder);
+    /// Watches `folder`, in place of the one that was watched before. Files that came into it at
+    /// `newSince` or later are new.
+    void startWatching(const QUrl &folder, FileTime newSince = FileTime::max());
 
     /// Takes a new screenshot along its road.
     void handleNewScreenshot(const QUrl &reported);
@@ -51,6 +53,7 @@ private:
     void connectWelcome();
     void connectTray();
 
+    void folderChanged(const QUrl &folder);
     void copyWhenComplete(const QUuid &itemID, const QUrl &url);
     void suggestName(const QUuid &itemID, const QUrl &url);
 
@@ -58,9 +61,9 @@ private:
     void undoLastAction();
     void showRecentScreenshots();
     void keep(const QUrl &url);
-    QUrl screenshotFolder() const;
 
     Platform &m_platform;
+    ScreenshotFolder m_folder;
     ScreenshotImages m_images;
     ScreenshotNamer m_namer;
     ActiveApplication m_activeApplication;

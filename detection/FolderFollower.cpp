@@ -12,15 +12,15 @@ FolderFollower::FolderFollower(const QUrl &folder, std::unique_ptr<FolderEvents>
 {
     connect(m_events.get(), &FolderEvents::entriesChanged, this, [this](const QStringList &names) {
         m_listing.entriesChanged(names);
-        Q_EMIT stirred();
+        Q_EMIT changed();
     });
     connect(m_events.get(), &FolderEvents::listAgain, this, [this] {
         m_listing.listAgain();
-        Q_EMIT stirred();
+        Q_EMIT changed();
     });
     connect(m_events.get(), &FolderEvents::folderGone, this, [this] {
         m_coverage = FolderEvents::Coverage::Nothing;
-        Q_EMIT stirred();
+        Q_EMIT changed();
     });
 }
 
@@ -34,11 +34,16 @@ bool FolderFollower::look(FileTime now)
     return m_listing.look(now);
 }
 
+bool FolderFollower::hasUnreported() const
+{
+    return m_coverage != FolderEvents::Coverage::Missing && m_listing.hasUnreported();
+}
+
 void FolderFollower::release()
 {
     m_events.reset();
     m_coverage = FolderEvents::Coverage::Nothing;
-    m_listing.setTold(false);
+    m_listing.setReported(false);
 }
 
 /// A default one where no folder can be reached.
@@ -54,13 +59,9 @@ FolderFollower::Identity FolderFollower::identityOfFolder() const
 /// again otherwise.
 void FolderFollower::arm(const Identity &identity)
 {
-    m_coverage = FolderEvents::Coverage::Nothing;
-    if (identity == Identity())
-        m_events->disarm();
-    else
-        m_coverage = m_events->arm(QFile::decodeName(m_path));
+    m_coverage = m_events->arm(QFile::decodeName(m_path));
     if (identityOfFolder() != identity)
         m_coverage = FolderEvents::Coverage::Nothing;
     m_armed = identity;
-    m_listing.setTold(m_coverage == FolderEvents::Coverage::All);
+    m_listing.setReported(m_coverage == FolderEvents::Coverage::All);
 }

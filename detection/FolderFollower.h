@@ -26,12 +26,18 @@ public:
     bool look(FileTime now);
     const FolderListing::Files &candidates() const { return m_listing.candidates(); }
 
-    /// Nothing is told any more, and no descriptor stays open. Each look() lists from now on.
+    /// Whether something may change without changed(), so that one has to look again and again.
+    bool hasUnreported() const;
+
+    /// When the next candidate gets too old; `FileTime::max()` when there is none.
+    FileTime nextAgeing() const { return m_listing.nextAgeing(); }
+
+    /// Nothing is reported any more, and no descriptor stays open.
     void release();
 
 Q_SIGNALS:
     /// Something happened in the folder or to it.
-    void stirred();
+    void changed();
 
 private:
     struct Identity {

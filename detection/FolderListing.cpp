@@ -21,9 +21,12 @@ using namespace std::string_view_literals;
 
 constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "tiff"sv};
 
-/// So many untold entries are looked at in one look, in turn; a folder full of files with several
-/// names must not cost more than that while nothing happens.
-constexpr int untoldEntriesPerLook = 50;
+/// At most this many unreported entries are checked per look, in turn; a folder full of files with
+/// several names must not cost more than that while nothing happens.
+constexpr int unreportedEntriesPerLook = 50;
+
+/// Listing again and again may take 1 % of the time.
+constexpr int pausePerListing = 100;
 
 bool isVisibleImage(const QByteArray &name)
 {
@@ -62,9 +65,9 @@ FolderListing::FolderListing(const QUrl &folder)
 {
 }
 
-void FolderListing::setTold(bool told)
+void FolderListing::setReported(bool reported)
 {
-    m_told = told;
+    m_isReported = reported;
     m_listAgain = true;
 }
 
@@ -82,21 +85,31 @@ void FolderListing::listAgain()
 bool FolderListing::look(FileTime now)
 {
     // A clock that was set back makes candidates of files that had been too old.
-    m_listAgain = m_listAgain || !m_told || now < m_now;
+    m_listAgain = m_listAgain || now < m_now;
     m_now = now;
     m_altered = false;
+    if (!m_listAgain && !m_isReported)
+        m_listAgain = Clock::now() >= m_nextListing || hasFolderMoved();
     if (!m_listAgain)
-        lookAtToldEntries();
+        lookAtChangedEntries();
     if (m_listAgain)
         list();
     return m_altered;
 }
 
+bool FolderListing::hasFolderMoved() const
+{
+    struct stat status = {};
+    return ::stat(m_path.constData(), &status) != 0 ||
+           FileTimes::modified(status) != m_folderModified;
+}
+
 void FolderListing::list()
 {
+    const Clock::time_point start = Clock::now();
     m_listAgain = false;
     m_changed.clear();
-    m_untold.clear();
+    m_unreported.clear();
     m_nextAgeing = FileTime::max();
     Files files;
     if (!readEntries(files)) {
@@ -105,6 +118,8 @@ void FolderListing::list()
     }
     m_altered = m_altered || !haveSameOutcome(files, m_files);
     m_files = std::move(files);
+    const Clock::time_point end = Clock::now();
+    m_nextListing = end + std::min<Clock::duration>((end - start) * pausePerListing, longestPause);
 }
 
 bool FolderListing::readEntries(Files &files)
@@ -113,6 +128,9 @@ bool FolderListing::readEntries(Files &files)
     if (!folder)
         return false;
     const int descriptor = ::dirfd(folder);
+    struct stat folderStatus = {};
+    m_folderModified = ::fstat(descriptor, &folderStatus) == 0 ? FileTimes::modified(folderStatus)
+                                                               : FileTimes::distantPast;
     while (true) {
         errno = 0;
         const dirent *const entry = ::readdir(folder);
@@ -131,34 +149,40 @@ bool FolderListing::readEntries(Files &files)
     return complete;
 }
 
-void FolderListing::lookAtToldEntries()
+void FolderListing::lookAtChangedEntries()
 {
-    gatherUntold();
+    gatherAged();
+    if (m_isReported)
+        gatherUnreported();
     const QSet<QByteArray> names = std::exchange(m_changed, {});
     for (const QByteArray &name : names)
         lookAt(name);
 }
 
-/// Age alone drops no candidate: its date may have moved on where no one tells, by a mapped file
-/// or a descriptor that was opened before the file had its name.
-void FolderListing::gatherUntold()
+/// Age alone drops no candidate: its date may have moved on unreported, by a mapped file or a
+/// descriptor that was opened before the file had its name.
+void FolderListing::gatherAged()
 {
-    if (m_now >= m_nextAgeing) {
-        m_nextAgeing = FileTime::max();
-        for (auto [name, file] : m_files.asKeyValueRange()) {
-            if (!isCandidate(file.modified, m_now))
-                m_changed.insert(name);
-            else
-                m_nextAgeing = std::min(m_nextAgeing, file.modified + candidatePeriod);
-        }
+    if (m_now < m_nextAgeing)
+        return;
+    m_nextAgeing = FileTime::max();
+    for (auto [name, file] : m_files.asKeyValueRange()) {
+        if (!isCandidate(file.modified, m_now))
+            m_changed.insert(name);
+        else
+            m_nextAgeing = std::min(m_nextAgeing, file.modified + candidatePeriod);
     }
-    auto entry = m_untold.upper_bound(m_lastUntold);
-    const auto count = std::min(m_untold.size(), static_cast<size_t>(untoldEntriesPerLook));
+}
+
+void FolderListing::gatherUnreported()
+{
+    auto entry = m_unreported.upper_bound(m_lastUnreported);
+    const auto count = std::min(m_unreported.size(), static_cast<size_t>(unreportedEntriesPerLook));
     for (size_t i = 0; i < count; ++i, ++entry) {
-        if (entry == m_untold.end())
-            entry = m_untold.begin();
-        m_lastUntold = entry->first;
-        m_changed.insert(m_lastUntold);
+        if (entry == m_unreported.end())
+            entry = m_unreported.begin();
+        m_lastUnreported = entry->first;
+        m_changed.insert(m_lastUnreported);
     }
 }
 
@@ -168,13 +192,14 @@ void FolderListing::lookAt(const QByteArray &name)
     const QByteArray path = m_path + '/' + name;
     if (::lstat(path.constData(), &status) != 0) {
         m_listAgain = m_listAgain || !isGoneOrForbidden(errno);
-        m_untold.erase(name);
+        m_unreported.erase(name);
         forget(name);
         return;
     }
-    // A new name for an old file: what is written through it is told by this name only.
-    const auto untold = m_untold.find(name);
-    if (hasSeveralNames(status) && (untold == m_untold.end() || untold->second != status.st_ino))
+    // A new name for an old file: what is written through it is reported by this name only.
+    const auto unreported = m_unreported.find(name);
+    if (hasSeveralNames(status) &&
+        (unreported == m_unreported.end() || unreported->second != status.st_ino))
         m_listAgain = true;
     if (!isVisibleImage(name))
         return;
@@ -189,7 +214,7 @@ std::optional<FolderListing::File> FolderListing::judge(const QByteArray &name,
                                                         const struct stat &status)
 {
     if (S_ISDIR(status.st_mode) || hasSeveralNames(status))
-        m_untold[name] = status.st_ino;
+        m_unreported[name] = status.st_ino;
     const FileTime modified = FileTimes::modified(status);
     if (!isCandidate(modified, m_now))
         return std::nullopt;

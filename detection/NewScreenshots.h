@@ -26,6 +26,9 @@ public:
     /// The file is never new, for as long as this object lives.
     void ignore(const QUrl &url);
 
+    /// The file is new at the next scan, if it is there and nobody asked to ignore it.
+    void forget(const QUrl &url) { m_knownFiles.remove(url); }
+
 private:
     FileTime m_startedAt;
     QSet<QUrl> m_knownFiles;

@@ -24,6 +24,8 @@ using namespace std::string_view_literals;
 /// One more than the watcher takes.
 constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "tiff"sv, "tif"sv};
 
+constexpr size_t longestUserEntry = 16384;
+
 struct DatedFile {
     QString name;
     FileTime modified;
@@ -33,8 +35,11 @@ QString homeOfUser(const QString &name)
 {
     if (name.isEmpty())
         return QDir::homePath();
-    const passwd *const entry = ::getpwnam(name.toUtf8().constData());
-    return entry ? QFile::decodeName(entry->pw_dir) : QString();
+    passwd entry = {};
+    passwd *found = nullptr;
+    std::vector<char> texts(longestUserEntry);
+    ::getpwnam_r(name.toUtf8().constData(), &entry, texts.data(), texts.size(), &found);
+    return found ? QFile::decodeName(found->pw_dir) : QString();
 }
 
 /// The path with a leading "~" or "~user" replaced; as it stands when there is no such user.
@@ -89,6 +94,11 @@ QUrl currentScreenshotFolder(const ScreenshotPreferences &preferences)
     if (const QString folder = preferences.desktopToolFolder().value_or(QString());
         !folder.isEmpty())
         return folderAt(folder);
+    return defaultFolder();
+}
+
+QUrl defaultFolder()
+{
     return folderAt(QDir::homePath() + QStringLiteral("/Desktop"));
 }
 

@@ -13,9 +13,12 @@ namespace ScreenshotFolderResolver
 {
 
 /// The folder that the system's preference names, with a leading tilde expanded, else the one of
-/// the desktop's own screenshot tool, else the home's "Desktop"; standardised. It need not exist.
-/// Main thread.
+/// the desktop's own screenshot tool, else defaultFolder(); standardised. It need not exist. Any
+/// thread; blocks for the file system.
 QUrl currentScreenshotFolder(const ScreenshotPreferences &preferences);
+
+/// The home's "Desktop".
+QUrl defaultFolder();
 
 /// Makes the system save there, and waits until its tools have been told. A URL that is no local
 /// one changes nothing. Main thread.

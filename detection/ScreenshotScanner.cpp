@@ -1,6 +1,6 @@
 #include "detection/ScreenshotScanner.h"
 
-#include <array>
+#include <algorithm>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -9,7 +9,14 @@ namespace
 {
 
 constexpr auto tickInterval = 100ms;
-constexpr std::array rescanDelays = {30ms, 120ms, 300ms};
+
+/// A file of the far future has this long.
+constexpr std::chrono::milliseconds longestTimer = 24h;
+
+RescanTimes::Time steadyNow()
+{
+    return std::chrono::steady_clock::now();
+}
 
 } // namespace
 
@@ -19,30 +26,38 @@ ScreenshotScanner::ScreenshotScanner(const QUrl &folder, FileTime startedAt,
     , m_makeFolderEvents(std::move(makeFolderEvents))
     , m_newScreenshots(startedAt)
     , m_tick(this)
+    , m_ageing(this)
     , m_rescanTimer(this)
 {
     m_tick.setTimerType(Qt::PreciseTimer);
     m_tick.setInterval(tickInterval);
+    m_ageing.setTimerType(Qt::PreciseTimer);
+    m_ageing.setSingleShot(true);
     m_rescanTimer.setTimerType(Qt::PreciseTimer);
     m_rescanTimer.setSingleShot(true);
     connect(&m_tick, &QTimer::timeout, this, [this] { scan(); });
+    connect(&m_ageing, &QTimer::timeout, this, [this] { scan(); });
     connect(&m_rescanTimer, &QTimer::timeout, this, [this] { runDueRescans(); });
 }
 
 ScreenshotScanner::~ScreenshotScanner() = default;
 
-void ScreenshotScanner::start(FileTime calledAt, const std::atomic_bool &startedLate)
+void ScreenshotScanner::start(FileTime newSince, FileTime calledAt,
+                              const std::atomic_bool &startedLate)
 {
     m_follower.emplace(m_folder, m_makeFolderEvents());
     m_follower->look(FileTimes::now());
-    m_newScreenshots.start(m_follower->candidates(), startedLate ? calledAt : FileTime::max());
-    connect(&*m_follower, &FolderFollower::stirred, this, [this] { scanAndScheduleRescans(); });
-    m_tick.start();
+    m_newScreenshots.start(m_follower->candidates(),
+                           startedLate ? std::min(newSince, calledAt) : newSince);
+    connect(&*m_follower, &FolderFollower::changed, this, [this] { scanAndScheduleRescans(); });
+    startTickOrAgeing();
 }
 
 void ScreenshotScanner::stop()
 {
+    m_isStopped = true;
     m_tick.stop();
+    m_ageing.stop();
     if (m_follower)
         m_follower->release();
 }
@@ -51,40 +66,62 @@ void ScreenshotScanner::scan()
 {
     // The same candidates as at the last scan hold nothing new.
     const bool altered = m_follower->look(FileTimes::now());
+    startTickOrAgeing();
     if (!altered && m_hasScanned)
         return;
     m_hasScanned = true;
     const QList<QUrl> added = m_newScreenshots.scan(m_follower->candidates());
-    for (const QUrl &url : added)
-        Q_EMIT newScreenshot(url);
+    for (const QUrl &url : added) {
+        m_lastReports.insert(url, ++m_reports);
+        Q_EMIT newScreenshot(url, m_reports);
+    }
+}
+
+void ScreenshotScanner::missed(const QUrl &url, int number)
+{
+    if (m_lastReports.value(url) != number)
+        return;
+    m_newScreenshots.forget(url);
+    m_hasScanned = false;
+    scan();
 }
 
 void ScreenshotScanner::scanAndScheduleRescans()
 {
     scan();
-    // To the millisecond, so that a storm of events makes no storm of timers.
-    const auto now = std::chrono::ceil<std::chrono::milliseconds>(Clock::now());
-    for (const auto delay : rescanDelays)
-        m_rescans.insert(now + delay);
+    m_rescans.eventAt(steadyNow());
     startRescanTimer();
 }
 
 void ScreenshotScanner::runDueRescans()
 {
-    const auto due =
-        m_rescans.upper_bound(std::chrono::floor<std::chrono::milliseconds>(Clock::now()));
-    const bool isDue = due != m_rescans.begin();
-    m_rescans.erase(m_rescans.begin(), due);
-    if (isDue)
+    if (m_rescans.takeDue(steadyNow()))
         scan();
     startRescanTimer();
 }
 
 void ScreenshotScanner::startRescanTimer()
 {
-    if (m_rescans.empty())
+    if (const auto rest = m_rescans.next(steadyNow()))
+        m_rescanTimer.start(*rest);
+}
+
+void ScreenshotScanner::startTickOrAgeing()
+{
+    if (m_isStopped)
         return;
+    if (m_follower->hasUnreported()) {
+        m_ageing.stop();
+        if (!m_tick.isActive())
+            m_tick.start();
+        return;
+    }
+    m_tick.stop();
+    if (m_follower->nextAgeing() == FileTime::max()) {
+        m_ageing.stop();
+        return;
+    }
     const auto rest =
-        std::chrono::ceil<std::chrono::milliseconds>(*m_rescans.begin() - Clock::now());
-    m_rescanTimer.start(std::max(rest, 0ms));
+        std::chrono::ceil<std::chrono::milliseconds>(m_follower->nextAgeing() - FileTimes::now());
+    m_ageing.start(std::clamp(rest, 0ms, longestTimer));
 }

@@ -4,9 +4,15 @@
 #include "detection/ScreenshotScanner.h"
 #include "filesystem/FileUrls.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QSemaphore>
 #include <QThread>
+
+#include <algorithm>
+
+#include <sys/stat.h>
 
 using namespace std::chrono_literals;
 
@@ -16,8 +22,35 @@ namespace
 /// About one frame of the screen: long enough to list thousands of files.
 constexpr auto longestWaitForSnapshot = 20ms;
 
-/// A listing on a dead network folder may never end; the program goes on without its thread.
+/// A listing on a dead network folder may never end; the program ends without its thread.
 constexpr auto longestWaitForThread = 1s;
+
+/// A thread that is left to end by itself. The application waits for it at its own end, since a
+/// thread must not outlive what Qt itself clears away then.
+class LeftThread : public QObject
+{
+public:
+    explicit LeftThread(QThread *thread) : QObject(QCoreApplication::instance()), m_thread(thread)
+    {
+        connect(thread, &QThread::finished, this, &QObject::deleteLater);
+    }
+    ~LeftThread() override
+    {
+        if (m_thread->wait(QDeadlineTimer(longestWaitForThread)))
+            delete m_thread;
+    }
+    Q_DISABLE_COPY_MOVE(LeftThread)
+
+private:
+    QThread *m_thread;
+};
+
+/// Also a link that leads nowhere stands there.
+bool stands(const QUrl &url)
+{
+    struct stat status = {};
+    return ::lstat(QFile::encodeName(url.toLocalFile()).constData(), &status) == 0;
+}
 
 /// What start() and the snapshot have to tell each other.
 struct Start {
@@ -49,21 +82,19 @@ ScreenshotWatcher::~ScreenshotWatcher()
         delete m_thread;
         return;
     }
-    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
     m_thread->quit();
-    if (m_thread->wait(QDeadlineTimer(longestWaitForThread)))
-        delete m_thread;
+    new LeftThread(m_thread);
 }
 
-void ScreenshotWatcher::start()
+void ScreenshotWatcher::start(FileTime newSince)
 {
     VelmoraLog::write(QStringLiteral("watcher start"));
     const FileTime now = FileTimes::now();
     const auto start = std::make_shared<Start>();
     QMetaObject::invokeMethod(
         m_scanner,
-        [scanner = m_scanner, now, start] {
-            scanner->start(now, start->late);
+        [scanner = m_scanner, newSince, now, start] {
+            scanner->start(newSince, now, start->late);
             start->done.release();
         },
         Qt::QueuedConnection);
@@ -87,19 +118,33 @@ void ScreenshotWatcher::ignore(const QUrl &url)
         m_scanner, [scanner = m_scanner, url] { scanner->ignore(url); }, Qt::QueuedConnection);
 }
 
-void ScreenshotWatcher::report(const QUrl &url)
+void ScreenshotWatcher::report(const QUrl &url, int number)
 {
-    m_reports.enqueue(url);
+    const auto queued = std::find_if(m_reports.begin(), m_reports.end(),
+                                     [&url](const Report &other) { return other.url == url; });
+    if (queued == m_reports.end())
+        m_reports.enqueue({url, number});
+    else
+        queued->number = number;
     m_nextTurn.start(0, this);
 }
 
 void ScreenshotWatcher::timerEvent(QTimerEvent *)
 {
-    const QUrl url = m_reports.dequeue();
+    const auto [url, number] = m_reports.dequeue();
     if (m_reports.isEmpty())
         m_nextTurn.stop();
     if (isIgnored(url))
         return;
+    if (!stands(url)) {
+        QMetaObject::invokeMethod(
+            m_scanner,
+            [scanner = m_scanner, missed = url, report = number] {
+                scanner->missed(missed, report);
+            },
+            Qt::QueuedConnection);
+        return;
+    }
     // A copy, since the callback may end the watcher.
     const auto callback = m_onNewScreenshot;
     callback(url);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "filesystem/FileTime.h"
 #include "platform/FolderEvents.h"
 
 #include <QBasicTimer>
@@ -16,8 +17,11 @@ class QThread;
 class ScreenshotScanner;
 
 /// Calls its owner once for every image file that newly appears in one folder after the watcher
-/// was made. The folder need not exist. Never fails: a folder that can't be listed holds nothing,
-/// one without events is listed ten times a second.
+/// was made. The folder need not exist. Never fails: a folder that can't be listed holds nothing;
+/// one without events is looked at ten times a second, as `FolderListing` says.
+///
+/// A file that another program puts in the place of one whose call is queued is no second file; one
+/// that is gone when its call is due is reported when it is back.
 ///
 /// All listing happens on a thread of its own, "velmora.screenshot-watcher". Lives on the main
 /// thread. Started and stopped once; another folder takes another watcher.
@@ -35,9 +39,10 @@ public:
                       QObject *parent = nullptr);
     ~ScreenshotWatcher() override;
 
-    /// The files that are there now are known; what comes after the return is new. Waits a moment
-    /// for the listing of the folder, but not for a large or slow one.
-    void start();
+    /// The files that are there now are known, but for those that came at `newSince` or later; what
+    /// comes after the return is new. Waits a moment for the listing of the folder, but not for a
+    /// large or slow one.
+    void start(FileTime newSince = FileTime::max());
 
     /// Soon after, no descriptor is open and no tick comes. A rescan that is under way and calls
     /// that are queued still happen.
@@ -48,7 +53,12 @@ public:
     void ignore(const QUrl &url);
 
 private:
-    void report(const QUrl &url);
+    struct Report {
+        QUrl url;
+        int number;
+    };
+
+    void report(const QUrl &url, int number);
     void timerEvent(QTimerEvent *event) override;
     bool isIgnored(const QUrl &url);
 
@@ -56,7 +66,7 @@ private:
     QMutex m_ignoredLock;
     /// Standardised, as the scanner keeps them too.
     QSet<QUrl> m_ignored;
-    QQueue<QUrl> m_reports;
+    QQueue<Report> m_reports;
     QBasicTimer m_nextTurn;
     QThread *m_thread;
     ScreenshotScanner *m_scanner;

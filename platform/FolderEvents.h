@@ -15,8 +15,10 @@ public:
     /// How much of what happens in the folder is told.
     enum class Coverage {
         Nothing, ///< the folder can't be watched now
-        Some,    ///< changes made by other machines may go untold (network, FUSE)
-        All,     ///< every change that is made to an entry by its name in this folder is told
+        Some,    ///< changes made by other machines, or on the way to the folder, may go untold
+        All,     ///< every change that is made to an entry by its name in this folder is told, and
+                 ///< every one after which the path may lead elsewhere
+        Missing, ///< no folder is there; it is told when one comes
     };
 
     /// Watches `folder`, in place of whatever was watched before, and says what will be told.
@@ -29,11 +31,12 @@ Q_SIGNALS:
     /// linked, deleted). A name may be told more than once and need not exist any more.
     void entriesChanged(const QStringList &names);
 
-    /// Events were lost, or the folder's own attributes changed: only a fresh listing tells.
+    /// Events were lost, the folder's own attributes changed, or the system's clock was set: only a
+    /// fresh listing tells.
     void listAgain();
 
-    /// The watched folder was deleted, moved away or unmounted. Nothing more is told until the
-    /// next arm().
+    /// The watched folder was deleted, moved away or unmounted, or the path may lead to another
+    /// one now. Nothing more is told until the next arm().
     void folderGone();
 };
 

@@ -6,14 +6,15 @@
 #include "app/welcome/explainOnce.h"
 #include "app/welcome/feedbackMail.h"
 #include "core/VelmoraSettings.h"
-#include "detection/ScreenshotFolderResolver.h"
+#include "detection/ScreenshotFolder.h"
 #include "detection/ScreenshotSpeedOptimizer.h"
 #include "platform/Platform.h"
 
 #include <QDesktopServices>
 
-WelcomeController::WelcomeController(const Platform &platform, QObject *parent)
-    : QObject(parent), m_platform(platform)
+WelcomeController::WelcomeController(const Platform &platform, ScreenshotFolder &folder,
+                                     QObject *parent)
+    : QObject(parent), m_platform(platform), m_folder(folder)
 {
 }
 
@@ -69,7 +70,7 @@ void WelcomeController::connectWindow()
 void WelcomeController::optimizeScreenshotSpeed()
 {
     ScreenshotSpeedOptimizer::disableAppleThumbnail(*m_platform.screenshotPreferences);
-    rebuild(ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences));
+    rebuild(m_folder.current());
 }
 
 void WelcomeController::startAtLoginChanged(bool on)
@@ -98,15 +99,14 @@ void WelcomeController::changeScreenshotFolder()
                            "that folder so it can rename new screenshots."),
     };
     explainOnce(*m_welcomeWindow, explanation, [this] {
-        const QUrl current =
-            ScreenshotFolderResolver::currentScreenshotFolder(*m_platform.screenshotPreferences);
-        chooseFolder(*m_welcomeWindow, current, [this](const QUrl &folder) { useFolder(folder); });
+        chooseFolder(*m_welcomeWindow, m_folder.current(),
+                     [this](const QUrl &folder) { useFolder(folder); });
     });
 }
 
 void WelcomeController::useFolder(const QUrl &folder)
 {
-    ScreenshotFolderResolver::setScreenshotFolder(*m_platform.screenshotPreferences, folder);
+    m_folder.choose(folder);
     Q_EMIT folderChosen(folder);
     rebuild(folder);
 }

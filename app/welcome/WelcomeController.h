@@ -7,6 +7,7 @@
 
 struct Platform;
 class QAction;
+class ScreenshotFolder;
 class WelcomeWindow;
 struct WelcomeState;
 
@@ -15,7 +16,8 @@ class WelcomeController : public QObject
 {
     Q_OBJECT
 public:
-    explicit WelcomeController(const Platform &platform, QObject *parent = nullptr);
+    WelcomeController(const Platform &platform, ScreenshotFolder &folder,
+                      QObject *parent = nullptr);
     ~WelcomeController() override;
 
     /// The actions whose shortcuts work in the window.
@@ -46,6 +48,7 @@ private:
     void connectWindow();
 
     const Platform &m_platform;
+    ScreenshotFolder &m_folder;
     QList<QAction *> m_actions;
     std::unique_ptr<WelcomeWindow> m_welcomeWindow;
 };

@@ -1,14 +1,19 @@
 #include "platform/FolderEvents.h"
 
+#include "platform/linux/folder-events/ClockWatch.h"
 #include "platform/linux/folder-events/FileSystemKind.h"
 #include "platform/linux/folder-events/InotifyQueue.h"
+#include "platform/linux/folder-events/PathWatch.h"
 
 #include <QFile>
 #include <QTimer>
 
+#include <cerrno>
 #include <chrono>
+#include <optional>
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 
 using namespace std::chrono_literals;
 
@@ -45,10 +50,13 @@ public:
     {
         disarm();
         const QByteArray path = QFile::encodeName(folder);
-        if (!m_presence.open(path, presenceMask))
-            return Coverage::Nothing;
-        const bool contentIsTold = m_content.open(path, contentMask);
-        return contentIsTold && tellsEveryChange(path) ? Coverage::All : Coverage::Some;
+        const bool isWatched = m_presence.open(path, presenceMask);
+        const bool contentIsTold = isWatched && m_content.open(path, contentMask);
+        const bool wayIsTold = watchWayTo(path);
+        if (!isWatched)
+            return wayIsTold && isNoFolder(path) ? Coverage::Missing : Coverage::Nothing;
+        return wayIsTold && contentIsTold && tellsEveryChange(path) ? Coverage::All
+                                                                    : Coverage::Some;
     }
 
     void disarm() override
@@ -56,14 +64,38 @@ public:
         m_presence.close();
         m_content.close();
         m_pause.stop();
+        m_way.reset();
+        m_clock.reset();
     }
 
 private:
+    static bool isNoFolder(const QByteArray &path)
+    {
+        struct stat status = {};
+        return ::stat(path.constData(), &status) == 0 ? !S_ISDIR(status.st_mode)
+                                                      : errno == ENOENT || errno == ENOTDIR;
+    }
+
+    bool watchWayTo(const QByteArray &path)
+    {
+        m_way.emplace();
+        connect(&*m_way, &PathWatch::changed, this, &InotifyFolderEvents::tellGone,
+                Qt::QueuedConnection);
+        m_clock.emplace();
+        connect(&*m_clock, &ClockWatch::clockSet, this, &FolderEvents::listAgain);
+        return m_clock->isWatching() && m_way->watch(path);
+    }
+
+    void tellGone()
+    {
+        disarm();
+        Q_EMIT folderGone();
+    }
+
     void tell(const InotifyQueue::News &news)
     {
         if (news.folderGone) {
-            disarm();
-            Q_EMIT folderGone();
+            tellGone();
             return;
         }
         if (news.lost)
@@ -75,6 +107,8 @@ private:
     InotifyQueue m_presence;
     InotifyQueue m_content;
     QTimer m_pause;
+    std::optional<PathWatch> m_way;
+    std::optional<ClockWatch> m_clock;
 };
 
 } // namespace

@@ -1,9 +1,13 @@
 #include "platform/ScreenshotPreferences.h"
 
+#include "platform/linux/folder-events/PathWatch.h"
+#include "platform/linux/freedesktop/UserDirectories.h"
+#include "platform/linux/screenshot-tools/FollowedSetting.h"
 #include "platform/linux/screenshot-tools/ScreenshotTools.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMutex>
 #include <QSettings>
 
 namespace
@@ -24,10 +28,18 @@ const ScreenshotTool &runningTool()
     return ScreenshotTools::toolOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
-bool isHome(const QString &path)
+/// The folder, if a screenshot tool can save in it. A missing one may come.
+std::optional<QString> usable(const std::optional<QString> &folder)
 {
+    if (!folder || folder->isEmpty())
+        return std::nullopt;
+    const QString path = QDir::cleanPath(*folder);
+    const QFileInfo info(path);
+    if (info.exists() && !info.isDir())
+        return std::nullopt;
+    // Whoever saves between all that stands in the home folder is not followed there.
     const QString home = QDir::cleanPath(QDir::homePath());
-    return path == home || QFileInfo(path) == QFileInfo(home);
+    return path == home || info == QFileInfo(home) ? std::nullopt : std::optional(path);
 }
 
 /// The domain is a file beside the program's own preferences.
@@ -45,6 +57,11 @@ public:
 class LinuxScreenshotPreferences : public ScreenshotPreferences
 {
 public:
+    LinuxScreenshotPreferences()
+    {
+        connect(&m_files, &PathWatch::changed, this, &ScreenshotPreferences::changed);
+    }
+
     std::optional<QString> location() const override
     {
         const QVariant stored = DomainFile().value(locationKey());
@@ -54,12 +71,21 @@ public:
 
     std::optional<QString> desktopToolFolder() const override
     {
-        const std::optional<QString> folder = runningTool().folder();
-        if (!folder || folder->isEmpty())
-            return std::nullopt;
-        // Whoever saves between all that stands in the home folder is not followed there.
-        const QString path = QDir::cleanPath(*folder);
-        return isHome(path) ? std::nullopt : std::optional(path);
+        const QMutexLocker locker(&m_toolLock);
+        const ScreenshotTool &tool = runningTool();
+        const std::optional<QString> folder = usable(tool.folder(valueOf(tool.setting)));
+        if (folder || !m_toolFolder)
+            m_toolFolder = folder ? folder : usable(tool.usualFolder());
+        return m_toolFolder;
+    }
+
+    void follow() override
+    {
+        for (const QString &file :
+             {DomainFile().fileName(), UserDirectories::file(), runningTool().file()}) {
+            if (!file.isEmpty())
+                m_files.watch(QFile::encodeName(file));
+        }
     }
 
     std::optional<bool> showsThumbnail() const override
@@ -81,6 +107,26 @@ public:
         DomainFile().setValue(showsThumbnailKey(), shows);
         return shows ? QList<SystemCommand>() : runningTool().saveAtOnce();
     }
+
+private:
+    std::optional<QString> valueOf(const FollowedSetting::Name &name) const
+    {
+        if (!name.schema)
+            return std::nullopt;
+        if (!m_setting)
+            m_setting = std::make_unique<FollowedSetting>(name, m_tellChange);
+        return m_setting->value();
+    }
+
+    mutable QMutex m_toolLock;
+    /// The last one that the tool's settings named.
+    mutable std::optional<QString> m_toolFolder;
+    PathWatch m_files;
+    const std::function<void()> m_tellChange = [this] {
+        QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);
+    };
+    /// Made by the first who asks; last, since it tells of changes until its end.
+    mutable std::unique_ptr<FollowedSetting> m_setting;
 };
 
 } // namespace

@@ -60,7 +60,8 @@ QString described(const Dates &dates, FileTime now)
 
 } // namespace
 
-/// Following the folder by its events has the outcome of listing it each time, whatever happens.
+/// Following the folder by its events alone, and asking first whether it has moved where nothing
+/// is reported, have the outcome of listing it each time, whatever happens.
 class BothWaysAgreeTest : public QObject
 {
     Q_OBJECT
@@ -78,40 +79,60 @@ private Q_SLOTS:
         QFETCH(unsigned int, seed);
         RandomHistory history(seed);
         const QUrl folder = QUrl::fromLocalFile(history.folder());
-        FolderFollower follower(folder, makeFolderEvents());
-        FolderListing lister(folder);
         auto skew = 0s;
+        const auto nowIs = [&skew] { return FileTimes::now() + skew; };
+        FolderFollower follower(folder, makeFolderEvents());
+        connect(&follower, &FolderFollower::changed, &follower, [&] { follower.look(nowIs()); });
+        FolderListing lister(folder);
+        FolderListing asker(folder);
         NewScreenshots followed(FileTimes::now());
+        NewScreenshots asked(FileTimes::now());
         NewScreenshots listed(FileTimes::now());
+        follower.look(nowIs());
         QStringList acts;
         int reported = 0;
+        int asleep = 0;
         for (int step = 0; step < 200; ++step) {
-            const FileTime now = FileTimes::now() + skew;
+            const FileTime now = nowIs();
             for (int count = history.random(4); count >= 0; --count)
                 acts.append(history.act(now));
+            lister.listAgain();
             lister.look(now);
             const Dates expected = plainListing(history.folder(), now);
             QCOMPARE(described(datesOf(lister.candidates()), now), described(expected, now));
-            const bool agree = QTest::qWaitFor([&follower, &expected, now] {
-                follower.look(now);
+            const bool agree = QTest::qWaitFor([&] {
+                // Where nothing goes unreported, nobody looks but after an event.
+                if (follower.hasUnreported() || now >= follower.nextAgeing())
+                    follower.look(now);
                 return datesOf(follower.candidates()) == expected;
             });
             if (!agree)
                 qWarning().noquote() << acts.mid(acts.size() - 30).join(u'\n');
             QCOMPARE(described(datesOf(follower.candidates()), now), described(expected, now));
+            asleep += follower.hasUnreported() ? 0 : 1;
+            const bool askerAgrees = QTest::qWaitFor([&] {
+                asker.look(now);
+                return datesOf(asker.candidates()) == expected;
+            });
+            QVERIFY2(askerAgrees, qPrintable(acts.mid(acts.size() - 30).join(u'\n')));
 
             const QList<QUrl> news = listed.scan(lister.candidates());
             QCOMPARE(followed.scan(follower.candidates()), news);
+            QCOMPARE(asked.scan(asker.candidates()), news);
             reported += static_cast<int>(news.size());
             if (history.random(4) == 0 && !news.isEmpty()) {
                 listed.ignore(news.first());
                 followed.ignore(news.first());
+                asked.ignore(news.first());
             }
-            // The clock goes on, and once in a while back.
-            skew += std::chrono::seconds(history.random(30) == 0 ? 60 - history.random(200)
-                                                                 : history.random(60));
+            // The clock goes on, and once in a while it is set back, which is told.
+            const bool isSet = history.random(30) == 0;
+            skew += std::chrono::seconds(isSet ? 60 - history.random(200) : history.random(60));
+            if (isSet)
+                follower.look(nowIs());
         }
         QVERIFY(reported > 0);
+        QVERIFY(asleep > 0);
     }
 };
 

@@ -46,7 +46,7 @@ private Q_SLOTS:
         QVERIFY(m_listing->look(m_noon + 180s));
         QCOMPARE(candidates(), QString());
         QVERIFY(!m_listing->look(m_noon + 181s));
-        m_listing->setTold(false);
+        m_listing->setReported(false);
         QVERIFY(m_listing->look(m_noon + 180s - 1ns));
         QCOMPARE(candidates(), QStringLiteral("a.png"));
         QVERIFY(m_listing->look(m_noon + 180s));
@@ -260,7 +260,7 @@ private Q_SLOTS:
 private:
     QString path(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
 
-    void follow() { m_listing->setTold(true); }
+    void follow() { m_listing->setReported(true); }
 
     QString candidates() const
     {

@@ -207,6 +207,51 @@ private Q_SLOTS:
             QCOMPARE(history.value(history.indexOf(name) - 1), turn);
     }
 
+    void aFileThatIsReplacedWhileItsReportIsOnItsWayIsReportedOnce()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.png"), "one"));
+        letAllScansPassUnheard();
+        for (const char *content : {"two", "three"}) {
+            QVERIFY(QFile::remove(inFolder("a.png")));
+            letAllScansPassUnheard();
+            QVERIFY(write(inFolder("a.png"), content));
+            letAllScansPassUnheard();
+        }
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void aFileThatIsGoneWhenItsReportArrivesIsReportedWhenItIsBack()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        QVERIFY(write(inFolder("a.png")));
+        letAllScansPassUnheard();
+        QVERIFY(QFile::rename(inFolder("a.png"), inFolder("aside")));
+        letAllScansPass();
+        QCOMPARE(watched.names(), QStringList());
+        QVERIFY(QFile::rename(inFolder("aside"), inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void aFileThatCameJustBeforeTheFolderBecameTheOneIsNew()
+    {
+        QVERIFY(moveIn(inFolder("old.png"), FileTimes::now() - 1s));
+        QTest::qWait(100);
+        const FileTime since = FileTimes::now();
+        QVERIFY(write(inFolder("shot.png")));
+        Watched watched(m_folder);
+        watched->start(since);
+        QTRY_COMPARE(watched.names(), fileNames({"shot.png"}));
+        letAllScansPass();
+        QCOMPARE(watched.names(), fileNames({"shot.png"}));
+    }
+
     void aTifFileIsNeverReported()
     {
         Watched watched(m_folder);

@@ -1,6 +1,7 @@
 #include "detection/ScreenshotWatcher.h"
 
 #include "tests/detection/FolderActions.h"
+#include "tests/detection/PoorFolderEvents.h"
 #include "tests/detection/Watched.h"
 
 #include <QDir>
@@ -18,19 +19,6 @@ using FolderActions::write;
 
 namespace
 {
-
-/// Events of a system that has none, or that says so little.
-class PoorFolderEvents : public FolderEvents
-{
-public:
-    explicit PoorFolderEvents(Coverage coverage) : m_coverage(coverage) {}
-
-    Coverage arm(const QString &) override { return m_coverage; }
-    void disarm() override {}
-
-private:
-    Coverage m_coverage;
-};
 
 /// Events whose system does not answer before somebody releases it.
 class HangingFolderEvents : public PoorFolderEvents
@@ -272,7 +260,8 @@ private Q_SLOTS:
             watched->start();
             timer.start();
         }
-        QVERIFY(timer.elapsed() < 5000);
+        // Another folder may have been chosen: nobody waits for the one before.
+        QVERIFY(timer.elapsed() < 500);
         released.release();
         letAllScansPass();
     }

@@ -1,11 +1,15 @@
 #include "platform/FolderEvents.h"
 
+#include "tests/world/PrivateMount.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -243,13 +247,82 @@ private Q_SLOTS:
         QCOMPARE(m_names, QStringList());
     }
 
-    void whatIsNoFolderCantBeWatched()
+    void aFolderThatIsMissingIsToldWhenItComes_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("alone") << QStringLiteral("missing");
+        QTest::newRow("with its parents") << QStringLiteral("one/two/missing");
+        QTest::newRow("behind a link") << QStringLiteral("link/missing");
+    }
+
+    void aFolderThatIsMissingIsToldWhenItComes()
+    {
+        QFETCH(QString, folder);
+        QVERIFY(::symlink("three/four", raw(path("link")).constData()) == 0);
+        const QString missing = m_folder + u'/' + folder;
+        QCOMPARE(m_events->arm(missing), Coverage::Missing);
+        QVERIFY(write(path("something else")));
+        QTest::qWait(100);
+        QCOMPARE(m_gone->count(), 0);
+        QVERIFY(QDir().mkpath(path("three/four")) && QDir().mkpath(missing));
+        const bool isArmed = QTest::qWaitFor(
+            [&] { return m_gone->count() > 0 && m_events->arm(missing) == Coverage::All; });
+        QVERIFY(isArmed);
+        QVERIFY(write(missing + QStringLiteral("/new")));
+        QTRY_VERIFY(m_names.contains(QStringLiteral("new")));
+    }
+
+    void aFileInThePlaceOfTheFolderIsToldWhenItGoes()
+    {
+        QVERIFY(write(path("file")));
+        QCOMPARE(m_events->arm(path("file")), Coverage::Missing);
+        QVERIFY(QFile::remove(path("file")));
+        QTRY_COMPARE(m_gone->count(), 1);
+    }
+
+    void whatHappensOnTheWayToTheFolderIsTold_data()
+    {
+        QTest::addColumn<QByteArray>("act");
+        QTest::newRow("a parent is renamed") << QByteArray("mv real real2");
+        QTest::newRow("a link leads elsewhere") << QByteArray("ln -sfn /nowhere link");
+        QTest::newRow("a link is replaced") << QByteArray("ln -s real other && mv -T other link");
+        QTest::newRow("a parent gets other permissions") << QByteArray("chmod 711 real");
+    }
+
+    void whatHappensOnTheWayToTheFolderIsTold()
+    {
+        QFETCH(QByteArray, act);
+        QVERIFY(QDir().mkpath(path("real/inner/Shots")));
+        QVERIFY(::symlink("real", raw(path("link")).constData()) == 0);
+        QCOMPARE(m_events->arm(path("link/inner/Shots")), Coverage::All);
+        QTest::qWait(50);
+        QCOMPARE(m_gone->count(), 0);
+        const QByteArray command = "cd '" + raw(m_folder) + "' && " + act;
+        QCOMPARE(::system(command.constData()), 0);
+        QTRY_COMPARE(m_gone->count(), 1);
+    }
+
+    void whatIsMountedOverTheFolderIsTold()
+    {
+        QVERIFY(write(path("beneath")));
+        const PrivateMount place("size=64k");
+        if (!place)
+            QSKIP(PrivateMount::unavailable);
+        const QString folder = place.filePath(QStringLiteral("inner"));
+        QVERIFY(QDir().mkdir(folder));
+        QCOMPARE(m_events->arm(folder), Coverage::All);
+        QTest::qWait(50);
+        const qsizetype before = m_gone->count();
+        QVERIFY(::mount("tmpfs", raw(folder).constData(), "tmpfs", 0, nullptr) == 0);
+        QTRY_COMPARE(m_gone->count(), before + 1);
+        QVERIFY(::umount2(raw(folder).constData(), MNT_DETACH) == 0);
+    }
+
+    void aPathThatIsNoneCantBeWatched()
     {
         const QStringList before = openDescriptors();
-        QCOMPARE(m_events->arm(path("missing")), Coverage::Nothing);
-        QVERIFY(write(path("file")));
-        QCOMPARE(m_events->arm(path("file")), Coverage::Nothing);
         QCOMPARE(m_events->arm(QString()), Coverage::Nothing);
+        m_events->disarm();
         QCOMPARE(openDescriptors(), before);
     }
 

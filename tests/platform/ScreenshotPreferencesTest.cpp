@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -340,47 +341,73 @@ private Q_SLOTS:
         QCOMPARE(readFile(real), QByteArray("delay=1\nscreenshot_dir=file:///srv/shots\n"));
     }
 
-    void cinnamonsAndMatesToolsKeepTheirFolderInSettings_data()
+    void aToolsSettingThatNamesNoFolderIsNoAnswer()
     {
-        QTest::addColumn<QByteArray>("desktop");
-        QTest::addColumn<QByteArray>("schema");
-        QTest::addColumn<QByteArray>("key");
-        QTest::newRow("Cinnamon") << QByteArray("X-Cinnamon")
-                                  << QByteArray("org.gnome.gnome-screenshot")
-                                  << QByteArray("auto-save-directory");
-        QTest::newRow("MATE") << QByteArray("MATE") << QByteArray("org.mate.screenshot")
-                              << QByteArray("last-save-directory");
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        QTemporaryDir directory;
+        const QString picture = directory.filePath(QStringLiteral("shot.png"));
+        QVERIFY(writeFile(picture, "picture"));
+        const QString file = configPath(QStringLiteral("xfce4/xfce4-screenshooter"));
+        const auto name = [&file](const QString &path) {
+            return writeFile(file, "screenshot_dir=file:" + QFile::encodeName(path) + "\n");
+        };
+        // Whose settings never named a folder saves where it does as it comes.
+        QVERIFY(writeFile(configPath(QStringLiteral("user-dirs.dirs")),
+                          "XDG_PICTURES_DIR=\"/srv/pictures\"\n"));
+        QVERIFY(name(picture));
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/pictures"));
+
+        QVERIFY(name(directory.path()));
+        QCOMPARE(m_preferences->desktopToolFolder(), directory.path());
+        for (const QString &none : {picture, QDir::homePath(), QStringLiteral("//server/x")}) {
+            QVERIFY(name(none));
+            QCOMPARE(m_preferences->desktopToolFolder(), directory.path());
+        }
     }
 
-    void cinnamonsAndMatesToolsKeepTheirFolderInSettings()
+    void changesOfTheFilesAreTold_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("the domain")
+            << QByteArray("none") << QStringLiteral("velmora/com.apple.screencapture.conf");
+        QTest::newRow("the user's folders")
+            << QByteArray("none") << QStringLiteral("user-dirs.dirs");
+        QTest::newRow("Xfce") << QByteArray("XFCE") << QStringLiteral("xfce4/xfce4-screenshooter");
+        QTest::newRow("Spectacle") << QByteArray("KDE") << QStringLiteral("spectaclerc");
+    }
+
+    void changesOfTheFilesAreTold()
     {
         QFETCH(QByteArray, desktop);
-        QFETCH(QByteArray, schema);
-        QFETCH(QByteArray, key);
-        const QTemporaryDir schemas;
-        const QByteArray xml = "<schemalist><schema id='" + schema + "' path='/test/'><key name='" +
-                               key + "' type='s'><default>''</default></key></schema></schemalist>";
-        QVERIFY(writeFile(schemas.filePath(QStringLiteral("test.gschema.xml")), xml));
-        QCOMPARE(QProcess::execute(QStringLiteral("glib-compile-schemas"), {schemas.path()}), 0);
-        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(schemas.path()));
-        qputenv("GSETTINGS_BACKEND", "keyfile");
+        QFETCH(QString, file);
         qputenv("XDG_CURRENT_DESKTOP", desktop);
-        QVERIFY(!m_preferences->desktopToolFolder());
-        const QString path = QStringLiteral("/srv/my 'shots' \\ \"ü\", 100%");
-        const QList<SystemCommand> commands = m_preferences->storeLocation(path);
-        QCOMPARE(commands.size(), 1);
-        QCOMPARE(QProcess::execute(commands[0].executable, commands[0].arguments), 0);
-        QCOMPARE(m_preferences->desktopToolFolder(), path);
-        QCOMPARE(QProcess::execute(QStringLiteral("gsettings"),
-                                   {QStringLiteral("set"), QString::fromLatin1(schema),
-                                    QString::fromLatin1(key), QStringLiteral("/srv/it's")}),
-                 0);
-        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/it's"));
-        QCOMPARE(QProcess::execute(QStringLiteral("gsettings"),
-                                   {QStringLiteral("set"), QString::fromLatin1(schema),
-                                    QString::fromLatin1(key), QStringLiteral("sftp://server/x")}),
-                 0);
-        QVERIFY(!m_preferences->desktopToolFolder());
+        const QString path = configPath(file);
+        const QSignalSpy changes(m_preferences.get(), &ScreenshotPreferences::changed);
+        // As the one who is told does.
+        connect(m_preferences.get(), &ScreenshotPreferences::changed, m_preferences.get(),
+                [this] { m_preferences->follow(); });
+        m_preferences->follow();
+        const auto isTold = [&changes](const auto &act) {
+            const qsizetype before = changes.size();
+            return act() && QTest::qWaitFor([&] { return changes.size() > before; });
+        };
+        QVERIFY(isTold([&] { return writeFile(path, "made"); }));
+        QTest::qWait(50);
+        QVERIFY(isTold([&] { return writeFile(path, "written again"); }));
+        QTest::qWait(50);
+        QVERIFY(isTold([&] {
+            return writeFile(path + u'~', "put in its place") &&
+                   ::rename(QFile::encodeName(QString(path + u'~')).constData(),
+                            QFile::encodeName(path).constData()) == 0;
+        }));
+        QTest::qWait(50);
+        QVERIFY(isTold([&] { return QFile::remove(path); }));
+        QTest::qWait(50);
+        const qsizetype before = changes.size();
+        QVERIFY(writeFile(path + QStringLiteral(".other"), "nobody cares"));
+        QTest::qWait(100);
+        QCOMPARE(changes.size(), before);
     }
 
     void whatKdesToolWritesIsReadBack()

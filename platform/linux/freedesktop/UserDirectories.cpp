@@ -10,12 +10,6 @@
 namespace
 {
 
-QString file()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/user-dirs.dirs");
-}
-
 QByteArray keyOf(const QString &name)
 {
     return "XDG_" + name.toUtf8() + "_DIR";
@@ -37,6 +31,12 @@ QByteArray quoted(const QString &path)
 
 namespace UserDirectories
 {
+
+QString file()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/user-dirs.dirs");
+}
 
 std::optional<QString> folder(const QString &name)
 {

@@ -9,6 +9,9 @@
 namespace UserDirectories
 {
 
+/// The file that names them.
+QString file();
+
 /// The folder of that name ("PICTURES", "SCREENSHOTS"); absent when the file names none. One that
 /// is switched off is the home folder.
 std::optional<QString> folder(const QString &name);

@@ -1,21 +1,16 @@
 #pragma once
 
 #include "platform/ScreenshotPreferences.h"
+#include "platform/linux/screenshot-tools/FollowedSetting.h"
 
 #include <QList>
 #include <QString>
 
-#include <optional>
-
-/// The settings of GNOME's kin, through their own command. Main thread.
+/// Writing the settings of GNOME and its relatives, through their own command. Any thread.
 namespace GSettings
 {
 
-/// A setting that is a string; absent where the command, the schema or the key is missing, or
-/// where the command does not answer within a second.
-std::optional<QString> string(const QString &schema, const QString &key);
-
-/// The commands that store it; none where the command is missing.
-QList<SystemCommand> storeString(const QString &schema, const QString &key, const QString &value);
+/// The commands that store a string; none where the command is missing.
+QList<SystemCommand> storeString(const FollowedSetting::Name &name, const QString &value);
 
 } // namespace GSettings

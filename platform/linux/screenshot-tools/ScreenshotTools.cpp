@@ -25,6 +25,16 @@ Folder picturesOrHome()
     return UserDirectories::folder(QStringLiteral("PICTURES")).value_or(QDir::homePath());
 }
 
+QString noFile()
+{
+    return {};
+}
+
+Folder unknownFolder()
+{
+    return std::nullopt;
+}
+
 Commands nothing()
 {
     return {};
@@ -37,52 +47,46 @@ Commands noSetting(const QString &)
 
 // GNOME Shell: a folder whose name is in the language of the session, and no setting.
 
-Folder gnomeFolder()
+Folder gnomeFolder(const Folder &)
 {
     return *picturesOrHome() + u'/' + Translations::translated("gnome-shell", "Screenshots");
 }
 
 // gnome-screenshot, which Cinnamon's keys run.
 
-QString gnomeScreenshotSchema()
-{
-    return QStringLiteral("org.gnome.gnome-screenshot");
-}
+constexpr FollowedSetting::Name gnomeScreenshotSetting = {"org.gnome.gnome-screenshot",
+                                                          "auto-save-directory"};
 
-QString gnomeScreenshotKey()
+Folder gnomeScreenshotFolder(const Folder &setting)
 {
-    return QStringLiteral("auto-save-directory");
-}
-
-Folder gnomeScreenshotFolder()
-{
-    const Folder stored = GSettings::string(gnomeScreenshotSchema(), gnomeScreenshotKey());
-    if (!stored || stored->isEmpty())
-        return picturesOrHome();
-    return UserDirectories::ofThisMachine(*stored);
+    return setting && !setting->isEmpty() ? UserDirectories::ofThisMachine(*setting)
+                                          : picturesOrHome();
 }
 
 Commands storeGnomeScreenshotFolder(const QString &path)
 {
-    return GSettings::storeString(gnomeScreenshotSchema(), gnomeScreenshotKey(),
+    return GSettings::storeString(gnomeScreenshotSetting,
                                   QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
 // MATE's tool asks, and proposes the folder of the last time.
 
-Folder mateFolder()
+constexpr FollowedSetting::Name mateSetting = {"org.mate.screenshot", "last-save-directory"};
+
+Folder desktopFolder()
 {
-    const Folder stored = GSettings::string(QStringLiteral("org.mate.screenshot"),
-                                            QStringLiteral("last-save-directory"));
-    if (!stored || stored->isEmpty())
-        return UserDirectories::folder(QStringLiteral("DESKTOP"));
-    return UserDirectories::ofThisMachine(*stored);
+    return UserDirectories::folder(QStringLiteral("DESKTOP"));
+}
+
+Folder mateFolder(const Folder &setting)
+{
+    return setting && !setting->isEmpty() ? UserDirectories::ofThisMachine(*setting)
+                                          : desktopFolder();
 }
 
 Commands storeMateFolder(const QString &path)
 {
-    return GSettings::storeString(QStringLiteral("org.mate.screenshot"),
-                                  QStringLiteral("last-save-directory"),
+    return GSettings::storeString(mateSetting,
                                   QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
@@ -94,7 +98,7 @@ QString xfceFile()
            QStringLiteral("/xfce4/xfce4-screenshooter");
 }
 
-Folder xfceFolder()
+Folder xfceFolder(const Folder &)
 {
     const Folder stored = KeyFile::value(xfceFile(), {}, "screenshot_dir");
     if (!stored || stored->isEmpty())
@@ -109,9 +113,23 @@ Commands storeXfceFolder(const QString &path)
     return {};
 }
 
+// KDE's Spectacle.
+
+Folder spectacleFolder(const Folder &)
+{
+    return SpectacleSettings::folder();
+}
+
+// COSMIC: no setting.
+
+Folder cosmicFolder(const Folder &)
+{
+    return picturesOrHome();
+}
+
 // grim and the scripts around it: the environment and the user's folders.
 
-Folder grimFolder()
+Folder grimFolder(const Folder &)
 {
     if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
         return screenshots;
@@ -130,14 +148,14 @@ Commands storeGrimFolder(const QString &path)
 
 // niri takes screenshots itself, by default into this folder.
 
-Folder niriFolder()
+Folder niriFolder(const Folder &)
 {
     return QString(QDir::homePath() + QStringLiteral("/Pictures/Screenshots"));
 }
 
 // A desktop that nothing is known of: where screenshots belong, if the user has said so.
 
-Folder saidFolder()
+Folder saidFolder(const Folder &)
 {
     if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
         return screenshots;
@@ -154,19 +172,24 @@ constexpr std::array wlroots = {"sway"sv,    "hyprland"sv, "river"sv,  "wlroots"
                                 "wayfire"sv, "labwc"sv,    "swayfx"sv, "dwl"sv};
 constexpr std::array xfce = {"xfce"sv};
 
-/// A desktop more is a line more.
+constexpr FollowedSetting::Name noGSetting = {};
+
+/// To support another desktop, add a line.
 constexpr ScreenshotTool tools[] = {
-    {cinnamon, gnomeScreenshotFolder, storeGnomeScreenshotFolder, nothing},
-    {cosmic, picturesOrHome, noSetting, nothing},
-    {gnome, gnomeFolder, noSetting, nothing},
-    {kde, SpectacleSettings::folder, SpectacleSettings::storeFolder, SpectacleSettings::saveAtOnce},
-    {mate, mateFolder, storeMateFolder, nothing},
-    {niri, niriFolder, noSetting, nothing},
-    {wlroots, grimFolder, storeGrimFolder, nothing},
-    {xfce, xfceFolder, storeXfceFolder, nothing},
+    {cinnamon, noFile, gnomeScreenshotSetting, gnomeScreenshotFolder, picturesOrHome,
+     storeGnomeScreenshotFolder, nothing},
+    {cosmic, noFile, noGSetting, cosmicFolder, unknownFolder, noSetting, nothing},
+    {gnome, noFile, noGSetting, gnomeFolder, unknownFolder, noSetting, nothing},
+    {kde, SpectacleSettings::file, noGSetting, spectacleFolder, unknownFolder,
+     SpectacleSettings::storeFolder, SpectacleSettings::saveAtOnce},
+    {mate, noFile, mateSetting, mateFolder, desktopFolder, storeMateFolder, nothing},
+    {niri, noFile, noGSetting, niriFolder, unknownFolder, noSetting, nothing},
+    {wlroots, noFile, noGSetting, grimFolder, unknownFolder, storeGrimFolder, nothing},
+    {xfce, xfceFile, noGSetting, xfceFolder, picturesOrHome, storeXfceFolder, nothing},
 };
 
-constexpr ScreenshotTool unknownTool = {{}, saidFolder, noSetting, nothing};
+constexpr ScreenshotTool unknownTool = {{},        noFile, noGSetting, saidFolder, unknownFolder,
+                                        noSetting, nothing};
 
 } // namespace
 

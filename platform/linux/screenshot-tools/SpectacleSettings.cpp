@@ -9,12 +9,6 @@
 namespace
 {
 
-QString file()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/spectaclerc");
-}
-
 bool isPlasma6()
 {
     return qEnvironmentVariableIntValue("KDE_SESSION_VERSION") >= 6;
@@ -22,7 +16,7 @@ bool isPlasma6()
 
 std::optional<QString> value(const char *group, const char *key)
 {
-    const std::optional<QString> stored = KeyFile::value(file(), group, key);
+    const std::optional<QString> stored = KeyFile::value(SpectacleSettings::file(), group, key);
     return stored && !stored->isEmpty() ? stored : std::nullopt;
 }
 
@@ -43,6 +37,12 @@ QList<SystemCommand> write(const QString &group, const QString &key, const QStri
 
 namespace SpectacleSettings
 {
+
+QString file()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/spectaclerc");
+}
 
 std::optional<QString> folder()
 {

@@ -12,6 +12,9 @@
 namespace SpectacleSettings
 {
 
+/// The file that holds them.
+QString file();
+
 /// Where it saves; absent when that is no folder of this machine.
 std::optional<QString> folder();
 

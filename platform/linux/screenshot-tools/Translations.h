@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Texts of other programs in the language of the session. Main thread.
+/// Texts of other programs in the language of the session. Any thread, by one at a time.
 namespace Translations
 {
 

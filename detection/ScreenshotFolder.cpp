@@ -1,0 +1,97 @@
+#include "detection/ScreenshotFolder.h"
+
+#include "core/whenFinished.h"
+#include "detection/ScreenshotFolderResolver.h"
+#include "filesystem/FileUrls.h"
+
+#include <QFileInfo>
+#include <QSemaphore>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// Reading two small files takes a millisecond; a busy machine at login a little longer.
+constexpr auto longestWaitForFirstAnswer = 100ms;
+
+/// What stands at a path and is no folder. A folder that is missing may come.
+bool isSomethingElse(const QUrl &folder)
+{
+    const QFileInfo info(folder.toLocalFile());
+    return info.exists() && !info.isDir();
+}
+
+} // namespace
+
+/// What the first reading hands to whoever waits for it.
+struct ScreenshotFolder::FirstAnswer {
+    QUrl folder;
+    QSemaphore done;
+};
+
+ScreenshotFolder::ScreenshotFolder(ScreenshotPreferences &preferences, QObject *parent)
+    : QObject(parent), m_preferences(preferences), m_first(std::make_shared<FirstAnswer>())
+{
+    connect(&preferences, &ScreenshotPreferences::changed, this, &ScreenshotFolder::resolve);
+    resolve();
+}
+
+ScreenshotFolder::~ScreenshotFolder() = default;
+
+QUrl ScreenshotFolder::current()
+{
+    if (m_folder.isEmpty()) {
+        const bool answered =
+            m_first->done.tryAcquire(1, static_cast<int>(longestWaitForFirstAnswer.count()));
+        m_folder = answered ? m_first->folder : ScreenshotFolderResolver::defaultFolder();
+    }
+    return m_folder;
+}
+
+void ScreenshotFolder::choose(const QUrl &folder)
+{
+    if (folder.toLocalFile().isEmpty())
+        return;
+    ScreenshotFolderResolver::setScreenshotFolder(m_preferences, folder);
+    m_folder = FileUrls::standardized(folder);
+    // What is being read may be from before.
+    m_isOutdated = m_isResolving;
+}
+
+void ScreenshotFolder::resolve()
+{
+    if (m_isResolving) {
+        m_isOutdated = true;
+        return;
+    }
+    m_isResolving = true;
+    m_isOutdated = false;
+    const auto answer = m_background.run([preferences = &m_preferences, first = m_first] {
+        preferences->follow();
+        const QUrl folder = ScreenshotFolderResolver::currentScreenshotFolder(*preferences);
+        const bool isAnswer = !isSomethingElse(folder);
+        if (first->folder.isEmpty()) {
+            first->folder = folder;
+            first->done.release();
+        }
+        return isAnswer ? folder : QUrl();
+    });
+    whenFinished(answer, this, [this](const QUrl &folder) {
+        m_isResolving = false;
+        if (m_isOutdated)
+            resolve();
+        else
+            take(folder);
+    });
+}
+
+void ScreenshotFolder::take(const QUrl &folder)
+{
+    if (folder.isEmpty() || folder == m_folder)
+        return;
+    const bool hasBeenAsked = !m_folder.isEmpty();
+    m_folder = folder;
+    if (hasBeenAsked)
+        Q_EMIT changed(folder);
+}

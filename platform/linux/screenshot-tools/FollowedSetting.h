@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// One string of the settings that GNOME and its relatives keep (GSettings), read and followed in
+/// this process by a thread of its own. Any thread.
+class FollowedSetting
+{
+public:
+    struct Name {
+        const char *schema;
+        const char *key;
+    };
+
+    /// @param changed called on the setting's own thread when the value has changed
+    FollowedSetting(const Name &name, std::function<void()> changed);
+    ~FollowedSetting();
+
+    /// Absent where the schema or the key is not installed or is no string, and where the first
+    /// answer takes longer than a second. Answers from memory.
+    std::optional<QString> value() const;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,172 @@
+#include "tests/detection/FolderActions.h"
+#include "tests/detection/PoorFolderEvents.h"
+#include "tests/detection/Watched.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <ctime>
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+using FolderActions::setDate;
+using FolderActions::write;
+
+namespace
+{
+
+/// The number of one of this process's threads; empty while there is none of that name.
+QString threadNamed(const QByteArray &name)
+{
+    const QDir tasks(u"/proc/self/task"_s);
+    for (const QString &number : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile comm(tasks.filePath(number + u"/comm"_s));
+        if (comm.open(QIODevice::ReadOnly) && comm.readAll().trimmed() == name)
+            return number;
+    }
+    return {};
+}
+
+/// How often the watcher's thread has gone to sleep, which it does after each time it was woken.
+int sleepsOfWatcher()
+{
+    QFile status(u"/proc/self/task/"_s + threadNamed("velmora.screens") + u"/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray text = status.readAll();
+    const QByteArray key = "\nvoluntary_ctxt_switches:";
+    const qsizetype begin = text.indexOf(key) + key.size();
+    return text.mid(begin, text.indexOf('\n', begin) - begin).trimmed().toInt();
+}
+
+/// The processor's time that this whole process has used.
+std::chrono::nanoseconds used()
+{
+    timespec time = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+} // namespace
+
+/// What watching costs while nothing happens.
+class AtRestTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_folder = m_directory->path() + u"/Shots"_s;
+        QVERIFY(QDir().mkdir(m_folder));
+    }
+
+    void whereEverythingIsReportedNothingWakesTheWatcher_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("a folder") << true;
+        QTest::newRow("a folder that is missing") << false;
+    }
+
+    void whereEverythingIsReportedNothingWakesTheWatcher()
+    {
+        QFETCH(bool, exists);
+        if (!exists)
+            QVERIFY(QDir().rmdir(m_folder));
+        Watched watched(m_folder);
+        watched->start();
+        QTest::qWait(600);
+        const int before = sleepsOfWatcher();
+        QVERIFY(before > 0);
+        QTest::qWait(2000);
+        QCOMPARE(sleepsOfWatcher(), before);
+
+        if (!exists)
+            QVERIFY(QDir().mkdir(m_folder));
+        QVERIFY(write(inFolder("a.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+        QTest::qWait(600);
+        const int afterwards = sleepsOfWatcher();
+        QTest::qWait(2000);
+        QCOMPARE(sleepsOfWatcher(), afterwards);
+    }
+
+    void theWatcherWakesWhenACandidateGetsTooOld()
+    {
+        Watched watched(m_folder);
+        watched->start();
+        letAllScansPass();
+        QVERIFY(FolderActions::moveIn(inFolder("a.png"), FileTimes::now() - 180s + 1500ms));
+        QTest::qWait(800);
+        const int before = sleepsOfWatcher();
+        QTest::qWait(400);
+        QCOMPARE(sleepsOfWatcher(), before);
+        QTRY_VERIFY_WITH_TIMEOUT(sleepsOfWatcher() > before, 1500);
+        QTest::qWait(200);
+        const int afterwards = sleepsOfWatcher();
+        QTest::qWait(1000);
+        QCOMPARE(sleepsOfWatcher(), afterwards);
+    }
+
+    void aFolderInTheFolderIsLookedAtAllTheTime()
+    {
+        QVERIFY(QDir().mkdir(inFolder("a.png")));
+        QVERIFY(setDate(inFolder("a.png"), FileTimes::now() - 1h));
+        Watched watched(m_folder);
+        watched->start();
+        letAllScansPass();
+        QVERIFY(write(inFolder("a.png") + u"/inside"_s));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+    void whereNothingIsReportedALargeFolderCostsLittle()
+    {
+        constexpr int files = 10'000;
+        for (int i = 0; i < files; ++i)
+            QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_folder + u"/old %1.png"_s.arg(i))));
+        Watched watched(m_folder, [] {
+            return std::make_unique<PoorFolderEvents>(FolderEvents::Coverage::Nothing);
+        });
+        watched->start();
+        QTest::qWait(500);
+        auto least = 10s - 0ns;
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            const auto before = used();
+            QTest::qWait(2000);
+            least = std::min(least, used() - before);
+        }
+        // 1 % of the time for the listing, and as much for the ticks and for this test itself.
+        QVERIFY2(least < 40ms, qPrintable(QString::number(least / 1us)));
+
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(write(inFolder("new.png")));
+        QTRY_COMPARE(watched.names(), fileNames({"new.png"}));
+        QVERIFY(timer.elapsed() < 1000);
+    }
+
+    void whereNothingIsReportedAFileRewrittenInPlaceIsSeenWithinSeconds()
+    {
+        QVERIFY(write(inFolder("a.png")));
+        QVERIFY(setDate(inFolder("a.png"), FileTimes::now() - 1h));
+        Watched watched(m_folder, [] {
+            return std::make_unique<PoorFolderEvents>(FolderEvents::Coverage::Nothing);
+        });
+        watched->start();
+        letAllScansPass();
+        QVERIFY(setDate(inFolder("a.png"), FileTimes::now()));
+        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
+    }
+
+private:
+    QString inFolder(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_folder;
+};
+
+QTEST_GUILESS_MAIN(AtRestTest)
+#include "AtRestTest.moc"

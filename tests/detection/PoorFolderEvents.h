@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/FolderEvents.h"
+
+/// Events of a system that has none, or that says so little.
+class PoorFolderEvents : public FolderEvents
+{
+public:
+    explicit PoorFolderEvents(Coverage coverage) : m_coverage(coverage) {}
+
+    Coverage arm(const QString &) override { return m_coverage; }
+    void disarm() override {}
+
+private:
+    Coverage m_coverage;
+};

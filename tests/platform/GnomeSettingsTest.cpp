@@ -1,0 +1,115 @@
+#include "platform/ScreenshotPreferences.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr std::pair<const char *, const char *> settings[] = {
+    {"org.gnome.gnome-screenshot", "auto-save-directory"},
+    {"org.mate.screenshot", "last-save-directory"},
+};
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+} // namespace
+
+/// Desktops whose tool keeps its folder in GNOME's kind of settings.
+class GnomeSettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    /// A process looks for schemas and for the place of the settings once.
+    void initTestCase()
+    {
+        QByteArray xml = "<schemalist>";
+        for (const auto &[schema, key] : settings) {
+            xml += QByteArray("<schema id='") + schema + "' path='/" + key + "/'><key name='" +
+                   key + "' type='s'><default>''</default></key></schema>";
+        }
+        QVERIFY(writeFile(m_schemas.filePath(u"test.gschema.xml"_s), xml + "</schemalist>"));
+        QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, {m_schemas.path()}), 0);
+        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(m_schemas.path()));
+        qputenv("GSETTINGS_BACKEND", "keyfile");
+    }
+
+    void theFolderIsReadAndFollowed_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("schema");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("Cinnamon") << QByteArray("X-Cinnamon")
+                                  << QString::fromLatin1(settings[0].first)
+                                  << QString::fromLatin1(settings[0].second);
+        QTest::newRow("MATE") << QByteArray("MATE") << QString::fromLatin1(settings[1].first)
+                              << QString::fromLatin1(settings[1].second);
+    }
+
+    void theFolderIsReadAndFollowed()
+    {
+        QFETCH(QByteArray, desktop);
+        QFETCH(QString, schema);
+        QFETCH(QString, key);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        const auto preferences = makeScreenshotPreferences();
+        QVERIFY(!preferences->desktopToolFolder());
+        const QSignalSpy changes(preferences.get(), &ScreenshotPreferences::changed);
+
+        const QString path = u"/srv/my 'shots' \\ \"ü\", 100%"_s;
+        const QList<SystemCommand> commands = preferences->storeLocation(path);
+        QCOMPARE(commands.size(), 1);
+        QCOMPARE(QProcess::execute(commands[0].executable, commands[0].arguments), 0);
+        QTRY_COMPARE(preferences->desktopToolFolder(), path);
+        QTRY_VERIFY(changes.size() > 0);
+
+        QCOMPARE(set(schema, key, u"/srv/it's"_s), 0);
+        QTRY_COMPARE(preferences->desktopToolFolder(), u"/srv/it's"_s);
+        QCOMPARE(makeScreenshotPreferences()->desktopToolFolder(), u"/srv/it's"_s);
+        // A server's folder is none of this machine: the one before it stays.
+        const qsizetype before = changes.size();
+        QCOMPARE(set(schema, key, u"sftp://server/x"_s), 0);
+        QTRY_VERIFY(changes.size() > before);
+        QCOMPARE(preferences->desktopToolFolder(), u"/srv/it's"_s);
+        QVERIFY(!makeScreenshotPreferences()->desktopToolFolder());
+    }
+
+    void noProgramIsStartedToRead()
+    {
+        const QTemporaryDir tools;
+        const QString marker = tools.filePath(u"started"_s);
+        QVERIFY(writeFile(tools.filePath(u"gsettings"_s),
+                          "#!/bin/sh\necho >>'" + QFile::encodeName(marker) + "'\n"));
+        QVERIFY(QFile::setPermissions(tools.filePath(u"gsettings"_s),
+                                      QFile::ReadOwner | QFile::ExeOwner));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(tools.path()) + ':' + path);
+        qputenv("XDG_CURRENT_DESKTOP", "MATE");
+        QVERIFY(makeScreenshotPreferences()->desktopToolFolder() != u"/nowhere"_s);
+        qputenv("PATH", path);
+        QVERIFY(!QFile::exists(marker));
+    }
+
+private:
+    static int set(const QString &schema, const QString &key, const QString &value)
+    {
+        return QProcess::execute(u"gsettings"_s, {u"set"_s, schema, key, value});
+    }
+
+    QTemporaryDir m_schemas;
+};
+
+QTEST_GUILESS_MAIN(GnomeSettingsTest)
+#include "GnomeSettingsTest.moc"
