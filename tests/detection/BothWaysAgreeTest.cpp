@@ -80,20 +80,20 @@ private Q_SLOTS:
         RandomHistory history(seed);
         const QUrl folder = QUrl::fromLocalFile(history.folder());
         auto skew = 0s;
-        const auto nowIs = [&skew] { return FileTimes::now() + skew; };
+        FileTime now = FileTimes::now();
         FolderFollower follower(folder, makeFolderEvents());
-        connect(&follower, &FolderFollower::changed, &follower, [&] { follower.look(nowIs()); });
+        connect(&follower, &FolderFollower::changed, &follower, [&] { follower.look(now); });
         FolderListing lister(folder);
         FolderListing asker(folder);
         NewScreenshots followed(FileTimes::now());
         NewScreenshots asked(FileTimes::now());
         NewScreenshots listed(FileTimes::now());
-        follower.look(nowIs());
+        follower.look(now);
         QStringList acts;
         int reported = 0;
         int asleep = 0;
         for (int step = 0; step < 200; ++step) {
-            const FileTime now = nowIs();
+            now = FileTimes::now() + skew;
             for (int count = history.random(4); count >= 0; --count)
                 acts.append(history.act(now));
             lister.listAgain();
@@ -128,8 +128,10 @@ private Q_SLOTS:
             // The clock goes on, and once in a while it is set back, which is told.
             const bool isSet = history.random(30) == 0;
             skew += std::chrono::seconds(isSet ? 60 - history.random(200) : history.random(60));
-            if (isSet)
-                follower.look(nowIs());
+            if (isSet) {
+                now = FileTimes::now() + skew;
+                follower.look(now);
+            }
         }
         QVERIFY(reported > 0);
         QVERIFY(asleep > 0);

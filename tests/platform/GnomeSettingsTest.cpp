@@ -32,7 +32,7 @@ class GnomeSettingsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// A process looks for schemas and for the place of the settings once.
+    /// A process looks for schemas once. The settings themselves are kept by dconf, as on desktops.
     void initTestCase()
     {
         QByteArray xml = "<schemalist>";
@@ -43,7 +43,6 @@ private Q_SLOTS:
         QVERIFY(writeFile(m_schemas.filePath(u"test.gschema.xml"_s), xml + "</schemalist>"));
         QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, {m_schemas.path()}), 0);
         qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(m_schemas.path()));
-        qputenv("GSETTINGS_BACKEND", "keyfile");
     }
 
     void theFolderIsReadAndFollowed_data()
