@@ -2,6 +2,7 @@
 
 #include "app/welcome/WelcomeController.h"
 #include "core/VelmoraSettings.h"
+#include "detection/ScreenshotFolder.h"
 #include "platform/Platform.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
 
@@ -56,14 +57,15 @@ public:
 class WelcomeRig
 {
 public:
-    explicit WelcomeRig(const QString &folder)
+    explicit WelcomeRig(const QString &stored)
     {
         preferences = new RecordingScreenshotPreferences;
-        preferences->stored = folder;
+        preferences->stored = stored;
         platform.screenshotPreferences.reset(preferences);
         login = new RecordingLoginItem;
         platform.loginItem.reset(login);
-        controller = std::make_unique<WelcomeController>(platform);
+        folder = std::make_unique<ScreenshotFolder>(*preferences);
+        controller = std::make_unique<WelcomeController>(platform, *folder);
     }
 
     void show() const
@@ -151,5 +153,6 @@ public:
     Platform platform;
     RecordingScreenshotPreferences *preferences;
     RecordingLoginItem *login;
+    std::unique_ptr<ScreenshotFolder> folder;
     std::unique_ptr<WelcomeController> controller;
 };
