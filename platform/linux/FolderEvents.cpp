@@ -83,7 +83,7 @@ private:
                 Qt::QueuedConnection);
         m_clock.emplace();
         connect(&*m_clock, &ClockWatch::clockSet, this, &FolderEvents::listAgain);
-        return m_clock->isWatching() && m_way->watch(path);
+        return m_clock->isWatching() && m_way->watch(path, PathWatch::End::Folder);
     }
 
     void tellGone()

@@ -84,7 +84,7 @@ public:
         for (const QString &file :
              {DomainFile().fileName(), UserDirectories::file(), runningTool().file()}) {
             if (!file.isEmpty())
-                m_files.watch(QFile::encodeName(file));
+                m_files.watch(QFile::encodeName(file), PathWatch::End::File);
         }
     }
 

@@ -59,7 +59,9 @@ class AtRestTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_directory = std::make_unique<QTemporaryDir>();
+        // Not where all programs have their temporary files, since the way there is watched too.
+        m_directory = std::make_unique<QTemporaryDir>(u"/dev/shm/velmora-XXXXXX"_s);
+        QVERIFY(m_directory->isValid());
         m_folder = m_directory->path() + u"/Shots"_s;
         QVERIFY(QDir().mkdir(m_folder));
     }

@@ -19,9 +19,8 @@
 namespace
 {
 
-constexpr uint32_t entryMask =
-    IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ATTRIB | IN_CLOSE_WRITE;
-constexpr uint32_t folderMask = IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr uint32_t entryMask = IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+constexpr uint32_t folderMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
 constexpr uint32_t alwaysTold = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_Q_OVERFLOW;
 constexpr int mostLinks = 40;
 constexpr size_t bufferSize = 4096;
@@ -71,7 +70,7 @@ PathWatch::~PathWatch()
     }
 }
 
-bool PathWatch::watch(const QByteArray &path)
+bool PathWatch::watch(const QByteArray &path, End end)
 {
     if (m_events < 0 || m_mounts < 0 || !path.startsWith('/'))
         return false;
@@ -79,6 +78,7 @@ bool PathWatch::watch(const QByteArray &path)
     QList<QByteArray> rest = path.split('/');
     rest.removeAll(QByteArray());
     int links = 0;
+    bool isTold = true;
     while (!rest.isEmpty()) {
         const QByteArray name = rest.takeFirst();
         if (name == "..")
@@ -86,12 +86,13 @@ bool PathWatch::watch(const QByteArray &path)
         if (name == "." || name == "..")
             continue;
         // First the watch and then the look, so that nothing happens between.
-        if (!watchEntry(folder, name, rest.isEmpty() ? Place::AtTheEnd : Place::OnTheWay))
+        if (!watchEntry(folder, name, rest.isEmpty() ? Place::AtTheEnd : Place::OnTheWay, end))
             return false;
+        isTold = isTold && tellsEveryChange(folder);
         const QByteArray entry = child(folder, name);
         struct stat status = {};
         if (::lstat(entry.constData(), &status) != 0)
-            return errno == ENOENT;
+            return isTold && errno == ENOENT;
         if (!S_ISLNK(status.st_mode)) {
             folder = entry;
             continue;
@@ -104,21 +105,21 @@ bool PathWatch::watch(const QByteArray &path)
         rest = target.split('/') + rest;
         rest.removeAll(QByteArray());
     }
-    return true;
+    return isTold;
 }
 
-bool PathWatch::watchEntry(const QByteArray &folder, const QByteArray &name, Place place)
+bool PathWatch::watchEntry(const QByteArray &folder, const QByteArray &name, Place place, End end)
 {
-    const int watch =
-        ::inotify_add_watch(m_events, folder.constData(), entryMask | folderMask | IN_ONLYDIR);
+    const uint32_t contentMask = end == End::File ? IN_CLOSE_WRITE : 0;
+    const int watch = ::inotify_add_watch(m_events, folder.constData(),
+                                          entryMask | folderMask |
+                                              (place == Place::OnTheWay ? IN_ATTRIB : contentMask));
     if (watch < 0)
         return false;
-    {
-        const QMutexLocker locker(&m_lock);
-        QHash<QByteArray, Place> &names = m_names[watch];
-        names.insert(name, std::min(place, names.value(name, place)));
-    }
-    return tellsEveryChange(folder);
+    const QMutexLocker locker(&m_lock);
+    QHash<QByteArray, Place> &names = m_names[watch];
+    names.insert(name, std::min(place, names.value(name, place)));
+    return true;
 }
 
 void PathWatch::read()

@@ -15,13 +15,15 @@ class PathWatch : public QObject
 {
     Q_OBJECT
 public:
+    enum class End { Folder, File };
+
     PathWatch();
     ~PathWatch() override;
 
-    /// Watches the way to `path` too, and tells whether changed() tells of everything. False on
+    /// Watches the way to `path` too, and says whether changed() tells of everything. False on
     /// file systems that other machines change, and where the way can't be watched. Any thread;
     /// blocks for the file system.
-    bool watch(const QByteArray &path);
+    bool watch(const QByteArray &path, End end);
 
 Q_SIGNALS:
     void changed();
@@ -29,7 +31,7 @@ Q_SIGNALS:
 private:
     enum class Place { OnTheWay, AtTheEnd };
 
-    bool watchEntry(const QByteArray &folder, const QByteArray &name, Place place);
+    bool watchEntry(const QByteArray &folder, const QByteArray &name, Place place, End end);
     void read();
     bool concerns(const struct inotify_event &event, const char *name);
 
