@@ -9,6 +9,9 @@
 #include <QFileInfo>
 #include <QMutex>
 #include <QSettings>
+#include <QTemporaryFile>
+
+#include <cstdio>
 
 namespace
 {
@@ -51,6 +54,26 @@ public:
                     QStringLiteral("com.apple.screencapture"))
     {
         setFallbacksEnabled(false);
+    }
+
+    /// To write into its own file it would wait for a lock there, half a minute for that of a
+    /// writer that was killed. So another one is written, which takes the place of the old one.
+    void store(const QString &key, const QVariant &value) const
+    {
+        const QFileInfo place(fileName());
+        const QString path = place.exists() ? place.canonicalFilePath() : fileName();
+        QTemporaryFile draft(path + QStringLiteral(".XXXXXX"));
+        if (!QDir().mkpath(place.path()) || !draft.open())
+            return;
+        QSettings written(draft.fileName(), QSettings::NativeFormat);
+        for (const QString &other : allKeys())
+            written.setValue(other, this->value(other));
+        written.setValue(key, value);
+        written.sync();
+        if (written.status() == QSettings::NoError &&
+            ::rename(QFile::encodeName(draft.fileName()).constData(),
+                     QFile::encodeName(path).constData()) == 0)
+            draft.setAutoRemove(false);
     }
 };
 
@@ -98,13 +121,13 @@ public:
 
     QList<SystemCommand> storeLocation(const QString &path) override
     {
-        DomainFile().setValue(locationKey(), path);
+        DomainFile().store(locationKey(), path);
         return runningTool().storeFolder(path);
     }
 
     QList<SystemCommand> storeShowsThumbnail(bool shows) override
     {
-        DomainFile().setValue(showsThumbnailKey(), shows);
+        DomainFile().store(showsThumbnailKey(), shows);
         return shows ? QList<SystemCommand>() : runningTool().saveAtOnce();
     }
 

@@ -1,12 +1,15 @@
 #include "platform/ScreenshotPreferences.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
 
 namespace
 {
@@ -98,6 +101,39 @@ private Q_SLOTS:
         QVERIFY(writeFile(file, "[General]\nlocation=/srv/other places\nshow-thumbnail=true\n"));
         QCOMPARE(m_preferences->location(), QStringLiteral("/srv/other places"));
         QCOMPARE(m_preferences->showsThumbnail(), true);
+    }
+
+    void theLockOfAKilledWriterHoldsNobodyUp_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("killed before it wrote its name") << QByteArray();
+        QTest::newRow("of another host") << QByteArray("4711\nvelmora\nelsewhere\n\n\n");
+    }
+
+    void theLockOfAKilledWriterHoldsNobodyUp()
+    {
+        QFETCH(QByteArray, content);
+        const QString file = configPath(QStringLiteral("velmora/com.apple.screencapture.conf"));
+        QVERIFY(writeFile(file, "[General]\nshow-thumbnail=false\n"));
+        QVERIFY(writeFile(file + QStringLiteral(".lock"), content));
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
+        QVERIFY(timer.elapsed() < 2000);
+        QCOMPARE(readFile(file),
+                 QByteArray("[General]\nlocation=/srv/shots\nshow-thumbnail=false\n"));
+        QCOMPARE(QDir(configPath(QStringLiteral("velmora"))).entryList(QDir::Files).size(), 2);
+    }
+
+    void aPipeInThePlaceOfAToolsFileHoldsNobodyUp()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+        const QString file = configPath(QStringLiteral("xfce4/xfce4-screenshooter"));
+        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+        for (const QString &pipe : {file, configPath(QStringLiteral("user-dirs.dirs"))})
+            QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QVERIFY(!m_preferences->desktopToolFolder());
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
     }
 
     void whatIsNoBooleanIsNoThumbnailSetting()

@@ -1,5 +1,7 @@
 #include "platform/linux/freedesktop/KeyFile.h"
 
+#include "filesystem/OpenFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,15 +12,21 @@
 namespace
 {
 
-/// Absent when the file is there and can't be read.
+/// Far more than any file of settings holds.
+constexpr qint64 largestFile = 1 << 20; // bytes
+
+/// Absent when the file is there and can't be read, or is no regular file: reading a pipe would
+/// wait for its writer.
 std::optional<QList<QByteArray>> linesOf(const QString &path)
 {
-    QFile file(path);
-    if (!file.exists())
+    if (!QFile::exists(path))
         return QList<QByteArray>();
-    if (!file.open(QIODevice::ReadOnly))
+    const std::shared_ptr<OpenFile> file = OpenFile::open(path);
+    const std::optional<QByteArray> content =
+        file ? readWhole(file->descriptor(), largestFile) : std::nullopt;
+    if (!content)
         return std::nullopt;
-    QList<QByteArray> lines = file.readAll().split('\n');
+    QList<QByteArray> lines = content->split('\n');
     if (lines.last().isEmpty())
         lines.removeLast();
     return lines;
