@@ -56,9 +56,9 @@ def member_of(line):
 
 
 class Declarations:
-    """`classes`, `protocols`, `enums` give a name's framework. `members` gives (owner, name, static)
-    its parameters, type and whether it is optional; `constants` the framework and type; `functions`
-    the framework, the parameters' types and the returned type."""
+    """`classes`, `protocols`, `enums` give a name's framework. `members` gives (owner, name,
+    static) its parameters, type and whether it is optional; `constants` the framework and type;
+    `functions` the framework, the parameters' types and the returned type."""
 
     def __init__(self, package):
         self.classes, self.protocols, self.enums = {}, {}, {}

@@ -41,10 +41,10 @@ class Compiler:
 
     def errors_of(self, source):
         """The numbers of the lines with errors."""
-        run = subprocess.run([*self.command, "-x", "objective-c++", str(source)], cwd=self.folder, capture_output=True,
-                             text=True, check=False)
-        found = re.findall(rf"{re.escape(pathlib.Path(source).name)}:(\d+):\d+: (?:fatal )?error:",
-                           run.stderr)
+        run = subprocess.run([*self.command, "-x", "objective-c++", str(source)], cwd=self.folder,
+                             capture_output=True, text=True, check=False)
+        name = re.escape(pathlib.Path(source).name)
+        found = re.findall(rf"{name}:(\d+):\d+: (?:fatal )?error:", run.stderr)
         if run.returncode != 0 and not found:
             sys.exit(run.stderr)
         return {int(number) for number in found}
