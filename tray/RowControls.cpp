@@ -1,5 +1,6 @@
 #include "tray/RowControls.h"
 
+#include "platform/SystemWords.h"
 #include "style/BezelButton.h"
 #include "style/PaletteView.h"
 #include "style/SymbolImages.h"
@@ -56,7 +57,7 @@ RowControls makeControls(QWidget *row, const QUrl &file, const QString &filename
         .filenameField = new FilenameTextField(filename, row),
         .undoButton = makeUndoButton(row),
         .copyButton = symbolButton(QStringLiteral("doc.on.doc"), QStringLiteral("Copy")),
-        .revealButton = symbolButton(QStringLiteral("folder"), QStringLiteral("Reveal in Finder")),
+        .revealButton = symbolButton(QStringLiteral("folder"), SystemWords::reveal.here()),
         .trashButton = symbolButton(QStringLiteral("trash"), QStringLiteral("Move to Trash")),
         .closeButton = symbolButton(QStringLiteral("xmark"), QStringLiteral("Dismiss")),
     };

@@ -9,6 +9,7 @@
 #include "detection/ScreenshotFolder.h"
 #include "detection/ScreenshotSpeedOptimizer.h"
 #include "platform/Platform.h"
+#include "platform/SystemWords.h"
 
 #include <QDesktopServices>
 
@@ -82,8 +83,7 @@ void WelcomeController::startAtLoginChanged(bool on)
     const Explanation explanation = {
         .key = QStringLiteral("didExplainStartAtLogin"),
         .title = QStringLiteral("Start at login"),
-        .message = QStringLiteral("Velmora will ask macOS to open it when you sign in. You can "
-                                  "turn this off here anytime."),
+        .message = SystemWords::startAtLogin.here(),
     };
     explainOnce(*m_welcomeWindow, explanation,
                 [this] { LoginItemController::setEnabled(*m_platform.loginItem, true); });
@@ -94,9 +94,7 @@ void WelcomeController::changeScreenshotFolder()
     const Explanation explanation = {
         .key = QStringLiteral("didExplainFolderAccess"),
         .title = QStringLiteral("Screenshot folder access"),
-        .message =
-            QStringLiteral("Choose the folder where macOS saves screenshots. Velmora watches only "
-                           "that folder so it can rename new screenshots."),
+        .message = SystemWords::folderAccess.here(),
     };
     explainOnce(*m_welcomeWindow, explanation, [this] {
         chooseFolder(*m_welcomeWindow, m_folder.current(),

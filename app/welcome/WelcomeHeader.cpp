@@ -3,6 +3,7 @@
 #include "app/welcome/Pill.h"
 #include "app/welcome/SymbolView.h"
 #include "app/welcome/labels.h"
+#include "platform/SystemWords.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"
@@ -52,10 +53,8 @@ WelcomeHeader::WelcomeHeader(bool instantModeOn, QWidget *parent) : QWidget(pare
     auto *texts = new QVBoxLayout;
     texts->setSpacing(6);
     texts->addWidget(lineLabel(heading, headingFont(heading), VelmoraPalette::primaryText()));
-    texts->addWidget(wrappingLabel(
-        QStringLiteral("Velmora catches each new screenshot, gives it a useful name, and keeps "
-                       "copy, drag, Finder, and delete one click away."),
-        systemFont(14), VelmoraPalette::secondaryText()));
+    texts->addWidget(wrappingLabel(SystemWords::welcome.here(), systemFont(14),
+                                   VelmoraPalette::secondaryText()));
     texts->addSpacing(6);
     texts->addLayout(pills(instantModeOn));
 

@@ -10,6 +10,7 @@
 #include "app/welcome/labels.h"
 #include "app/welcome/noticeCards.h"
 #include "filesystem/FileUrls.h"
+#include "platform/SystemWords.h"
 #include "style/VelmoraPalette.h"
 
 #include <QGridLayout>
@@ -34,8 +35,8 @@ QWidget *readinessCards(const WelcomeState &state)
     QGridLayout *columns = makeColumns(cards);
     columns->addWidget(
         new ReadinessCard(QStringLiteral("Instant"),
-                          state.instantModeOn ? QStringLiteral("Mac delay is off")
-                                              : QStringLiteral("Turn off Mac delay"),
+                          state.instantModeOn ? SystemWords::instantIsOn.here()
+                                              : SystemWords::instantIsOff.here(),
                           QStringLiteral("bolt.fill"),
                           state.instantModeOn ? VelmoraPalette::teal() : VelmoraPalette::amber()),
         0, 0);
@@ -67,7 +68,7 @@ QWidget *setupChecklist(const WelcomeState &state)
                                      folderName.isEmpty() ? state.folder.toLocalFile() : folderName,
                                      true));
     rows->addWidget(new ChecklistRow(QStringLiteral("Smart naming is active"), {}, true));
-    rows->addWidget(new ChecklistRow(QStringLiteral("Screenshots stay on this Mac"), {}, true));
+    rows->addWidget(new ChecklistRow(SystemWords::screenshotsStay.here(), {}, true));
     return checklist;
 }
 

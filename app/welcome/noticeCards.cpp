@@ -2,6 +2,7 @@
 
 #include "app/welcome/SymbolView.h"
 #include "app/welcome/labels.h"
+#include "platform/SystemWords.h"
 #include "style/PaletteView.h"
 #include "style/SymbolImages.h"
 #include "style/SystemFont.h"
@@ -33,10 +34,8 @@ QWidget *privacyCard()
     PaletteView *made = card(VelmoraPalette::cardMuted(), VelmoraPalette::withAlpha(teal, 0.24));
     auto *column = new QVBoxLayout(made);
     column->setContentsMargins(14, 9, 14, 10);
-    column->addWidget(wrappingLabel(
-        QStringLiteral("Privacy: screenshots stay on this Mac. Velmora uses local OCR for naming "
-                       "and does not upload your images."),
-        systemFont(12), VelmoraPalette::secondaryText()));
+    column->addWidget(wrappingLabel(SystemWords::privacy.here(), systemFont(12),
+                                    VelmoraPalette::secondaryText()));
     return made;
 }
 
@@ -52,14 +51,11 @@ QWidget *permissionsCard()
     grid->addWidget(new SymbolView(symbolIcon(QStringLiteral("hand.raised.fill"), blue), symbolSide,
                                    QStringLiteral("Permissions")),
                     0, 0, 2, 1, Qt::AlignTop);
-    grid->addWidget(lineLabel(QStringLiteral("Mac permissions, in plain English"),
-                              systemFont(13, QFont::DemiBold), VelmoraPalette::primaryText()),
+    grid->addWidget(lineLabel(SystemWords::permissionsTitle.here(), systemFont(13, QFont::DemiBold),
+                              VelmoraPalette::primaryText()),
                     0, 1);
-    grid->addWidget(
-        wrappingLabel(QStringLiteral("Velmora does not need Screen Recording permission. If you "
-                                     "change folders, macOS may ask for access to that folder. "
-                                     "Start at login is only enabled if you turn it on."),
-                      systemFont(12), VelmoraPalette::secondaryText()),
-        1, 1);
+    grid->addWidget(wrappingLabel(SystemWords::permissions.here(), systemFont(12),
+                                  VelmoraPalette::secondaryText()),
+                    1, 1);
     return made;
 }

@@ -1,6 +1,7 @@
 #include "files/recent/RecentScreenshotRow.h"
 
 #include "filesystem/FileUrls.h"
+#include "platform/SystemWords.h"
 #include "style/BezelButton.h"
 #include "style/ElidedLabel.h"
 #include "style/ImageView.h"
@@ -72,8 +73,7 @@ QWidget *RecentScreenshotRow::buttons()
     row->setSpacing(buttonSpacing);
     using Kind = RecentScreenshotAction::Kind;
     row->addWidget(button(QStringLiteral("doc.on.doc"), QStringLiteral("Copy"), Kind::Copy));
-    row->addWidget(
-        button(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"), Kind::Reveal));
+    row->addWidget(button(QStringLiteral("folder"), SystemWords::reveal.here(), Kind::Reveal));
     row->addWidget(button(QStringLiteral("trash"), QStringLiteral("Move to Trash"), Kind::Trash));
     row->addStretch();
     return stack;

@@ -122,7 +122,7 @@ class FileManager(case.EndToEnd):
         self.drop_named()
         self.addCleanup(desktop.output_of, "thunar", "--quit")
         row = self.velmora.rows()[0]
-        desktop.click(*row.button("Reveal in Finder"))
+        desktop.click(*row.button("Show in File Manager"))
         window = desktop.wait_until(file_manager_windows, "the file manager's window", 30)[0]
         desktop.wait_until(
             lambda: desktop.FOLDER.name in desktop.window_property(window, "_NET_WM_NAME"),

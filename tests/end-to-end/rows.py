@@ -42,7 +42,7 @@ class Rows(case.EndToEnd):
 
     def test_every_control_has_a_name(self):
         self.drop_named()
-        wanted = ["Undo", "Copy", "Reveal in Finder", "Move to Trash", "Dismiss"]
+        wanted = ["Undo", "Copy", "Show in File Manager", "Move to Trash", "Dismiss"]
         self.velmora.wait_for_row(lambda each: each.buttons == wanted, f"buttons {wanted}")
 
     def test_return_renames_to_the_typed_name(self):

@@ -193,6 +193,23 @@ private Q_SLOTS:
         QCOMPARE(quitting.count(), 0);
     }
 
+    void itsDialogIsInFrontOfIt()
+    {
+        SomeWindow window;
+        QVERIFY(showFramed(window));
+        QDialog dialog(&window);
+        dialog.open();
+        QTRY_COMPARE(XDesktop::activeWindow(), dialog.winId());
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QTRY_COMPARE(XDesktop::activeWindow(), other.winId());
+        window.present();
+        QTRY_COMPARE(XDesktop::activeWindow(), dialog.winId());
+        QVERIFY(!QTest::qWaitFor([&dialog] { return XDesktop::activeWindow() != dialog.winId(); },
+                                 500));
+    }
+
     void itsDialogsEndWithIt()
     {
         SomeWindow window;

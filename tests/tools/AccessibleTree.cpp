@@ -1,5 +1,5 @@
 // Prints what a running program tells assistive technologies, as JSON: each element with its
-// role, name, text, place on the screen, states and children.
+// role, name, description, text, place on the screen, states and children.
 //
 // usage: accessible_tree PID
 
@@ -116,6 +116,8 @@ QJsonObject treeOf(const QDBusConnection &bus, const Element &element, int depth
     QJsonObject node{
         {QStringLiteral("role"), role.isEmpty() ? QString() : role.first().toString()},
         {QStringLiteral("name"), property(bus, element, "Accessible", "Name").toString()},
+        {QStringLiteral("description"),
+         property(bus, element, "Accessible", "Description").toString()},
         {QStringLiteral("place"), extentsOf(bus, element)},
         {QStringLiteral("enabled"), hasState(states, 8)},
         {QStringLiteral("focused"), hasState(states, 12)},

@@ -142,7 +142,7 @@ private Q_SLOTS:
 
     void theButtonsSendTheirActions()
     {
-        for (const char *tip : {"Copy", "Reveal in Finder", "Move to Trash", "Dismiss"})
+        for (const char *tip : {"Copy", "Show in File Manager", "Move to Trash", "Dismiss"})
             QTest::mouseClick(button(tip), Qt::LeftButton);
         QCOMPARE(m_actions.size(), 4);
         QVERIFY(std::holds_alternative<ScreenshotRowAction::Copy>(m_actions[0].what));
@@ -172,7 +172,8 @@ private Q_SLOTS:
         name()->setText(text("foo"));
         QVERIFY(m_row->renameFile(std::nullopt));
         name()->setFocus();
-        for (const char *next : {"Undo", "Copy", "Reveal in Finder", "Move to Trash", "Dismiss"}) {
+        for (const char *next :
+             {"Undo", "Copy", "Show in File Manager", "Move to Trash", "Dismiss"}) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             QCOMPARE(QApplication::focusWidget()->accessibleName(), text(next));
         }

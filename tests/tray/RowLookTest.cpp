@@ -62,7 +62,7 @@ private Q_SLOTS:
         const QRect close = place(button("Dismiss"));
         QCOMPARE(close, QRect(604 - 8 - 32, 22, 32, 28));
         int right = close.left();
-        for (const char *tip : {"Move to Trash", "Reveal in Finder", "Copy"}) {
+        for (const char *tip : {"Move to Trash", "Show in File Manager", "Copy"}) {
             const QRect rect = place(button(tip));
             QCOMPARE(rect.size(), QSize(32, 28));
             QCOMPARE(right - rect.left(), 32 + 5);
@@ -88,7 +88,7 @@ private Q_SLOTS:
     {
         QCOMPARE(name()->toolTip(), text("Edit filename and press Return"));
         QCOMPARE(thumbnail(m_row)->toolTip(), text("Drag screenshot"));
-        for (const char *tip : {"Copy", "Reveal in Finder", "Move to Trash", "Dismiss"}) {
+        for (const char *tip : {"Copy", "Show in File Manager", "Move to Trash", "Dismiss"}) {
             QVERIFY(button(tip));
             QCOMPARE(button(tip)->toolTip(), text(tip));
         }

@@ -93,7 +93,7 @@ private Q_SLOTS:
     {
         const QUuid id = add("one.png");
         m_tray->updateSuggestion(id, text("better.png"), true);
-        click(rows().first(), "Reveal in Finder");
+        click(rows().first(), "Show in File Manager");
         QCOMPARE(m_rig->fileBrowser->revealed, QList<QUrl>{m_rig->place(text("better.png"))});
     }
 

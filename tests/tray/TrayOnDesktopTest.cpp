@@ -182,8 +182,8 @@ private Q_SLOTS:
     {
         add("one.png");
         settle();
-        XDesktop::movePointer(centerOf(button(rows().first(), text("Reveal in Finder"))));
-        QTRY_COMPARE(QToolTip::text(), text("Reveal in Finder"));
+        XDesktop::movePointer(centerOf(button(rows().first(), text("Show in File Manager"))));
+        QTRY_COMPARE(QToolTip::text(), text("Show in File Manager"));
         QVERIFY(m_terminal->isActive());
     }
 

@@ -206,7 +206,7 @@ private Q_SLOTS:
         QStringList wanted;
         for (const char *place : {"top ", "below "}) {
             for (const char *control : {"Edit filename and press Return", "Copy",
-                                        "Reveal in Finder", "Move to Trash", "Dismiss"})
+                                        "Show in File Manager", "Move to Trash", "Dismiss"})
                 wanted.append(text(place) + text(control));
         }
         QCOMPARE(visited, wanted);

@@ -26,7 +26,7 @@ private Q_SLOTS:
         QCOMPARE(items[1].first, QStringLiteral("body"));
         QCOMPARE(items[1].second,
                  QStringLiteral("Hi Velmora team,\n\nWhat I tried:\n\nWhat felt confusing:\n\n"
-                                "What I expected:\n\nMy Mac version:\n"));
+                                "What I expected:\n\nMy Linux version and desktop:\n"));
     }
 };
 

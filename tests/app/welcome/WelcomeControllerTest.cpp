@@ -17,10 +17,10 @@ namespace
 
 const QStringList folderExplanation = {
     u"Screenshot folder access"_s,
-    u"Choose the folder where macOS saves screenshots. Velmora watches only that folder so it can rename new screenshots."_s};
+    u"Choose the folder where your desktop saves screenshots. Velmora watches only that folder so it can rename new screenshots."_s};
 const QStringList loginExplanation = {
     u"Start at login"_s,
-    u"Velmora will ask macOS to open it when you sign in. You can turn this off here anytime."_s};
+    u"Velmora will ask your desktop to open it when you sign in. You can turn this off here anytime."_s};
 
 /// Whether the condition holds now and for half a second more.
 template <typename Condition>

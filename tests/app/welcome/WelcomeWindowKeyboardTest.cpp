@@ -239,7 +239,7 @@ private Q_SLOTS:
             return label(window, text)->parentWidget();
         };
         QCOMPARE(accessibleName(owner(QStringLiteral("Instant"))),
-                 QStringLiteral("Instant, Turn off Mac delay"));
+                 QStringLiteral("Instant, Save them at once"));
         QCOMPARE(accessibleName(owner(QStringLiteral("Turn on instant screenshots"))),
                  QStringLiteral("Turn on instant screenshots, To do"));
         QCOMPARE(accessibleName(owner(QStringLiteral("Smart naming is active"))),

@@ -5,6 +5,7 @@
 
 #include <QAbstractItemView>
 #include <QFontInfo>
+#include <QRegularExpression>
 
 #include <memory>
 
@@ -60,22 +61,20 @@ private Q_SLOTS:
         const QStringList topToBottom = {
             QStringLiteral("Your screenshots, already handled."),
             QStringLiteral("Velmora catches each new screenshot, gives it a useful name, and keeps "
-                           "copy, drag, Finder, and delete one click away."),
+                           "copy, drag, file manager, and delete one click away."),
             QStringLiteral("Ready for screenshots"),
             QStringLiteral("Folder"),
             QStringLiteral("Local naming only"),
-            QStringLiteral("Privacy: screenshots stay on this Mac. Velmora uses local OCR for "
+            QStringLiteral("Privacy: screenshots stay on this computer. Velmora uses local OCR for "
                            "naming and does not upload your images."),
             QStringLiteral("Setup checklist"),
             QStringLiteral("Turn on instant screenshots"),
             QStringLiteral("Screenshot folder selected"),
             QStringLiteral("Smart naming is active"),
-            QStringLiteral("Screenshots stay on this Mac"),
-            QStringLiteral("Mac permissions, in plain English"),
-            QStringLiteral(
-                "Velmora does not need Screen Recording permission. If you change folders, macOS "
-                "may ask for access to that folder. Start at login is only enabled if you turn it "
-                "on."),
+            QStringLiteral("Screenshots stay on this computer"),
+            QStringLiteral("Permissions, in plain English"),
+            QStringLiteral("Velmora never records your screen. It only looks into the folder you "
+                           "choose. Start at login is only enabled if you turn it on."),
             QStringLiteral("General"),
             QStringLiteral("Behavior"),
             QStringLiteral("Auto-copy"),
@@ -117,11 +116,26 @@ private Q_SLOTS:
                          button(window, QStringLiteral("Feedback"))}));
     }
 
+    void nothingNamesAnotherSystem()
+    {
+        static const QRegularExpression foreign(
+            QStringLiteral("\\bMac\\b|macOS|Finder|Apple|Screen Recording|delay"));
+        for (const bool instant : {false, true}) {
+            const WelcomeWindow window(state(instant));
+            for (const QWidget *part : window.findChildren<QWidget *>()) {
+                const auto *shown = qobject_cast<const QLabel *>(part);
+                for (const QString &text :
+                     {shown ? shown->text() : QString(), part->toolTip(), part->accessibleName()})
+                    QVERIFY2(!text.contains(foreign), qUtf8Printable(text));
+            }
+        }
+    }
+
     void instantModeOffIsSaidEverywhere()
     {
         const WelcomeWindow window(state(false));
         QVERIFY(label(window, QStringLiteral("Instant mode off")));
-        QVERIFY(label(window, QStringLiteral("Turn off Mac delay")));
+        QVERIFY(label(window, QStringLiteral("Save them at once")));
         QVERIFY(label(window, QStringLiteral("Turn on instant screenshots")));
         QVERIFY(button(window, QStringLiteral("Make Instant")));
         QVERIFY(!label(window, QStringLiteral("Instant mode on")));
@@ -131,7 +145,7 @@ private Q_SLOTS:
     {
         const WelcomeWindow window(state(true));
         QVERIFY(label(window, QStringLiteral("Instant mode on")));
-        QVERIFY(label(window, QStringLiteral("Mac delay is off")));
+        QVERIFY(label(window, QStringLiteral("Saved at once")));
         QVERIFY(label(window, QStringLiteral("Instant screenshots are on")));
         QVERIFY(button(window, QStringLiteral("Instant Mode On")));
         QVERIFY(button(window, QStringLiteral("Instant Mode On"))->isEnabled());
@@ -192,9 +206,9 @@ private Q_SLOTS:
             << false << "Screenshot folder selected" << VelmoraPalette::teal();
         QTest::newRow("naming done") << false << "Smart naming is active" << VelmoraPalette::teal();
         QTest::newRow("staying done")
-            << false << "Screenshots stay on this Mac" << VelmoraPalette::teal();
+            << false << "Screenshots stay on this computer" << VelmoraPalette::teal();
         QTest::newRow("permissions")
-            << false << "Mac permissions, in plain English" << VelmoraPalette::blue();
+            << false << "Permissions, in plain English" << VelmoraPalette::blue();
     }
 
     void aSymbolIsThereInItsColor()
@@ -234,7 +248,7 @@ private Q_SLOTS:
             return 0;
         };
         QCOMPARE(size(QStringLiteral("Velmora catches")), 14);
-        QCOMPARE(size(QStringLiteral("Velmora does not need")), 12);
+        QCOMPARE(size(QStringLiteral("Velmora never records")), 12);
         QCOMPARE(size(QStringLiteral("Instant mode off")), 12);
         QCOMPARE(size(QStringLiteral("Smart naming")), 12);
         QCOMPARE(label(window, QStringLiteral("Instant mode off"))->font().weight(),

@@ -213,7 +213,7 @@ private Q_SLOTS:
         QCOMPARE(placeIn(*row, *name).left(), 10 + 64 + 12);
         const auto buttons = row->findChildren<BezelButton *>();
         QCOMPARE(buttons.size(), 3);
-        const QStringList toolTips = {s("Copy"), s("Reveal in Finder"), s("Move to Trash")};
+        const QStringList toolTips = {s("Copy"), s("Show in File Manager"), s("Move to Trash")};
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(buttons.at(i)->toolTip(), toolTips.at(i));
             QCOMPARE(buttons.at(i)->accessibleName(), toolTips.at(i));

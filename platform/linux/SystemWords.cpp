@@ -1,0 +1,6 @@
+#include "platform/SystemWords.h"
+
+QString SystemText::here() const
+{
+    return onLinux.toString();
+}
