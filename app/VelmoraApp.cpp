@@ -38,7 +38,7 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     , m_undoHistory(*platform.systemTrash)
     , m_recentScreenshots({
           .folder = [this] { return m_folder.current(); },
-          .newestFiles = ScreenshotFolderResolver::recentScreenshotFiles,
+          .newestFiles = ScreenshotFolderResolver::readableScreenshotFiles,
           .modificationDate = ScreenshotFolderResolver::modificationDate,
       })
     , m_recentWindow({*platform.fileBrowser, *platform.pasteboard, *platform.systemTrash, m_images},

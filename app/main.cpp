@@ -1,5 +1,6 @@
 #include "app/VelmoraApp.h"
 #include "core/VelmoraIdentity.h"
+#include "core/VelmoraSettings.h"
 #include "platform/Platform.h"
 #include "platform/prepareProcess.h"
 #include "style/VelmoraAssets.h"
@@ -18,6 +19,8 @@ int main(int argc, char *argv[])
 {
     qInstallMessageHandler(dropMessage);
     prepareProcess();
+    // They are read while the application is being made.
+    VelmoraSettings::open();
     QApplication application(argc, argv);
     // The title of the status item, and what screen readers call the program.
     QApplication::setApplicationName(QStringLiteral("Velmora"));

@@ -1,5 +1,6 @@
 #include "core/VelmoraLog.h"
 
+#include "core/BackgroundThread.h"
 #include "core/VelmoraTimestamp.h"
 
 #include <QByteArray>
@@ -10,8 +11,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace std::chrono_literals;
+
 namespace
 {
+
+/// Before the program ends.
+constexpr auto longestWaitAtExit = 1s;
+
+/// So many lines wait for a disk that does not answer; those after them are lost.
+constexpr size_t mostWaitingLines = 1000;
 
 constexpr int safeFlags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
@@ -35,18 +44,14 @@ int openLog(const char *path)
     return descriptor;
 }
 
-} // namespace
-
-void VelmoraLog::write(const QString &message)
+QByteArray lineOf(const QString &message)
 {
-    append(QStringLiteral("/tmp/Velmora.log"), message);
+    return QString(velmoraTimestamp() + u' ' + message + u'\n').toUtf8();
 }
 
-void VelmoraLog::append(const QString &path, const QString &message)
+void appendLine(const QByteArray &path, const QByteArray &line)
 {
-    const QByteArray line =
-        QString(velmoraTimestamp() + QLatin1Char(' ') + message + QLatin1Char('\n')).toUtf8();
-    const int descriptor = openLog(QFile::encodeName(path).constData());
+    const int descriptor = openLog(path.constData());
     if (descriptor < 0)
         return;
     if (isRegularFile(descriptor)) {
@@ -54,4 +59,33 @@ void VelmoraLog::append(const QString &path, const QString &message)
             ::write(descriptor, line.constData(), static_cast<size_t>(line.size()));
     }
     ::close(descriptor);
+}
+
+BackgroundThread &writer()
+{
+    // Never destroyed: a thread that was left behind may still have something to say.
+    static BackgroundThread &thread = *new BackgroundThread(0ms);
+    struct WriteAtExit {
+        ~WriteAtExit() { thread.waitUntilIdle(longestWaitAtExit); }
+    };
+    static const WriteAtExit writeAtExit;
+    return thread;
+}
+
+} // namespace
+
+void VelmoraLog::write(const QString &message)
+{
+    if (writer().tasksLeft() < mostWaitingLines)
+        writer().run([line = lineOf(message)] { appendLine("/tmp/Velmora.log", line); });
+}
+
+bool VelmoraLog::waitUntilWritten(std::chrono::milliseconds longestWait)
+{
+    return writer().waitUntilIdle(longestWait);
+}
+
+void VelmoraLog::append(const QString &path, const QString &message)
+{
+    appendLine(QFile::encodeName(path), lineOf(message));
 }

@@ -1,77 +1,40 @@
 #include "core/VelmoraSettings.h"
 
-#include <QFile>
-
 #include <algorithm>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 
-constexpr auto copyBehaviorFallback = CopyBehavior::none;
-constexpr auto trayDurationFallback = TrayDuration::sixtySeconds;
-constexpr auto trayPositionFallback = TrayPosition::bottomRight;
-
-QString copyBehaviorKey()
-{
-    return QStringLiteral("copyBehavior");
-}
-
-QString trayDurationKey()
-{
-    return QStringLiteral("trayDuration");
-}
-
-QString trayPositionKey()
-{
-    return QStringLiteral("trayPosition");
-}
-
-/// Removes the lock of a writer that was killed before it had written its name into it. Such a lock
-/// would make everybody wait for half a minute.
-void removeAbandonedLock(const QString &storePath)
-{
-    const QByteArray path = QFile::encodeName(QString(storePath + QStringLiteral(".lock")));
-    const int lock = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (lock < 0)
-        return;
-    struct stat status = {};
-    const bool isNameless =
-        ::fstat(lock, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
-    // Who lives holds it in this way too.
-    if (isNameless && ::flock(lock, LOCK_EX | LOCK_NB) == 0)
-        ::unlink(path.constData());
-    ::close(lock);
-}
+/// Longer than a slow disk takes to store what was set last.
+constexpr auto longestWaitAtExit = 2s;
 
 template <typename Option>
-Option read(const QString &key, Option fallback)
+Option read(const SettingKey<Option> &key)
 {
-    const QString stored = VelmoraSettings::open().value(key).toString();
+    const QString stored = VelmoraSettings::open().value(key.name.toString()).toString();
     const auto &cases = optionCases<Option>();
     const auto match = std::find_if(cases.begin(), cases.end(), [&stored](const auto &entry) {
         return entry.rawValue == stored;
     });
-    return match == cases.end() ? fallback : match->option;
+    return match == cases.end() ? key.fallback : match->option;
 }
 
 template <typename Option>
-void write(const QString &key, Option option)
+void write(const SettingKey<Option> &key, Option option)
 {
     const auto &cases = optionCases<Option>();
     const auto match = std::find_if(cases.begin(), cases.end(),
                                     [option](const auto &entry) { return entry.option == option; });
-    VelmoraSettings::open().setValue(key, match->rawValue);
+    VelmoraSettings::open().setValue(key.name.toString(), match->rawValue);
 }
 
 template <typename Option>
-Option optionAt(int index, Option fallback)
+Option optionAt(int index, const SettingKey<Option> &key)
 {
     const auto &cases = optionCases<Option>();
-    return index >= 0 && index < cases.size() ? cases[index].option : fallback;
+    return index >= 0 && index < cases.size() ? cases[index].option : key.fallback;
 }
 
 } // namespace
@@ -117,60 +80,81 @@ const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>()
 namespace VelmoraSettings
 {
 
-QSettings open()
+SettingsStore &open()
 {
-    const auto openStore = [] {
-        return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("velmora"),
-                         QStringLiteral("velmora"));
+    // Never destroyed: a thread that was left behind may still ask it something.
+    static SettingsStore &store = *new SettingsStore(QStringLiteral("velmora"));
+    struct StoreAtExit {
+        ~StoreAtExit() { store.waitUntilStored(longestWaitAtExit); }
     };
-    static const QString path = openStore().fileName();
-    removeAbandonedLock(path);
-    return openStore();
+    static const StoreAtExit storeAtExit;
+    return store;
 }
 
 CopyBehavior copyBehavior()
 {
-    return read(copyBehaviorKey(), copyBehaviorFallback);
+    return read(SettingKeys::copyBehavior);
 }
 
 void setCopyBehavior(CopyBehavior behavior)
 {
-    write(copyBehaviorKey(), behavior);
+    write(SettingKeys::copyBehavior, behavior);
 }
 
 TrayDuration trayDuration()
 {
-    return read(trayDurationKey(), trayDurationFallback);
+    return read(SettingKeys::trayDuration);
 }
 
 void setTrayDuration(TrayDuration duration)
 {
-    write(trayDurationKey(), duration);
+    write(SettingKeys::trayDuration, duration);
 }
 
 TrayPosition trayPosition()
 {
-    return read(trayPositionKey(), trayPositionFallback);
+    return read(SettingKeys::trayPosition);
 }
 
 void setTrayPosition(TrayPosition position)
 {
-    write(trayPositionKey(), position);
+    write(SettingKeys::trayPosition, position);
+}
+
+bool isSet(const SettingKey<bool> &flag)
+{
+    const QVariant stored = open().value(flag.name.toString());
+    return stored.isValid() ? stored.toBool() : flag.fallback;
+}
+
+void set(const SettingKey<bool> &flag)
+{
+    open().setValue(flag.name.toString(), true);
+}
+
+QStringList recentScreenshots()
+{
+    return open().value(SettingKeys::recentScreenshots.name.toString()).toStringList();
+}
+
+void setRecentScreenshots(const QStringList &paths)
+{
+    open().setValue(SettingKeys::recentScreenshots.name.toString(), paths);
 }
 
 CopyBehavior copyBehaviorAt(int index)
 {
-    return optionAt(index, copyBehaviorFallback);
+    return optionAt(index, SettingKeys::copyBehavior);
 }
 
 TrayDuration trayDurationAt(int index)
 {
-    return optionAt(index, trayDurationFallback);
+    return optionAt(index, SettingKeys::trayDuration);
 }
 
 TrayPosition trayPositionAt(int index)
 {
-    return optionAt(index, trayPositionFallback);
+    return optionAt(index, SettingKeys::trayPosition);
 }
 
 } // namespace VelmoraSettings

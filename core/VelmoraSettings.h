@@ -1,7 +1,8 @@
 #pragma once
 
+#include "core/SettingsStore.h"
+
 #include <QList>
-#include <QSettings>
 #include <QString>
 
 /// What the pipeline puts on the clipboard for a new screenshot.
@@ -32,28 +33,51 @@ const QList<OptionCase<TrayDuration>> &optionCases<TrayDuration>();
 template <>
 const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>();
 
-/// The user's choices. Nothing is cached: each read sees the latest write, also that of another
-/// process. A missing or unknown stored value reads as the fallback and is not repaired. Main
-/// thread.
+/// A key of the program's preference store, and what a missing or unknown value reads as.
+template <typename Value>
+struct SettingKey {
+    QStringView name;
+    Value fallback;
+};
+
+/// Every stored key, with its type and its default.
+namespace SettingKeys
+{
+
+constexpr SettingKey<CopyBehavior> copyBehavior = {u"copyBehavior", CopyBehavior::none};
+constexpr SettingKey<TrayDuration> trayDuration = {u"trayDuration", TrayDuration::sixtySeconds};
+constexpr SettingKey<TrayPosition> trayPosition = {u"trayPosition", TrayPosition::bottomRight};
+constexpr SettingKey<bool> didExplainFolderAccess = {u"didExplainFolderAccess", false};
+constexpr SettingKey<bool> didExplainStartAtLogin = {u"didExplainStartAtLogin", false};
+/// Paths, the newest first.
+inline const SettingKey<QStringList> recentScreenshots = {u"recentScreenshots", {}};
+
+} // namespace SettingKeys
+
+/// The user's choices. Each read sees the latest write, also that of another process; no read and
+/// no write waits for the disk (see SettingsStore). A missing or unknown stored value reads as the
+/// key's fallback and is not repaired. Any thread.
 namespace VelmoraSettings
 {
 
-/// The preference store itself, for the keys that other rooms own. A value written through it is
-/// on disk, whole, when the object is gone. Writers that were killed hold nobody up. Any thread,
-/// each with an object of its own.
-QSettings open();
+/// The preference store itself. It lives as long as the process; when that ends, what has been set
+/// is stored.
+SettingsStore &open();
 
-/// Fallback `none`.
 CopyBehavior copyBehavior();
 void setCopyBehavior(CopyBehavior behavior);
 
-/// Fallback `sixtySeconds`.
 TrayDuration trayDuration();
 void setTrayDuration(TrayDuration duration);
 
-/// Fallback `bottomRight`.
 TrayPosition trayPosition();
 void setTrayPosition(TrayPosition position);
+
+bool isSet(const SettingKey<bool> &flag);
+void set(const SettingKey<bool> &flag);
+
+QStringList recentScreenshots();
+void setRecentScreenshots(const QStringList &paths);
 
 /// The option at a pop-up menu's index; an index out of range (no selection) gives the fallback.
 CopyBehavior copyBehaviorAt(int index);

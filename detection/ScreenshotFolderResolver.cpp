@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <vector>
 
 #include <dirent.h>
@@ -66,20 +67,29 @@ FileTime modificationDateAt(int folder, const char *path)
     return FileTimes::modified(status);
 }
 
-std::vector<DatedFile> imagesIn(const QString &path)
+/// The folder's next entry; null at its end, and with an error where it can't be read.
+const dirent *nextEntry(DIR *folder)
 {
-    std::vector<DatedFile> images;
+    errno = 0;
+    return ::readdir(folder);
+}
+
+/// Nothing where the folder can't be read to its end.
+std::optional<std::vector<DatedFile>> imagesIn(const QString &path)
+{
     DIR *const folder = ::opendir(QFile::encodeName(path).constData());
     if (!folder)
-        return images;
-    while (const dirent *const entry = ::readdir(folder)) {
+        return std::nullopt;
+    std::vector<DatedFile> images;
+    while (const dirent *const entry = nextEntry(folder)) {
         if (!ImageNames::isVisible(entry->d_name, imageExtensions))
             continue;
         if (const std::optional<QString> name = ImageNames::decoded(entry->d_name))
             images.push_back({*name, modificationDateAt(::dirfd(folder), entry->d_name)});
     }
+    const bool isWhole = errno == 0;
     ::closedir(folder);
-    return images;
+    return isWhole ? std::optional(images) : std::nullopt;
 }
 
 } // namespace
@@ -115,8 +125,16 @@ void setScreenshotFolder(ScreenshotPreferences &preferences, const QUrl &folder)
 
 QList<QUrl> recentScreenshotFiles(const QUrl &folder, int limit)
 {
+    return readableScreenshotFiles(folder, limit).value_or(QList<QUrl>());
+}
+
+std::optional<QList<QUrl>> readableScreenshotFiles(const QUrl &folder, int limit)
+{
     const QString path = folder.toLocalFile();
-    std::vector<DatedFile> images = imagesIn(path);
+    std::optional<std::vector<DatedFile>> found = imagesIn(path);
+    if (!found)
+        return std::nullopt;
+    std::vector<DatedFile> &images = *found;
     std::stable_sort(
         images.begin(), images.end(),
         [](const DatedFile &one, const DatedFile &other) { return one.modified > other.modified; });

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QUrl>
 
+#include <optional>
+
 /// Where the system saves screenshots, how to make it save them elsewhere, and which images of a
 /// folder are the newest. Keeps nothing: each call asks the system and the folder afresh. Nothing
 /// fails.
@@ -29,6 +31,9 @@ void setScreenshotFolder(ScreenshotPreferences &preferences, const QUrl &folder)
 /// one date keep the order of the folder's listing. Empty for a folder that can't be listed. Any
 /// thread; blocks for the file system.
 QList<QUrl> recentScreenshotFiles(const QUrl &folder, int limit);
+
+/// The same, but nothing for a folder that can't be listed.
+std::optional<QList<QUrl>> readableScreenshotFiles(const QUrl &folder, int limit);
 
 /// When the file's content was last modified, a symbolic link's own date; `FileTimes::distantPast`
 /// where that can't be read. Any thread.

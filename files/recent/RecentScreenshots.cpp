@@ -4,20 +4,17 @@
 #include "core/whenFinished.h"
 #include "filesystem/FileUrls.h"
 
-#include <QtConcurrent>
+#include <QPromise>
 
 #include <algorithm>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 
 constexpr qsizetype maximumEntries = 10;
 constexpr int folderFiles = 20;
-
-QString storeKey()
-{
-    return QStringLiteral("recentScreenshots");
-}
 
 QStringList pathsOf(const QList<QUrl> &urls)
 {
@@ -27,52 +24,130 @@ QStringList pathsOf(const QList<QUrl> &urls)
     return paths;
 }
 
-/// A list that is stored already is not written again: each write waits for the disk.
-void store(const QStringList &paths)
+QList<QUrl> firstOf(const QList<QUrl> &urls)
 {
-    QSettings settings = VelmoraSettings::open();
-    if (settings.value(storeKey()).toStringList() != paths)
-        settings.setValue(storeKey(), paths);
+    return urls.first(std::min(urls.size(), maximumEntries));
 }
 
-bool isGone(const QUrl &url)
+QList<QUrl> existing(const QList<QUrl> &urls)
 {
-    return !FileUrls::exists(url);
+    QList<QUrl> found;
+    for (const QUrl &url : urls) {
+        if (found.size() < maximumEntries && FileUrls::exists(url))
+            found << url;
+    }
+    return found;
+}
+
+/// Asks only for files of the folder: others may lie where nobody answers.
+QList<QUrl> newestIn(const QUrl &folder, const QList<QUrl> &candidates,
+                     const std::function<ScreenshotFolderAccess::Date(const QUrl &)> &dateOf)
+{
+    struct Entry {
+        QUrl url;
+        ScreenshotFolderAccess::Date modified;
+    };
+    QList<Entry> entries;
+    QSet<QUrl> seen;
+    for (const QUrl &url : candidates) {
+        if (FileUrls::parentFolder(url) != folder || seen.contains(url) || !FileUrls::exists(url))
+            continue;
+        seen.insert(url);
+        entries.append({url, dateOf(url)});
+    }
+    std::stable_sort(entries.begin(), entries.end(), [](const Entry &one, const Entry &other) {
+        return one.modified > other.modified;
+    });
+    QList<QUrl> newest;
+    for (const Entry &entry : entries)
+        newest << entry.url;
+    return firstOf(newest);
+}
+
+std::unique_ptr<BackgroundThread> makeThread()
+{
+    return std::make_unique<BackgroundThread>(0ms);
 }
 
 } // namespace
 
 RecentScreenshots::RecentScreenshots(ScreenshotFolderAccess access, QObject *parent)
-    : QObject(parent), m_access(std::move(access))
+    : QObject(parent), m_access(std::move(access)), m_background(makeThread())
 {
-    m_background.setMaxThreadCount(1);
 }
 
 RecentScreenshots::~RecentScreenshots() = default;
 
+QList<QUrl> RecentScreenshots::urls() const
+{
+    if (!m_isReadable)
+        return {};
+    QList<QUrl> urls = m_urls;
+    if (!m_folder.isEmpty())
+        urls.removeIf([this](const QUrl &url) { return FileUrls::parentFolder(url) != m_folder; });
+    return urls;
+}
+
+QUrl RecentScreenshots::folder() const
+{
+    return m_folder.isEmpty() ? FileUrls::standardized(m_access.folder()) : m_folder;
+}
+
 void RecentScreenshots::load()
 {
     m_urls.clear();
-    const QStringList paths = VelmoraSettings::open().value(storeKey()).toStringList();
+    const QStringList paths = VelmoraSettings::recentScreenshots();
+    m_isLoaded = VelmoraSettings::open().waitUntilRead(0ms);
+    if (m_isLoaded) {
+        takeStored(paths);
+        return;
+    }
+    const auto promise = std::make_shared<QPromise<QStringList>>();
+    promise->start();
+    whenFinished(promise->future(), this, [this](const QStringList &late) {
+        m_isLoaded = true;
+        const bool hasChanged = !m_urls.isEmpty();
+        takeStored(late);
+        if (hasChanged)
+            save();
+    });
+    m_loader = makeThread();
+    m_loader->run([promise] {
+        VelmoraSettings::open().readAgain();
+        promise->addResult(VelmoraSettings::recentScreenshots());
+        promise->finish();
+    });
+}
+
+/// Behind what has been added meanwhile.
+void RecentScreenshots::takeStored(const QStringList &paths)
+{
+    QList<QUrl> urls = m_urls;
     for (const QString &path : paths) {
         const QUrl url = FileUrls::fromPath(path);
-        if (!isGone(url) && m_urls.size() < maximumEntries)
-            m_urls << url;
+        if (path.startsWith(u'/') && !urls.contains(url))
+            urls << url;
     }
+    m_urls = firstOf(urls);
+    if (!m_isListing)
+        lookUp([urls] { return existing(urls); }, &RecentScreenshots::takeExisting);
 }
 
 void RecentScreenshots::add(const QUrl &url)
 {
     const QUrl added = FileUrls::standardized(url);
-    m_urls.removeIf([&added](const QUrl &entry) { return entry == added || isGone(entry); });
-    m_urls.prepend(added);
-    m_urls = m_urls.first(std::min(m_urls.size(), maximumEntries));
+    m_added.removeAll(added);
+    m_added.prepend(added);
+    m_removed.remove(added);
+    m_urls = withChangesMeanwhile(m_urls);
     save();
     refresh();
 }
 
 void RecentScreenshots::remove(const QUrl &url)
 {
+    m_added.removeAll(url);
+    m_removed.insert(url);
     m_urls.removeAll(url);
     save();
     refresh();
@@ -80,6 +155,13 @@ void RecentScreenshots::remove(const QUrl &url)
 
 void RecentScreenshots::refresh()
 {
+    const QUrl folder = FileUrls::standardized(m_access.folder());
+    if (folder != m_folder) {
+        m_folder = folder;
+        m_isListed = false;
+        m_isReadable = true;
+        abandonListing();
+    }
     m_isOutdated = true;
     if (!m_isListing)
         listFolder();
@@ -88,43 +170,73 @@ void RecentScreenshots::refresh()
 void RecentScreenshots::listFolder()
 {
     m_isOutdated = false;
+    m_added.clear();
+    m_removed.clear();
+    const auto list = [known = m_urls, folder = m_folder, newestFiles = m_access.newestFiles,
+                       dateOf = m_access.modificationDate]() -> List {
+        const List newest = newestFiles(folder, folderFiles);
+        return newest ? List(newestIn(folder, known + *newest, dateOf)) : std::nullopt;
+    };
+    lookUp(list, &RecentScreenshots::takeListed);
+}
+
+void RecentScreenshots::lookUp(const Work &work, void (RecentScreenshots::*takeOver)(const List &))
+{
     m_isListing = true;
-    const QUrl folder = FileUrls::standardized(m_access.folder());
-    const auto listing =
-        QtConcurrent::run(&m_background, m_access.newestFiles, folder, folderFiles);
-    whenFinished(listing, this, [this, folder](const QList<QUrl> &newestFiles) {
-        refill(folder, newestFiles);
-        save();
-        Q_EMIT refreshed();
+    const auto promise = std::make_shared<QPromise<List>>();
+    promise->start();
+    whenFinished(promise->future(), this, [this, takeOver, listing = m_listing](const List &list) {
+        if (listing != m_listing)
+            return;
         m_isListing = false;
-        if (m_isOutdated)
+        (this->*takeOver)(list);
+        Q_EMIT refreshed();
+        if (m_isOutdated && !m_isListing)
             listFolder();
     });
-}
-
-void RecentScreenshots::refill(const QUrl &folder, const QList<QUrl> &newestFiles)
-{
-    struct Entry {
-        QUrl url;
-        ScreenshotFolderAccess::Date modified;
-    };
-    QList<Entry> entries;
-    for (const QUrl &candidate : m_urls + newestFiles) {
-        const QUrl url = FileUrls::standardized(candidate);
-        if (!isGone(url) && FileUrls::parentFolder(url) == folder)
-            entries.append({url, m_access.modificationDate(url)});
-    }
-    std::stable_sort(entries.begin(), entries.end(), [](const Entry &one, const Entry &other) {
-        return one.modified > other.modified;
+    m_background->run([promise, work] {
+        promise->addResult(work());
+        promise->finish();
     });
-    m_urls.clear();
-    for (const Entry &entry : entries) {
-        if (m_urls.size() < maximumEntries && !m_urls.contains(entry.url))
-            m_urls << entry.url;
-    }
 }
 
+/// It may be stuck; whoever waits for it waits for another one from now on.
+void RecentScreenshots::abandonListing()
+{
+    ++m_listing;
+    if (m_isListing)
+        m_background = makeThread();
+    m_isListing = false;
+}
+
+void RecentScreenshots::takeExisting(const List &existing)
+{
+    m_urls = withChangesMeanwhile(*existing);
+}
+
+void RecentScreenshots::takeListed(const List &listed)
+{
+    m_isListed = true;
+    m_isReadable = listed.has_value();
+    if (!listed)
+        return;
+    m_urls = withChangesMeanwhile(*listed);
+    save();
+}
+
+QList<QUrl> RecentScreenshots::withChangesMeanwhile(const QList<QUrl> &urls) const
+{
+    QList<QUrl> changed = m_added;
+    for (const QUrl &url : urls) {
+        if (!m_added.contains(url) && !m_removed.contains(url))
+            changed << url;
+    }
+    return firstOf(changed);
+}
+
+/// Not before it is known what is stored already.
 void RecentScreenshots::save()
 {
-    m_background.start([paths = pathsOf(m_urls)] { store(paths); });
+    if (m_isLoaded)
+        VelmoraSettings::setRecentScreenshots(pathsOf(m_urls));
 }

@@ -1,5 +1,6 @@
 #include "platform/LoginItem.h"
 
+#include "filesystem/moveFile.h"
 #include "platform/linux/applications/DesktopEntry.h"
 
 #include <QCoreApplication>
@@ -104,12 +105,33 @@ QByteArray hidingEntry()
     return "[Desktop Entry]\nType=Application\nName=Velmora\nHidden=true\n";
 }
 
+/// What has taken the entry's place and is no file of its own (a pipe, a link that may lead
+/// anywhere) gets a name that no session starts.
+bool setAside(const QString &path)
+{
+    for (int number = 1;; ++number) {
+        const QString aside = path + QStringLiteral(".aside-%1").arg(number);
+        const std::error_code error =
+            moveFile(QUrl::fromLocalFile(path), QUrl::fromLocalFile(aside));
+        if (error != std::errc::file_exists)
+            return !error;
+    }
+}
+
+bool isOrdinaryOrMissing(const QString &path)
+{
+    const QFileInfo info(path);
+    return !info.isSymLink() && (info.isFile() || !info.exists());
+}
+
 std::optional<QString> write(const QByteArray &content)
 {
     const QString path = ownEntryPath();
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         return QStringLiteral("The folder %1 could not be made").arg(folder);
+    if (!isOrdinaryOrMissing(path) && !setAside(path))
+        return QStringLiteral("Something else is in the place of %1").arg(path);
     QSaveFile file(path);
     if (file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.commit())
         return std::nullopt;

@@ -1,5 +1,6 @@
 #include "platform/ScreenshotPreferences.h"
 
+#include "core/SettingsStore.h"
 #include "platform/linux/folder-events/PathWatch.h"
 #include "platform/linux/freedesktop/UserDirectories.h"
 #include "platform/linux/screenshot-tools/FollowedSetting.h"
@@ -8,10 +9,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMutex>
-#include <QSettings>
-#include <QTemporaryFile>
-
-#include <cstdio>
 
 namespace
 {
@@ -45,38 +42,6 @@ std::optional<QString> usable(const std::optional<QString> &folder)
     return path == home || info == QFileInfo(home) ? std::nullopt : std::optional(path);
 }
 
-/// The domain is a file beside the program's own preferences.
-class DomainFile : public QSettings
-{
-public:
-    DomainFile()
-        : QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("velmora"),
-                    QStringLiteral("com.apple.screencapture"))
-    {
-        setFallbacksEnabled(false);
-    }
-
-    /// To write into its own file it would wait for a lock there, half a minute for that of a
-    /// writer that was killed. So another one is written, which takes the place of the old one.
-    void store(const QString &key, const QVariant &value) const
-    {
-        const QFileInfo place(fileName());
-        const QString path = place.exists() ? place.canonicalFilePath() : fileName();
-        QTemporaryFile draft(path + QStringLiteral(".XXXXXX"));
-        if (!QDir().mkpath(place.path()) || !draft.open())
-            return;
-        QSettings written(draft.fileName(), QSettings::NativeFormat);
-        for (const QString &other : allKeys())
-            written.setValue(other, this->value(other));
-        written.setValue(key, value);
-        written.sync();
-        if (written.status() == QSettings::NoError &&
-            ::rename(QFile::encodeName(draft.fileName()).constData(),
-                     QFile::encodeName(path).constData()) == 0)
-            draft.setAutoRemove(false);
-    }
-};
-
 class LinuxScreenshotPreferences : public ScreenshotPreferences
 {
 public:
@@ -87,7 +52,8 @@ public:
 
     std::optional<QString> location() const override
     {
-        const QVariant stored = DomainFile().value(locationKey());
+        m_domain.readAgain();
+        const QVariant stored = m_domain.value(locationKey());
         return stored.typeId() == QMetaType::QString ? std::optional(stored.toString())
                                                      : std::nullopt;
     }
@@ -105,7 +71,7 @@ public:
     void follow() override
     {
         for (const QString &file :
-             {DomainFile().fileName(), UserDirectories::file(), runningTool().file()}) {
+             {m_domain.fileName(), UserDirectories::file(), runningTool().file()}) {
             if (!file.isEmpty())
                 m_files.watch(QFile::encodeName(file), PathWatch::End::File);
         }
@@ -113,7 +79,7 @@ public:
 
     std::optional<bool> showsThumbnail() const override
     {
-        const QString stored = DomainFile().value(showsThumbnailKey()).toString();
+        const QString stored = m_domain.value(showsThumbnailKey()).toString();
         if (stored == QStringLiteral("true"))
             return true;
         return stored == QStringLiteral("false") ? std::optional(false) : std::nullopt;
@@ -121,13 +87,13 @@ public:
 
     QList<SystemCommand> storeLocation(const QString &path) override
     {
-        DomainFile().store(locationKey(), path);
+        m_domain.setValue(locationKey(), path);
         return runningTool().storeFolder(path);
     }
 
     QList<SystemCommand> storeShowsThumbnail(bool shows) override
     {
-        DomainFile().store(showsThumbnailKey(), shows);
+        m_domain.setValue(showsThumbnailKey(), shows);
         return shows ? QList<SystemCommand>() : runningTool().saveAtOnce();
     }
 
@@ -144,6 +110,8 @@ private:
     mutable QMutex m_toolLock;
     /// The last one that the tool's settings named.
     mutable std::optional<QString> m_toolFolder;
+    /// A file beside the program's own preferences.
+    SettingsStore m_domain{QStringLiteral("com.apple.screencapture")};
     PathWatch m_files;
     const std::function<void()> m_tellChange = [this] {
         QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);

@@ -1,8 +1,12 @@
 #include "core/VelmoraLog.h"
 
+#include "tests/world/SlowDisk.h"
+
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -13,6 +17,8 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -207,9 +213,57 @@ private Q_SLOTS:
     {
         const QString message = QStringLiteral("detected %1/shot.png").arg(m_folder->path());
         VelmoraLog::write(message);
+        QVERIFY(VelmoraLog::waitUntilWritten(10s));
         QVERIFY(contentOf(programLog).contains(QByteArray(" " + message.toUtf8() + "\n")));
+    }
+
+    void aSlowDiskHoldsNobodyUpAndKeepsTheOrder()
+    {
+        constexpr int lines = 20;
+        SlowDisk::slow({"/tmp/Velmora.log"}, 30ms);
+        SlowDisk::startCounting();
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < lines; ++i)
+            VelmoraLog::write(m_folder->path() + QStringLiteral(" line %1").arg(i));
+        QVERIFY2(timer.elapsed() < 500, QByteArray::number(timer.elapsed()).constData());
+        QCOMPARE(SlowDisk::mainThreadCalls(), QByteArrayList());
+        QVERIFY(VelmoraLog::waitUntilWritten(30s));
+        SlowDisk::fast();
+        QStringList own;
+        for (const QByteArray &line : linesOf(programLog)) {
+            if (line.contains(m_folder->path().toUtf8()))
+                own << QString::fromUtf8(line).section(u' ', -1);
+        }
+        QCOMPARE(own.size(), lines);
+        for (int i = 0; i < lines; ++i)
+            QCOMPARE(own.at(i), QString::number(i));
+    }
+
+    void theEndOfTheProgramWritesWhatIsStillWaiting()
+    {
+        const QString mark = m_folder->path() + QStringLiteral(" last words");
+        QProcess program;
+        program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--say"), mark});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 0);
+        QVERIFY(contentOf(programLog).contains(QByteArray(mark.toUtf8() + " 9\n")));
     }
 };
 
-QTEST_GUILESS_MAIN(VelmoraLogTest)
+/// A program that ends right after it has written.
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == QStringLiteral("--say")) {
+        SlowDisk::slow({"/tmp/Velmora.log"}, 5ms);
+        for (int i = 0; i < 10; ++i)
+            VelmoraLog::write(arguments.value(2) + QStringLiteral(" %1").arg(i));
+        return 0;
+    }
+    VelmoraLogTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "VelmoraLogTest.moc"

@@ -1,10 +1,10 @@
 #include "core/VelmoraSettings.h"
 
-#include <QElapsedTimer>
 #include <QFile>
+#include <QSettings>
 #include <QTest>
 
-#include <sys/file.h>
+using namespace std::chrono_literals;
 
 class VelmoraSettingsTest : public QObject
 {
@@ -58,31 +58,42 @@ private Q_SLOTS:
         QCOMPARE(VelmoraSettings::trayPositionAt(4), TrayPosition::bottomRight);
     }
 
-    void theLockOfAKilledWriterHoldsNobodyUp()
+    void anExplanationIsRememberedAndTheOtherIsNot()
     {
-        QFile lock(VelmoraSettings::open().fileName() + QStringLiteral(".lock"));
-        QVERIFY(lock.open(QFile::WriteOnly));
-        lock.close();
-        QElapsedTimer timer;
-        timer.start();
-        VelmoraSettings::setTrayPosition(TrayPosition::topRight);
-        QVERIFY2(timer.elapsed() < 10'000, QByteArray::number(timer.elapsed()).constData());
-        QVERIFY(!lock.exists());
+        QVERIFY(!VelmoraSettings::isSet(SettingKeys::didExplainFolderAccess));
+        VelmoraSettings::set(SettingKeys::didExplainFolderAccess);
+        QVERIFY(VelmoraSettings::isSet(SettingKeys::didExplainFolderAccess));
+        QVERIFY(!VelmoraSettings::isSet(SettingKeys::didExplainStartAtLogin));
     }
 
-    void theLockOfALivingWriterStays()
+    void theKeysAreStoredByTheirNames()
     {
-        QFile lock(VelmoraSettings::open().fileName() + QStringLiteral(".lock"));
-        QVERIFY(lock.open(QFile::WriteOnly));
-        QCOMPARE(::flock(lock.handle(), LOCK_EX), 0);
-        VelmoraSettings::open();
-        QVERIFY(lock.exists());
-        QVERIFY(lock.remove());
+        VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
+        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
+        VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        VelmoraSettings::set(SettingKeys::didExplainFolderAccess);
+        VelmoraSettings::set(SettingKeys::didExplainStartAtLogin);
+        VelmoraSettings::setRecentScreenshots({QStringLiteral("/a.png"), QStringLiteral("/b.png")});
+        QVERIFY(VelmoraSettings::open().waitUntilStored(10s));
+        // As every program of Qt reads it.
+        const QSettings stored(VelmoraSettings::open().fileName(), QSettings::IniFormat);
+        QCOMPARE(stored.value(QStringLiteral("copyBehavior")).toString(),
+                 QStringLiteral("imageAndFile"));
+        QCOMPARE(stored.value(QStringLiteral("trayDuration")).toString(),
+                 QStringLiteral("untilDismissed"));
+        QCOMPARE(stored.value(QStringLiteral("trayPosition")).toString(),
+                 QStringLiteral("topLeft"));
+        QVERIFY(stored.value(QStringLiteral("didExplainFolderAccess")).toBool());
+        QVERIFY(stored.value(QStringLiteral("didExplainStartAtLogin")).toBool());
+        QCOMPARE(stored.value(QStringLiteral("recentScreenshots")).toStringList(),
+                 (QStringList{QStringLiteral("/a.png"), QStringLiteral("/b.png")}));
+        QCOMPARE(stored.allKeys().size(), 6);
     }
 
     void aChangeByAnotherProcessIsSeenAtTheNextRead()
     {
         VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        QVERIFY(VelmoraSettings::open().waitUntilStored(10s));
         QFile store(qEnvironmentVariable("XDG_CONFIG_HOME") +
                     QStringLiteral("/velmora/velmora.conf"));
         QVERIFY(store.open(QFile::ReadWrite));
@@ -90,7 +101,7 @@ private Q_SLOTS:
         store.seek(0);
         store.write(changed);
         store.close();
-        QCOMPARE(VelmoraSettings::trayPosition(), TrayPosition::bottomLeft);
+        QTRY_COMPARE(VelmoraSettings::trayPosition(), TrayPosition::bottomLeft);
     }
 };
 

@@ -3,6 +3,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
+#include "tests/files/LogTail.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -93,8 +94,7 @@ private Q_SLOTS:
              {QStringLiteral("-c"), QStringLiteral("printf 1 >> \"$0\""), marker}},
             {QStringLiteral("/bin/sh"),
              {QStringLiteral("-c"), QStringLiteral("printf 2 >> \"$0\"; exit 3"), marker}}};
-        QFile log(QStringLiteral("/tmp/Velmora.log"));
-        const qint64 before = log.size();
+        const LogTail log;
         const QString folder = m_directory->filePath(QStringLiteral("a new folder"));
         ScreenshotFolderResolver::setScreenshotFolder(preferences,
                                                       QUrl::fromLocalFile(folder + u'/'));
@@ -102,9 +102,8 @@ private Q_SLOTS:
         QFile told(marker);
         QVERIFY(told.open(QIODevice::ReadOnly));
         QCOMPARE(told.readAll(), QByteArray("12"));
-        QVERIFY(log.open(QIODevice::ReadOnly) && log.seek(before));
-        const QByteArray line = " set screenshot folder " + folder.toUtf8() + '\n';
-        QVERIFY(log.readAll().contains(line));
+        const QString message = QStringLiteral("set screenshot folder ") + folder;
+        QCOMPARE(log.messagesWith(folder), QStringList(message));
     }
 
     void whatIsNoLocalFolderIsNotStored()

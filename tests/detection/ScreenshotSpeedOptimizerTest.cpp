@@ -1,5 +1,6 @@
 #include "detection/ScreenshotSpeedOptimizer.h"
 
+#include "core/VelmoraLog.h"
 #include "tests/detection/RememberedPreferences.h"
 
 #include <QFile>
@@ -22,6 +23,7 @@ public:
 
     QByteArray text()
     {
+        VelmoraLog::waitUntilWritten(std::chrono::seconds(10));
         if (!m_log.open(QIODevice::ReadOnly) || !m_log.seek(m_begin))
             return {};
         return m_log.readAll();

@@ -1,5 +1,6 @@
 #include "detection/ScreenshotWatcher.h"
 
+#include "core/VelmoraLog.h"
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/Watched.h"
 
@@ -333,6 +334,7 @@ private Q_SLOTS:
         const qint64 before = log.size();
         Watched watched(m_folder);
         watched->start();
+        QVERIFY(VelmoraLog::waitUntilWritten(std::chrono::seconds(10)));
         QVERIFY(log.open(QIODevice::ReadOnly) && log.seek(before));
         QVERIFY(log.readAll().contains(" watcher start\n"));
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/VelmoraLog.h"
+
 #include <QFile>
 #include <QStringList>
 
@@ -8,12 +10,12 @@
 class LogTail
 {
 public:
-    LogTail() : m_start(QFile(path()).size()) {}
+    LogTail() : m_start(QFile(written()).size()) {}
 
     /// The messages, without their stamps, that hold `text`.
     QStringList messagesWith(const QString &text) const
     {
-        QFile log(path());
+        QFile log(written());
         if (!log.open(QFile::ReadOnly) || !log.seek(m_start))
             return {};
         QStringList messages;
@@ -26,7 +28,12 @@ public:
     }
 
 private:
-    static QString path() { return QStringLiteral("/tmp/Velmora.log"); }
+    /// The log with all that this program has to say so far.
+    static QString written()
+    {
+        VelmoraLog::waitUntilWritten(std::chrono::seconds(10));
+        return QStringLiteral("/tmp/Velmora.log");
+    }
 
     qint64 m_start;
 };

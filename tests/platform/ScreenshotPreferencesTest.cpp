@@ -88,7 +88,7 @@ private Q_SLOTS:
         QFETCH(QString, location);
         QCOMPARE(m_preferences->storeLocation(location), QList<SystemCommand>());
         QCOMPARE(m_preferences->location(), location);
-        QCOMPARE(makeScreenshotPreferences()->location(), location);
+        QTRY_COMPARE(makeScreenshotPreferences()->location(), location);
     }
 
     void theDomainIsAFileBesideThePreferences()
@@ -96,10 +96,10 @@ private Q_SLOTS:
         QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
         QVERIFY(m_preferences->storeShowsThumbnail(false).isEmpty());
         const QString file = configPath(QStringLiteral("velmora/com.apple.screencapture.conf"));
-        QCOMPARE(readFile(file),
-                 QByteArray("[General]\nlocation=/srv/shots\nshow-thumbnail=false\n"));
+        QTRY_COMPARE(readFile(file),
+                     QByteArray("[General]\nlocation=/srv/shots\nshow-thumbnail=false\n"));
         QVERIFY(writeFile(file, "[General]\nlocation=/srv/other places\nshow-thumbnail=true\n"));
-        QCOMPARE(m_preferences->location(), QStringLiteral("/srv/other places"));
+        QTRY_COMPARE(m_preferences->location(), QStringLiteral("/srv/other places"));
         QCOMPARE(m_preferences->showsThumbnail(), true);
     }
 

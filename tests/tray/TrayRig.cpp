@@ -1,5 +1,6 @@
 #include "tests/tray/TrayRig.h"
 
+#include "core/VelmoraLog.h"
 #include "filesystem/FileUrls.h"
 #include "style/BezelButton.h"
 #include "tray/BadgeLabel.h"
@@ -121,6 +122,7 @@ QImage TrayOnScreen::picture(QWidget *row)
 
 QStringList logLinesWith(const QString &text)
 {
+    VelmoraLog::waitUntilWritten(std::chrono::seconds(10));
     QFile log(QStringLiteral("/tmp/Velmora.log"));
     if (!log.open(QFile::ReadOnly))
         return {};

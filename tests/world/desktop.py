@@ -307,14 +307,14 @@ class Velmora:
         self._process = None
         self.log = None
 
-    def start(self, look_again=LOOK_AGAIN_SECONDS):
+    def start(self, look_again=LOOK_AGAIN_SECONDS, seconds=20):
         """Starts the program and returns when it watches the folder."""
         environment = dict(os.environ) | self._environment
         if self._accessible:
             environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self.log = Log()
         self._process = subprocess.Popen([self._program], env=environment)
-        wait_until(self._watches, "the program watches the folder", 20, look_again)
+        wait_until(self._watches, "the program watches the folder", seconds, look_again)
         if self._accessible:
             wait_until(lambda: self._tools.tree(self.pid), "the program tells of its elements")
         return self

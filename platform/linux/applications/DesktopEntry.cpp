@@ -1,12 +1,9 @@
 #include "platform/linux/applications/DesktopEntry.h"
 
-#include <QFile>
+#include "core/readSmallFile.h"
 
 namespace
 {
-
-/// Far more than any desktop entry with all its translations; what is larger is something else.
-constexpr qint64 largestFile = 1 << 20;
 
 QByteArray environment(const char *name)
 {
@@ -74,10 +71,7 @@ QString unescaped(const QByteArray &value)
 
 std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QFile::ReadOnly) || file.size() > largestFile)
-        return std::nullopt;
-    const QByteArray content = file.readAll();
+    const QByteArray content = contentOfSmallFile(path, Links::Follow).value_or(QByteArray());
     DesktopEntry entry;
     bool inGroup = false;
     for (qsizetype begin = 0; begin < content.size();) {

@@ -1,9 +1,8 @@
 #include "platform/linux/freedesktop/KeyFile.h"
 
-#include "filesystem/OpenFile.h"
+#include "core/readSmallFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -12,21 +11,13 @@
 namespace
 {
 
-/// Far more than any file of settings holds.
-constexpr qint64 largestFile = 1 << 20; // bytes
-
-/// Absent when the file is there and can't be read, or is no regular file: reading a pipe would
-/// wait for its writer.
+/// Absent when something is there that can't be read as such a file.
 std::optional<QList<QByteArray>> linesOf(const QString &path)
 {
-    if (!QFile::exists(path))
-        return QList<QByteArray>();
-    const std::shared_ptr<OpenFile> file = OpenFile::open(path);
-    const std::optional<QByteArray> content =
-        file ? readWhole(file->descriptor(), largestFile) : std::nullopt;
-    if (!content)
+    const SmallFile file = readSmallFile(path, Links::Follow);
+    if (file.state != SmallFile::State::Absent && file.state != SmallFile::State::Read)
         return std::nullopt;
-    QList<QByteArray> lines = content->split('\n');
+    QList<QByteArray> lines = file.content.split('\n');
     if (lines.last().isEmpty())
         lines.removeLast();
     return lines;

@@ -6,7 +6,8 @@
 #include <optional>
 
 /// The plain "key=value" files, in groups or without, in which KDE and Xfce programs keep their
-/// settings. Any thread; blocks for the file.
+/// settings. What is no regular file, or larger than such files are, is not read. Any thread;
+/// blocks for the file.
 namespace KeyFile
 {
 

@@ -1,8 +1,8 @@
 #include "app/welcome/LoginItemController.h"
 
 #include "platform/LoginItem.h"
+#include "tests/files/LogTail.h"
 
-#include <QFile>
 #include <QTest>
 #include <QUuid>
 
@@ -55,11 +55,10 @@ private Q_SLOTS:
     {
         RecordingLoginItem item;
         item.failure = QStringLiteral("no room ") + QUuid::createUuid().toString();
+        const LogTail log;
         LoginItemController::setEnabled(item, true);
-        QFile log(QStringLiteral("/tmp/Velmora.log"));
-        QVERIFY(log.open(QFile::ReadOnly));
-        QVERIFY(QString::fromUtf8(log.readAll())
-                    .contains(QStringLiteral(" login item failed ") + *item.failure));
+        QCOMPARE(log.messagesWith(*item.failure),
+                 QStringList(QStringLiteral("login item failed ") + *item.failure));
     }
 };
 

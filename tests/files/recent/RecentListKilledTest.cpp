@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QSet>
+#include <QSettings>
 #include <QTest>
 
 /// A program that is killed while it stores the recent list leaves a whole list, the one before or
@@ -27,6 +28,7 @@ private Q_SLOTS:
             known
                 << folder.make(s("a rather long name of a screenshot %1.png").arg(i)).toLocalFile();
         VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        QVERIFY(VelmoraSettings::open().waitUntilStored(std::chrono::seconds(10)));
 
         for (int kill = 0; kill < kills; ++kill) {
             QProcess writer;
@@ -42,14 +44,21 @@ private Q_SLOTS:
             QVERIFY(writer.waitForFinished(patience));
             QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
 
-            const QSettings settings = VelmoraSettings::open();
+            const QFileInfo store(VelmoraSettings::open().fileName());
+            const QSettings settings(store.filePath(), QSettings::IniFormat);
             QCOMPARE(settings.status(), QSettings::NoError);
-            QVERIFY(VelmoraSettings::trayPosition() == TrayPosition::topLeft);
+            QCOMPARE(settings.value(s("trayPosition")).toString(), s("topLeft"));
             const QStringList stored = settings.value(s("recentScreenshots")).toStringList();
             const QSet<QString> distinct(stored.begin(), stored.end());
             QCOMPARE(distinct.size(), stored.size());
             QVERIFY2(known.contains(distinct), qPrintable(stored.join(u'\n')));
             QVERIFY(!stored.isEmpty() && stored.size() <= 10);
+            // At most one draft at a time: the next writer clears it away.
+            QStringList left =
+                store.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+            left.removeAll(store.fileName());
+            left.removeAll(s(".velmora.conf.new"));
+            QCOMPARE(left, QStringList());
         }
     }
 };

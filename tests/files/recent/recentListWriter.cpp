@@ -1,30 +1,60 @@
 // Changes the stored recent list without end, and writes a line after each change.
 //
-// usage: recent_list_writer FOLDER
+// usage: recent_list_writer FOLDER [--once FILE]
+//
+// With a file it adds that one as the program does after its start, and ends when it is stored.
 
+#include "core/VelmoraSettings.h"
 #include "files/recent/RecentScreenshots.h"
 #include "filesystem/FileUrls.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QTimer>
 
 #include <cstdio>
 #include <memory>
 
+using namespace std::chrono_literals;
+
+namespace
+{
+
+int addOnce(const ScreenshotFolderAccess &access, const QString &path)
+{
+    RecentScreenshots recent(access);
+    recent.load();
+    recent.add(FileUrls::fromPath(path));
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&path] {
+        const bool isStored = VelmoraSettings::open().waitUntilStored(0ms);
+        if (isStored && VelmoraSettings::recentScreenshots().value(0) == path)
+            QCoreApplication::quit();
+    });
+    look.start(20ms);
+    QTimer::singleShot(20s, [] { QCoreApplication::exit(1); });
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    const QDir folder(QCoreApplication::arguments().value(1));
+    const QStringList arguments = QCoreApplication::arguments();
+    const QDir folder(arguments.value(1));
     const QStringList names = folder.entryList(QDir::Files, QDir::Name);
     const ScreenshotFolderAccess access = {
         [&folder] { return FileUrls::fromPath(folder.path()); },
         [](const QUrl &, int) { return QList<QUrl>(); },
         [](const QUrl &) { return ScreenshotFolderAccess::Date(); }};
+    if (arguments.value(2) == QStringLiteral("--once"))
+        return addOnce(access, folder.filePath(arguments.value(3)));
     for (qsizetype change = 0; !names.isEmpty(); ++change) {
         auto recent = std::make_unique<RecentScreenshots>(access);
         recent->load();
         recent->add(FileUrls::fromPath(folder.filePath(names.at(change % names.size()))));
-        recent.reset();
+        VelmoraSettings::open().waitUntilStored(10s);
         std::puts("changed");
         std::fflush(stdout);
     }

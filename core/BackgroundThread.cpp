@@ -1,0 +1,77 @@
+#include "core/BackgroundThread.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+/// What the thread keeps when its owner has gone.
+struct BackgroundThread::Shared {
+    std::mutex lock;
+    std::condition_variable changed;
+    std::deque<std::function<void()>> tasks; ///< the first one is under way
+    bool isStarted = false;
+    bool mayEnd = false;
+
+    void work()
+    {
+        std::unique_lock locker(lock);
+        for (;;) {
+            changed.wait(locker, [this] { return mayEnd || !tasks.empty(); });
+            if (tasks.empty())
+                return;
+            const std::function<void()> task = std::move(tasks.front());
+            locker.unlock();
+            task();
+            locker.lock();
+            tasks.pop_front();
+            changed.notify_all();
+        }
+    }
+};
+
+BackgroundThread::BackgroundThread(std::chrono::milliseconds longestWait)
+    : m_longestWait(longestWait), m_shared(std::make_shared<Shared>())
+{
+}
+
+BackgroundThread::~BackgroundThread()
+{
+    waitUntilIdle(m_longestWait);
+    const std::scoped_lock locker(m_shared->lock);
+    m_shared->mayEnd = true;
+    // What has not begun by now is for nobody any more.
+    if (m_shared->tasks.size() > 1)
+        m_shared->tasks.erase(m_shared->tasks.begin() + 1, m_shared->tasks.end());
+    m_shared->changed.notify_all();
+}
+
+void BackgroundThread::run(std::function<void()> task)
+{
+    const std::scoped_lock locker(m_shared->lock);
+    m_shared->tasks.push_back(std::move(task));
+    m_shared->changed.notify_all();
+    if (!m_shared->isStarted)
+        start();
+}
+
+bool BackgroundThread::waitUntilIdle(std::chrono::milliseconds longestWait) const
+{
+    const std::shared_ptr<Shared> shared = m_shared;
+    std::unique_lock locker(shared->lock);
+    return shared->changed.wait_for(locker, longestWait,
+                                    [&shared] { return shared->tasks.empty(); });
+}
+
+size_t BackgroundThread::tasksLeft() const
+{
+    const std::scoped_lock locker(m_shared->lock);
+    return m_shared->tasks.size();
+}
+
+/// Nobody waits for the thread itself, only for what it does: it may be one that is left behind.
+void BackgroundThread::start()
+{
+    m_shared->isStarted = true;
+    std::thread([shared = m_shared] { shared->work(); }).detach();
+}

@@ -1,0 +1,82 @@
+#include "core/BackgroundThread.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QTest>
+
+#include <atomic>
+#include <semaphore>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+class BackgroundThreadTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tasksAreDoneOneAfterTheOtherInTheirOrder()
+    {
+        constexpr int count = 1000;
+        const auto done = std::make_shared<QList<int>>();
+        BackgroundThread thread(1s);
+        for (int i = 0; i < count; ++i)
+            thread.run([done, i] { done->append(i); });
+        QVERIFY(thread.waitUntilIdle(10s));
+        QCOMPARE(done->size(), count);
+        QVERIFY(std::is_sorted(done->begin(), done->end()));
+    }
+
+    void itIsAnotherThreadAndAlwaysTheSame()
+    {
+        const auto ids = std::make_shared<QList<std::thread::id>>();
+        BackgroundThread thread(1s);
+        for (int i = 0; i < 2; ++i)
+            thread.run([ids] { ids->append(std::this_thread::get_id()); });
+        QVERIFY(thread.waitUntilIdle(10s));
+        QVERIFY(ids->at(0) != std::this_thread::get_id());
+        QVERIFY(ids->at(0) == ids->at(1));
+    }
+
+    void itsEndWaitsForWhatIsStillToBeDone()
+    {
+        const auto done = std::make_shared<std::atomic_int>(0);
+        {
+            BackgroundThread thread(10s);
+            for (int i = 0; i < 100; ++i)
+                thread.run([done] { ++*done; });
+        }
+        QCOMPARE(done->load(), 100);
+    }
+
+    void whatNeverEndsIsLeftBehind()
+    {
+        struct Stuck {
+            std::binary_semaphore mayEnd{0};
+            std::binary_semaphore ended{0};
+            std::atomic_bool wentOn = false;
+        };
+        const auto stuck = std::make_shared<Stuck>();
+        QElapsedTimer timer;
+        timer.start();
+        {
+            BackgroundThread thread(50ms);
+            thread.run([stuck] {
+                stuck->mayEnd.acquire();
+                stuck->ended.release();
+            });
+            thread.run([stuck] { stuck->wentOn = true; });
+            QVERIFY(!thread.waitUntilIdle(20ms));
+            QCOMPARE(thread.tasksLeft(), size_t(2));
+        }
+        QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()).constData());
+        stuck->mayEnd.release();
+        stuck->ended.acquire();
+        // The thread lets go of what it held, and has not begun anything more.
+        QTRY_COMPARE(stuck.use_count(), 1L);
+        QVERIFY(!stuck->wentOn);
+    }
+};
+
+QTEST_GUILESS_MAIN(BackgroundThreadTest)
+#include "BackgroundThreadTest.moc"

@@ -1,0 +1,134 @@
+#include "core/IniText.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+/// Letters that mean something in such files, and some that don't.
+QString randomString(QRandomGenerator &random)
+{
+    static const QString letters =
+        QString::fromUtf8(" \t\n\r\"\\',;=#[]%@()/.-_abcdefx0123456789ABxZé日😀\x01\x1f");
+    QString string;
+    for (quint32 i = random.bounded(12U); i > 0; --i)
+        string += letters.mid(random.bounded(letters.size()), 1 + random.bounded(2));
+    return QString::fromUtf8(string.toUtf8()); // no half surrogates
+}
+
+} // namespace
+
+/// QSettings is the judge: what one has written the other must understand.
+class IniTextTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+
+    void write(const QByteArray &text) const
+    {
+        QFile file(m_path);
+        QVERIFY(file.open(QFile::WriteOnly) && file.write(text) == text.size());
+    }
+    QByteArray text() const
+    {
+        QFile file(m_path);
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QVariant bySettings(const QString &key) const
+    {
+        return QSettings(m_path, QSettings::IniFormat).value(key);
+    }
+    void writeBySettings(const QString &key, const QVariant &value) const
+    {
+        QSettings(m_path, QSettings::IniFormat).setValue(key, value);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_path = m_folder->filePath(QStringLiteral("store.ini"));
+    }
+
+    void stringsOfAllKindsAreUnderstoodBothWays()
+    {
+        QRandomGenerator random(20261122);
+        const QString key = QStringLiteral("a-key_1");
+        for (int round = 0; round < 600; ++round) {
+            const QString string = randomString(random);
+            m_path = m_folder->filePath(QStringLiteral("%1.ini").arg(round));
+            write(IniText::changed("[General]\nother=1\n", {{key, string}}));
+            QCOMPARE(bySettings(key).toString(), string);
+            QCOMPARE(IniText::values(text()).value(key).toString(), string);
+            writeBySettings(QStringLiteral("theirs"), string);
+            QCOMPARE(IniText::values(text()).value(QStringLiteral("theirs")).toString(), string);
+        }
+    }
+
+    void listsOfAllKindsAreUnderstoodBothWays()
+    {
+        QRandomGenerator random(20261123);
+        const QString key = QStringLiteral("list");
+        for (int round = 0; round < 300; ++round) {
+            QStringList list;
+            for (quint32 i = random.bounded(4U); i > 0; --i)
+                list << randomString(random);
+            m_path = m_folder->filePath(QStringLiteral("%1.ini").arg(round));
+            write(IniText::changed({}, {{key, list}}));
+            QCOMPARE(bySettings(key).toStringList(), list);
+            QCOMPARE(IniText::values(text()).value(key).toStringList(), list);
+            writeBySettings(QStringLiteral("theirs"), list);
+            QCOMPARE(IniText::values(text()).value(QStringLiteral("theirs")).toStringList(), list);
+        }
+    }
+
+    void everythingElseInTheTextStays()
+    {
+        const QByteArray before = "; mine\nfirst=1\n\n[Other]\na=1\n\n[General]\n# mine too\nb=2\n"
+                                  "c=3\n\n[Last]\nb=9\n";
+        QCOMPARE(IniText::changed(before, {{QStringLiteral("b"), QStringLiteral("new")}}),
+                 QByteArray(before).replace("b=2", "b=new"));
+        QCOMPARE(IniText::changed(before, {{QStringLiteral("d"), QStringLiteral("new")}}),
+                 QByteArray(before).replace("c=3\n", "c=3\nd=new\n"));
+        QCOMPARE(IniText::changed(before, {{QStringLiteral("c"), QVariant()}}),
+                 QByteArray(before).replace("c=3\n", ""));
+        QCOMPARE(IniText::changed(before, {{QStringLiteral("none"), QVariant()}}), before);
+    }
+
+    void aTextWithoutTheGroupGetsIt()
+    {
+        const QMap<QString, QVariant> changes = {{QStringLiteral("a"), QStringLiteral("1")},
+                                                 {QStringLiteral("b"), QStringLiteral("2")}};
+        QCOMPARE(IniText::changed({}, changes), QByteArray("[General]\na=1\nb=2\n"));
+        QCOMPARE(IniText::changed("[Other]\nx=1\n", changes),
+                 QByteArray("[General]\na=1\nb=2\n[Other]\nx=1\n"));
+    }
+
+    void aKeyThatStandsThereTwiceCountsOnceAndIsWrittenOnce()
+    {
+        const QByteArray twice = "[General]\na=1\nb=2\na=3\n";
+        QCOMPARE(IniText::values(twice).value(QStringLiteral("a")).toString(), QStringLiteral("3"));
+        QCOMPARE(IniText::changed(twice, {{QStringLiteral("a"), QStringLiteral("4")}}),
+                 QByteArray("[General]\na=4\nb=2\n"));
+    }
+
+    void whatIsNoSettingsFileHoldsNothing()
+    {
+        QCOMPARE(IniText::values({}).size(), 0);
+        QByteArray noise(4096, Qt::Uninitialized);
+        QRandomGenerator random(7);
+        random.fillRange(reinterpret_cast<quint32 *>(noise.data()), noise.size() / 4);
+        IniText::values(noise);
+        QCOMPARE(IniText::values("[General]\nkey\n=value\n@Variant(\\0\\0)\n").size(), 0);
+        QCOMPARE(IniText::values("a=@Variant(\\0\\0\\0\\x1)\nb=\"open\\\n").size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(IniTextTest)
+#include "IniTextTest.moc"
