@@ -26,6 +26,12 @@ struct Delivery {
 SuggestionQueue::SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &images)
     : m_recognizer(recognizer), m_images(images)
 {
+    prepare();
+}
+
+/// The recogniser gets ready while the picture becomes complete and is decoded.
+void SuggestionQueue::prepare()
+{
     m_threads.start([this] {
         lowerThreadPriority();
         m_recognizer.warmUp();
@@ -43,6 +49,8 @@ QFuture<QString> SuggestionQueue::add(const QUrl &fileURL, const QString &appNam
         const std::lock_guard lock(m_mutex);
         suggestion->priority = ++m_lastPriority;
         m_unfinished.insert(suggestion);
+        if (!m_stopped)
+            prepare();
     }
     const QFuture<QString> name = suggestion->promise.future();
     m_images.completion(suggestion->file).then([queue = shared_from_this(), suggestion] {

@@ -39,6 +39,7 @@ private:
     };
     using SuggestionPointer = std::shared_ptr<Suggestion>;
 
+    void prepare();
     void start(const SuggestionPointer &suggestion);
     void work(const SuggestionPointer &suggestion);
     QString suggestedName(const Suggestion &suggestion);

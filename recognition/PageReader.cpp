@@ -77,5 +77,5 @@ void PageReader::read(const QImage &image, const LineHandler &onLine, const Canc
 
 void PageReader::warmUp()
 {
-    m_engines.take();
+    m_engines.warmUp();
 }

@@ -45,6 +45,7 @@ public:
             } else if (spareDue() <= now) {
                 std::unique_ptr<Engine> spare = std::move(waiting.front().engine);
                 waiting.erase(waiting.begin());
+                --existing;
                 tidyingDue = now;
                 lock.unlock();
                 spare.reset();
@@ -61,7 +62,7 @@ public:
     /// one has been unused for longest.
     Clock::time_point spareDue() const
     {
-        return waiting.size() < 2 ? never : waiting.front().since + lifetime;
+        return waiting.empty() ? never : waiting.front().since + lifetime;
     }
 
     QStringList languages;
@@ -70,6 +71,8 @@ public:
     std::mutex making;
     std::condition_variable changed;
     std::vector<Waiting> waiting;
+    /// How many there are, with those at work and those that are being made.
+    int existing = 0;
     Clock::time_point tidyingDue = never;
     bool ending = false;
     std::thread housekeeper;
@@ -102,10 +105,21 @@ EnginePool::Lease EnginePool::take()
             d->waiting.pop_back();
             return Lease(engine, Returner(this));
         }
+        ++d->existing;
     }
     // Starting an engine writes to globals of its library, so only one may start at a time.
     const std::lock_guard lock(d->making);
     return Lease(new Engine(d->languages), Returner(this));
+}
+
+void EnginePool::warmUp()
+{
+    {
+        const std::lock_guard lock(d->mutex);
+        if (d->existing > 0)
+            return;
+    }
+    take();
 }
 
 int EnginePool::waiting() const

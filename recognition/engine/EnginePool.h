@@ -5,8 +5,8 @@
 #include <chrono>
 #include <memory>
 
-/// Keeps engines ready, so that no picture waits for one to be made. One engine is always kept;
-/// further ones are released after `spareLifetime` without use. Any thread.
+/// Keeps engines ready, so that hardly a picture waits for one to be made. Each is released after
+/// `spareLifetime` without use, because it holds much memory. Any thread.
 class EnginePool
 {
 public:
@@ -29,6 +29,9 @@ public:
     /// An engine for the caller alone until the lease ends. Blocks while one is made. The pool must
     /// outlive its leases.
     Lease take();
+
+    /// Makes an engine where there is none, neither waiting nor in use. Blocks while it is made.
+    void warmUp();
 
     /// How many engines wait for work.
     int waiting() const;

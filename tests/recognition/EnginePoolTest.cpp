@@ -27,7 +27,7 @@ private Q_SLOTS:
         QVERIFY(first.get() != second.get());
     }
 
-    void sparesAreReleasedButForOne()
+    void thoseThatNobodyNeedsAreReleased()
     {
         EnginePool pool({}, 50ms);
         {
@@ -36,7 +36,7 @@ private Q_SLOTS:
             const EnginePool::Lease third = pool.take();
         }
         QCOMPARE(pool.waiting(), 3);
-        QTRY_COMPARE_WITH_TIMEOUT(pool.waiting(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(pool.waiting(), 0, 5000);
     }
 
     void sparesStayForTheirTime()
@@ -61,7 +61,20 @@ private Q_SLOTS:
         }
         for (std::thread &thread : threads)
             thread.join();
-        QTRY_COMPARE_WITH_TIMEOUT(pool.waiting(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(pool.waiting(), 0, 5000);
+    }
+
+    void warmingUpMakesOneWhereThereIsNone()
+    {
+        EnginePool pool({}, 50ms);
+        pool.warmUp();
+        QCOMPARE(pool.waiting(), 1);
+        pool.warmUp();
+        QCOMPARE(pool.waiting(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(pool.waiting(), 0, 5000);
+        const EnginePool::Lease atWork = pool.take();
+        pool.warmUp();
+        QCOMPARE(pool.waiting(), 0);
     }
 
     void aMissingModelIsNoFailure()
