@@ -1,20 +1,24 @@
 #include "platform/FileBrowser.h"
 
 #include "filesystem/FileUrls.h"
-#include "platform/linux/file-browser/fileManagerCommand.h"
+#include "platform/linux/file-browser/FileManager.h"
+#include "platform/linux/x11/UserTime.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QPointer>
 #include <QProcess>
-#include <QTimer>
 
 #include <chrono>
 #include <fcntl.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -25,9 +29,20 @@ using namespace std::chrono_literals;
 /// broken.
 constexpr auto answerLimit = 3s;
 
+/// The bus name of whichever file manager comes first.
+QString anyFileManager()
+{
+    return u"org.freedesktop.FileManager1"_s;
+}
+
+bool isConfined()
+{
+    return QFileInfo::exists(u"/.flatpak-info"_s) || qEnvironmentVariableIsSet("SNAP");
+}
+
 /// One wish to see a file, and the ways to fulfil it, each tried when the one before has failed:
-/// the file manager by its common interface, the portal where the program is confined, the default
-/// file manager's command line, and any program that opens a folder. Deletes itself.
+/// the user's own file manager over the bus and by its command line, any file manager, the portal
+/// where the program is confined, and any program that opens a folder. Deletes itself.
 class Revelation : public QObject
 {
 public:
@@ -37,40 +52,70 @@ public:
         , m_folder(FileUrls::parentFolder(file))
         , m_isThere(FileUrls::exists(file))
     {
+        if (const auto entry = isConfined() ? std::nullopt : defaultFileManager())
+            addWaysOf(fileManager(*entry).value_or(FileManager()));
+        m_ways.append([this] { askFileManager(anyFileManager()); });
+        if (isConfined())
+            m_ways.append([this] { askPortal(); });
+        m_ways.append([this] { openFolder(); });
     }
 
-    void start()
+    /// @param startupId lets the file manager come to the front
+    void start(const QString &startupId)
     {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.FileManager1"),
-            QStringLiteral("/org/freedesktop/FileManager1"),
-            QStringLiteral("org.freedesktop.FileManager1"),
-            m_isThere ? QStringLiteral("ShowItems") : QStringLiteral("ShowFolders"));
-        const QUrl shown = m_isThere ? m_file : m_folder;
-        call << QStringList{QString::fromLatin1(shown.toEncoded())} << QString();
-        send(call, [this] { isConfined() ? askPortal() : askForDefault(); });
+        m_startupId = startupId;
+        tryNextWay();
     }
 
 private:
-    /// Calls, and goes on with `otherwise` unless the call succeeds in time.
-    void send(const QDBusMessage &call, const std::function<void()> &otherwise)
+    void addWaysOf(const FileManager &manager)
+    {
+        if (!manager.busName.isEmpty())
+            m_ways.append([this, manager] { askFileManager(manager.busName); });
+        if (m_isThere && !manager.program.isEmpty())
+            m_ways.append([this, manager] { run(manager); });
+    }
+
+    void tryNextWay() { m_ways.takeFirst()(); }
+
+    /// Calls, and goes on to the next way unless the call succeeds in time.
+    void send(const QDBusMessage &call)
     {
         const auto limit = std::chrono::milliseconds(answerLimit);
         const QDBusPendingCall pending =
             QDBusConnection::sessionBus().asyncCall(call, static_cast<int>(limit.count()));
         auto *watcher = new QDBusPendingCallWatcher(pending, this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, otherwise] {
+        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
             if (watcher->isError())
-                otherwise();
+                tryNextWay();
             else
                 deleteLater();
         });
     }
 
-    static bool isConfined()
+    void askFileManager(const QString &busName)
     {
-        return QFileInfo::exists(QStringLiteral("/.flatpak-info")) ||
-               qEnvironmentVariableIsSet("SNAP");
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            busName, u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s,
+            m_isThere ? u"ShowItems"_s : u"ShowFolders"_s);
+        const QUrl shown = m_isThere ? m_file : m_folder;
+        call << QStringList{QString::fromLatin1(shown.toEncoded())} << m_startupId;
+        send(call);
+    }
+
+    void run(const FileManager &manager)
+    {
+        QProcess process;
+        process.setProgram(manager.program);
+        process.setArguments(manager.arguments + QStringList{m_file.toLocalFile()});
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!m_startupId.isEmpty())
+            environment.insert(u"DESKTOP_STARTUP_ID"_s, m_startupId);
+        process.setProcessEnvironment(environment);
+        if (process.startDetached())
+            deleteLater();
+        else
+            tryNextWay();
     }
 
     void askPortal()
@@ -79,55 +124,58 @@ private:
         const int descriptor =
             ::open(QFile::encodeName(shown.toLocalFile()).constData(), O_PATH | O_CLOEXEC);
         if (descriptor < 0)
-            return askForDefault();
+            return tryNextWay();
         QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.portal.Desktop"),
-            QStringLiteral("/org/freedesktop/portal/desktop"),
-            QStringLiteral("org.freedesktop.portal.OpenURI"), QStringLiteral("OpenDirectory"));
+            u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+            u"org.freedesktop.portal.OpenURI"_s, u"OpenDirectory"_s);
         call << QString() << QVariant::fromValue(QDBusUnixFileDescriptor(descriptor))
              << QVariantMap();
         ::close(descriptor);
-        send(call, [this] { askForDefault(); });
+        send(call);
     }
 
-    void askForDefault()
+    void openFolder()
     {
-        auto *query = new QProcess(this);
-        connect(query, &QProcess::finished, this, [this, query] {
-            runDefault(QString::fromUtf8(query->readAllStandardOutput()).trimmed());
-        });
-        connect(query, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-            if (error == QProcess::FailedToStart)
-                runDefault({});
-        });
-        QTimer::singleShot(answerLimit, query, &QProcess::kill);
-        query->setStandardErrorFile(QProcess::nullDevice());
-        query->start(QStringLiteral("xdg-mime"),
-                     {QStringLiteral("query"), QStringLiteral("default"),
-                      QStringLiteral("inode/directory")});
-    }
-
-    void runDefault(const QString &desktopEntry)
-    {
-        const std::optional<FileManagerCommand> command =
-            m_isThere ? fileManagerCommand(desktopEntry, m_file) : std::nullopt;
-        if (!command || !QProcess::startDetached(command->program, command->arguments))
-            QDesktopServices::openUrl(m_folder);
+        QDesktopServices::openUrl(m_folder);
         deleteLater();
     }
 
     QUrl m_file;
     QUrl m_folder;
     bool m_isThere;
+    QString m_startupId;
+    QList<std::function<void()>> m_ways;
 };
 
 class DesktopFileBrowser : public FileBrowser
 {
 public:
-    void reveal(const QUrl &file) override { (new Revelation(file, &m_revelations))->start(); }
+    void reveal(const QUrl &file) override
+    {
+        const QPointer<Revelation> revelation = new Revelation(file, &m_revelations);
+        if (!m_userTime)
+            m_userTime = std::make_unique<UserTime>();
+        m_userTime->renew([this, revelation](quint32 time) {
+            if (revelation)
+                revelation->start(startupId(time));
+        });
+    }
 
 private:
+    /// As the Startup Notification Protocol has it. The window manager takes the time from it when
+    /// the file manager's window asks for the focus.
+    QString startupId(quint32 time)
+    {
+        if (time == 0)
+            return {};
+        return u"velmora-%1-%2_TIME%3"_s.arg(QCoreApplication::applicationPid())
+            .arg(++m_launches)
+            .arg(time);
+    }
+
     QObject m_revelations;
+    std::unique_ptr<UserTime> m_userTime;
+    int m_launches = 0;
 };
 
 } // namespace

@@ -41,7 +41,7 @@ private:
     /// With all that the desktop asks of a window that wants to be in front.
     void comeForward(const LaunchToken &token, const std::function<void()> &say)
     {
-        m_userTime.renew([token, say] {
+        m_userTime.renew([token, say](quint32) {
             token.adopt();
             say();
             StartupNotification::end(token.startupId);

@@ -8,8 +8,12 @@
 #include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,6 +35,7 @@ public:
     enum class Answer { Done, Error, None };
     Answer answer = Answer::Done;
     QStringList asked;
+    QStringList startupIds;
 
 public Q_SLOTS:
     void ShowItems(const QStringList &uris, const QString &startupId)
@@ -45,7 +50,8 @@ public Q_SLOTS:
 private:
     void note(const QString &method, const QStringList &uris, const QString &startupId)
     {
-        asked << method + u' ' + uris.join(u' ') + startupId;
+        asked << method + u' ' + uris.join(u' ');
+        startupIds << startupId;
         if (answer == Answer::Error)
             sendErrorReply(QDBusError::Failed, s("no display"));
         setDelayedReply(answer != Answer::Done);
@@ -81,17 +87,47 @@ class FileBrowserTest : public QObject
     std::unique_ptr<FakeFileManager> m_manager;
     std::unique_ptr<FileBrowser> m_browser;
     QUrl m_shot;
+    QTemporaryDir m_systemFolder;
+    QByteArray m_dataFolders;
 
     static QDBusConnection serviceBus()
     {
         return QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("services"));
     }
 
+    /// Makes it the program that opens folders for the user.
+    static void choose(const QString &entry, const QString &list = s("mimeapps.list"))
+    {
+        write(qEnvironmentVariable("XDG_CONFIG_HOME") + u'/' + list,
+              "[Default Applications]\ninode/directory=gone.desktop;" + entry.toUtf8() + ";\n");
+        install(entry);
+    }
+
+    static void install(const QString &entry)
+    {
+        write(qEnvironmentVariable("XDG_DATA_HOME") + s("/applications/") + entry,
+              "[Desktop Entry]\nType=Application\nName=Files\nExec=true\n");
+    }
+
+    static void write(const QString &path, const QByteArray &content)
+    {
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QFile::WriteOnly));
+        file.write(content);
+    }
+
     static QString uri(const QUrl &url) { return QString::fromLatin1(url.toEncoded()); }
     QUrl folder() const { return FileUrls::fromPath(m_folder->path()); }
 
 private Q_SLOTS:
-    void initTestCase() { m_commands = std::make_unique<Commands>(); }
+    void initTestCase()
+    {
+        m_commands = std::make_unique<Commands>();
+        // What is installed on the test's machine does not count.
+        m_dataFolders = qgetenv("XDG_DATA_DIRS");
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(m_systemFolder.path()));
+    }
 
     void init()
     {
@@ -99,12 +135,14 @@ private Q_SLOTS:
         m_shot = FileUrls::child(folder(), s("a b é%25#.png"));
         QFile file(m_shot.toLocalFile());
         QVERIFY(file.open(QFile::WriteOnly));
-        m_commands->clear();
+        if (m_commands)
+            m_commands->clear();
         m_manager = std::make_unique<FakeFileManager>();
         QDBusConnection bus = serviceBus();
         QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), m_manager.get(),
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(s("org.freedesktop.FileManager1")));
+        // A real one of another test may still be ending.
+        QTRY_VERIFY(bus.registerService(s("org.freedesktop.FileManager1")));
         m_browser = makeFileBrowser();
     }
 
@@ -113,6 +151,11 @@ private Q_SLOTS:
         serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
         serviceBus().unregisterObject(s("/org/freedesktop/FileManager1"));
         qunsetenv("SNAP");
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        const QDir configuration(qEnvironmentVariable("XDG_CONFIG_HOME"));
+        for (const QString &list : configuration.entryList({s("*mimeapps.list")}))
+            QVERIFY(QFile::remove(configuration.filePath(list)));
+        QDir(qEnvironmentVariable("XDG_DATA_HOME") + s("/applications")).removeRecursively();
     }
 
     void theFileManagerIsAskedToShowTheFile()
@@ -140,7 +183,33 @@ private Q_SLOTS:
         QTRY_COMPARE(m_manager->asked.size(), 1);
     }
 
-    void aRefusalLeadsToTheDefaultFileManager_data()
+    void theUsersOwnFileManagerIsAskedFirst()
+    {
+        choose(s("org.gnome.Nautilus.desktop"));
+        FakeFileManager own;
+        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("own"));
+        QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), &own,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(s("org.gnome.Nautilus")));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(own.asked, QStringList{s("items ") + uri(m_shot)});
+        QCOMPARE(m_manager->asked, QStringList());
+        QVERIFY(bus.unregisterService(s("org.gnome.Nautilus")));
+    }
+
+    void theFileManagerMayComeToTheFront()
+    {
+        for (int time = 1; time <= 2; ++time) {
+            m_browser->reveal(m_shot);
+            QTRY_COMPARE(m_manager->asked.size(), time);
+        }
+        const QRegularExpression form(s("^velmora-\\d+-\\d+_TIME([1-9]\\d*)$"));
+        for (const QString &startupId : std::as_const(m_manager->startupIds))
+            QVERIFY2(form.match(startupId).hasMatch(), qPrintable(startupId));
+        QVERIFY(m_manager->startupIds.first() != m_manager->startupIds.last());
+    }
+
+    void oneThatDoesNotRunIsStarted_data()
     {
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("command");
@@ -150,39 +219,55 @@ private Q_SLOTS:
         QTest::newRow("Caja") << s("caja-folder-handler.desktop") << s("caja --select %1");
     }
 
-    void aRefusalLeadsToTheDefaultFileManager()
+    void oneThatDoesNotRunIsStarted()
     {
         QFETCH(QString, entry);
         QFETCH(QString, command);
-        m_manager->answer = FakeFileManager::Answer::Error;
-        m_commands->add(s("xdg-mime"), entry);
+        choose(entry);
         m_commands->add(command.section(u' ', 0, 0));
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_commands->calls(), (QStringList{s("xdg-mime query default inode/directory"),
-                                                       command.arg(m_shot.toLocalFile())}));
+        QTRY_COMPARE(m_commands->calls(), QStringList{command.arg(m_shot.toLocalFile())});
+        QCOMPARE(m_manager->asked, QStringList());
     }
 
-    void oneThatIsNotKnownOpensTheFolder()
+    void theChoiceForTheRunningDesktopComesFirst()
     {
-        m_manager->answer = FakeFileManager::Answer::Error;
-        m_commands->add(s("xdg-mime"), s("some.other.desktop"));
-        m_commands->add(s("xdg-open"));
+        qputenv("XDG_CURRENT_DESKTOP", "Other:MATE");
+        choose(s("org.kde.dolphin.desktop"));
+        choose(s("nemo.desktop"), s("mate-mimeapps.list"));
+        m_commands->add(s("dolphin"));
+        m_commands->add(s("nemo"));
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_commands->calls().size(), 2);
-        QCOMPARE(m_commands->calls().last(), s("xdg-open ") + uri(folder()));
+        QTRY_COMPARE(m_commands->calls(), QStringList{s("nemo ") + m_shot.toLocalFile()});
     }
 
-    void oneThatIsNotInstalledOpensTheFolder()
+    void withoutAChoiceTheSystemsCounts()
     {
-        m_manager->answer = FakeFileManager::Answer::Error;
-        m_commands->add(s("xdg-mime"), s("org.kde.dolphin.desktop"));
-        m_commands->add(s("xdg-open"));
+        write(m_systemFolder.filePath(s("applications/mimeinfo.cache")),
+              "[MIME Cache]\ninode/directory=nemo.desktop;org.kde.dolphin.desktop;\n");
+        install(s("org.kde.dolphin.desktop"));
+        m_commands->add(s("dolphin"));
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_commands->calls().size(), 2);
-        QCOMPARE(m_commands->calls().last(), s("xdg-open ") + uri(folder()));
+        QTRY_COMPARE(m_commands->calls(),
+                     QStringList{s("dolphin --select ") + m_shot.toLocalFile()});
+        QVERIFY(QFile::remove(m_systemFolder.filePath(s("applications/mimeinfo.cache"))));
     }
 
-    void withoutACommandThatKnowsTheDefaultTheFolderIsOpened()
+    void oneThatIsNotKnownLeavesItToAnyOther()
+    {
+        choose(s("some.other.desktop"));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
+    }
+
+    void oneThatIsNotInstalledLeavesItToAnyOther()
+    {
+        choose(s("org.kde.dolphin.desktop"));
+        m_browser->reveal(m_shot);
+        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
+    }
+
+    void aRefusalOpensTheFolder()
     {
         m_manager->answer = FakeFileManager::Answer::Error;
         m_commands->add(s("xdg-open"));
@@ -227,7 +312,7 @@ private Q_SLOTS:
         QCOMPARE(m_commands->calls(), QStringList());
     }
 
-    /// The last test: it needs the real commands.
+    /// The last tests: they need the real commands.
     void theRealFileManagerOpensAWindowOfTheFolder()
     {
         serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
@@ -236,6 +321,9 @@ private Q_SLOTS:
         if (!QFile::exists(service))
             QSKIP("Thunar is not installed");
         m_commands.reset();
+        m_dataFolders.isEmpty() ? qunsetenv("XDG_DATA_DIRS")
+                                : qputenv("XDG_DATA_DIRS", m_dataFolders);
+        choose(s("thunar.desktop"));
         m_browser->reveal(m_shot);
         const auto windowNames = [] {
             return XDesktop::run(s("xdotool"), {s("search"), s("--onlyvisible"), s("--class"),
@@ -244,6 +332,31 @@ private Q_SLOTS:
         const QString name = FileUrls::lastPathComponent(folder());
         QTRY_VERIFY_WITH_TIMEOUT(windowNames().contains(name), 20'000);
         XDesktop::run(s("thunar"), {s("-q")});
+    }
+
+    void cajaComesToTheFront()
+    {
+        if (QStandardPaths::findExecutable(s("caja")).isEmpty())
+            QSKIP("Caja is not installed");
+        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        choose(s("caja-folder-handler.desktop"));
+        // It runs already; the user is somewhere else.
+        QProcess caja;
+        caja.setStandardErrorFile(QProcess::nullDevice());
+        caja.start(s("caja"), {s("--no-desktop"), m_systemFolder.path()});
+        const auto active = [] {
+            return XDesktop::run(s("xdotool"), {s("getactivewindow"), s("getwindowname")});
+        };
+        const QString other = QFileInfo(m_systemFolder.path()).fileName();
+        QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(other), 20'000);
+        const Terminal terminal(m_systemFolder.filePath(s("typed")));
+        terminal.activate();
+        XDesktop::type(s("words"));
+        m_browser->reveal(m_shot);
+        const QString name = FileUrls::lastPathComponent(folder());
+        QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(name), 20'000);
+        caja.kill();
+        caja.waitForFinished();
     }
 };
 

@@ -28,11 +28,12 @@ UserTime::~UserTime()
     QCoreApplication::instance()->removeNativeEventFilter(this);
 }
 
-void UserTime::renew(std::function<void()> goOn)
+void UserTime::renew(Continuation goOn)
 {
     xcb_connection_t *const connection = qtConnection();
     if (!connection) {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), goOn, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [goOn] { goOn(0); }, Qt::QueuedConnection);
         return;
     }
     if (!m_window) {
@@ -57,7 +58,8 @@ bool UserTime::nativeEventFilter(const QByteArray &eventType, void *message, qin
     if (change->window == m_window->winId() && change->atom == XCB_ATOM_WM_COMMAND) {
         // Qt takes the time from the event after this.
         for (const auto &goOn : std::exchange(m_waiting, {}))
-            QMetaObject::invokeMethod(m_window.get(), goOn, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                m_window.get(), [goOn, time = change->time] { goOn(time); }, Qt::QueuedConnection);
     }
     return false;
 }

@@ -17,14 +17,17 @@ public:
     ~UserTime() override;
     Q_DISABLE_COPY_MOVE(UserTime)
 
-    /// Takes the X server's present time for that of the user, where there is an X server, and then
-    /// goes on, from the event loop.
-    void renew(std::function<void()> goOn);
+    /// Goes on, from the event loop, with the X server's present time in milliseconds; 0 where
+    /// there is no X server.
+    using Continuation = std::function<void(quint32 time)>;
+
+    /// Takes the X server's present time for that of the user, where there is an X server.
+    void renew(Continuation goOn);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
     /// Never shown; its changes come back with the server's time.
     std::unique_ptr<QWindow> m_window;
-    std::vector<std::function<void()>> m_waiting;
+    std::vector<Continuation> m_waiting;
 };

@@ -92,7 +92,7 @@ private Q_SLOTS:
         QTRY_VERIFY((now = view.time()) > then + 100);
         UserTime userTime;
         bool wentOn = false;
-        userTime.renew([&wentOn] { wentOn = true; });
+        userTime.renew([&wentOn](quint32) { wentOn = true; });
         QVERIFY(!wentOn);
         QTRY_VERIFY(wentOn);
         QVERIFY(view.timeOfNextRequest(window) >= now);
@@ -102,11 +102,11 @@ private Q_SLOTS:
     {
         UserTime userTime;
         int count = 0;
-        userTime.renew([&count] { ++count; });
-        userTime.renew([&count] { ++count; });
+        userTime.renew([&count](quint32) { ++count; });
+        userTime.renew([&count](quint32) { ++count; });
         QTRY_COMPARE(count, 2);
         bool last = false;
-        userTime.renew([&last] { last = true; });
+        userTime.renew([&last](quint32 time) { last = time > 0; });
         QTRY_VERIFY(last);
         QCOMPARE(count, 2);
     }
@@ -114,10 +114,10 @@ private Q_SLOTS:
     void nothingGoesOnAfterItsEnd()
     {
         bool wentOn = false;
-        std::make_unique<UserTime>()->renew([&wentOn] { wentOn = true; });
+        std::make_unique<UserTime>()->renew([&wentOn](quint32) { wentOn = true; });
         UserTime other;
         bool otherWentOn = false;
-        other.renew([&otherWentOn] { otherWentOn = true; });
+        other.renew([&otherWentOn](quint32) { otherWentOn = true; });
         QTRY_VERIFY(otherWentOn);
         QVERIFY(!wentOn);
     }
