@@ -4,11 +4,16 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocalSocket>
+#include <QSocketNotifier>
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
+#include <functional>
+#include <optional>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace
@@ -18,9 +23,42 @@ constexpr std::chrono::milliseconds answerTime = std::chrono::seconds(2);
 constexpr std::chrono::milliseconds lockTime{100};
 
 /// Longer than any token. Whoever sends more is not another instance.
-constexpr qint64 longestCall = 1 << 16;
+constexpr qsizetype longestCall = 1 << 16;
 
-constexpr char answer[] = "here\n";
+constexpr QByteArrayView answer = "here\n";
+
+constexpr int callersInWaiting = 16;
+
+/// Absent for a path that is too long.
+std::optional<sockaddr_un> addressOf(const QString &path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray bytes = QFile::encodeName(path);
+    if (size_t(bytes.size()) >= sizeof(address.sun_path))
+        return std::nullopt;
+    std::memcpy(address.sun_path, bytes.constData(), size_t(bytes.size()));
+    return address;
+}
+
+/// From now on a call on the socket that could block gives up after that time.
+void limit(int descriptor, std::chrono::milliseconds time)
+{
+    const timeval value = {time.count() / 1000, time.count() % 1000 * 1000};
+    for (const int direction : {SO_RCVTIMEO, SO_SNDTIMEO})
+        ::setsockopt(descriptor, SOL_SOCKET, direction, &value, sizeof value);
+}
+
+bool sendAll(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t sent = ::send(descriptor, bytes.data(), size_t(bytes.size()), MSG_NOSIGNAL);
+        if (sent <= 0)
+            return false;
+        bytes = bytes.sliced(sent);
+    }
+    return true;
+}
 
 bool isOursAlone(const QByteArray &folder)
 {
@@ -43,19 +81,66 @@ QString privateFolder()
 /// Whether the process that listens at the socket has answered.
 bool activateOther(const QString &socketPath, const LaunchToken &token, QDeadlineTimer deadline)
 {
-    const auto timeLeft = [&] { return std::max(1, int(deadline.remainingTime())); };
-    QLocalSocket socket;
-    socket.connectToServer(socketPath);
-    if (!socket.waitForConnected(timeLeft()))
+    const std::optional<sockaddr_un> address = addressOf(socketPath);
+    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!address || !socket)
+        return false;
+    limit(socket.number(),
+          std::chrono::milliseconds(std::max<qint64>(1, deadline.remainingTime())));
+    if (::connect(socket.number(), reinterpret_cast<const sockaddr *>(&*address),
+                  sizeof *address) != 0)
         return false;
     const QJsonObject call = QJsonObject::fromVariantMap(token.platformData());
-    socket.write(QJsonDocument(call).toJson(QJsonDocument::Compact) + '\n');
-    while (!socket.canReadLine()) {
-        if (deadline.hasExpired() || !socket.waitForReadyRead(timeLeft()))
-            return false;
-    }
-    return socket.readLine() == answer;
+    const QByteArray line = QJsonDocument(call).toJson(QJsonDocument::Compact) + '\n';
+    if (!sendAll(socket.number(), line))
+        return false;
+    char received[answer.size()];
+    const ssize_t length = ::recv(socket.number(), received, sizeof received, MSG_WAITALL);
+    return QByteArrayView(received, std::max<ssize_t>(0, length)) == answer;
 }
+
+/// A call, as it comes in. It ends with its answer, or without one where it is no call of ours.
+class Caller : public QObject
+{
+public:
+    using Handler = std::function<void(const LaunchToken &token)>;
+
+    Caller(Descriptor descriptor, Handler handler, QObject *parent)
+        : QObject(parent)
+        , m_descriptor(std::move(descriptor))
+        , m_notifier(m_descriptor.number(), QSocketNotifier::Read)
+        , m_handler(std::move(handler))
+    {
+        connect(&m_notifier, &QSocketNotifier::activated, this, &Caller::read);
+    }
+
+private:
+    void read()
+    {
+        char piece[4096];
+        const ssize_t length = ::recv(m_descriptor.number(), piece, sizeof piece, MSG_DONTWAIT);
+        if (length > 0)
+            m_call.append(piece, length);
+        else if (length == 0 || errno != EAGAIN)
+            return deleteLater();
+        const qsizetype end = m_call.indexOf('\n');
+        if (end < 0 && m_call.size() <= longestCall)
+            return;
+        m_notifier.setEnabled(false);
+        deleteLater();
+        const QJsonDocument call = QJsonDocument::fromJson(m_call.left(end));
+        if (end < 0 || !call.isObject())
+            return;
+        // Who calls may have stopped waiting.
+        sendAll(m_descriptor.number(), answer);
+        m_handler(LaunchToken::fromPlatformData(call.object().toVariantMap()));
+    }
+
+    Descriptor m_descriptor;
+    QSocketNotifier m_notifier;
+    Handler m_handler;
+    QByteArray m_call;
+};
 
 } // namespace
 
@@ -85,32 +170,25 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
 
 void ApplicationOnSocket::listen(const QString &socketPath)
 {
+    const std::optional<sockaddr_un> address = addressOf(socketPath);
+    m_socket.emplace(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!address || !*m_socket)
+        return;
     // The socket there was left behind by a process that has ended.
-    QLocalServer::removeServer(socketPath);
-    m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *caller = m_server.nextPendingConnection()) {
-            connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
-            connect(caller, &QLocalSocket::readyRead, this, [this, caller] { readCall(caller); });
-            readCall(caller);
-        }
-    });
-    m_server.listen(socketPath);
+    ::unlink(address->sun_path);
+    if (::bind(m_socket->number(), reinterpret_cast<const sockaddr *>(&*address),
+               sizeof *address) != 0)
+        return;
+    ::chmod(address->sun_path, S_IRUSR | S_IWUSR);
+    ::listen(m_socket->number(), callersInWaiting);
+    m_notifier = std::make_unique<QSocketNotifier>(m_socket->number(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &ApplicationOnSocket::accept);
 }
 
-void ApplicationOnSocket::readCall(QLocalSocket *caller)
+void ApplicationOnSocket::accept()
 {
-    if (!caller->canReadLine()) {
-        if (caller->bytesAvailable() > longestCall)
-            caller->abort();
-        return;
-    }
-    const QJsonDocument call = QJsonDocument::fromJson(caller->readLine(longestCall));
-    if (!call.isObject()) {
-        caller->abort();
-        return;
-    }
-    caller->write(answer);
-    caller->disconnectFromServer();
-    Q_EMIT activated(LaunchToken::fromPlatformData(call.object().toVariantMap()));
+    Descriptor caller(::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (caller)
+        new Caller(
+            std::move(caller), [this](const auto &token) { Q_EMIT activated(token); }, this);
 }

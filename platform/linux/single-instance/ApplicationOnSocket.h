@@ -1,14 +1,14 @@
 #pragma once
 
+#include "filesystem/linux/Descriptor.h"
 #include "platform/linux/x11/LaunchToken.h"
 
-#include <QLocalServer>
 #include <QLockFile>
 #include <QObject>
+#include <QSocketNotifier>
 
 #include <memory>
-
-class QLocalSocket;
+#include <optional>
 
 /// Keeps to one instance without a session bus: a lock that only one process of the user can hold,
 /// and a socket on which that process hears from others. Main thread.
@@ -30,8 +30,9 @@ Q_SIGNALS:
 
 private:
     void listen(const QString &socketPath);
-    void readCall(QLocalSocket *caller);
+    void accept();
 
     std::unique_ptr<QLockFile> m_lock;
-    QLocalServer m_server;
+    std::optional<Descriptor> m_socket;
+    std::unique_ptr<QSocketNotifier> m_notifier;
 };
