@@ -1,6 +1,7 @@
 #include "platform/FrontmostApplication.h"
 
 #include "platform/linux/applications/FocusHistory.h"
+#include "platform/linux/wayland/WaylandFocusSource.h"
 #include "platform/linux/x11/X11FocusSource.h"
 
 #include <QGuiApplication>
@@ -18,8 +19,9 @@ public:
 
 std::unique_ptr<FrontmostApplication> makeFrontmostApplication()
 {
-    if (QGuiApplication::platformName() != u"xcb")
-        return std::make_unique<UnknownFrontmostApplication>();
-    const bool isWholeDesktop = !qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    return std::make_unique<FocusHistory>(std::make_unique<X11FocusSource>(isWholeDesktop));
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return std::make_unique<FocusHistory>(std::make_unique<WaylandFocusSource>());
+    if (QGuiApplication::platformName() == u"xcb")
+        return std::make_unique<FocusHistory>(std::make_unique<X11FocusSource>(true));
+    return std::make_unique<UnknownFrontmostApplication>();
 }

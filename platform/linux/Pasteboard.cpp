@@ -1,155 +1,41 @@
 #include "platform/Pasteboard.h"
 
-#include <QBuffer>
+#include "platform/linux/clipboard/ScreenshotMimeData.h"
+#include "platform/linux/wayland/CompositorClipboard.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
 #include <QPointer>
 
 namespace
 {
 
-using ImageType = PasteboardContents::ImageType;
-using Picture = PasteboardContents::Picture;
-
-QString imageFormat(ImageType type)
-{
-    switch (type) {
-    case ImageType::Png:
-        return QStringLiteral("image/png");
-    case ImageType::Jpeg:
-        return QStringLiteral("image/jpeg");
-    case ImageType::Heic:
-        return QStringLiteral("image/heic");
-    case ImageType::Tiff:
-        return QStringLiteral("image/tiff");
-    }
-    return {};
-}
-
-QByteArray pngBytes(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    if (image.isNull() || !image.save(&buffer, "png"))
-        bytes.clear();
-    return bytes;
-}
-
-/// The formats of a file reference, in the order in which they are offered: some file managers
-/// paste the first one that they know.
-namespace FileFormat
-{
-QString uriList()
-{
-    return QStringLiteral("text/uri-list");
-}
-QString copiedFiles()
-{
-    return QStringLiteral("x-special/gnome-copied-files");
-}
-QString copiedFilesOfMate()
-{
-    return QStringLiteral("x-special/mate-copied-files");
-}
-QString cutSelection()
-{
-    return QStringLiteral("application/x-kde-cutselection");
-}
-QString plainText()
-{
-    return QStringLiteral("text/plain");
-}
-} // namespace FileFormat
-
-/// What one copy put on the clipboard. Each format is made when somebody asks for it, so that a
-/// file reference always tells where the file is now.
-class ScreenshotMimeData : public QMimeData
-{
-public:
-    explicit ScreenshotMimeData(PasteboardContents contents) : m_contents(std::move(contents)) {}
-
-    QStringList formats() const override
-    {
-        QStringList formats;
-        if (m_contents.file)
-            formats << FileFormat::uriList() << FileFormat::copiedFiles()
-                    << FileFormat::copiedFilesOfMate() << FileFormat::cutSelection()
-                    << FileFormat::plainText();
-        if (m_contents.picture) {
-            const Picture &picture = *m_contents.picture;
-            if (picture.bytes)
-                formats << imageFormat(picture.type);
-            if (picture.image && !formats.contains(imageFormat(ImageType::Png)))
-                formats << imageFormat(ImageType::Png);
-        }
-        return formats;
-    }
-
-    bool hasFormat(const QString &mimeType) const override { return formats().contains(mimeType); }
-
-    void fileMoved(const QUrl &from, const QUrl &to)
-    {
-        if (m_contents.file == from)
-            m_contents.file = to;
-    }
-
-protected:
-    QVariant retrieveData(const QString &mimeType, QMetaType type) const override
-    {
-        if (m_contents.file) {
-            const QVariant data = fileData(*m_contents.file, mimeType, type);
-            if (data.isValid())
-                return data;
-        }
-        return m_contents.picture ? pictureData(*m_contents.picture, mimeType) : QVariant();
-    }
-
-private:
-    static QVariant fileData(const QUrl &file, const QString &mimeType, QMetaType type)
-    {
-        if (mimeType == FileFormat::uriList()) {
-            if (type.id() == QMetaType::QVariantList || type.id() == QMetaType::QUrl)
-                return QVariantList{file};
-            return QByteArray(file.toEncoded() + "\r\n");
-        }
-        // A line end after the last name would be an empty name to some.
-        if (mimeType == FileFormat::copiedFiles() || mimeType == FileFormat::copiedFilesOfMate())
-            return QByteArray("copy\n" + file.toEncoded());
-        if (mimeType == FileFormat::cutSelection())
-            return QByteArrayLiteral("0");
-        if (mimeType == FileFormat::plainText())
-            return file.toLocalFile();
-        return {};
-    }
-
-    QVariant pictureData(const Picture &picture, const QString &mimeType) const
-    {
-        if (picture.bytes && mimeType == imageFormat(picture.type))
-            return *picture.bytes;
-        if (picture.image && mimeType == imageFormat(ImageType::Png)) {
-            if (!m_png)
-                m_png = pngBytes(picture.image());
-            return *m_png;
-        }
-        return {};
-    }
-
-    PasteboardContents m_contents;
-    /// Encoded when somebody has asked for it.
-    mutable std::optional<QByteArray> m_png;
-};
-
+/// A Wayland compositor lets a program set the clipboard only while it has the focus, which ours
+/// does not take; unless it has a way of its own for that.
 class DesktopPasteboard : public Pasteboard
 {
 public:
-    void clear() override { QGuiApplication::clipboard()->clear(); }
+    DesktopPasteboard()
+    {
+        if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+            m_compositor = std::make_unique<CompositorClipboard>();
+    }
+
+    void clear() override
+    {
+        if (isWithCompositor())
+            m_compositor->clear();
+        else
+            QGuiApplication::clipboard()->clear();
+    }
 
     bool write(PasteboardContents contents) override
     {
-        m_written = new ScreenshotMimeData(std::move(contents));
-        QGuiApplication::clipboard()->setMimeData(m_written);
+        auto data = std::make_unique<ScreenshotMimeData>(std::move(contents));
+        m_written = data.get();
+        if (isWithCompositor())
+            return m_compositor->offer(std::move(data));
+        QGuiApplication::clipboard()->setMimeData(data.release());
         return QGuiApplication::clipboard()->ownsClipboard();
     }
 
@@ -160,6 +46,9 @@ public:
     }
 
 private:
+    bool isWithCompositor() const { return m_compositor && m_compositor->isAvailable(); }
+
+    std::unique_ptr<CompositorClipboard> m_compositor;
     /// The clipboard's own; gone as soon as somebody else has put something there.
     QPointer<ScreenshotMimeData> m_written;
 };

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+#include <QMimeData>
+
+/// What one copy put on the clipboard. Each format is made when somebody asks for it, so that a
+/// file reference always tells where the file is now. Main thread.
+class ScreenshotMimeData : public QMimeData
+{
+public:
+    explicit ScreenshotMimeData(PasteboardContents contents) : m_contents(std::move(contents)) {}
+
+    QStringList formats() const override;
+    bool hasFormat(const QString &mimeType) const override { return formats().contains(mimeType); }
+
+    void fileMoved(const QUrl &from, const QUrl &to);
+
+protected:
+    QVariant retrieveData(const QString &mimeType, QMetaType type) const override;
+
+private:
+    QVariant pictureData(const PasteboardContents::Picture &picture, const QString &mimeType) const;
+
+    PasteboardContents m_contents;
+    /// Encoded when somebody has asked for it.
+    mutable std::optional<QByteArray> m_png;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "filesystem/linux/Descriptor.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+/// Writes bytes into a pipe as fast as its reader takes them, and closes it. One whose reader has
+/// gone, or takes nothing for half a minute, is given up. Deletes itself. Main thread.
+class PipeWriter : public QObject
+{
+public:
+    PipeWriter(Descriptor pipe, QByteArray bytes, QObject *parent);
+
+private:
+    void write();
+
+    Descriptor m_pipe;
+    QByteArray m_bytes;
+    qsizetype m_written = 0;
+    QSocketNotifier m_notifier;
+    QTimer m_patience;
+};

@@ -1,0 +1,112 @@
+#include "tests/world/Sway.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
+
+/// "nobody" on every system.
+constexpr uid_t ordinaryUser = 65534;
+
+} // namespace
+
+Sway::Sway(X11 x11)
+{
+    QFile settings(m_folder.filePath(u"config"_s));
+    if (!settings.open(QFile::WriteOnly))
+        qFatal("can't write sway's settings");
+    settings.write(x11 == X11::Yes ? "xwayland enable\n" : "xwayland disable\n");
+    settings.close();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"SWAYSOCK"_s})
+        environment.remove(name);
+    environment.insert(u"HOME"_s, m_folder.path());
+    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
+    environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
+    environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
+    m_process.setProcessEnvironment(environment);
+    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process.setStandardErrorFile(QProcess::nullDevice());
+    QStringList command = {u"sway"_s, u"--config"_s, settings.fileName()};
+    if (::geteuid() == 0) {
+        for (const QString &path : {m_folder.path(), settings.fileName()})
+            if (::chown(QFile::encodeName(path).constData(), ordinaryUser, ordinaryUser) != 0)
+                qFatal("can't give sway its folder");
+        const QString user = QString::number(ordinaryUser);
+        command =
+            QStringList{u"setpriv"_s, u"--reuid"_s, user, u"--regid"_s, user, u"--clear-groups"_s} +
+            command;
+    }
+    m_process.start(command.takeFirst(), command);
+    const auto isThere = [this] { return QFile::exists(display()) && !ipcSocket().isEmpty(); };
+    if (!QTest::qWaitFor(isThere, int(patience.count())))
+        qWarning("sway does not start");
+}
+
+Sway::~Sway()
+{
+    m_process.terminate();
+    if (!m_process.waitForFinished(int(patience.count())))
+        m_process.kill();
+}
+
+bool Sway::isInstalled()
+{
+    return !QStandardPaths::findExecutable(u"sway"_s).isEmpty() &&
+           !QStandardPaths::findExecutable(u"setpriv"_s).isEmpty();
+}
+
+QString Sway::display() const
+{
+    return m_folder.filePath(u"wayland-1"_s);
+}
+
+QString Sway::command(const QString &command) const
+{
+    return QString::fromUtf8(run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), command}));
+}
+
+QJsonObject Sway::tree() const
+{
+    const QByteArray answer =
+        run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), u"--type"_s, u"get_tree"_s, u"--raw"_s});
+    return QJsonDocument::fromJson(answer).object();
+}
+
+QByteArray Sway::run(const QString &program, const QStringList &arguments) const
+{
+    QProcess process;
+    start(process, program, arguments);
+    const auto hasEnded = [&process] { return process.state() == QProcess::NotRunning; };
+    if (!QTest::qWaitFor(hasEnded, int(patience.count())))
+        qWarning() << program << arguments << "does not end";
+    return process.readAllStandardOutput();
+}
+
+void Sway::start(QProcess &process, const QString &program, const QStringList &arguments) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"WAYLAND_DISPLAY"_s, display());
+    environment.remove(u"DISPLAY"_s);
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, arguments);
+}
+
+QString Sway::ipcSocket() const
+{
+    const QStringList sockets =
+        QDir(m_folder.path()).entryList({u"sway-ipc.*.sock"_s}, QDir::System);
+    return sockets.isEmpty() ? QString() : m_folder.filePath(sockets.first());
+}

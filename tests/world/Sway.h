@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// A real Wayland desktop without a screen: sway, beside the X desktop of the test's world. It ends
+/// with this object. It does not run as root: then an ordinary user runs it.
+class Sway
+{
+public:
+    enum class X11 { No, Yes };
+
+    explicit Sway(X11 x11 = X11::No);
+    ~Sway();
+    Q_DISABLE_COPY_MOVE(Sway)
+
+    static bool isInstalled();
+
+    /// What WAYLAND_DISPLAY has to be for programs of this desktop.
+    QString display() const;
+
+    /// Runs one of sway's commands ("workspace 2", "exec xterm") and returns what it answers.
+    QString command(const QString &command) const;
+
+    /// All outputs, workspaces and windows.
+    QJsonObject tree() const;
+
+    /// Runs a program on this desktop to its end and returns what it wrote.
+    QByteArray run(const QString &program, const QStringList &arguments) const;
+
+    /// Starts a program on this desktop.
+    void start(QProcess &process, const QString &program, const QStringList &arguments) const;
+
+private:
+    QString ipcSocket() const;
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+};
