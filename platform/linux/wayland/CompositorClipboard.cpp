@@ -1,7 +1,8 @@
 #include "platform/linux/wayland/CompositorClipboard.h"
 
 #include "platform/linux/wayland/PipeWriter.h"
-#include "wlr-data-control-client.h"
+
+#include <wlr-data-control-client.h>
 
 #include <QDeadlineTimer>
 

@@ -1,7 +1,8 @@
 #include "platform/linux/wayland/ToplevelFocusSource.h"
 
 #include "platform/linux/wayland/WaylandConnection.h"
-#include "wlr-foreign-toplevel-client.h"
+
+#include <wlr-foreign-toplevel-client.h>
 
 #include <algorithm>
 
