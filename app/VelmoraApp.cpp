@@ -5,16 +5,16 @@
 #include "core/whenFinished.h"
 #include "detection/ScreenshotFolderResolver.h"
 #include "detection/ScreenshotWatcher.h"
-#include "files/ClipboardWriter.h"
 #include "files/recent/RecentScreenshotsWindow.h"
 #include "filesystem/FileUrls.h"
-#include "filesystem/OpenFile.h"
 #include "platform/Platform.h"
 #include "style/lightAppearance.h"
 
 #include <QApplication>
 
 #include <chrono>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -26,6 +26,9 @@ constexpr auto welcomeDelay = 350ms;
 
 constexpr auto timeToStoreFolder = 2s;
 
+/// A disk that takes longer than this must not keep the session from ending.
+constexpr auto longestWaitForFiles = 3s;
+
 } // namespace
 
 VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
@@ -35,17 +38,17 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     , m_images(*platform.fileWriters)
     , m_namer(*platform.textRecognizer, m_images)
     , m_activeApplication(*platform.frontmostApplication)
-    , m_undoHistory(*platform.systemTrash)
+    , m_actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, m_images},
+                m_undoHistory)
     , m_recentScreenshots({
           .folder = [this] { return m_folder.current(); },
           .newestFiles = ScreenshotFolderResolver::readableScreenshotFiles,
           .modificationDate = ScreenshotFolderResolver::modificationDate,
       })
-    , m_recentWindow({*platform.fileBrowser, *platform.pasteboard, *platform.systemTrash, m_images},
-                     m_recentScreenshots, m_undoHistory)
+    , m_recentWindow({m_actions, m_images}, m_recentScreenshots)
     , m_statusMenu(*platform.statusItem)
     , m_welcome(platform, m_folder)
-    , m_trayController(platform, m_images)
+    , m_trayController(platform, m_images, m_actions)
 {
     m_welcomeSoon.setSingleShot(true);
     m_welcomeSoon.setTimerType(Qt::PreciseTimer);
@@ -81,6 +84,8 @@ void VelmoraApp::applicationWillTerminate()
 {
     if (m_watcher)
         m_watcher->stop();
+    m_trayController.commitTypedNames();
+    m_actions.finish(longestWaitForFiles);
 }
 
 void VelmoraApp::startWatching(const QUrl &folder, FileTime newSince)
@@ -102,53 +107,44 @@ void VelmoraApp::folderChanged(const QUrl &folder)
 void VelmoraApp::handleNewScreenshot(const QUrl &reported)
 {
     const QUrl url = FileUrls::standardized(reported);
+    m_actions.whenNotOwn(url, [this, url] { takeIn(url); });
+}
+
+void VelmoraApp::takeIn(const QUrl &url)
+{
     if (m_trayController.containsScreenshot(url)) {
         m_watcher->ignore(url);
-        VelmoraLog::write(QStringLiteral("ignored already visible ") + url.toLocalFile());
+        VelmoraLog::write(u"ignored already visible "_s + url.toLocalFile());
         return;
     }
-    VelmoraLog::write(QStringLiteral("detected ") + url.toLocalFile());
+    VelmoraLog::write(u"detected "_s + url.toLocalFile());
     m_activeApplication.refresh();
     m_recentScreenshots.add(url);
 
-    const QString fallback =
-        ScreenshotNamer::fallbackName(m_activeApplication.lastActiveAppName(), url);
-    const QUuid itemID = m_trayController.addScreenshot(url, fallback);
+    const ScreenshotPointer screenshot =
+        m_actions.open(url, m_activeApplication.lastActiveAppName());
+    const QString fallback = ScreenshotNamer::fallbackName(screenshot->applicationName(), url);
+    const QUuid itemID = m_trayController.addScreenshot(screenshot, fallback);
     m_trayController.updateSuggestion(itemID, fallback, true);
     m_trayController.markNaming(itemID);
 
-    const QUrl current = m_trayController.fileURL(itemID).value_or(url);
-    copyWhenComplete(itemID, current);
-    suggestName(itemID, current);
-}
-
-/// What is copied is the screenshot where it lies at that moment, and whole: a tool may still be
-/// writing it, and the row has renamed it.
-void VelmoraApp::copyWhenComplete(const QUuid &itemID, const QUrl &url)
-{
     const CopyBehavior behavior = VelmoraSettings::copyBehavior();
-    if (behavior == CopyBehavior::none)
-        return;
-    whenFinished(m_images.completion(url), this, [this, itemID, url, behavior] {
-        ClipboardWriter::copy(*m_platform.pasteboard,
-                              m_trayController.fileURL(itemID).value_or(url), behavior);
-    });
+    if (behavior != CopyBehavior::none)
+        m_actions.copyNew(screenshot, behavior);
+    screenshot->whenOpened(
+        this, [this, itemID, screenshot = screenshot.get()] { suggestName(itemID, *screenshot); });
 }
 
-/// The row's file may have been taken back by the menu meanwhile, and another one have its place:
-/// that one must not get the first one's name.
-void VelmoraApp::suggestName(const QUuid &itemID, const QUrl &url)
+void VelmoraApp::suggestName(const QUuid &itemID, const Screenshot &screenshot)
 {
-    const std::optional<FileIdentity> read = fileIdentity(url.toLocalFile());
+    if (!m_trayController.fileURL(itemID))
+        return;
     const QFuture<QString> suggestion =
-        m_namer.suggestFilename(url, m_activeApplication.lastActiveAppName());
+        m_namer.suggestFilename(screenshot.held(), screenshot.url(), screenshot.applicationName());
     m_suggestions.insert(itemID, suggestion);
-    whenFinished(suggestion, this, [this, itemID, read](const QString &filename) {
+    whenFinished(suggestion, this, [this, itemID](const QString &filename) {
         m_suggestions.remove(itemID);
-        const QUrl current = m_trayController.fileURL(itemID).value_or(QUrl());
-        const std::optional<FileIdentity> there = fileIdentity(current.toLocalFile());
-        if (!read || !there || there->sameFile(*read))
-            m_trayController.updateSuggestion(itemID, filename, true);
+        m_trayController.updateSuggestion(itemID, filename, true);
     });
 }
 
@@ -158,7 +154,8 @@ void VelmoraApp::connectMenu()
             [this] { m_welcome.showWelcome(m_folder.current()); });
     connect(&m_statusMenu, &StatusMenu::recentScreenshotsRequested, this,
             &VelmoraApp::showRecentScreenshots);
-    connect(&m_statusMenu, &StatusMenu::undoRequested, this, &VelmoraApp::undoLastAction);
+    connect(&m_statusMenu, &StatusMenu::undoRequested, &m_actions, &ScreenshotActions::undoLast);
+    connect(&m_actions, &ScreenshotActions::kept, this, &VelmoraApp::keep);
     connect(&m_statusMenu, &StatusMenu::instantModeRequested, &m_welcome,
             &WelcomeController::optimizeScreenshotSpeed);
     connect(&m_statusMenu, &StatusMenu::revealFolderRequested, this,
@@ -186,18 +183,15 @@ void VelmoraApp::connectWelcome()
 
 void VelmoraApp::connectTray()
 {
-    m_trayController.onRenamed = [this](const QUrl &url) { keep(url); };
+    m_trayController.onRenamed = [this](const QUrl &url) { m_actions.keep(url); };
     m_trayController.onRenameUndoable = [this](const QUrl &oldURL, const QUrl &newURL) {
-        m_platform.pasteboard->fileMoved(oldURL, newURL);
-        m_undoHistory.push(UndoableAction::rename(oldURL, newURL));
+        m_actions.remember(UndoableAction::rename(oldURL, newURL));
     };
     m_trayController.onTrashUndoable = [this](const QUrl &originalURL, const QUrl &trashedURL) {
-        m_undoHistory.push(UndoableAction::trash(originalURL, trashedURL));
+        m_actions.remember(UndoableAction::trash(originalURL, trashedURL));
     };
     m_trayController.onUndoPerformed = [this](const UndoableAction &action, const QUrl &url) {
-        m_platform.pasteboard->fileMoved(action.after, url);
-        keep(url);
-        m_undoHistory.remove(action);
+        m_actions.tookBack(action, url);
     };
     // Nobody waits for its name any more.
     m_trayController.onRowGone = [this](const QUuid &itemID) {
@@ -217,17 +211,6 @@ void VelmoraApp::perform(const QString &action)
 {
     m_welcomeSoon.stop();
     m_statusMenu.trigger(action);
-}
-
-void VelmoraApp::undoLastAction()
-{
-    if (!m_undoHistory.canUndo())
-        return;
-    const UndoableAction action = m_undoHistory.actions().constLast();
-    if (const std::optional<QUrl> restored = m_undoHistory.undoLast()) {
-        m_platform.pasteboard->fileMoved(action.after, *restored);
-        keep(*restored);
-    }
 }
 
 void VelmoraApp::showRecentScreenshots()

@@ -4,6 +4,7 @@
 #include "app/StatusMenu.h"
 #include "app/welcome/WelcomeController.h"
 #include "detection/ScreenshotFolder.h"
+#include "files/ScreenshotActions.h"
 #include "files/UndoHistory.h"
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/RecentScreenshotsController.h"
@@ -39,6 +40,7 @@ public:
     /// The user has opened the program again: shows the welcome window.
     void applicationShouldHandleReopen();
 
+    /// Waits a moment for what is being done to files.
     void applicationWillTerminate();
 
     /// Watches `folder`, in place of the one that was watched before. Files that came into it at
@@ -54,11 +56,10 @@ private:
     void connectTray();
 
     void folderChanged(const QUrl &folder);
-    void copyWhenComplete(const QUuid &itemID, const QUrl &url);
-    void suggestName(const QUuid &itemID, const QUrl &url);
+    void takeIn(const QUrl &url);
+    void suggestName(const QUuid &itemID, const Screenshot &screenshot);
 
     void perform(const QString &action);
-    void undoLastAction();
     void showRecentScreenshots();
     void keep(const QUrl &url);
 
@@ -68,6 +69,7 @@ private:
     ScreenshotNamer m_namer;
     ActiveApplication m_activeApplication;
     UndoHistory m_undoHistory;
+    ScreenshotActions m_actions;
     RecentScreenshots m_recentScreenshots;
     RecentScreenshotsController m_recentWindow;
     StatusMenu m_statusMenu;

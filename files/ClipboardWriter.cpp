@@ -4,7 +4,8 @@
 #include "filesystem/FileUrls.h"
 #include "filesystem/OpenFile.h"
 #include "imaging/decodeImage.h"
-#include "platform/Pasteboard.h"
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -38,16 +39,6 @@ std::optional<Picture> picture(const QUrl &url)
     return Picture{*bytes, imageType(url), [content = *bytes] { return decodeImage(content); }};
 }
 
-PasteboardContents contentsFor(const QUrl &url, CopyBehavior behavior)
-{
-    PasteboardContents contents;
-    if (behavior == CopyBehavior::image || behavior == CopyBehavior::imageAndFile)
-        contents.picture = picture(url);
-    if (behavior == CopyBehavior::file || behavior == CopyBehavior::imageAndFile)
-        contents.file = url;
-    return contents;
-}
-
 /// A file reference counts as put there whatever the system says.
 bool put(Pasteboard &pasteboard, PasteboardContents contents)
 {
@@ -60,14 +51,31 @@ bool put(Pasteboard &pasteboard, PasteboardContents contents)
 
 } // namespace
 
-bool ClipboardWriter::copy(Pasteboard &pasteboard, const QUrl &url, CopyBehavior behavior)
+ClipboardWriter::Contents ClipboardWriter::read(const QUrl &url, CopyBehavior behavior)
 {
-    const QString path = url.toLocalFile();
-    if (!FileUrls::exists(url)) {
-        VelmoraLog::write(QStringLiteral("copy failed missing file ") + path);
+    if (!FileUrls::exists(url))
+        return missing(url);
+    Contents read{url, false, {}};
+    if (behavior == CopyBehavior::image || behavior == CopyBehavior::imageAndFile)
+        read.contents.picture = picture(url);
+    if (behavior == CopyBehavior::file || behavior == CopyBehavior::imageAndFile)
+        read.contents.file = url;
+    return read;
+}
+
+ClipboardWriter::Contents ClipboardWriter::missing(const QUrl &url)
+{
+    return {url, true, {}};
+}
+
+bool ClipboardWriter::copy(Pasteboard &pasteboard, Contents read)
+{
+    const QString path = read.url.toLocalFile();
+    if (read.isMissing) {
+        VelmoraLog::write(u"copy failed missing file "_s + path);
         return false;
     }
-    const bool wrote = put(pasteboard, contentsFor(url, behavior));
-    VelmoraLog::write((wrote ? QStringLiteral("copied ") : QStringLiteral("copy failed ")) + path);
+    const bool wrote = put(pasteboard, std::move(read.contents));
+    VelmoraLog::write((wrote ? u"copied "_s : u"copy failed "_s) + path);
     return wrote;
 }

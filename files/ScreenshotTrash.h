@@ -21,7 +21,7 @@ struct Result {
 /// file is moved to the folder ".Trash" of the user's home, under a free name. The log tells of a
 /// refusal and of every use of that folder. On failure the file stands where it stood.
 ///
-/// A missing file is `std::errc::no_such_file_or_directory` and not logged. Main thread; blocks.
+/// A missing file is `std::errc::no_such_file_or_directory` and not logged. Any thread; blocks.
 Result move(SystemTrash &trash, const QUrl &url);
 
 } // namespace ScreenshotTrash

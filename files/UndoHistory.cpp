@@ -1,15 +1,11 @@
 #include "files/UndoHistory.h"
 
-#include "files/reverseAction.h"
-
 namespace
 {
 
 constexpr qsizetype maximumActions = 10;
 
 } // namespace
-
-UndoHistory::UndoHistory(SystemTrash &trash, QObject *parent) : QObject(parent), m_trash(trash) {}
 
 QString UndoHistory::title() const
 {
@@ -27,14 +23,13 @@ void UndoHistory::push(const UndoableAction &action)
     Q_EMIT changed();
 }
 
-std::optional<QUrl> UndoHistory::undoLast()
+std::optional<UndoableAction> UndoHistory::takeNewest()
 {
     if (m_actions.isEmpty())
         return std::nullopt;
     const UndoableAction action = m_actions.takeLast();
-    const std::error_code error = reverseAction(m_trash, action);
     Q_EMIT changed();
-    return error ? std::nullopt : std::optional(action.before);
+    return action;
 }
 
 void UndoHistory::remove(const UndoableAction &action)

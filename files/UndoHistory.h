@@ -7,15 +7,13 @@
 
 #include <optional>
 
-class SystemTrash;
-
 /// The latest renames and trashes, at most ten, which the status menu takes back one by one, newest
 /// first. It lives as long as the process. Main thread.
 class UndoHistory : public QObject
 {
     Q_OBJECT
 public:
-    explicit UndoHistory(SystemTrash &trash, QObject *parent = nullptr);
+    using QObject::QObject;
 
     /// Oldest first.
     const QList<UndoableAction> &actions() const { return m_actions; }
@@ -27,10 +25,8 @@ public:
 
     void push(const UndoableAction &action);
 
-    /// Takes the newest action back. It leaves the history whatever becomes of it.
-    /// @return where the file is again; nothing when it could not be done, which is all that is
-    /// told.
-    std::optional<QUrl> undoLast();
+    /// The newest action, which leaves the history; nothing when there is none.
+    std::optional<UndoableAction> takeNewest();
 
     /// The action has been taken back elsewhere: its newest entry leaves the history.
     void remove(const UndoableAction &action);
@@ -40,6 +36,5 @@ Q_SIGNALS:
     void changed();
 
 private:
-    SystemTrash &m_trash;
     QList<UndoableAction> m_actions;
 };

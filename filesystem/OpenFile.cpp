@@ -5,34 +5,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
-
-qint64 nanoseconds(const timespec &time)
-{
-    return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
-}
-
-/// These fields have different names on other systems.
-template <typename Status>
-FileIdentity identityOf(const Status &status)
-{
-    FileIdentity identity;
-    identity.device = quint64(status.st_dev);
-    identity.serial = quint64(status.st_ino);
-    identity.size = qint64(status.st_size);
-    if constexpr (requires { status.st_mtimespec; }) {
-        identity.modified = nanoseconds(status.st_mtimespec);
-        identity.statusChanged = nanoseconds(status.st_ctimespec);
-    } else {
-        identity.modified = nanoseconds(status.st_mtim);
-        identity.statusChanged = nanoseconds(status.st_ctim);
-    }
-    return identity;
-}
 
 /// Fewer bytes than `size` when the file has become shorter; nothing when it can't be read.
 std::optional<QByteArray> read(int descriptor, qint64 size)
@@ -55,22 +31,6 @@ std::optional<QByteArray> read(int descriptor, qint64 size)
 }
 
 } // namespace
-
-std::optional<FileIdentity> fileIdentity(int descriptor)
-{
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    return identityOf(status);
-}
-
-std::optional<FileIdentity> fileIdentity(const QString &path)
-{
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    return identityOf(status);
-}
 
 std::shared_ptr<OpenFile> OpenFile::open(const QString &path)
 {

@@ -13,10 +13,13 @@ struct FileIdentity {
     qint64 size = 0;          ///< bytes
     qint64 modified = 0;      ///< nanoseconds since 1970
     qint64 statusChanged = 0; ///< nanoseconds since 1970: the last change of any kind
+    /// Nanoseconds since 1970; 0 where the file system does not say. The number of a file that is
+    /// gone is soon another file's.
+    qint64 made = 0;
 
     bool sameFile(const FileIdentity &other) const
     {
-        return device == other.device && serial == other.serial;
+        return device == other.device && serial == other.serial && made == other.made;
     }
     bool sameContent(const FileIdentity &other) const
     {

@@ -56,7 +56,7 @@ QFuture<QImage> ScreenshotImages::image(const QUrl &file)
 
 QFuture<QImage> ScreenshotImages::thumbnail(const QUrl &file, QSize bounds)
 {
-    return d->request(hold(file), PictureRequest::Kind::Thumbnail, bounds);
+    return thumbnail(hold(file), bounds);
 }
 
 QFuture<void> ScreenshotImages::completion(const QUrl &file)
@@ -72,6 +72,11 @@ ScreenshotImages::Held ScreenshotImages::hold(const QUrl &file)
 QFuture<QImage> ScreenshotImages::image(const Held &file)
 {
     return d->request(file, PictureRequest::Kind::Picture);
+}
+
+QFuture<QImage> ScreenshotImages::thumbnail(const Held &file, QSize bounds)
+{
+    return d->request(file, PictureRequest::Kind::Thumbnail, bounds);
 }
 
 QFuture<void> ScreenshotImages::completion(const Held &file)

@@ -42,6 +42,7 @@ public:
     Held hold(const QUrl &file);
 
     QFuture<QImage> image(const Held &file);
+    QFuture<QImage> thumbnail(const Held &file, QSize bounds);
     QFuture<void> completion(const Held &file);
 
 private:

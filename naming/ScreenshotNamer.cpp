@@ -49,7 +49,7 @@ QString cut(const QString &base)
 } // namespace
 
 ScreenshotNamer::ScreenshotNamer(TextRecognizer &recognizer, ScreenshotImages &images)
-    : m_suggestions(std::make_shared<SuggestionQueue>(recognizer, images))
+    : m_images(images), m_suggestions(std::make_shared<SuggestionQueue>(recognizer, images))
 {
 }
 
@@ -60,7 +60,13 @@ ScreenshotNamer::~ScreenshotNamer()
 
 QFuture<QString> ScreenshotNamer::suggestFilename(const QUrl &fileURL, const QString &appName)
 {
-    return m_suggestions->add(fileURL, appName);
+    return suggestFilename(m_images.hold(fileURL), fileURL, appName);
+}
+
+QFuture<QString> ScreenshotNamer::suggestFilename(const ScreenshotImages::Held &file,
+                                                  const QUrl &fileURL, const QString &appName)
+{
+    return m_suggestions->add(file, fileURL, appName);
 }
 
 QString ScreenshotNamer::splitCamelCase(const QString &text)

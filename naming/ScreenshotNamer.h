@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/ScreenshotImages.h"
+
 #include <QFuture>
 #include <QString>
 #include <QStringList>
@@ -7,7 +9,6 @@
 
 #include <memory>
 
-class ScreenshotImages;
 class SuggestionQueue;
 class TextRecognizer;
 
@@ -27,6 +28,10 @@ public:
     /// first; cancelling its future ends it. Any thread; the file may be renamed as soon as this
     /// returns.
     QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName);
+
+    /// The same for a file that has been opened; `fileURL` gives the extension.
+    QFuture<QString> suggestFilename(const ScreenshotImages::Held &file, const QUrl &fileURL,
+                                     const QString &appName);
 
     // What follows is pure (fallbackName reads the clock). Any thread.
 
@@ -55,5 +60,6 @@ public:
     static QStringList applicationTokens(const QString &appName);
 
 private:
+    ScreenshotImages &m_images;
     std::shared_ptr<SuggestionQueue> m_suggestions;
 };

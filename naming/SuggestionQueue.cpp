@@ -38,12 +38,13 @@ void SuggestionQueue::prepare()
     });
 }
 
-QFuture<QString> SuggestionQueue::add(const QUrl &fileURL, const QString &appName)
+QFuture<QString> SuggestionQueue::add(const ScreenshotImages::Held &file, const QUrl &fileURL,
+                                      const QString &appName)
 {
     const auto suggestion = std::make_shared<Suggestion>();
     suggestion->fileURL = fileURL;
     suggestion->appName = appName;
-    suggestion->file = m_images.hold(fileURL);
+    suggestion->file = file;
     suggestion->promise.start();
     {
         const std::lock_guard lock(m_mutex);

@@ -23,7 +23,9 @@ class SuggestionQueue : public std::enable_shared_from_this<SuggestionQueue>
 public:
     SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &images);
 
-    QFuture<QString> add(const QUrl &fileURL, const QString &appName);
+    /// @param fileURL gives the name's extension
+    QFuture<QString> add(const ScreenshotImages::Held &file, const QUrl &fileURL,
+                         const QString &appName);
 
     /// Cancels everything and returns when nothing runs any more; recogniser and images may go
     /// then. Whatever is added later is cancelled.

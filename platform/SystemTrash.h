@@ -6,7 +6,7 @@
 #include <optional>
 #include <system_error>
 
-/// The desktop's own trash. Main thread; blocks.
+/// The desktop's own trash. Any thread, one at a time; blocks.
 class SystemTrash
 {
 public:

@@ -2,9 +2,7 @@
 
 #include "core/VelmoraLog.h"
 #include "core/whenFinished.h"
-#include "files/ScreenshotTrash.h"
-#include "files/renameScreenshot.h"
-#include "files/reverseAction.h"
+#include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
 #include "imaging/ScreenshotImages.h"
 #include "naming/ScreenshotNamer.h"
@@ -18,7 +16,11 @@
 #include "tray/rowStyle.h"
 
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
+#include <QPointer>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -33,14 +35,24 @@ QSize pixelsOf(QSize points)
 
 } // namespace
 
-ScreenshotRowView::ScreenshotRowView(const QUuid &id, const QUrl &url,
+/// One rename, from the moment when it is asked for.
+struct ScreenshotRowView::Rename {
+    ScreenshotActions::By by;
+    /// What stands in the name.
+    QString text;
+    std::optional<QString> successMessage;
+    Renamed renamed;
+    int statusNumber = 0;
+};
+
+ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &screenshot,
                                      const QString &suggestedFilename, const Services &services,
                                      OnAction onAction)
     : m_id(id)
-    , m_fileURL(url)
+    , m_screenshot(screenshot)
     , m_services(services)
     , m_onAction(std::move(onAction))
-    , m_controls(buildRowControls(this, url, suggestedFilename))
+    , m_controls(buildRowControls(this, screenshot->url(), suggestedFilename))
     , m_veil(new PaletteView(this))
 {
     setCornerRadius(cornerRadius);
@@ -64,10 +76,15 @@ void ScreenshotRowView::connectControls()
     connect(m_controls.undoButton, &QPushButton::clicked, this, &ScreenshotRowView::undoTapped);
 
     FilenameTextField *field = m_controls.filenameField;
-    connect(field, &FilenameTextField::edited, this, [this] { m_userEditedFilename = true; });
+    connect(field, &FilenameTextField::edited, this, [this] {
+        m_userEditedFilename = true;
+        m_hasTypedName = true;
+        m_screenshot->setNamedByUser();
+    });
     connect(field, &FilenameTextField::pressed, this, &ScreenshotRowView::nameClicked);
     connect(field, &QLineEdit::returnPressed, this, &ScreenshotRowView::renameFromField);
     connect(field, &QLineEdit::editingFinished, this, &ScreenshotRowView::renameFromField);
+    connect(m_screenshot.get(), &Screenshot::takesLong, this, &ScreenshotRowView::announce);
 }
 
 void ScreenshotRowView::setNewest(bool isNewest)
@@ -105,38 +122,27 @@ void ScreenshotRowView::resizeEvent(QResizeEvent *)
 
 void ScreenshotRowView::setStatus(const QString &text)
 {
+    ++m_statusNumber;
     m_controls.statusLabel->showBriefly(text);
 }
 
 void ScreenshotRowView::configureThumbnail()
 {
     const QSize pixels = pixelsOf(m_controls.thumbnailView->size());
-    m_controls.thumbnailView->setImage(fileIcon(m_fileURL).pixmap(pixels, 1).toImage());
-    loadThumbnail(Unreadable::LeavesNoImage);
+    m_controls.thumbnailView->setImage(fileIcon(fileURL()).pixmap(pixels, 1).toImage());
+    m_screenshot->whenOpened(this, [this] { loadThumbnail(Unreadable::LeavesNoImage); });
 }
 
 void ScreenshotRowView::loadThumbnail(Unreadable unreadable)
 {
     const int request = ++m_thumbnailRequest;
     const QSize pixels = pixelsOf(m_controls.thumbnailView->size());
-    whenFinished(m_services.images.thumbnail(m_fileURL, pixels), this,
+    whenFinished(m_services.images.thumbnail(m_screenshot->held(), pixels), this,
                  [this, request, unreadable](const QImage &image) {
                      const bool isNewest = request == m_thumbnailRequest;
                      if (isNewest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
                          m_controls.thumbnailView->setImage(image);
                  });
-}
-
-void ScreenshotRowView::moved(const QUrl &url)
-{
-    m_fileURL = url;
-    m_controls.thumbnailView->setFileURL(url);
-}
-
-void ScreenshotRowView::updateFileURL(const QUrl &url)
-{
-    moved(FileUrls::standardized(url));
-    loadThumbnail(Unreadable::KeepsTheImage);
 }
 
 void ScreenshotRowView::setPendingUndo(const std::optional<UndoableAction> &action)
@@ -152,81 +158,162 @@ void ScreenshotRowView::updateSuggestedFilename(const QString &name, bool autoRe
     m_controls.filenameField->setText(name);
     if (!autoRename)
         return;
-    const QString message = QStringLiteral("Renamed automatically");
-    if (const auto result = renameFile(message)) {
-        setStatus(message);
-        m_onAction({m_id, ScreenshotRowAction::Renamed{*result}});
-    }
+    requestRename({ScreenshotActions::By::Program, name, u"Renamed automatically"_s,
+                   tellingRenamed(), m_statusNumber});
 }
 
-std::optional<RenameResult>
-ScreenshotRowView::renameFile(const std::optional<QString> &successMessage)
+void ScreenshotRowView::renameFile(const std::optional<QString> &successMessage, Renamed renamed)
 {
-    if (m_isRenaming)
-        return std::nullopt;
-    m_isRenaming = true;
-    const QString current = FileUrls::lastPathComponent(m_fileURL);
-    const QString name = ScreenshotNamer::sanitize(m_controls.filenameField->text(), current);
-    const ScreenshotRename rename = renameScreenshot(m_fileURL, name);
+    requestRename({ScreenshotActions::By::User, m_controls.filenameField->text(), successMessage,
+                   std::move(renamed), m_statusNumber});
+}
 
-    if (rename.result) {
-        const auto &[oldURL, newURL] = *rename.result;
-        const QString newName = FileUrls::lastPathComponent(newURL);
-        moved(newURL);
-        m_controls.filenameField->setText(newName);
-        setPendingUndo(UndoableAction::rename(oldURL, newURL));
-        m_controls.statusLabel->setText(
-            successMessage.value_or(QStringLiteral("Saved as ") + newName));
-    } else {
+ScreenshotRowView::Renamed ScreenshotRowView::tellingRenamed() const
+{
+    return [id = m_id, onAction = m_onAction](const RenameResult &result) {
+        onAction({id, ScreenshotRowAction::Renamed{result}});
+    };
+}
+
+void ScreenshotRowView::requestRename(const Rename &rename)
+{
+    if (m_isRenaming == rename.text)
+        return;
+    m_hasTypedName = false;
+    const QString current = FileUrls::lastPathComponent(fileURL());
+    // A name that another file's has made longer than a user's may be would not stay as it is.
+    const QString name =
+        rename.text == current ? current : ScreenshotNamer::sanitize(rename.text, current);
+    if (name == current && !m_isRenaming) {
         m_controls.filenameField->setText(current);
-        if (rename.outcome == ScreenshotRename::Outcome::Failed)
-            setStatus(QStringLiteral("Rename failed"));
+        return;
     }
-    m_isRenaming = false;
-    return rename.result;
+    m_isRenaming = rename.text;
+    const auto ended = [row = QPointer(this), rename](const ScreenshotRename &outcome) {
+        if (row)
+            row->renameEnded(rename, outcome);
+        if (outcome.result)
+            rename.renamed(*outcome.result);
+    };
+    m_services.actions.rename(m_screenshot, name, rename.by, ended);
 }
 
-std::optional<TrashResult> ScreenshotRowView::moveToTrash()
+void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename &ended)
 {
-    const ScreenshotTrash::Result trash = ScreenshotTrash::move(m_services.trash, m_fileURL);
-    if (!trash.location) {
-        VelmoraLog::write(
-            QStringLiteral("trash failed %1: %2")
-                .arg(m_fileURL.toLocalFile(), QString::fromStdString(trash.error.message())));
-        setStatus(QStringLiteral("Trash failed"));
-        return std::nullopt;
+    if (m_isRenaming == rename.text)
+        m_isRenaming.reset();
+    endAnnouncement();
+    showName();
+    if (ended.outcome == ScreenshotRename::Outcome::Failed)
+        setStatus(u"Rename failed"_s);
+    if (!ended.result)
+        return;
+    const auto &[oldURL, newURL] = *ended.result;
+    m_controls.thumbnailView->setFileURL(newURL);
+    setPendingUndo(UndoableAction::rename(oldURL, newURL));
+    if (rename.by == ScreenshotActions::By::User) {
+        ++m_statusNumber;
+        m_controls.statusLabel->setText(
+            rename.successMessage.value_or(u"Saved as "_s + FileUrls::lastPathComponent(newURL)));
+    } else if (rename.statusNumber == m_statusNumber) {
+        setStatus(*rename.successMessage);
     }
-    const TrashResult result{m_fileURL, *trash.location};
-    moved(FileUrls::standardized(result.trashedURL));
-    setPendingUndo(UndoableAction::trash(result.originalURL, result.trashedURL));
-    m_controls.statusLabel->setText(QStringLiteral("Moved to Trash"));
-    return result;
 }
 
-std::optional<QUrl> ScreenshotRowView::performUndo(const UndoableAction &action)
+/// What the user types at this moment stays, and what the file is being renamed to.
+void ScreenshotRowView::showName()
 {
-    if (reverseAction(m_services.trash, action)) {
-        setStatus(QStringLiteral("Could not undo"));
-        return std::nullopt;
-    }
-    updateFileURL(action.before);
-    m_controls.filenameField->setText(FileUrls::lastPathComponent(m_fileURL));
-    setPendingUndo(std::nullopt);
-    setStatus(QStringLiteral("Restored"));
-    return action.before;
+    if (!m_hasTypedName && !m_isRenaming)
+        m_controls.filenameField->setText(FileUrls::lastPathComponent(fileURL()));
 }
 
-void ScreenshotRowView::retire()
+void ScreenshotRowView::moveToTrash(Trashed trashed)
 {
+    if (std::exchange(m_isTrashing, true))
+        return;
+    const auto ended = [row = QPointer(this), screenshot = m_screenshot,
+                        trashed](const ScreenshotMoves::Trashing &outcome) {
+        if (row)
+            row->trashEnded(outcome);
+        if (outcome.result)
+            trashed(*outcome.result);
+        else
+            VelmoraLog::write(u"trash failed %1: %2"_s.arg(
+                screenshot->url().toLocalFile(), QString::fromStdString(outcome.error.message())));
+    };
+    m_services.actions.trash(m_screenshot, ended);
+}
+
+void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
+{
+    m_isTrashing = false;
+    endAnnouncement();
+    if (!ended.result) {
+        setStatus(u"Trash failed"_s);
+        return;
+    }
+    m_hasTypedName = false;
+    m_controls.thumbnailView->setFileURL(ended.result->trashedURL);
+    setPendingUndo(UndoableAction::trash(ended.result->originalURL, ended.result->trashedURL));
+    m_controls.statusLabel->setText(u"Moved to Trash"_s);
+}
+
+void ScreenshotRowView::performUndo(const UndoableAction &action, Restored restored)
+{
+    if (std::exchange(m_isUndoing, true))
+        return;
+    const auto ended = [row = QPointer(this), action, restored](const std::error_code &error) {
+        if (row)
+            row->undoEnded(action, error);
+        if (!error)
+            restored(action.before);
+    };
+    m_services.actions.undo(m_screenshot, action, ended);
+}
+
+void ScreenshotRowView::undoEnded(const UndoableAction &action, const std::error_code &error)
+{
+    m_isUndoing = false;
+    endAnnouncement();
+    if (error) {
+        setStatus(u"Could not undo"_s);
+        return;
+    }
+    m_controls.thumbnailView->setFileURL(fileURL());
+    loadThumbnail(Unreadable::KeepsTheImage);
+    showName();
+    if (m_pendingUndo == action)
+        setPendingUndo(std::nullopt);
+    setStatus(u"Restored"_s);
+}
+
+void ScreenshotRowView::announce(const QString &work)
+{
+    m_announcement = work;
+    m_controls.statusLabel->setText(work);
+}
+
+void ScreenshotRowView::endAnnouncement()
+{
+    if (!m_announcement.isEmpty() && m_controls.statusLabel->text() == m_announcement)
+        m_controls.statusLabel->clear();
+    m_announcement.clear();
+}
+
+void ScreenshotRowView::retire(TypedName typed)
+{
+    if (typed == TypedName::Commit) {
+        if (m_controls.filenameField->hasFocus())
+            QGuiApplication::inputMethod()->commit();
+        renameFromField();
+    }
     m_isRetired = true;
 }
 
 void ScreenshotRowView::renameFromField()
 {
-    if (m_isRetired)
-        return;
-    if (const auto result = renameFile(std::nullopt))
-        m_onAction({m_id, ScreenshotRowAction::Renamed{*result}});
+    if (m_hasTypedName && !m_isRetired)
+        renameFile(std::nullopt, tellingRenamed());
 }
 
 void ScreenshotRowView::undoTapped()
@@ -237,8 +324,10 @@ void ScreenshotRowView::undoTapped()
 
 void ScreenshotRowView::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Escape)
-        m_onAction({m_id, ScreenshotRowAction::Close()});
-    else
+    if (event->key() != Qt::Key_Escape) {
         PaletteView::keyPressEvent(event);
+        return;
+    }
+    m_hasTypedName = false;
+    m_onAction({m_id, ScreenshotRowAction::Close()});
 }

@@ -4,7 +4,8 @@
 #include "tray/RowControls.h"
 #include "tray/ScreenshotRowAction.h"
 
-#include "files/TrashResult.h"
+#include "files/Screenshot.h"
+#include "files/ScreenshotMoves.h"
 
 #include <QUrl>
 #include <QUuid>
@@ -12,12 +13,12 @@
 #include <functional>
 #include <optional>
 
+class ScreenshotActions;
 class ScreenshotImages;
-class SystemTrash;
 
 /// One row of the tray: a screenshot's picture, its name to edit, and what can be done with it. It
-/// renames, trashes and restores its file itself and tells its controller. Main thread; the
-/// services outlive it.
+/// has its file renamed, trashed and restored, shows the outcome and tells its controller. Main
+/// thread; the services outlive it.
 class ScreenshotRowView : public PaletteView
 {
     Q_OBJECT
@@ -25,17 +26,19 @@ public:
     using OnAction = std::function<void(const ScreenshotRowAction &)>;
 
     struct Services {
-        SystemTrash &trash;
+        ScreenshotActions &actions;
         ScreenshotImages &images;
     };
 
-    ScreenshotRowView(const QUuid &id, const QUrl &url, const QString &suggestedFilename,
-                      const Services &services, OnAction onAction);
+    ScreenshotRowView(const QUuid &id, const ScreenshotPointer &screenshot,
+                      const QString &suggestedFilename, const Services &services,
+                      OnAction onAction);
 
     QUuid id() const { return m_id; }
 
     /// Where the file is now.
-    QUrl fileURL() const { return m_fileURL; }
+    QUrl fileURL() const { return m_screenshot->url(); }
+    const ScreenshotPointer &screenshot() const { return m_screenshot; }
 
     void setNewest(bool isNewest);
 
@@ -45,22 +48,28 @@ public:
     /// Shows a status text for two seconds.
     void setStatus(const QString &text);
 
-    /// Puts a suggestion into the name and, on demand, renames the file to it; nothing at all once
-    /// the user has edited the name.
+    /// Puts a suggestion into the name and, on demand, has the file renamed to it as soon as it is
+    /// complete; nothing at all once the user has edited the name.
     void updateSuggestedFilename(const QString &name, bool autoRename);
 
+    // Each answer comes later, when the file has been dealt with, and also when the row is gone by
+    // then. It does not come after a failure, which the row shows.
+
+    using Renamed = std::function<void(const RenameResult &)>;
+    using Trashed = std::function<void(const TrashResult &)>;
+    using Restored = std::function<void(const QUrl &)>;
+
     /// Renames the file to the name in the field, sanitised and made free, and says so: with
-    /// `successMessage` or, without, with the new name. Absent when nothing was renamed.
-    std::optional<RenameResult> renameFile(const std::optional<QString> &successMessage);
+    /// `successMessage` or, without, with the new name. No answer where the name stays.
+    void renameFile(const std::optional<QString> &successMessage, Renamed renamed);
 
-    /// Absent on failure, which the row shows.
-    std::optional<TrashResult> moveToTrash();
+    void moveToTrash(Trashed trashed);
+    void performUndo(const UndoableAction &action, Restored restored);
 
-    /// Where the file is restored to; absent on failure, which the row shows.
-    std::optional<QUrl> performUndo(const UndoableAction &action);
-
-    /// The row is about to go: leaving the name no longer commits it.
-    void retire();
+    /// The row is about to go. What the user has typed and not yet committed is committed, as by
+    /// leaving the name, or forgotten.
+    enum class TypedName { Commit, Forget };
+    void retire(TypedName typed);
 
 Q_SIGNALS:
     /// The user has clicked into the name, to type there.
@@ -72,19 +81,26 @@ protected:
 
 private:
     enum class Unreadable { LeavesNoImage, KeepsTheImage };
+    struct Rename;
 
     void connectControls();
     void configureThumbnail();
     void loadThumbnail(Unreadable unreadable);
-    void moved(const QUrl &url);
-    void updateFileURL(const QUrl &url);
+    void requestRename(const Rename &rename);
+    void renameEnded(const Rename &rename, const ScreenshotRename &ended);
+    Renamed tellingRenamed() const;
+    void trashEnded(const ScreenshotMoves::Trashing &ended);
+    void undoEnded(const UndoableAction &action, const std::error_code &error);
+    void showName();
+    void announce(const QString &work);
+    void endAnnouncement();
     void setPendingUndo(const std::optional<UndoableAction> &action);
     void renameFromField();
     void undoTapped();
     void updateVeil();
 
     const QUuid m_id;
-    QUrl m_fileURL;
+    const ScreenshotPointer m_screenshot;
     const Services m_services;
     const OnAction m_onAction;
     const RowControls m_controls;
@@ -93,7 +109,14 @@ private:
     double m_arrival = 1;
     std::optional<UndoableAction> m_pendingUndo;
     bool m_userEditedFilename = false;
-    bool m_isRenaming = false;
+    /// What the user has typed and not yet committed stands in the name.
+    bool m_hasTypedName = false;
+    /// The text to which the file is being renamed.
+    std::optional<QString> m_isRenaming;
+    bool m_isTrashing = false;
+    bool m_isUndoing = false;
     bool m_isRetired = false;
+    QString m_announcement;
+    int m_statusNumber = 0;
     int m_thumbnailRequest = 0;
 };

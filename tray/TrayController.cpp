@@ -1,7 +1,7 @@
 #include "tray/TrayController.h"
 
 #include "core/VelmoraSettings.h"
-#include "files/ClipboardWriter.h"
+#include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
 #include "platform/Platform.h"
 #include "tray/ArrivalAnimation.h"
@@ -11,10 +11,12 @@
 #include "tray/trayFrame.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -42,8 +44,9 @@ struct Overloaded : Cases... {
 
 } // namespace
 
-TrayController::TrayController(Platform &platform, ScreenshotImages &images, QObject *parent)
-    : QObject(parent), m_platform(platform), m_images(images)
+TrayController::TrayController(Platform &platform, ScreenshotImages &images,
+                               ScreenshotActions &actions, QObject *parent)
+    : QObject(parent), m_platform(platform), m_images(images), m_actions(actions)
 {
     connect(&m_dismissalTasks, &RowDismissals::due, this, &TrayController::removeRow);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
@@ -54,7 +57,7 @@ TrayController::TrayController(Platform &platform, ScreenshotImages &images, QOb
 TrayController::~TrayController()
 {
     for (ScreenshotRowView *row : std::as_const(m_rows))
-        row->retire();
+        row->retire(ScreenshotRowView::TypedName::Forget);
 }
 
 void TrayController::followPrimaryScreen()
@@ -74,14 +77,18 @@ void TrayController::createPanel()
     m_panel->setContent(m_stackView);
 }
 
-QUuid TrayController::addScreenshot(const QUrl &url, const QString &suggestedFilename)
+QUuid TrayController::addScreenshot(const ScreenshotPointer &screenshot,
+                                    const QString &suggestedFilename)
 {
     if (!m_panel)
         createPanel();
     const QUuid id = QUuid::createUuid();
+    const auto onAction = [controller = QPointer(this)](const ScreenshotRowAction &action) {
+        if (controller)
+            controller->handle(action);
+    };
     auto *row =
-        new ScreenshotRowView(id, url, suggestedFilename, {*m_platform.systemTrash, m_images},
-                              [this](const ScreenshotRowAction &action) { handle(action); });
+        new ScreenshotRowView(id, screenshot, suggestedFilename, {m_actions, m_images}, onAction);
     connect(row, &ScreenshotRowView::nameClicked, m_panel.get(), &FloatingTrayPanel::takeFocus);
     m_rows.insert(id, row);
     m_rowOrder.prepend(id);
@@ -116,7 +123,7 @@ void TrayController::trimRows()
 void TrayController::takeOut(ScreenshotRowView *row)
 {
     const QUuid id = row->id();
-    row->retire();
+    row->retire(ScreenshotRowView::TypedName::Commit);
     m_stackView->remove(row);
     if (onRowGone)
         onRowGone(id);
@@ -184,6 +191,12 @@ std::optional<QUrl> TrayController::fileURL(const QUuid &itemID) const
     return row ? std::optional(row->fileURL()) : std::nullopt;
 }
 
+void TrayController::commitTypedNames()
+{
+    for (ScreenshotRowView *row : std::as_const(m_rows))
+        row->retire(ScreenshotRowView::TypedName::Commit);
+}
+
 bool TrayController::containsScreenshot(const QUrl &url) const
 {
     const QUrl wanted = FileUrls::standardized(url);
@@ -202,28 +215,32 @@ void TrayController::handle(const ScreenshotRowAction &action)
     ScreenshotRowView *row = m_rows.value(action.id);
     if (!row)
         return;
-    std::visit(
-        Overloaded{
-            [this, row](const Action::Copy &) { copy(*row); },
-            [this, row](const Action::Rename &) {
-                if (const auto result = row->renameFile(std::nullopt))
-                    renamed(*result);
-            },
-            [](const Action::Renamed &) {},
-            [this, row](const Action::Reveal &) { m_platform.fileBrowser->reveal(row->fileURL()); },
-            [this, row](const Action::Trash &) { trash(*row); },
-            [this, row](const Action::Undo &undoing) { undo(*row, undoing.action); },
-            [this, row](const Action::Close &) { removeRow(row->id()); },
-        },
-        action.what);
+    std::visit(Overloaded{
+                   [this, row](const Action::Copy &) { copy(*row); },
+                   [this, row](const Action::Rename &) {
+                       row->renameFile(std::nullopt,
+                                       [controller = QPointer(this)](const auto &result) {
+                                           if (controller)
+                                               controller->renamed(result);
+                                       });
+                   },
+                   [](const Action::Renamed &) {},
+                   [this, row](const Action::Reveal &) { m_actions.reveal(*row->screenshot()); },
+                   [this, row](const Action::Trash &) { trash(*row); },
+                   [this, row](const Action::Undo &undoing) { undo(*row, undoing.action); },
+                   [this, row](const Action::Close &) { removeRow(row->id()); },
+               },
+               action.what);
 }
 
 /// Whatever the setting for new screenshots says, the button copies the picture and the file.
 void TrayController::copy(ScreenshotRowView &row)
 {
-    const bool copied =
-        ClipboardWriter::copy(*m_platform.pasteboard, row.fileURL(), CopyBehavior::imageAndFile);
-    row.setStatus(copied ? QStringLiteral("Copied") : QStringLiteral("Could not copy"));
+    m_actions.copy(row.screenshot(), CopyBehavior::imageAndFile,
+                   [row = QPointer(&row)](bool copied) {
+                       if (row)
+                           row->setStatus(copied ? u"Copied"_s : u"Could not copy"_s);
+                   });
 }
 
 void TrayController::renamed(const RenameResult &result)
@@ -236,17 +253,19 @@ void TrayController::renamed(const RenameResult &result)
 
 void TrayController::trash(ScreenshotRowView &row)
 {
-    const auto result = row.moveToTrash();
-    if (!result)
-        return;
-    if (onTrashUndoable)
-        onTrashUndoable(result->originalURL, result->trashedURL);
-    removeRow(row.id());
+    row.moveToTrash([controller = QPointer(this), id = row.id()](const TrashResult &result) {
+        if (!controller)
+            return;
+        if (controller->onTrashUndoable)
+            controller->onTrashUndoable(result.originalURL, result.trashedURL);
+        controller->removeRow(id);
+    });
 }
 
 void TrayController::undo(ScreenshotRowView &row, const UndoableAction &action)
 {
-    const auto url = row.performUndo(action);
-    if (url && onUndoPerformed)
-        onUndoPerformed(action, *url);
+    row.performUndo(action, [controller = QPointer(this), action](const QUrl &url) {
+        if (controller && controller->onUndoPerformed)
+            controller->onUndoPerformed(action, url);
+    });
 }

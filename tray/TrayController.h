@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/Screenshot.h"
 #include "tray/PanelHistory.h"
 #include "tray/RowDismissals.h"
 #include "tray/ScreenshotRowAction.h"
@@ -17,6 +18,7 @@
 class FloatingTrayPanel;
 class QScreen;
 class RowStack;
+class ScreenshotActions;
 class ScreenshotImages;
 class ScreenshotRowView;
 struct Platform;
@@ -27,7 +29,8 @@ class TrayController : public QObject
 {
     Q_OBJECT
 public:
-    TrayController(Platform &platform, ScreenshotImages &images, QObject *parent = nullptr);
+    TrayController(Platform &platform, ScreenshotImages &images, ScreenshotActions &actions,
+                   QObject *parent = nullptr);
     ~TrayController() override;
 
     // Each may be empty.
@@ -43,7 +46,7 @@ public:
     std::function<void(const QUuid &itemID)> onRowGone;
 
     /// Shows a new row, on top, without taking the keyboard.
-    QUuid addScreenshot(const QUrl &url, const QString &suggestedFilename);
+    QUuid addScreenshot(const ScreenshotPointer &screenshot, const QString &suggestedFilename);
 
     // What follows does nothing for a row that is gone.
 
@@ -59,6 +62,9 @@ public:
     /// Where the tray was visible at some time between the two moments, as far as they lie within
     /// the last minute.
     QList<PanelPlace> placesBetween(FileTime from, FileTime to) const;
+
+    /// Commits what the user has typed and not yet committed, since the program is about to end.
+    void commitTypedNames();
 
     /// Moves the tray to where the settings and the screen want it.
     void layoutPanel();
@@ -81,6 +87,7 @@ private:
 
     Platform &m_platform;
     ScreenshotImages &m_images;
+    ScreenshotActions &m_actions;
     std::unique_ptr<FloatingTrayPanel> m_panel;
     RowStack *m_stackView = nullptr;
     QHash<QUuid, ScreenshotRowView *> m_rows;

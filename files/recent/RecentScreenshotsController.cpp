@@ -1,16 +1,14 @@
 #include "files/recent/RecentScreenshotsController.h"
 
-#include "files/ClipboardWriter.h"
-#include "files/ScreenshotTrash.h"
-#include "files/UndoHistory.h"
+#include "files/ScreenshotActions.h"
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/RecentScreenshotsWindow.h"
-#include "platform/FileBrowser.h"
+
+#include <QPointer>
 
 RecentScreenshotsController::RecentScreenshotsController(const Services &services,
-                                                         RecentScreenshots &recent,
-                                                         UndoHistory &history, QObject *parent)
-    : QObject(parent), m_services(services), m_recent(recent), m_history(history)
+                                                         RecentScreenshots &recent, QObject *parent)
+    : QObject(parent), m_services(services), m_recent(recent)
 {
 }
 
@@ -28,24 +26,27 @@ void RecentScreenshotsController::show()
 
 void RecentScreenshotsController::perform(const RecentScreenshotAction &action)
 {
+    ScreenshotActions &actions = m_services.actions;
+    const ScreenshotPointer screenshot = actions.open(action.url);
     switch (action.kind) {
     case RecentScreenshotAction::Kind::Copy:
-        ClipboardWriter::copy(m_services.pasteboard, action.url, CopyBehavior::imageAndFile);
+        actions.copy(screenshot, CopyBehavior::imageAndFile, [](bool) {});
         return;
     case RecentScreenshotAction::Kind::Reveal:
-        m_services.fileBrowser.reveal(action.url);
+        actions.reveal(*screenshot);
         return;
     case RecentScreenshotAction::Kind::Trash:
-        trash(action.url);
+        actions.trash(screenshot, [controller = QPointer(this),
+                                   url = action.url](const ScreenshotMoves::Trashing &outcome) {
+            if (controller && outcome.result)
+                controller->trashed(url, outcome.result->trashedURL);
+        });
         return;
     }
 }
 
-void RecentScreenshotsController::trash(const QUrl &url)
+void RecentScreenshotsController::trashed(const QUrl &url, const QUrl &trashedURL)
 {
-    const ScreenshotTrash::Result result = ScreenshotTrash::move(m_services.systemTrash, url);
-    if (!result.location)
-        return;
-    m_history.push(UndoableAction::trash(url, *result.location));
+    m_services.actions.remember(UndoableAction::trash(url, trashedURL));
     m_recent.remove(url);
 }

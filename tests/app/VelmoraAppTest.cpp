@@ -132,7 +132,7 @@ private Q_SLOTS:
         rig.recognizer->letRead();
         QTest::keyClick(field, Qt::Key_Return);
         QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("mine.png")));
-        QCOMPARE(field->text(), QStringLiteral("mine.png"));
+        QTRY_COMPARE(field->text(), QStringLiteral("mine.png"));
     }
 
     void aRowThatIsClosedMeanwhileKeepsTheFallbackName()
@@ -163,8 +163,12 @@ private Q_SLOTS:
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);
+        QTRY_VERIFY(AppRig::rows().constFirst()->fileURL().fileName().startsWith(
+            QStringLiteral("safari-screen-")));
         const QUrl place = AppRig::rows().constFirst()->fileURL();
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
+        QTRY_VERIFY(FileUrls::exists(
+            FileUrls::fromPath(AppRig::folder() + QStringLiteral("/Screenshot.png"))));
         QVERIFY(
             QFile::copy(AppRig::folder() + QStringLiteral("/Screenshot.png"), place.toLocalFile()));
         rig.app->handleNewScreenshot(place);
@@ -196,9 +200,10 @@ private Q_SLOTS:
         QTRY_COMPARE(AppRig::filesInFolder(),
                      QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QVERIFY(AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        QTRY_VERIFY(
+            AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
         QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
     }
@@ -214,9 +219,11 @@ private Q_SLOTS:
             if (button->text() == QStringLiteral("Undo"))
                 button->click();
         }
-        QVERIFY(AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        QTRY_VERIFY(
+            AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        QCoreApplication::processEvents();
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
     }
 
     void theRecentListSurvivesARestart()

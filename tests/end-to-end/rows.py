@@ -85,8 +85,7 @@ class Rows(case.EndToEnd):
             self.velmora.wait_for_row(lambda each: each.filename == "m", "the typed letter")
             file.write(content[len(content) // 2:])
         untouched = desktop.stays(
-            lambda: self.first_row().filename == "m"
-            and case.FALLBACK.fullmatch(desktop.pictures()[0]),
+            lambda: self.first_row().filename == "m" and desktop.pictures() == [path.name],
             4 * SETTLED_SECONDS,
         )
         self.assertTrue(untouched, desktop.pictures())
@@ -103,6 +102,29 @@ class Rows(case.EndToEnd):
         self.assertEqual(desktop.clipboard("UTF8_STRING"), b"minutes")
         desktop.press("ctrl+v", "ctrl+v")
         self.velmora.wait_for_row(lambda each: each.filename == "minutesminutes", "the text twice")
+
+    def test_the_close_button_commits_what_was_typed(self):
+        path = self.drop_named()
+        content = path.read_bytes()
+        self.edit(self.first_row(), "Board Minutes")
+        self.press_button("Dismiss")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
+        self.assertEqual(self.wait_for_name("board-minutes.png").read_bytes(), content)
+        self.assertEqual(len(desktop.pictures()), 1)
+
+    def test_quitting_commits_what_was_typed(self):
+        self.drop_named()
+        self.edit(self.first_row(), "Board Minutes")
+        self.velmora.stop()
+        self.assertEqual(desktop.pictures(), ["board-minutes.png"])
+
+    def test_escape_forgets_what_was_typed(self):
+        path = self.drop_named()
+        self.edit(self.first_row(), "Board Minutes")
+        desktop.press("Escape")
+        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
+        kept = desktop.stays(lambda: desktop.pictures() == [path.name], SETTLED_SECONDS)
+        self.assertTrue(kept, desktop.pictures())
 
     def test_escape_closes_the_row_and_leaves_the_file(self):
         path = self.drop_named()

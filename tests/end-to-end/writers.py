@@ -35,6 +35,36 @@ class Writers(case.EndToEnd):
         desktop.run("scrot", "--focused", str(path))
         self.expect_named_once(path, f"{case.TITLE_NAME}.png")
 
+    def test_a_picture_by_import(self):
+        """ImageMagick makes the file, closes it, and opens it again when it has the picture."""
+        path = desktop.FOLDER / "import.png"
+        desktop.run("import", "-window", str(self.page.window), str(path))
+        target = self.expect_named_once(path, f"{case.TITLE_NAME}.png")
+        self.assertTrue(target.read_bytes().endswith(b"IEND\xaeB`\x82"))
+
+    def write_in_parts(self, path, parts, pause):
+        """Opens the file anew for each part."""
+        for number, part in enumerate(parts):
+            if number > 0:
+                desktop.stays(lambda: True, pause)
+            with path.open("ab") as file:
+                file.write(part)
+
+    def test_a_writer_that_opens_the_file_again_after_a_moment(self):
+        content = self.picture_bytes()
+        half = len(content) // 2
+        for number, parts in enumerate(
+            ([b"", content], [content[:half], content[half:]], [b"", content[:half], content[half:]])
+        ):
+            with self.subTest(number=number):
+                path = desktop.FOLDER / f"again {number}.png"
+                self.write_in_parts(path, parts, 0.1)
+                suffix = f"-{number + 1}" if number else ""
+                target = self.wait_for_name(f"{case.TITLE_NAME}{suffix}.png")
+                self.assertEqual(target.read_bytes(), content)
+                self.assertEqual(len(desktop.pictures()), number + 1)
+                self.assertEqual(self.detected().count(str(path)), 1)
+
     def test_a_jpeg_keeps_its_extension_in_lower_case(self):
         desktop.run("scrot", "--focused", "--quality", "95", str(self.outside / "shot.jpg"))
         path = desktop.FOLDER / "Shot.JPG"
@@ -51,10 +81,8 @@ class Writers(case.EndToEnd):
                 file.write(content[start:min(start + chunk, half)])
             row = self.velmora.wait_for_row(lambda row: True, "a row for the half-written file")
             self.assertRegex(row.filename, case.FALLBACK)
-            unread = desktop.stays(
-                lambda: case.FALLBACK.fullmatch(desktop.pictures()[0]), SETTLED_SECONDS
-            )
-            self.assertTrue(unread, "nobody reads half a picture")
+            unread = desktop.stays(lambda: desktop.pictures() == [path.name], SETTLED_SECONDS)
+            self.assertTrue(unread, "nobody renames or reads half a picture")
             for start in range(half, len(content), chunk):
                 file.write(content[start:start + chunk])
         target = self.expect_named_once(path, f"{case.TITLE_NAME}.png")

@@ -37,6 +37,10 @@ class ClipboardWriterTest : public QObject
         return m_files->url(name);
     }
     QStringList logged() const { return m_log->messagesWith(m_files->folder().toLocalFile()); }
+    static bool copy(Pasteboard &pasteboard, const QUrl &url, CopyBehavior behavior)
+    {
+        return ClipboardWriter::copy(pasteboard, ClipboardWriter::read(url, behavior));
+    }
     static QStringList pictureFormats() { return XClip::formats().filter(s("image/")); }
 
 private Q_SLOTS:
@@ -52,7 +56,7 @@ private Q_SLOTS:
     void aMissingFileLeavesTheClipboardAlone()
     {
         const QUrl gone = m_files->url(s("gone.png"));
-        QVERIFY(!ClipboardWriter::copy(*m_pasteboard, gone, CopyBehavior::imageAndFile));
+        QVERIFY(!copy(*m_pasteboard, gone, CopyBehavior::imageAndFile));
         QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("before"));
         QCOMPARE(logged(), QStringList{s("copy failed missing file ") + gone.toLocalFile()});
     }
@@ -60,7 +64,7 @@ private Q_SLOTS:
     void nothingClearsTheClipboard()
     {
         const QUrl shot = picture(s("shot.png"));
-        QVERIFY(!ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::none));
+        QVERIFY(!copy(*m_pasteboard, shot, CopyBehavior::none));
         QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray());
         QCOMPARE(logged(), QStringList{s("copy failed ") + shot.toLocalFile()});
     }
@@ -85,7 +89,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, format);
         const QUrl shot = m_files->make(name, "the file's own bytes");
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::image));
+        QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
         QCOMPARE(XClip::read(format), QByteArray("the file's own bytes"));
         QVERIFY(!XClip::formats().contains(s("text/uri-list")));
         QCOMPARE(logged(), QStringList{s("copied ") + shot.toLocalFile()});
@@ -94,7 +98,7 @@ private Q_SLOTS:
     void aJpegStandsThereDecodedToo()
     {
         const QUrl shot = picture(s("shot.jpg"), "jpg");
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::image));
+        QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
         QCOMPARE(XClip::read(s("image/jpeg")), TestFiles::read(shot));
         QVERIFY(QFile::remove(shot.toLocalFile()));
         const QImage decoded = QImage::fromData(XClip::read(s("image/png")), "png");
@@ -105,7 +109,7 @@ private Q_SLOTS:
     void aFileStandsThereWithoutItsPicture()
     {
         const QUrl shot = picture(s("shot.png"));
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::file));
+        QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::file));
         QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(shot.toEncoded() + "\r\n"));
         QCOMPARE(XClip::read(s("text/plain")), shot.toLocalFile().toUtf8());
         QCOMPARE(pictureFormats(), QStringList());
@@ -115,7 +119,7 @@ private Q_SLOTS:
     void bothStandThereTogether()
     {
         const QUrl shot = picture(s("shot.png"));
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::imageAndFile));
+        QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::imageAndFile));
         QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(shot.toEncoded() + "\r\n"));
         QCOMPARE(XClip::read(s("text/plain")), shot.toLocalFile().toUtf8());
         QCOMPARE(XClip::read(s("image/png")), TestFiles::read(shot));
@@ -125,7 +129,7 @@ private Q_SLOTS:
     {
         const QUrl pipe = m_files->url(s("shot.png"));
         QCOMPARE(::mkfifo(QFile::encodeName(pipe.toLocalFile()).constData(), 0600), 0);
-        QVERIFY(!ClipboardWriter::copy(*m_pasteboard, pipe, CopyBehavior::image));
+        QVERIFY(!copy(*m_pasteboard, pipe, CopyBehavior::image));
         QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray());
         QCOMPARE(logged(), QStringList{s("copy failed ") + pipe.toLocalFile()});
     }
@@ -134,7 +138,7 @@ private Q_SLOTS:
     {
         const QUrl pipe = m_files->url(s("shot.png"));
         QCOMPARE(::mkfifo(QFile::encodeName(pipe.toLocalFile()).constData(), 0600), 0);
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, pipe, CopyBehavior::imageAndFile));
+        QVERIFY(copy(*m_pasteboard, pipe, CopyBehavior::imageAndFile));
         QCOMPARE(XClip::read(s("text/plain")), pipe.toLocalFile().toUtf8());
         QCOMPARE(pictureFormats(), QStringList());
         QCOMPARE(logged(), QStringList{s("copied ") + pipe.toLocalFile()});
@@ -145,9 +149,9 @@ private Q_SLOTS:
         const QUrl shot = picture(s("shot.png"));
         FakePasteboard pasteboard;
         pasteboard.refuses = true;
-        QVERIFY(!ClipboardWriter::copy(pasteboard, shot, CopyBehavior::image));
-        QVERIFY(ClipboardWriter::copy(pasteboard, shot, CopyBehavior::file));
-        QVERIFY(ClipboardWriter::copy(pasteboard, shot, CopyBehavior::imageAndFile));
+        QVERIFY(!copy(pasteboard, shot, CopyBehavior::image));
+        QVERIFY(copy(pasteboard, shot, CopyBehavior::file));
+        QVERIFY(copy(pasteboard, shot, CopyBehavior::imageAndFile));
         const QString path = shot.toLocalFile();
         QCOMPARE(logged(),
                  (QStringList{s("copy failed ") + path, s("copied ") + path, s("copied ") + path}));

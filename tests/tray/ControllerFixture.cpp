@@ -19,7 +19,7 @@ void ControllerFixture::begin()
     VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
     m_told.clear();
     m_rig = std::make_unique<TrayRig>();
-    m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images);
+    m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images, m_rig->actions);
     m_tray->onRenamed = [this](const QUrl &url) { tell("renamed", {url}); };
     m_tray->onRenameUndoable = [this](const QUrl &from, const QUrl &to) {
         tell("rename undoable", {from, to});
@@ -40,7 +40,13 @@ void ControllerFixture::end()
 QUuid ControllerFixture::add(const char *file)
 {
     const QString shown = QString::fromUtf8(file);
-    return m_tray->addScreenshot(m_rig->screenshot(shown), shown);
+    return m_tray->addScreenshot(m_rig->open(m_rig->screenshot(shown)), shown);
+}
+
+void ControllerFixture::suggest(const QUuid &id, const char *name)
+{
+    m_tray->updateSuggestion(id, QString::fromUtf8(name), true);
+    m_rig->settle();
 }
 
 void ControllerFixture::tell(const char *what, const QList<QUrl> &urls)
@@ -70,6 +76,7 @@ void ControllerFixture::click(QWidget *row, const char *accessibleName)
     BezelButton *found = TrayOnScreen::button(row, QString::fromUtf8(accessibleName));
     QVERIFY(found);
     QTest::mouseClick(found, Qt::LeftButton);
+    m_rig->settle();
 }
 
 QStringList ControllerFixture::names()

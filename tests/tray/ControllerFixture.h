@@ -15,12 +15,16 @@ protected:
     /// Makes a screenshot and shows it under its own name.
     QUuid add(const char *file);
 
+    /// Has the row's file renamed, and waits for the outcome.
+    void suggest(const QUuid &id, const char *name);
+
     /// Lets the panel have the keyboard.
     static void activate();
 
     /// Replaces the name in a row's field by keystrokes.
     static void type(QWidget *row, const char *typed);
-    static void click(QWidget *row, const char *accessibleName);
+    /// Waits for the outcome.
+    void click(QWidget *row, const char *accessibleName);
 
     /// From top to bottom.
     static QStringList names();

@@ -31,7 +31,7 @@ private Q_SLOTS:
 
     void trashingPointsTheRowIntoTheTrash()
     {
-        const auto result = m_row->moveToTrash();
+        const auto result = trash();
         QVERIFY(result);
         QCOMPARE(result->originalURL, m_url);
         QVERIFY(!QFile::exists(m_url.toLocalFile()));
@@ -46,7 +46,7 @@ private Q_SLOTS:
     {
         QVERIFY(QFile::remove(m_url.toLocalFile()));
         const QString line = text("trash failed %1: ").arg(m_url.toLocalFile());
-        QVERIFY(!m_row->moveToTrash());
+        QVERIFY(!trash());
         QCOMPARE(status(), text("Trash failed"));
         QCOMPARE(m_row->fileURL(), m_url);
         QVERIFY(button("Undo")->isHidden());
@@ -58,7 +58,7 @@ private Q_SLOTS:
     void theUndoButtonAsksForTheLastChange()
     {
         name()->setText(text("foo"));
-        const auto result = m_row->renameFile(std::nullopt);
+        const auto result = rename();
         QVERIFY(result);
         QTest::mouseClick(button("Undo"), Qt::LeftButton);
         const auto undos = sent<ScreenshotRowAction::Undo>();
@@ -76,9 +76,8 @@ private Q_SLOTS:
     void anUndoneRenameRestoresTheRow()
     {
         name()->setText(text("foo"));
-        const auto result = m_row->renameFile(std::nullopt);
-        const auto restored =
-            m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL));
+        const auto result = rename();
+        const auto restored = undo(UndoableAction::rename(result->oldURL, result->newURL));
         QCOMPARE(restored, std::optional(m_url));
         QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
         QCOMPARE(m_row->fileURL(), m_url);
@@ -93,13 +92,13 @@ private Q_SLOTS:
     void anUndoneTrashShowsTheFileAsItIsNow()
     {
         QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::red));
-        const auto result = m_row->moveToTrash();
+        const auto result = trash();
         QVERIFY(result);
         QImage blue(640, 400, QImage::Format_RGB32);
         blue.fill(Qt::blue);
         QVERIFY(blue.save(result->trashedURL.toLocalFile(), "PNG"));
 
-        QVERIFY(m_row->performUndo(UndoableAction::trash(result->originalURL, result->trashedURL)));
+        QVERIFY(undo(UndoableAction::trash(result->originalURL, result->trashedURL)));
         QVERIFY(QFile::exists(m_url.toLocalFile()));
         QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::blue));
     }
@@ -107,13 +106,13 @@ private Q_SLOTS:
     void aFileThatCantBeReadAfterAnUndoKeepsThePicture()
     {
         QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::red));
-        const auto result = m_row->moveToTrash();
+        const auto result = trash();
         QVERIFY(result);
         QFile broken(result->trashedURL.toLocalFile());
         QVERIFY(broken.open(QFile::WriteOnly | QFile::Truncate));
         broken.write("no picture");
         broken.close();
-        QVERIFY(m_row->performUndo(UndoableAction::trash(result->originalURL, result->trashedURL)));
+        QVERIFY(undo(UndoableAction::trash(result->originalURL, result->trashedURL)));
 
         // The same request, made after the row's, is answered after it.
         QFuture<QImage> answer = m_rig->images.thumbnail(m_url, {64, 50});
@@ -126,9 +125,9 @@ private Q_SLOTS:
     void anUndoThatIsNotPossibleStaysPending()
     {
         name()->setText(text("foo"));
-        const auto result = m_row->renameFile(std::nullopt);
+        const auto result = rename();
         m_rig->screenshot(text("Shot.png"), Qt::green);
-        QVERIFY(!m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL)));
+        QVERIFY(!undo(UndoableAction::rename(result->oldURL, result->newURL)));
         QCOMPARE(status(), text("Could not undo"));
         QCOMPARE(m_row->fileURL(), m_rig->place(text("foo.png")));
         QCOMPARE(m_rig->filesInFolder().size(), 2);
@@ -136,8 +135,42 @@ private Q_SLOTS:
 
         QVERIFY(QFile::remove(m_url.toLocalFile()));
         QVERIFY(QFile::remove(result->newURL.toLocalFile()));
-        QVERIFY(!m_row->performUndo(UndoableAction::rename(result->oldURL, result->newURL)));
+        QVERIFY(!undo(UndoableAction::rename(result->oldURL, result->newURL)));
         QCOMPARE(status(), text("Could not undo"));
+    }
+
+    void aPendingUndoSurvivesAFailedTrash()
+    {
+        name()->setText(text("foo"));
+        const auto result = rename();
+        QVERIFY(QFile::remove(result->newURL.toLocalFile()));
+        QVERIFY(!trash());
+        QCOMPARE(status(), text("Trash failed"));
+        expectPending(UndoableAction::rename(result->oldURL, result->newURL));
+    }
+
+    void aPendingUndoSurvivesAFailedRename()
+    {
+        name()->setText(text("foo"));
+        const auto result = rename();
+        QVERIFY(QFile::remove(result->newURL.toLocalFile()));
+        name()->setText(text("bar"));
+        QVERIFY(!rename());
+        QCOMPARE(status(), text("Rename failed"));
+        expectPending(UndoableAction::rename(result->oldURL, result->newURL));
+    }
+
+    void anUndoThatIsAskedForTwiceIsDoneOnce()
+    {
+        name()->setText(text("foo"));
+        const auto result = rename();
+        const auto action = UndoableAction::rename(result->oldURL, result->newURL);
+        int restored = 0;
+        m_row->performUndo(action, [&restored](const QUrl &) { ++restored; });
+        m_row->performUndo(action, [&restored](const QUrl &) { ++restored; });
+        m_rig->settle();
+        QCOMPARE(restored, 1);
+        QCOMPARE(status(), text("Restored"));
     }
 
     void theButtonsSendTheirActions()
@@ -159,7 +192,7 @@ private Q_SLOTS:
         QVERIFY(m_actions.isEmpty());
         QTest::keyClick(name(), Qt::Key_Escape);
         QCOMPARE(sent<ScreenshotRowAction::Close>().size(), 1);
-        m_row->retire();
+        m_row->retire(ScreenshotRowView::TypedName::Commit);
         button("Copy")->setFocus();
         QTest::keyClick(button("Copy"), Qt::Key_Escape);
         QCOMPARE(sent<ScreenshotRowAction::Close>().size(), 2);
@@ -170,13 +203,23 @@ private Q_SLOTS:
     void tabVisitsTheNameAndThenTheButtons()
     {
         name()->setText(text("foo"));
-        QVERIFY(m_row->renameFile(std::nullopt));
+        QVERIFY(rename());
         name()->setFocus();
         for (const char *next :
              {"Undo", "Copy", "Show in File Manager", "Move to Trash", "Dismiss"}) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             QCOMPARE(QApplication::focusWidget()->accessibleName(), text(next));
         }
+    }
+
+private:
+    void expectPending(const UndoableAction &action)
+    {
+        QVERIFY(!button("Undo")->isHidden());
+        QTest::mouseClick(button("Undo"), Qt::LeftButton);
+        const auto undos = sent<ScreenshotRowAction::Undo>();
+        QCOMPARE(undos.size(), 1);
+        QCOMPARE(undos[0].action, action);
     }
 };
 

@@ -19,8 +19,7 @@ void RowFixture::begin()
     m_window = std::make_unique<PaletteView>();
     m_window->setFillColor(VelmoraPalette::tray());
     m_row = new ScreenshotRowView(
-        m_id, m_url, QStringLiteral("app-screen.png"),
-        {*m_rig->platform.systemTrash, m_rig->images},
+        m_id, m_rig->open(m_url), QStringLiteral("app-screen.png"), {m_rig->actions, m_rig->images},
         [this](const ScreenshotRowAction &action) { m_actions.append(action); });
     m_row->setParent(m_window.get());
     m_row->setGeometry(8, 8, 604, 72);
@@ -49,6 +48,36 @@ BezelButton *RowFixture::button(const char *accessibleName) const
 QString RowFixture::status() const
 {
     return TrayOnScreen::status(m_row);
+}
+
+std::optional<RenameResult> RowFixture::rename()
+{
+    std::optional<RenameResult> renamed;
+    m_row->renameFile(std::nullopt, [&renamed](const RenameResult &result) { renamed = result; });
+    m_rig->settle();
+    return renamed;
+}
+
+std::optional<TrashResult> RowFixture::trash()
+{
+    std::optional<TrashResult> trashed;
+    m_row->moveToTrash([&trashed](const TrashResult &result) { trashed = result; });
+    m_rig->settle();
+    return trashed;
+}
+
+std::optional<QUrl> RowFixture::undo(const UndoableAction &action)
+{
+    std::optional<QUrl> restored;
+    m_row->performUndo(action, [&restored](const QUrl &url) { restored = url; });
+    m_rig->settle();
+    return restored;
+}
+
+void RowFixture::suggest(const char *name)
+{
+    m_row->updateSuggestedFilename(QString::fromUtf8(name), true);
+    m_rig->settle();
 }
 
 void RowFixture::type(const char *typed)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/TrashResult.h"
 #include "tests/tray/TrayRig.h"
 #include "tray/ScreenshotRowAction.h"
 
@@ -26,6 +27,13 @@ protected:
     FilenameTextField *name() const;
     BezelButton *button(const char *accessibleName) const;
     QString status() const;
+
+    // Each waits for the outcome; absent where the row gives no answer.
+
+    std::optional<RenameResult> rename();
+    std::optional<TrashResult> trash();
+    std::optional<QUrl> undo(const UndoableAction &action);
+    void suggest(const char *name);
 
     /// Replaces the name in the field by keystrokes.
     void type(const char *typed);

@@ -76,7 +76,7 @@ private Q_SLOTS:
         // 604 less the insets, the bar, the picture, three gaps and the buttons' 208.
         QCOMPARE(name()->width(), 604 - 16 - 4 - 64 - 3 * 10 - 208);
         name()->setText(text("new-name"));
-        QVERIFY(m_row->renameFile(std::nullopt));
+        QVERIFY(rename());
         QTRY_COMPARE(button("Undo")->size(), QSize(70, 28));
         QVERIFY(name()->width() >= 250);
         const QRect field(name()->mapTo(m_row, QPoint()), name()->size());
@@ -147,17 +147,16 @@ private Q_SLOTS:
         QVERIFY(broken.open(QFile::WriteOnly));
         broken.write("no picture");
         broken.close();
-        ScreenshotRowView row(m_id, m_rig->place(text("broken.png")), text("x.png"),
-                              {*m_rig->platform.systemTrash, m_rig->images},
-                              [](const ScreenshotRowAction &) {});
+        ScreenshotRowView row(m_id, m_rig->open(m_rig->place(text("broken.png"))), text("x.png"),
+                              {m_rig->actions, m_rig->images}, [](const ScreenshotRowAction &) {});
         QVERIFY(!thumbnail(&row)->image().isNull());
         QTRY_VERIFY_WITH_TIMEOUT(thumbnail(&row)->image().isNull(), 20000);
     }
 
     void aRowThatIsGoneIsNotTouchedByItsPictureOrStatus()
     {
-        auto *row = new ScreenshotRowView(m_id, m_url, text("x.png"),
-                                          {*m_rig->platform.systemTrash, m_rig->images},
+        auto *row = new ScreenshotRowView(m_id, m_rig->open(m_url), text("x.png"),
+                                          {m_rig->actions, m_rig->images},
                                           [](const ScreenshotRowAction &) {});
         row->setStatus(text("Copied"));
         delete row;

@@ -45,7 +45,7 @@ private Q_SLOTS:
     void anAutomaticRenameIsTold()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        suggest(id, "better.png");
         QCOMPARE(m_told, (QStringList{text("renamed better.png"),
                                       text("rename undoable one.png better.png")}));
         QCOMPARE(status(rows().first()), text("Renamed automatically"));
@@ -56,6 +56,7 @@ private Q_SLOTS:
         add("one.png");
         type(rows().first(), "typed");
         QTest::keyClick(name(rows().first()), Qt::Key_Return);
+        m_rig->settle();
         QCOMPARE(m_told, (QStringList{text("renamed typed.png"),
                                       text("rename undoable one.png typed.png")}));
     }
@@ -66,6 +67,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
         type(rows().first(), "typed");
         QTest::keyClick(name(rows().first()), Qt::Key_Return);
+        m_rig->settle();
         QCOMPARE(status(rows().first()), text("Rename failed"));
         QVERIFY(m_told.isEmpty());
     }
@@ -92,7 +94,7 @@ private Q_SLOTS:
     void revealShowsTheFileWhereItIsNow()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        suggest(id, "better.png");
         click(rows().first(), "Show in File Manager");
         QCOMPARE(m_rig->fileBrowser->revealed, QList<QUrl>{m_rig->place(text("better.png"))});
     }
@@ -120,7 +122,7 @@ private Q_SLOTS:
     void undoTellsAndKeepsTheRow()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        suggest(id, "better.png");
         m_told.clear();
         click(rows().first(), "Undo");
         QCOMPARE(m_told, QStringList{text("undo performed one.png")});
@@ -132,7 +134,7 @@ private Q_SLOTS:
     void anUndoThatFailsIsNotTold()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        suggest(id, "better.png");
         m_rig->screenshot(text("one.png"), Qt::blue);
         m_told.clear();
         click(rows().first(), "Undo");
@@ -165,31 +167,20 @@ private Q_SLOTS:
         m_tray->onUndoPerformed = nullptr;
         m_tray->onRowGone = nullptr;
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        suggest(id, "better.png");
         click(rows().first(), "Undo");
         click(rows().first(), "Move to Trash");
         QVERIFY(m_rig->filesInFolder().isEmpty());
     }
 
-    void closingARowInWhichTheUserTypesRenamesNothing_data()
+    void escapeForgetsATypedName()
     {
-        QTest::addColumn<bool>("byEscape");
-        QTest::newRow("Escape") << true;
-        QTest::newRow("the close button") << false;
-    }
-
-    void closingARowInWhichTheUserTypesRenamesNothing()
-    {
-        QFETCH(const bool, byEscape);
         add("one.png");
         add("two.png");
         QWidget *row = rows().first();
         type(row, "half a na");
-        if (byEscape)
-            QTest::keyClick(name(row), Qt::Key_Escape);
-        else
-            click(row, "Dismiss");
-        QCoreApplication::processEvents();
+        QTest::keyClick(name(row), Qt::Key_Escape);
+        m_rig->settle();
         QCOMPARE(names(), QStringList{text("one.png")});
         QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("two.png")}));
         QVERIFY(m_told.isEmpty());
@@ -197,19 +188,80 @@ private Q_SLOTS:
         QVERIFY(!name(rows().first())->hasFocus());
     }
 
-    void aRowIsPushedOutWhileTheUserTypesInIt()
+    void aDismissedRowCommitsATypedName()
     {
         add("one.png");
-        type(rows().first(), "half a na");
+        add("two.png");
+        type(rows().first(), "Half a name");
+        click(rows().first(), "Dismiss");
+        QCOMPARE(names(), QStringList{text("one.png")});
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("half-a-name.png"), text("one.png")}));
+        QCOMPARE(m_told, (QStringList{text("renamed half-a-name.png"),
+                                      text("rename undoable two.png half-a-name.png")}));
+        QVERIFY(!name(rows().first())->hasFocus());
+    }
+
+    void aRowThatIsPushedOutCommitsATypedName()
+    {
+        add("one.png");
+        type(rows().first(), "Half a name");
         add("two.png");
         add("three.png");
         add("four.png");
-        QCoreApplication::processEvents();
+        m_rig->settle();
         QCOMPARE(rows().size(), 3);
-        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(m_told, (QStringList{text("renamed half-a-name.png"),
+                                      text("rename undoable one.png half-a-name.png")}));
+        QVERIFY(m_rig->filesInFolder().contains(text("half-a-name.png")));
         for (const QWidget *row : rows())
             QVERIFY(!name(row)->hasFocus());
+    }
+
+    void aNameThatWasNotTouchedIsNotCommittedByDismissing()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("later.png"), false);
+        click(rows().first(), "Dismiss");
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
+        QVERIFY(m_told.isEmpty());
+    }
+
+    void theEndOfTheProgramCommitsATypedName()
+    {
+        add("one.png");
+        type(rows().first(), "Half a name");
+        m_tray->commitTypedNames();
+        m_rig->settle();
+        QCOMPARE(m_rig->filesInFolder(), QStringList{text("half-a-name.png")});
+        QCOMPARE(m_told.size(), 2);
+    }
+
+    void aRenameIsToldAlsoWhenItsRowHasGoneMeanwhile()
+    {
+        const QUuid id = add("one.png");
+        m_tray->updateSuggestion(id, text("better.png"), true);
+        click(rows().first(), "Dismiss");
+        QCOMPARE(m_told, (QStringList{text("renamed better.png"),
+                                      text("rename undoable one.png better.png")}));
+    }
+
+    void anotherFileThatHasTakenItsPlaceIsLeftAlone()
+    {
+        add("one.png");
+        QVERIFY(QFile::rename(m_rig->place(text("one.png")).toLocalFile(),
+                              m_rig->place(text("own.png")).toLocalFile()));
+        m_rig->screenshot(text("one.png"), Qt::blue);
+        QWidget *row = rows().first();
+        click(row, "Move to Trash");
+        QCOMPARE(status(row), text("Trash failed"));
+        click(row, "Copy");
+        QCOMPARE(status(row), text("Could not copy"));
+        type(row, "typed");
+        QTest::keyClick(name(row), Qt::Key_Return);
+        m_rig->settle();
+        QCOMPARE(status(row), text("Rename failed"));
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("own.png")}));
+        QVERIFY(m_told.isEmpty());
     }
 
     void theTrashLeavesATypedNameAlone()

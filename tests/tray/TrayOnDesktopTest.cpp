@@ -76,7 +76,7 @@ private Q_SLOTS:
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         XDesktop::movePointer({300, 700});
         m_rig = std::make_unique<TrayRig>();
-        m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images);
+        m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images, m_rig->actions);
         m_terminal = std::make_unique<Terminal>(m_rig->place(text("typed")).toLocalFile());
     }
 
@@ -253,7 +253,7 @@ private Q_SLOTS:
 private:
     void add(const char *file)
     {
-        m_lastAdded = m_tray->addScreenshot(m_rig->screenshot(text(file)), text(file));
+        m_lastAdded = m_tray->addScreenshot(m_rig->open(m_rig->screenshot(text(file))), text(file));
         QVERIFY(QTest::qWaitForWindowExposed(panel()));
     }
 

@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QTest>
 
 #include <algorithm>
 
@@ -38,6 +39,7 @@ TrayRig::TrayRig()
     , fileBrowser(static_cast<NotingFileBrowser *>(platform.fileBrowser.get()))
     , m_images(std::make_unique<ScreenshotImages>(*platform.fileWriters))
     , images(*m_images)
+    , actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, images}, history)
 {
 }
 
@@ -61,6 +63,27 @@ QUrl TrayRig::screenshot(const QString &name, QColor color, QSize size) const
 QStringList TrayRig::filesInFolder() const
 {
     return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name);
+}
+
+ScreenshotPointer TrayRig::open(const QUrl &url)
+{
+    const ScreenshotPointer screenshot = actions.open(url);
+    m_opened.push_back(screenshot);
+    return screenshot;
+}
+
+void TrayRig::settle()
+{
+    QObject context;
+    for (const std::weak_ptr<Screenshot> &opened : m_opened) {
+        const ScreenshotPointer screenshot = opened.lock();
+        if (!screenshot)
+            continue;
+        bool isComplete = false;
+        screenshot->whenComplete(&context, [&isComplete] { isComplete = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(isComplete, 20000);
+    }
+    QVERIFY(actions.finish(std::chrono::seconds(20)));
 }
 
 FloatingTrayPanel *TrayOnScreen::panel()

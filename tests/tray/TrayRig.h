@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/ScreenshotActions.h"
+#include "files/UndoHistory.h"
 #include "imaging/ScreenshotImages.h"
 #include "platform/Platform.h"
 
@@ -39,15 +41,22 @@ public:
     QUrl place(const QString &name) const;
     QStringList filesInFolder() const;
 
+    /// Waits until every screenshot that was opened is complete, and all that was asked for done.
+    void settle();
+    ScreenshotPointer open(const QUrl &url);
+
     Platform platform;
     NotingFileBrowser *fileBrowser;
 
 private:
     QTemporaryDir m_folder;
     std::unique_ptr<ScreenshotImages> m_images;
+    std::vector<std::weak_ptr<Screenshot>> m_opened;
 
 public:
     ScreenshotImages &images;
+    UndoHistory history;
+    ScreenshotActions actions;
 };
 
 /// What stands in the tray now.

@@ -2,6 +2,7 @@
 
 #include "core/VelmoraSettings.h"
 #include "detection/ScreenshotFolderResolver.h"
+#include "files/ScreenshotActions.h"
 #include "files/UndoHistory.h"
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/RecentScreenshotsController.h"
@@ -57,6 +58,7 @@ class RecentScreenshotsWindowTest : public QObject
     std::unique_ptr<FakeSystemTrash> m_trash;
     std::unique_ptr<RecentScreenshots> m_recent;
     std::unique_ptr<UndoHistory> m_history;
+    std::unique_ptr<ScreenshotActions> m_actions;
     std::unique_ptr<RecentScreenshotsController> m_controller;
 
     /// A picture of one colour, last modified so many minutes ago.
@@ -104,8 +106,7 @@ class RecentScreenshotsWindowTest : public QObject
     void makeController()
     {
         m_controller = std::make_unique<RecentScreenshotsController>(
-            RecentScreenshotsController::Services{m_browser, m_pasteboard, *m_trash, m_images},
-            *m_recent, *m_history);
+            RecentScreenshotsController::Services{*m_actions, m_images}, *m_recent);
     }
 
 private Q_SLOTS:
@@ -120,13 +121,16 @@ private Q_SLOTS:
         m_recent = std::make_unique<RecentScreenshots>(ScreenshotFolderAccess{
             [this] { return m_folder; }, ScreenshotFolderResolver::recentScreenshotFiles,
             ScreenshotFolderResolver::modificationDate});
-        m_history = std::make_unique<UndoHistory>(*m_trash);
+        m_history = std::make_unique<UndoHistory>();
+        m_actions = std::make_unique<ScreenshotActions>(
+            ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images}, *m_history);
         makeController();
     }
     void cleanup()
     {
         m_mayList.release(100);
         m_controller.reset();
+        m_actions.reset();
         m_recent.reset();
         m_mayList.acquire(m_mayList.available());
     }
@@ -314,7 +318,7 @@ private Q_SLOTS:
         showWindow();
         QTRY_COMPARE(names().size(), 1);
         QTest::mouseClick(button(0, 0), Qt::LeftButton);
-        QVERIFY(m_pasteboard.contents);
+        QTRY_VERIFY(m_pasteboard.contents);
         QCOMPARE(m_pasteboard.contents->file, file);
         QCOMPARE(m_pasteboard.contents->picture->bytes, TestFiles::read(file));
     }
@@ -338,7 +342,8 @@ private Q_SLOTS:
         QTRY_COMPARE(names(), QStringList{s("b.png")});
         QVERIFY(!FileUrls::exists(file));
         QCOMPARE(m_history->title(), s("Undo Trash"));
-        QCOMPARE(m_history->undoLast(), file);
+        m_actions->undoLast();
+        QTRY_VERIFY(FileUrls::exists(file));
         m_recent->add(file);
         QTRY_COMPARE(names(), (QStringList{s("a.png"), s("b.png")}));
     }
@@ -351,6 +356,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(file.toLocalFile()));
         const RecentScreenshotsView *view = window().view();
         QTest::mouseClick(button(0, 2), Qt::LeftButton);
+        QVERIFY(m_actions->finish(std::chrono::seconds(10)));
         QVERIFY(!m_history->canUndo());
         QCOMPARE(m_recent->urls(), QList<QUrl>{file});
         QCOMPARE(window().view(), view);

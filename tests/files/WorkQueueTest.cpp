@@ -1,0 +1,98 @@
+#include "files/WorkQueue.h"
+
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class WorkQueueTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void workIsDoneAsideInItsOrderAndToldHere()
+    {
+        WorkQueue queue(u"test"_s);
+        QList<int> done;
+        QList<int> told;
+        for (int i = 0; i < 100; ++i) {
+            queue.add([this, i, &done, &told]() -> WorkQueue::Outcome {
+                done.append(QThread::currentThread() == thread() ? -1 : i);
+                return [this, i, &told] {
+                    told.append(QThread::currentThread() == thread() ? i : -1);
+                };
+            });
+        }
+        QTRY_COMPARE(told.size(), 100);
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(done[i], i);
+            QCOMPARE(told[i], i);
+        }
+    }
+
+    void finishingTellsEverythingWithoutAnEventLoop()
+    {
+        WorkQueue queue(u"test"_s);
+        int told = 0;
+        const auto count = [&told]() -> WorkQueue::Outcome { return [&told] { ++told; }; };
+        for (int i = 0; i < 10; ++i)
+            queue.add(count);
+        // An outcome that asks for more.
+        queue.add([&queue, count]() -> WorkQueue::Outcome {
+            return [&queue, count] { queue.add(count); };
+        });
+        QVERIFY(queue.finish(10s));
+        QCOMPARE(told, 11);
+    }
+
+    void whatHangsIsWaitedForNoLongerThanAllowed()
+    {
+        const auto mayEnd = std::make_shared<QSemaphore>();
+        const auto hasEnded = std::make_shared<QSemaphore>();
+        bool told = false;
+        QElapsedTimer watch;
+        watch.start();
+        {
+            WorkQueue queue(u"test"_s);
+            queue.add([mayEnd, hasEnded, &told]() -> WorkQueue::Outcome {
+                mayEnd->acquire();
+                hasEnded->release();
+                return [&told] { told = true; };
+            });
+            QVERIFY(!queue.finish(200ms));
+            QVERIFY(watch.elapsed() >= 199);
+        }
+        QVERIFY2(watch.elapsed() < 5000, qPrintable(QString::number(watch.elapsed())));
+        mayEnd->release();
+        QVERIFY(hasEnded->tryAcquire(1, 10000));
+        QTest::qWait(0);
+        QVERIFY(!told);
+    }
+
+    void whatHasNotBegunIsDroppedAtTheEnd()
+    {
+        QSemaphore mayEnd;
+        QSemaphore hasBegun;
+        bool hasBegunSecond = false;
+        {
+            WorkQueue queue(u"test"_s);
+            queue.add([&]() -> WorkQueue::Outcome {
+                hasBegun.release();
+                mayEnd.tryAcquire(1, 300);
+                return {};
+            });
+            queue.add([&]() -> WorkQueue::Outcome {
+                hasBegunSecond = true;
+                return {};
+            });
+            QVERIFY(hasBegun.tryAcquire(1, 10000));
+        }
+        QVERIFY(!hasBegunSecond);
+    }
+};
+
+QTEST_GUILESS_MAIN(WorkQueueTest)
+#include "WorkQueueTest.moc"
