@@ -50,7 +50,8 @@ void ScreenshotScanner::start(FileTime newSince, FileTime calledAt,
     m_newScreenshots.start(m_follower->candidates(),
                            startedLate ? std::min(newSince, calledAt) : newSince);
     connect(&*m_follower, &FolderFollower::changed, this, [this] { scanAndScheduleRescans(); });
-    startTickOrAgeing();
+    // What came meanwhile is in the snapshot already, and no event tells of it again.
+    scan();
 }
 
 void ScreenshotScanner::stop()
