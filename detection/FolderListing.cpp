@@ -60,6 +60,11 @@ bool haveSameOutcome(const FolderListing::Files &one, const FolderListing::Files
 
 } // namespace
 
+FolderListing::FolderState::FolderState(const struct stat &status)
+    : device(status.st_dev), inode(status.st_ino), modified(FileTimes::modified(status))
+{
+}
+
 FolderListing::FolderListing(const QUrl &folder)
     : m_folder(QDir::cleanPath(folder.toLocalFile())), m_path(QFile::encodeName(m_folder))
 {
@@ -67,8 +72,8 @@ FolderListing::FolderListing(const QUrl &folder)
 
 void FolderListing::setReported(bool reported)
 {
+    m_listAgain = m_listAgain || reported || m_isReported;
     m_isReported = reported;
-    m_listAgain = true;
 }
 
 void FolderListing::entriesChanged(const QStringList &names)
@@ -100,8 +105,7 @@ bool FolderListing::look(FileTime now)
 bool FolderListing::hasFolderMoved() const
 {
     struct stat status = {};
-    return ::stat(m_path.constData(), &status) != 0 ||
-           FileTimes::modified(status) != m_folderModified;
+    return ::stat(m_path.constData(), &status) != 0 || FolderState(status) != m_folderState;
 }
 
 void FolderListing::list()
@@ -129,8 +133,8 @@ bool FolderListing::readEntries(Files &files)
         return false;
     const int descriptor = ::dirfd(folder);
     struct stat folderStatus = {};
-    m_folderModified = ::fstat(descriptor, &folderStatus) == 0 ? FileTimes::modified(folderStatus)
-                                                               : FileTimes::distantPast;
+    if (::fstat(descriptor, &folderStatus) == 0)
+        m_folderState = FolderState(folderStatus);
     while (true) {
         errno = 0;
         const dirent *const entry = ::readdir(folder);

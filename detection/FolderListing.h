@@ -49,7 +49,8 @@ public:
     explicit FolderListing(const QUrl &folder);
 
     /// From now on, whether entriesChanged() and listAgain() are called for every change that is
-    /// made to an entry by its name in the folder. At first they are not. The next look() lists.
+    /// made to an entry by its name in the folder. At first they are not. Where they are or were,
+    /// the next look() lists.
     void setReported(bool reported);
     void entriesChanged(const QStringList &names);
     void listAgain();
@@ -68,6 +69,17 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+
+    /// Which folder stands at the path, and when an entry of it last came or went.
+    struct FolderState {
+        FolderState() = default;
+        explicit FolderState(const struct stat &status);
+        bool operator==(const FolderState &) const = default;
+
+        dev_t device = 0;
+        ino_t inode = 0;
+        FileTime modified = FileTimes::distantPast;
+    };
 
     bool hasFolderMoved() const;
     void list();
@@ -88,7 +100,7 @@ private:
     bool m_altered = false;
     FileTime m_now = FileTimes::distantPast;
     FileTime m_nextAgeing = FileTime::max();
-    FileTime m_folderModified = FileTimes::distantPast; ///< before the last listing
+    FolderState m_folderState; ///< before the last listing
     Clock::time_point m_nextListing;
     Files m_files;
     QSet<QByteArray> m_changed;

@@ -101,7 +101,8 @@ private Q_SLOTS:
         Watched watched(m_folder);
         watched->start();
         letAllScansPass();
-        QVERIFY(FolderActions::moveIn(inFolder("a.png"), FileTimes::now() - 180s + 1500ms));
+        QVERIFY(write(inFolder("a")) && setDate(inFolder("a"), FileTimes::now() - 180s + 1500ms) &&
+                FolderActions::rename(inFolder("a"), inFolder("a.png")));
         QTest::qWait(800);
         const int before = sleepsOfWatcher();
         QTest::qWait(400);

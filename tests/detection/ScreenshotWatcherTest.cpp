@@ -278,7 +278,9 @@ private Q_SLOTS:
 
     void afterTheStopNoDescriptorIsOpenAndNothingIsReported()
     {
-        const qsizetype before = openInotifyDescriptors();
+        // The watchers of the tests before end in the background.
+        constexpr qsizetype before = 0;
+        QTRY_COMPARE(openInotifyDescriptors(), before);
         Watched watched(m_folder);
         watched->start();
         QTRY_VERIFY(openInotifyDescriptors() > before);
