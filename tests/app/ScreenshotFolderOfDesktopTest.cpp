@@ -8,7 +8,6 @@
 #include <QTimer>
 
 #include <chrono>
-#include <ctime>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -19,7 +18,8 @@ namespace
 /// A picture appears late when the main thread waits for longer than about a frame.
 constexpr auto longestBlock = 16ms;
 
-/// The longest time for which the main thread has neither run nor asked for events.
+/// The longest time for which the main thread has slept at a stretch: neither run, nor waited for
+/// one of the machine's cores, nor looked for events.
 class Blocking
 {
 public:
@@ -33,7 +33,7 @@ public:
     void begin()
     {
         m_wall = wall();
-        m_used = used();
+        m_awake = awake();
         m_longest = {};
     }
 
@@ -49,25 +49,29 @@ private:
         return std::chrono::steady_clock::now().time_since_epoch();
     }
 
-    static std::chrono::nanoseconds used()
+    /// The time for which the thread has run or waited for a core.
+    static std::chrono::nanoseconds awake()
     {
-        timespec time = {};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+        QFile statistics(u"/proc/thread-self/schedstat"_s);
+        if (!statistics.open(QIODevice::ReadOnly))
+            return {};
+        const QList<QByteArray> numbers = statistics.readAll().split(' ');
+        return std::chrono::nanoseconds(numbers.value(0).toLongLong() +
+                                        numbers.value(1).toLongLong());
     }
 
     void look()
     {
         const auto nowWall = wall();
-        const auto nowUsed = used();
-        m_longest = std::max(m_longest, (nowWall - m_wall) - (nowUsed - m_used));
+        const auto nowAwake = awake();
+        m_longest = std::max(m_longest, (nowWall - m_wall) - (nowAwake - m_awake));
         m_wall = nowWall;
-        m_used = nowUsed;
+        m_awake = nowAwake;
     }
 
     QTimer m_tick;
     std::chrono::nanoseconds m_wall = {};
-    std::chrono::nanoseconds m_used = {};
+    std::chrono::nanoseconds m_awake = {};
     std::chrono::nanoseconds m_longest = {};
 };
 
@@ -140,7 +144,8 @@ private Q_SLOTS:
 
         Blocking blocking;
         auto shortest = 10s - 0ns;
-        for (int shot = 0; shot < 5; ++shot) {
+        // The X server of a busy machine may be late; who waits for a program is late each time.
+        for (int shot = 0; shot < 15 && shortest >= longestBlock; ++shot) {
             const QString name = u"shot %1.png"_s.arg(shot);
             QVERIFY(make(m_outside->filePath(name)));
             blocking.begin();
