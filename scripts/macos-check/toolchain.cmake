@@ -39,3 +39,5 @@ list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR}/cmake)
 # Debian's own Qt, of which only the headers are used.
 set(CMAKE_PREFIX_PATH /usr)
 set(CMAKE_LIBRARY_ARCHITECTURE x86_64-linux-gnu)
+# The folders of this machine's own headers, which packages name needlessly.
+set(ENV{PKG_CONFIG_SYSTEM_INCLUDE_PATH} /usr/include:/usr/include/x86_64-linux-gnu)
