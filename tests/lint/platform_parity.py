@@ -41,7 +41,7 @@ def defines(source, name):
 
 def is_built(room, system, name):
     above, own = room / "CMakeLists.txt", room / system / "CMakeLists.txt"
-    return (f"${{VELMORA_SYSTEM}}/{name}" in above.read_text()
+    return (any(f"{folder}/{name}" in above.read_text() for folder in ("${VELMORA_SYSTEM}", system))
             or (own.exists() and re.search(rf"(?<![\w/]){re.escape(name)}", own.read_text())))
 
 
