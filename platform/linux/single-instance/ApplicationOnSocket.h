@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filesystem/linux/Descriptor.h"
+#include "filesystem/Descriptor.h"
 #include "platform/linux/x11/LaunchToken.h"
 
 #include <QLockFile>

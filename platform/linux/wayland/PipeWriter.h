@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filesystem/linux/Descriptor.h"
+#include "filesystem/Descriptor.h"
 
 #include <QByteArray>
 #include <QObject>
