@@ -12,17 +12,19 @@ struct SettingsFile::Private {
 namespace
 {
 
-/// The program's own domain is that of its bundle; others are named by themselves.
-QString organization()
+/// Qt makes a domain's name of a host's, turned around, and an application's. The program's own is
+/// that of its bundle, "app.velmora.Velmora"; others are named by themselves.
+QSettings storeOf(const QString &domain)
 {
-    return QStringLiteral("velmora");
+    const bool isOwn = domain == QStringLiteral("velmora");
+    return {QSettings::NativeFormat, QSettings::UserScope,
+            isOwn ? QStringLiteral("velmora.app") : QStringLiteral("velmora"),
+            isOwn ? QStringLiteral("Velmora") : domain};
 }
 
 } // namespace
 
-SettingsFile::SettingsFile(const QString &domain)
-    : m_private(new Private{
-          QSettings(QSettings::NativeFormat, QSettings::UserScope, organization(), domain), {}, {}})
+SettingsFile::SettingsFile(const QString &domain) : m_private(new Private{storeOf(domain), {}, {}})
 {
     m_private->store.setFallbacksEnabled(false);
     m_private->path = m_private->store.fileName();
