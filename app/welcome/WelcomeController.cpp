@@ -2,8 +2,8 @@
 
 #include "app/welcome/LoginItemController.h"
 #include "app/welcome/WelcomeWindow.h"
-#include "app/welcome/chooseFolder.h"
-#include "app/welcome/explainOnce.h"
+#include "app/welcome/dialogs/chooseFolder.h"
+#include "app/welcome/dialogs/explainOnce.h"
 #include "app/welcome/feedbackMail.h"
 #include "core/VelmoraSettings.h"
 #include "detection/ScreenshotFolder.h"

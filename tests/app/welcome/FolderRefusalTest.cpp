@@ -1,4 +1,4 @@
-#include "app/welcome/folderRefusal.h"
+#include "app/welcome/dialogs/folderRefusal.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,11 +2,13 @@
 
 #include "style/lightAppearance.h"
 
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFile>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 using WelcomeWindowParts::button;
@@ -176,6 +178,29 @@ private Q_SLOTS:
         QVERIFY(rig.panel()->testOption(QFileDialog::ShowDirsOnly));
         QCOMPARE(rig.panel()->supportedSchemes(), QStringList(u"file"_s));
         QCOMPARE(rig.panel()->directory().path(), folder(u"old"_s));
+    }
+
+    void thePanelOnlyChooses()
+    {
+        VelmoraSettings::open().setValue(u"didExplainFolderAccess"_s, true);
+        const QString inner = folder(u"outer/inner"_s);
+        WelcomeRig rig(folder(u"outer"_s));
+        rig.show();
+        rig.press(u"Change Folder"_s);
+        QTRY_VERIFY(rig.panel());
+        auto *list = rig.panel()->findChild<QTreeView *>();
+        QVERIFY(list);
+        QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 1);
+        list->setCurrentIndex(list->model()->index(0, 0, list->rootIndex()));
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Delete);
+        const QPoint middle = list->rect().center();
+        QContextMenuEvent menu(QContextMenuEvent::Mouse, middle, list->mapToGlobal(middle));
+        QApplication::sendEvent(list->viewport(), &menu);
+        QVERIFY(staysSo([&] {
+            return rig.dialogs().size() == 1 && !QApplication::activePopupWidget() &&
+                   QDir(inner).exists();
+        }));
     }
 
     void aCancelledPanelChangesNothing()

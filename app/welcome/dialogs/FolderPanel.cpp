@@ -1,4 +1,4 @@
-#include "app/welcome/FolderPanel.h"
+#include "app/welcome/dialogs/FolderPanel.h"
 
 #include <QAbstractItemView>
 #include <QShortcut>

@@ -1,6 +1,6 @@
-#include "app/welcome/explainOnce.h"
+#include "app/welcome/dialogs/explainOnce.h"
 
-#include "app/welcome/Alert.h"
+#include "app/welcome/dialogs/Alert.h"
 #include "core/VelmoraSettings.h"
 
 void explainOnce(QWidget &window, const Explanation &explanation, const std::function<void()> &goOn)

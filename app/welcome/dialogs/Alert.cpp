@@ -1,4 +1,4 @@
-#include "app/welcome/Alert.h"
+#include "app/welcome/dialogs/Alert.h"
 
 #include "app/welcome/SymbolView.h"
 #include "app/welcome/labels.h"

@@ -1,8 +1,8 @@
-#include "app/welcome/chooseFolder.h"
+#include "app/welcome/dialogs/chooseFolder.h"
 
-#include "app/welcome/Alert.h"
-#include "app/welcome/FolderPanel.h"
-#include "app/welcome/folderRefusal.h"
+#include "app/welcome/dialogs/Alert.h"
+#include "app/welcome/dialogs/FolderPanel.h"
+#include "app/welcome/dialogs/folderRefusal.h"
 
 namespace
 {
