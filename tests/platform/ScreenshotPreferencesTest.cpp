@@ -120,8 +120,8 @@ private Q_SLOTS:
         timer.start();
         QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/shots")).isEmpty());
         QVERIFY(timer.elapsed() < 2000);
-        QCOMPARE(readFile(file),
-                 QByteArray("[General]\nlocation=/srv/shots\nshow-thumbnail=false\n"));
+        QTRY_COMPARE(readFile(file),
+                     QByteArray("[General]\nshow-thumbnail=false\nlocation=/srv/shots\n"));
         QCOMPARE(QDir(configPath(QStringLiteral("velmora"))).entryList(QDir::Files).size(), 2);
     }
 
