@@ -7,6 +7,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace
 {
 
@@ -206,6 +209,31 @@ private Q_SLOTS:
         startSession(openbox());
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(last), patience);
         QVERIFY(!QFile::exists(m_place->filePath(QStringLiteral("started"))));
+    }
+
+    void whatIsNoEntryIsNeitherReadNorLost_data()
+    {
+        QTest::addColumn<QByteArray>("target"); // of a link; empty for a pipe
+        QTest::newRow("a pipe") << QByteArray();
+        QTest::newRow("a link to a device") << QByteArray("/dev/zero");
+        QTest::newRow("a link to a file") << QByteArray("/etc/hostname");
+    }
+
+    void whatIsNoEntryIsNeitherReadNorLost()
+    {
+        QFETCH(QByteArray, target);
+        QVERIFY(QDir().mkpath(QFileInfo(m_ownEntry).path()));
+        const QByteArray path = QFile::encodeName(m_ownEntry);
+        QCOMPARE(target.isEmpty() ? ::mkfifo(path.constData(), 0600)
+                                  : ::symlink(target.constData(), path.constData()),
+                 0);
+        QVERIFY(!m_item->isEnabled());
+        QVERIFY(!m_item->setEnabled(true));
+        QVERIFY(m_item->isEnabled());
+        const QFileInfo aside(m_ownEntry + QStringLiteral(".aside-1"));
+        QVERIFY(target.isEmpty() ? aside.exists() && !aside.isFile()
+                                 : aside.symLinkTarget() == QString::fromUtf8(target));
+        QVERIFY(!contentOf(QStringLiteral("/etc/hostname")).contains(QStringLiteral("Desktop")));
     }
 
 private:
