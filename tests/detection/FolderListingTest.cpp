@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using FolderActions::moveIn;
 using FolderActions::setDate;
@@ -223,6 +224,23 @@ private Q_SLOTS:
         QVERIFY(setDate(path("new.png"), m_noon));
         m_listing->look(m_noon);
         QCOMPARE(candidates(), QStringLiteral("new.png"));
+    }
+
+    void whereNothingIsReportedTheFolderIsListedWhenItHasMovedAndElseSeldom()
+    {
+        // Listing it takes a millisecond or more, so the next one is due a tenth of a second later.
+        for (int i = 0; i < 3000; ++i)
+            QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_folder + u"/%1.png"_s.arg(i))));
+        QVERIFY(moveIn(path("old.png"), m_noon - 1h));
+        m_listing->look(m_noon);
+        QVERIFY(moveIn(path("new.png"), m_noon));
+        QVERIFY(m_listing->look(m_noon));
+        QVERIFY(m_listing->candidates().contains("new.png"));
+
+        QVERIFY(setDate(path("old.png"), m_noon));
+        QVERIFY(!m_listing->look(m_noon));
+        QVERIFY(QTest::qWaitFor([this] { return m_listing->look(m_noon); }));
+        QVERIFY(m_listing->candidates().contains("old.png"));
     }
 
     void aFolderThatCantBeListedHoldsNothingUntilItCan()
