@@ -83,6 +83,16 @@ function(velmora_test name)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${test_TIMEOUT} LABELS "${test_LABELS}")
 endfunction()
 
+# velmora_test_under(NAME SUFFIX MANAGER): runs a test once more, under another window manager than
+# the usual one. MANAGER is its command line.
+function(velmora_test_under name suffix manager)
+    add_test(NAME ${name}_${suffix}
+        COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}>)
+    get_property(timeout TEST ${name} PROPERTY TIMEOUT)
+    set_tests_properties(${name}_${suffix} PROPERTIES
+        TIMEOUT ${timeout} ENVIRONMENT "VELMORA_WORLD_MANAGER=${manager}")
+endfunction()
+
 # velmora_bench(NAME SOURCES file... LINKS library...)
 function(velmora_bench name)
     cmake_parse_arguments(bench "" "" "SOURCES;LINKS" ${ARGN})

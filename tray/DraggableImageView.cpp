@@ -33,6 +33,7 @@ void DraggableImageView::setFileURL(const QUrl &url)
     m_fileURL = url;
     if (m_dragged)
         describe(url, *m_dragged);
+    Q_EMIT fileURLChanged(url);
 }
 
 void DraggableImageView::mousePressEvent(QMouseEvent *event)

@@ -21,6 +21,9 @@ public:
     /// The file has moved. A drag that is under way carries the new place from now on.
     void setFileURL(const QUrl &url);
 
+Q_SIGNALS:
+    void fileURLChanged(const QUrl &url);
+
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;

@@ -2,11 +2,14 @@
 
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
+#include "style/breakableText.h"
 
+#include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionFrame>
+#include <QToolTip>
 
 namespace
 {
@@ -47,7 +50,18 @@ bool FilenameTextField::event(QEvent *event)
         event->accept();
         return true;
     }
+    if (event->type() == QEvent::ToolTip && isCut()) {
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), wholeNameToolTip(), this);
+        return true;
+    }
     return QLineEdit::event(event);
+}
+
+/// The name may be too long for one line, and must not be taken for HTML.
+QString FilenameTextField::wholeNameToolTip() const
+{
+    return QStringLiteral("<p style=\"white-space: pre-wrap\"><b>%1</b></p><p>%2</p>")
+        .arg(breakableText(text()).toHtmlEscaped(), toolTip().toHtmlEscaped());
 }
 
 void FilenameTextField::keyPressEvent(QKeyEvent *event)
@@ -108,15 +122,25 @@ void FilenameTextField::paintBackground()
 }
 
 /// Where QLineEdit puts the text, so that nothing jumps when the editing begins.
-void FilenameTextField::paintElided()
+QRect FilenameTextField::textArea() const
 {
     constexpr int lineEditMargin = 2;
     QStyleOptionFrame option;
     initStyleOption(&option);
-    const QRect area = style()
-                           ->subElementRect(QStyle::SE_LineEditContents, &option, this)
-                           .marginsRemoved(textMargins())
-                           .adjusted(lineEditMargin, 0, -lineEditMargin, 0);
+    return style()
+        ->subElementRect(QStyle::SE_LineEditContents, &option, this)
+        .marginsRemoved(textMargins())
+        .adjusted(lineEditMargin, 0, -lineEditMargin, 0);
+}
+
+bool FilenameTextField::isCut() const
+{
+    return !hasFocus() && fontMetrics().horizontalAdvance(text()) > textArea().width();
+}
+
+void FilenameTextField::paintElided()
+{
+    const QRect area = textArea();
     const QFontMetrics metrics = fontMetrics();
     const int top = area.y() + (area.height() - metrics.height() + 1) / 2;
     QPainter painter(this);

@@ -2,8 +2,9 @@
 
 #include <QLineEdit>
 
-/// The editable file name. While nobody edits it, a long name is cut in its middle. It handles the
-/// editing keys itself, with Control as well as with Meta. Main thread.
+/// The editable file name. While nobody edits it, a long name is cut in its middle, and its
+/// tool tip says it whole. It handles the editing keys itself, with Control as well as with Meta.
+/// Main thread.
 class FilenameTextField : public QLineEdit
 {
     Q_OBJECT
@@ -29,6 +30,9 @@ private:
     /// False for every other key.
     bool performEditingKey(const QKeyEvent &event);
 
+    QRect textArea() const;
+    bool isCut() const;
+    QString wholeNameToolTip() const;
     void paintBackground();
     void paintElided();
 };

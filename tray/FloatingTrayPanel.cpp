@@ -3,9 +3,9 @@
 #include "platform/PanelWindow.h"
 #include "style/PaletteView.h"
 #include "style/VelmoraPalette.h"
+#include "style/accessibleRole.h"
 #include "tray/trayFrame.h"
 
-#include <QBitmap>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
@@ -19,17 +19,8 @@ constexpr double cornerRadius = 14;
 constexpr int borderWidth = 1;
 constexpr double borderAlpha = 0.18;
 
-QRegion roundedRegion(QSize size)
-{
-    QBitmap shape(size);
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRect({}, size), cornerRadius, cornerRadius);
-    painter.end();
-    return shape;
-}
+/// Without a shadow the border alone sets the panel off from what is behind it.
+constexpr double borderAlphaWithoutShadow = 0.6;
 
 /// Qt keeps each screen's corner where the system has it and scales only the distances from there.
 QRect devicePixels(const QRect &points, const QScreen &screen)
@@ -57,6 +48,7 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     , m_background(new PaletteView(this))
 {
     setWindowTitle(QStringLiteral("Velmora"));
+    setAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -74,8 +66,9 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
 
     m_background->setFillColor(VelmoraPalette::tray());
     m_background->setCornerRadius(cornerRadius);
-    m_background->setBorder(borderWidth,
-                            VelmoraPalette::withAlpha(VelmoraPalette::coral(), borderAlpha));
+    connect(&m_panelWindow, &PanelWindow::transparencyChanged, this,
+            &FloatingTrayPanel::updateEdge);
+    updateEdge();
 }
 
 void FloatingTrayPanel::setContent(QWidget *content)
@@ -85,19 +78,17 @@ void FloatingTrayPanel::setContent(QWidget *content)
     content->setGeometry(rect());
 }
 
-void FloatingTrayPanel::setFrame(const QRect &frame)
-{
-    setGeometry(frame);
-    updateCorners();
-}
-
 void FloatingTrayPanel::present()
 {
-    if (!isVisible()) {
-        createWinId();
-        m_panelWindow.prepare(*windowHandle());
-        show();
-    }
+    const bool isNew = internalWinId() == 0;
+    createWinId();
+    if (isNew)
+        m_panelWindow.setOutline(*windowHandle(), cornerRadius);
+    if (isVisible() && m_panelWindow.bringToFront(*windowHandle()))
+        return;
+    hide();
+    m_panelWindow.prepare(*windowHandle());
+    show();
     m_panelWindow.bringToFront(*windowHandle());
 }
 
@@ -144,20 +135,26 @@ void FloatingTrayPanel::notePlace()
         m_history.hidden(FileTimes::now());
 }
 
-/// Where nothing shows through, the corners' pixels are cut off the window, and those that the
-/// edge crosses get the panel's colour.
+/// Where nothing shows through, the pixels that the corners' curves cross are not blended with what
+/// is behind the panel. They get the border's colour, and those outside are cut off the window.
 void FloatingTrayPanel::paintEvent(QPaintEvent *)
 {
-    if (m_roundsByMask)
-        QPainter(this).fillRect(rect(), VelmoraPalette::tray());
+    if (m_isBlended)
+        return;
+    QPainter painter(this);
+    painter.fillRect(rect(), VelmoraPalette::tray());
+    painter.fillRect(rect(), borderColor());
 }
 
-void FloatingTrayPanel::updateCorners()
+QColor FloatingTrayPanel::borderColor() const
 {
-    m_roundsByMask = !m_panelWindow.showsTransparency();
-    if (m_roundsByMask)
-        setMask(roundedRegion(size()));
-    else
-        clearMask();
+    return VelmoraPalette::withAlpha(VelmoraPalette::coral(),
+                                     m_isBlended ? borderAlpha : borderAlphaWithoutShadow);
+}
+
+void FloatingTrayPanel::updateEdge()
+{
+    m_isBlended = m_panelWindow.showsTransparency();
+    m_background->setBorder(borderWidth, borderColor());
     update();
 }

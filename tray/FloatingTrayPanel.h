@@ -19,10 +19,8 @@ public:
     /// Fills the panel; the panel takes ownership.
     void setContent(QWidget *content);
 
-    /// Moves and sizes the panel, and follows a compositor that has come or gone.
-    void setFrame(const QRect &frame);
-
-    /// Shows the panel in front of the others and leaves the keyboard where it is.
+    /// Shows the panel in front of the others, whatever was done to it meanwhile, and leaves the
+    /// keyboard where it is.
     void present();
 
     /// Takes the keyboard from whatever program has it.
@@ -40,12 +38,14 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void updateCorners();
+    QColor borderColor() const;
+    void updateEdge();
     void notePlace();
 
     PanelWindow &m_panelWindow;
     PaletteView *m_background;
     QWidget *m_content = nullptr;
-    bool m_roundsByMask = false;
+    /// What is behind the panel shows through where it is transparent.
+    bool m_isBlended = false;
     PanelHistory m_history;
 };

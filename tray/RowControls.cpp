@@ -1,10 +1,12 @@
 #include "tray/RowControls.h"
 
+#include "filesystem/FileUrls.h"
 #include "platform/SystemWords.h"
 #include "style/BezelButton.h"
 #include "style/PaletteView.h"
 #include "style/SymbolImages.h"
 #include "style/VelmoraPalette.h"
+#include "style/accessibleRole.h"
 #include "tray/BadgeLabel.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
@@ -72,7 +74,7 @@ void configure(const RowControls &controls)
     controls.thumbnailView->setCornerRadius(thumbnailRadius);
     controls.thumbnailView->setToolTip(QStringLiteral("Drag screenshot"));
     controls.thumbnailView->setCursor(Qt::OpenHandCursor);
-    controls.thumbnailView->setAccessibleName(controls.thumbnailView->toolTip());
+    controls.thumbnailView->setAccessibleName(QStringLiteral("Thumbnail"));
 
     controls.freshnessLabel->setFixedSize(freshnessSize);
 
@@ -98,6 +100,19 @@ QLayout *layOutName(const RowControls &controls)
     return column;
 }
 
+/// By the file's name the controls of one row can be told from those of another.
+void nameAfterFile(QWidget *row, DraggableImageView *thumbnail)
+{
+    const auto name = [row, thumbnail] {
+        const QString file = FileUrls::lastPathComponent(thumbnail->fileURL());
+        row->setAccessibleName(file);
+        thumbnail->setAccessibleDescription(QStringLiteral("Thumbnail of ") + file);
+    };
+    setAccessibleRole(*row, QAccessible::Grouping);
+    name();
+    QObject::connect(thumbnail, &DraggableImageView::fileURLChanged, row, name);
+}
+
 /// The four symbols fill less than the buttons' width and stand at its end. With the undo button
 /// they need ten points more, which the name gives.
 QLayout *layOutButtons(const RowControls &controls)
@@ -118,6 +133,7 @@ RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &file
 {
     const RowControls controls = makeControls(row, file, filename);
     configure(controls);
+    nameAfterFile(row, controls.thumbnailView);
 
     auto *buttons = new QWidget(row);
     buttons->setLayout(layOutButtons(controls));

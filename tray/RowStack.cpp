@@ -5,6 +5,8 @@
 void RowStack::insertAtTop(QWidget *row)
 {
     row->setParent(this);
+    // Its place among the children is the one in which it is read out.
+    row->lower();
     m_rows.prepend(row);
     for (int i = 1; i < m_rows.size(); ++i)
         QWidget::setTabOrder(m_rows[i - 1], m_rows[i]);

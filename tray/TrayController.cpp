@@ -10,9 +10,7 @@
 #include "tray/ScreenshotRowView.h"
 #include "tray/trayFrame.h"
 
-#include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 
 #include <algorithm>
 
@@ -46,28 +44,20 @@ struct Overloaded : Cases... {
 
 TrayController::TrayController(Platform &platform, ScreenshotImages &images,
                                ScreenshotActions &actions, QObject *parent)
-    : QObject(parent), m_platform(platform), m_images(images), m_actions(actions)
+    : QObject(parent)
+    , m_platform(platform)
+    , m_images(images)
+    , m_actions(actions)
+    , m_screen(*platform.panelWindow)
 {
     connect(&m_dismissalTasks, &RowDismissals::due, this, &TrayController::removeRow);
-    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
-            &TrayController::followPrimaryScreen);
-    followPrimaryScreen();
+    connect(&m_screen, &TrayScreen::changed, this, &TrayController::layoutPanel);
 }
 
 TrayController::~TrayController()
 {
     for (ScreenshotRowView *row : std::as_const(m_rows))
         row->retire(ScreenshotRowView::TypedName::Forget);
-}
-
-void TrayController::followPrimaryScreen()
-{
-    disconnect(m_screenChanges);
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        m_screenChanges =
-            connect(screen, &QScreen::availableGeometryChanged, this, &TrayController::layoutPanel);
-    }
-    layoutPanel();
 }
 
 void TrayController::createPanel()
@@ -96,6 +86,9 @@ QUuid TrayController::addScreenshot(const ScreenshotPointer &screenshot,
 
     trimRows();
     updateFreshness();
+    // While the user types a name the tray stays where they look.
+    if (!m_panel->isActiveWindow())
+        m_screen.choose();
     layoutPanel();
     animateArrival(row);
     m_panel->present();
@@ -139,11 +132,11 @@ void TrayController::updateFreshness()
 
 void TrayController::layoutPanel()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    if (!m_panel || !screen)
+    const std::optional<QRect> visible = m_screen.visibleFrame();
+    if (!m_panel || !visible)
         return;
-    m_panel->setFrame(trayFrame(screen->availableGeometry(), int(m_rowOrder.size()),
-                                VelmoraSettings::trayPosition()));
+    m_panel->setGeometry(
+        trayFrame(*visible, int(m_rowOrder.size()), VelmoraSettings::trayPosition()));
 }
 
 QList<PanelPlace> TrayController::placesBetween(FileTime from, FileTime to) const

@@ -4,6 +4,7 @@
 #include "tray/PanelHistory.h"
 #include "tray/RowDismissals.h"
 #include "tray/ScreenshotRowAction.h"
+#include "tray/TrayScreen.h"
 
 #include <QHash>
 #include <QList>
@@ -16,15 +17,15 @@
 #include <optional>
 
 class FloatingTrayPanel;
-class QScreen;
 class RowStack;
 class ScreenshotActions;
 class ScreenshotImages;
 class ScreenshotRowView;
 struct Platform;
 
-/// The floating tray: at most three rows, the newest on top, in the corner of the screen that the
-/// user has chosen. It carries out what the rows ask for. Main thread; the services outlive it.
+/// The floating tray: at most three rows, the newest on top, in the corner that the user has
+/// chosen, of the screen where they work. It carries out what the rows ask for. Main thread; the
+/// services outlive it.
 class TrayController : public QObject
 {
     Q_OBJECT
@@ -71,7 +72,6 @@ public:
 
 private:
     void createPanel();
-    void followPrimaryScreen();
     void trimRows();
     void updateFreshness();
     void scheduleDismissal(const QUuid &id);
@@ -93,5 +93,5 @@ private:
     QHash<QUuid, ScreenshotRowView *> m_rows;
     QList<QUuid> m_rowOrder;
     RowDismissals m_dismissalTasks;
-    QMetaObject::Connection m_screenChanges;
+    TrayScreen m_screen;
 };

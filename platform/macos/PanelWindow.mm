@@ -1,5 +1,7 @@
 #include "platform/PanelWindow.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 
 #import <AppKit/AppKit.h>
@@ -44,8 +46,32 @@ public:
         panel.becomesKeyOnlyIfNeeded = YES;
     }
 
-    /// Qt's raise() would make the whole program the active one.
-    void bringToFront(QWindow &window) override { [panelOf(window) orderFrontRegardless]; }
+    /// The screen with the window that has the keyboard.
+    QScreen *screen() const override
+    {
+        const NSRect frame = NSScreen.mainScreen.frame;
+        // AppKit counts from the lower edge of the first screen, Qt from its upper one.
+        const CGFloat top =
+            NSMaxY(NSScreen.screens.firstObject.frame) - frame.origin.y - frame.size.height;
+        const QRectF wanted(frame.origin.x, top, frame.size.width, frame.size.height);
+        const QList<QScreen *> screens = QGuiApplication::screens();
+        for (QScreen *screen : screens) {
+            if (screen->geometry() == wanted.toRect())
+                return screen;
+        }
+        return QGuiApplication::primaryScreen();
+    }
+
+    /// The system draws the shadow after what the window shows.
+    void setOutline(QWindow &, double) override {}
+
+    /// Qt's raise() would make the whole program the active one. A panel that has been put away
+    /// comes back with it.
+    bool bringToFront(QWindow &window) override
+    {
+        [panelOf(window) orderFrontRegardless];
+        return true;
+    }
 
     /// Qt's requestActivate() makes the panel the key window and leaves the active application as
     /// it is.

@@ -85,13 +85,14 @@ private Q_SLOTS:
         QCOMPARE(panel.property("_NET_WM_DESKTOP"), text("4294967295"));
     }
 
-    void itMayHaveTheKeyboardAndIsNobodysDialogue()
+    void itTakesTheKeyboardItselfAndIsNobodysDialogue()
     {
         Panel panel(*m_service);
         panel.present();
         const QString hints = panel.property("WM_HINTS");
-        QVERIFY2(hints.contains(text("Client accepts input or input focus: True")),
+        QVERIFY2(hints.contains(text("Client accepts input or input focus: False")),
                  qPrintable(hints));
+        QVERIFY(panel.property("WM_PROTOCOLS").contains(text("WM_TAKE_FOCUS")));
         QVERIFY(panel.property("WM_TRANSIENT_FOR").contains(text("not found")));
     }
 

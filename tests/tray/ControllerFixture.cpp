@@ -59,6 +59,7 @@ void ControllerFixture::tell(const char *what, const QList<QUrl> &urls)
 
 void ControllerFixture::activate()
 {
+    QVERIFY(QTest::qWaitForWindowExposed(panel()));
     panel()->takeFocus();
     QVERIFY(QTest::qWaitForWindowActive(panel()));
 }

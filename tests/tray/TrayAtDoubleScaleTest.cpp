@@ -1,4 +1,5 @@
 #include "tests/tray/ControllerFixture.h"
+#include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
 
 #include "style/VelmoraPalette.h"
@@ -10,6 +11,8 @@
 #include <QFile>
 #include <QScreen>
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -59,6 +62,45 @@ private Q_SLOTS:
         const FileTime gone = FileTimes::now();
         QCOMPARE(m_tray->placesBetween(gone - 10s, gone).size(), 1);
         QVERIFY(m_tray->placesBetween(gone + 1s, gone + 2s).isEmpty());
+    }
+
+    void withoutACompositorItsCornersAreCutAsFinelyAsThePixelsAre()
+    {
+        add("one.png");
+        QTRY_COMPARE(screenPicture().pixelColor(inPicture(panel()->geometry().center())).rgb(),
+                     qRgb(255, 255, 255));
+        const QImage picture = screenPicture();
+        const QPoint corner = inPicture(panel()->geometry().topLeft());
+        constexpr double radius = 2 * 14;
+        for (int row = 0; row < radius; ++row) {
+            int cut = 0;
+            while (picture.pixelColor(corner + QPoint(cut, row)).lightness() < 40)
+                ++cut;
+            const double up = radius - row - 0.5;
+            const double wanted = radius - std::sqrt(radius * radius - up * up);
+            QVERIFY2(std::abs(cut - wanted) <= 1, qPrintable(u"%1: %2"_s.arg(row).arg(cut)));
+        }
+    }
+
+    void withACompositorItsCornersAreBlended()
+    {
+        const Compositor compositor;
+        add("one.png");
+        QTRY_COMPARE(screenPicture().pixelColor(inPicture(panel()->geometry().center())).rgb(),
+                     qRgb(255, 255, 255));
+        const QImage picture = screenPicture();
+        const QPoint corner = inPicture(panel()->geometry().topLeft());
+        const int outside = picture.pixelColor(corner).lightness();
+        const int inside = VelmoraPalette::tray().lightness();
+        QVERIFY(outside < inside - 60);
+        int blended = 0;
+        for (int row = 1; row < 28; ++row) {
+            for (int column = 0; column < 28; ++column) {
+                const int lightness = picture.pixelColor(corner + QPoint(column, row)).lightness();
+                blended += lightness > outside + 20 && lightness < inside - 40 ? 1 : 0;
+            }
+        }
+        QVERIFY2(blended >= 10, qPrintable(QString::number(blended)));
     }
 
 private:

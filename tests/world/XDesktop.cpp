@@ -89,3 +89,8 @@ void Terminal::activate() const
     if (!QTest::qWaitFor([this] { return isActive(); }, int(patience.count())))
         qWarning() << "xterm does not get the keyboard";
 }
+
+bool Terminal::hasKeyboard() const
+{
+    return xdotool({QStringLiteral("getwindowfocus")}).toULongLong() == m_window;
+}

@@ -40,6 +40,8 @@ public:
     WId window() const { return m_window; }
     void activate() const;
     bool isActive() const { return XDesktop::activeWindow() == m_window; }
+    /// Whether what is typed goes there, whatever the window manager says is active.
+    bool hasKeyboard() const;
 
 private:
     QProcess m_process;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QRect>
+
+#include <xcb/xcb.h>
+
+class X11Connection;
+
+/// A window that holds nothing but another window's soft shadow, for desktops with a compositor. It
+/// lies directly below that window, no window manager looks after it, and clicks go through it.
+/// Where the server has no windows with transparency it is never seen. Main thread.
+class ShadowWindow
+{
+public:
+    explicit ShadowWindow(X11Connection &x11);
+    ~ShadowWindow();
+    Q_DISABLE_COPY_MOVE(ShadowWindow)
+
+    struct Caster {
+        /// The top-level window on the server: the frame that the window manager has put around it.
+        xcb_window_t window = XCB_WINDOW_NONE;
+        /// In device pixels of the desktop.
+        QRect place;
+        /// Of the corners, in points.
+        double radius = 0;
+        /// Device pixels a point.
+        double scale = 1;
+    };
+
+    /// Shows the shadow, and follows the window to a new place and in the stack.
+    void showBelow(const Caster &caster);
+    void hide();
+
+private:
+    void create();
+    void draw(const Caster &caster);
+
+    X11Connection &m_x11;
+    xcb_window_t m_window = XCB_WINDOW_NONE;
+    xcb_colormap_t m_colormap = XCB_NONE;
+    bool m_isMapped = false;
+    /// What the window shows now.
+    QSize m_drawnSize;
+    double m_drawnScale = 0;
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+
+#include <initializer_list>
+#include <xcb/xcb.h>
+
+/// Reads and writes what windows and their manager tell each other, over a connection of somebody
+/// else. Main thread.
+class X11Properties
+{
+public:
+    X11Properties(xcb_connection_t *connection, xcb_window_t root);
+
+    /// Asked of the server once each.
+    xcb_atom_t atom(const char *name);
+    QList<quint32> atoms(std::initializer_list<const char *> names);
+
+    /// A property of whole numbers, at most 512 of them; empty when the window has none.
+    QList<quint32> numbers(xcb_window_t window, const char *property);
+
+    void set(xcb_window_t window, const char *property, xcb_atom_t type,
+             const QList<quint32> &values);
+
+    /// Asks the window manager for something about a window.
+    void request(xcb_window_t window, const char *message, std::initializer_list<quint32> values);
+
+    xcb_window_t root() const { return m_root; }
+
+private:
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root;
+    QHash<QByteArray, xcb_atom_t> m_atoms;
+};

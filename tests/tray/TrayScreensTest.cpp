@@ -1,0 +1,89 @@
+#include "tests/tray/ControllerFixture.h"
+#include "tests/world/Screens.h"
+#include "tests/world/XDesktop.h"
+
+#include "core/VelmoraSettings.h"
+#include "tray/FilenameTextField.h"
+#include "tray/FloatingTrayPanel.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using TrayOnScreen::name;
+using TrayOnScreen::panel;
+using TrayOnScreen::rows;
+
+/// The tray of a desktop with two screens side by side, of 800 by 1000 each.
+class TrayScreensTest : public QObject, ControllerFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QVERIFY(m_screens.divide());
+        XDesktop::movePointer(onTheLeft);
+        begin();
+    }
+
+    void cleanup()
+    {
+        end();
+        QVERIFY(m_screens.joinMonitors());
+    }
+
+    void itStandsOnTheScreenThatHasThePointer()
+    {
+        add("one.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 1000 - 88 - 44, 620, 88));
+        XDesktop::movePointer(onTheRight);
+        add("two.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(1600 - 620 - 44, 1000 - 166 - 44, 620, 166));
+        XDesktop::movePointer(onTheLeft);
+        add("three.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 1000 - 244 - 44, 620, 244));
+    }
+
+    void withoutANewScreenshotItStaysOnItsScreen()
+    {
+        add("one.png");
+        add("two.png");
+        XDesktop::movePointer(onTheRight);
+        click(rows().first(), "Dismiss");
+        QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 1000 - 88 - 44, 620, 88));
+        VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        m_tray->layoutPanel();
+        QTRY_COMPARE(panel()->geometry(), QRect(44, 44, 620, 88));
+    }
+
+    void whileANameIsTypedItStaysWhereItIs()
+    {
+        add("one.png");
+        QVERIFY(QTest::qWaitForWindowExposed(panel()));
+        type(rows().first(), "half");
+        XDesktop::movePointer(onTheRight);
+        add("two.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 1000 - 166 - 44, 620, 166));
+        QVERIFY(name(rows().last())->hasFocus());
+    }
+
+    void whenItsScreenGoesItMovesToAnother()
+    {
+        VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        XDesktop::movePointer(onTheRight);
+        add("one.png");
+        QTRY_COMPARE(panel()->pos(), QPoint(800 + 44, 44));
+        QVERIFY(m_screens.joinMonitors());
+        QTRY_COMPARE(panel()->pos(), QPoint(44, 44));
+    }
+
+private:
+    static constexpr QPoint onTheLeft = {300, 300};
+    static constexpr QPoint onTheRight = {1300, 300};
+
+    Screens m_screens;
+};
+
+QTEST_MAIN(TrayScreensTest)
+#include "TrayScreensTest.moc"

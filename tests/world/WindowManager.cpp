@@ -1,0 +1,121 @@
+#include "tests/world/WindowManager.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+#include <xcb/xcb.h>
+
+namespace
+{
+
+constexpr int patience = 20'000; // milliseconds
+
+/// A connection for one question or message.
+class Server
+{
+public:
+    Server() : m_connection(xcb_connect(nullptr, nullptr)) {}
+    ~Server() { xcb_disconnect(m_connection); }
+    Q_DISABLE_COPY_MOVE(Server)
+
+    xcb_window_t root() const
+    {
+        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    }
+
+    xcb_atom_t atom(const char *name) const
+    {
+        const auto cookie =
+            xcb_intern_atom(m_connection, false, static_cast<uint16_t>(std::strlen(name)), name);
+        xcb_intern_atom_reply_t *reply = xcb_intern_atom_reply(m_connection, cookie, nullptr);
+        const xcb_atom_t result = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+        std::free(reply);
+        return result;
+    }
+
+    bool isOwned(const char *selection) const
+    {
+        const auto cookie = xcb_get_selection_owner(m_connection, atom(selection));
+        auto *reply = xcb_get_selection_owner_reply(m_connection, cookie, nullptr);
+        const bool result = reply && reply->owner != XCB_NONE;
+        std::free(reply);
+        return result;
+    }
+
+    /// As a pager or a task bar sends it for the user.
+    void tell(WId window, const char *message, std::initializer_list<quint32> values) const
+    {
+        xcb_client_message_event_t event = {};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = static_cast<xcb_window_t>(window);
+        event.type = atom(message);
+        std::copy(values.begin(), values.end(), event.data.data32);
+        xcb_send_event(m_connection, false, root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char *>(&event));
+        xcb_flush(m_connection);
+    }
+
+private:
+    xcb_connection_t *m_connection;
+};
+
+constexpr quint32 fromPager = 2;
+
+} // namespace
+
+void WindowManager::minimize(WId window)
+{
+    constexpr quint32 iconic = 3;
+    Server().tell(window, "WM_CHANGE_STATE", {iconic});
+}
+
+void WindowManager::setFullScreen(WId window, bool fullScreen)
+{
+    const Server server;
+    server.tell(window, "_NET_WM_STATE",
+                {fullScreen, server.atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager});
+}
+
+void WindowManager::showDesktop(bool shown)
+{
+    const Server server;
+    server.tell(server.root(), "_NET_SHOWING_DESKTOP", {shown});
+}
+
+void WindowManager::moveToDesktop(WId window, quint32 desktop)
+{
+    Server().tell(window, "_NET_WM_DESKTOP", {desktop, fromPager});
+}
+
+struct Compositor::Process {
+    QProcess picom;
+};
+
+Compositor::Compositor() : m_process(std::make_unique<Process>())
+{
+    // Without a file of settings it draws no shadows of its own.
+    m_process->picom.start(QStringLiteral("picom"),
+                           {QStringLiteral("--backend"), QStringLiteral("xrender"),
+                            QStringLiteral("--config"), QStringLiteral("/dev/null")});
+    if (!QTest::qWaitFor(isRunning, patience))
+        qWarning("picom does not start");
+}
+
+Compositor::~Compositor()
+{
+    m_process->picom.terminate();
+    if (!QTest::qWaitFor([this] { return m_process->picom.state() == QProcess::NotRunning; },
+                         patience))
+        qWarning("picom does not end");
+}
+
+bool Compositor::isRunning()
+{
+    return Server().isOwned("_NET_WM_CM_S0");
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <QWindow>
+
+/// What a user can have the window manager of a test's world do with any program's windows.
+namespace WindowManager
+{
+
+void minimize(WId window);
+void setFullScreen(WId window, bool fullScreen);
+
+/// Hides all windows, or brings them back.
+void showDesktop(bool shown);
+
+/// @param desktop counted from 0
+void moveToDesktop(WId window, quint32 desktop);
+
+} // namespace WindowManager
+
+/// A compositor, which blends transparent windows, from the moment that it runs until the object's
+/// end.
+class Compositor
+{
+public:
+    Compositor();
+    ~Compositor();
+    Q_DISABLE_COPY_MOVE(Compositor)
+
+    static bool isRunning();
+
+private:
+    struct Process;
+    std::unique_ptr<Process> m_process;
+};
