@@ -7,31 +7,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace
-{
-
-/// Fewer bytes than `size` when the file has become shorter; nothing when it can't be read.
-std::optional<QByteArray> read(int descriptor, qint64 size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    qint64 filled = 0;
-    while (filled < size) {
-        const ssize_t count =
-            ::pread(descriptor, bytes.data() + filled, size_t(size - filled), filled);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return std::nullopt;
-        if (count == 0)
-            break;
-        filled += count;
-    }
-    bytes.truncate(filled);
-    return bytes;
-}
-
-} // namespace
-
 std::shared_ptr<OpenFile> OpenFile::open(const QString &path)
 {
     // Even opening a device can have an effect, so the kind is checked before and after.
@@ -57,12 +32,27 @@ std::optional<FileIdentity> OpenFile::identity() const
     return fileIdentity(m_descriptor);
 }
 
-QByteArray readBeginning(int descriptor, qint64 maximum)
+bool OpenFile::isNameless() const
 {
-    const std::optional<FileIdentity> identity = fileIdentity(descriptor);
-    if (!identity)
-        return {};
-    return read(descriptor, std::min(identity->size, maximum)).value_or(QByteArray());
+    struct stat status = {};
+    return ::fstat(m_descriptor, &status) == 0 && status.st_nlink == 0;
+}
+
+qint64 readPart(int descriptor, qint64 from, char *to, qint64 maximum)
+{
+    qint64 filled = 0;
+    while (filled < maximum) {
+        const ssize_t count =
+            ::pread(descriptor, to + filled, size_t(maximum - filled), off_t(from + filled));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return -1;
+        if (count == 0)
+            break;
+        filled += count;
+    }
+    return filled;
 }
 
 std::optional<QByteArray> readWhole(int descriptor, qint64 maximum)
@@ -70,5 +60,10 @@ std::optional<QByteArray> readWhole(int descriptor, qint64 maximum)
     const std::optional<FileIdentity> identity = fileIdentity(descriptor);
     if (!identity || identity->size > maximum)
         return std::nullopt;
-    return read(descriptor, identity->size);
+    QByteArray bytes(identity->size, Qt::Uninitialized);
+    const qint64 count = readPart(descriptor, 0, bytes.data(), bytes.size());
+    if (count < 0)
+        return std::nullopt;
+    bytes.truncate(count); // the file may have become shorter
+    return bytes;
 }

@@ -42,6 +42,9 @@ public:
     /// As it is now.
     std::optional<FileIdentity> identity() const;
 
+    /// Whether it has no name any more: it was deleted, or another file has taken its place.
+    bool isNameless() const;
+
 private:
     explicit OpenFile(int descriptor);
 
@@ -54,8 +57,9 @@ std::optional<FileIdentity> fileIdentity(int descriptor);
 /// Of the regular file at the path.
 std::optional<FileIdentity> fileIdentity(const QString &path);
 
-/// The first bytes, at most `maximum`; fewer when the file is shorter or can't be read.
-QByteArray readBeginning(int descriptor, qint64 maximum);
+/// Up to `maximum` bytes from the position `from`, fewer at the file's end. Returns how many; -1
+/// when they can't be read. The descriptor's position does not matter.
+qint64 readPart(int descriptor, qint64 from, char *to, qint64 maximum);
 
 /// The whole content. Nothing when it can't be read, is no regular file or has more than `maximum`
 /// bytes. The descriptor's position does not matter.

@@ -14,7 +14,11 @@ std::shared_ptr<HeldScreenshot> HeldScreenshot::hold(const QUrl &file, const Ope
 
 HeldScreenshot::HeldScreenshot(const QString &path, const FileIdentity &identity,
                                const OpenCount &openCount)
-    : m_identity(identity), m_path(path), m_openCount(openCount)
+    : m_identity(identity)
+    , m_firstPath(path)
+    , m_openCount(openCount)
+    , m_current(identity)
+    , m_path(path)
 {
     if (m_openCount->fetch_add(1) < maximumOpen)
         m_open = openIfSame(m_path);
@@ -27,9 +31,26 @@ HeldScreenshot::~HeldScreenshot()
 
 std::shared_ptr<OpenFile> HeldScreenshot::open() const
 {
-    if (m_open)
-        return m_open;
     const std::lock_guard lock(m_mutex);
+    if (m_open && !m_open->isNameless())
+        return m_open;
+    if (!m_open) {
+        if (std::shared_ptr<OpenFile> file = openInFolder())
+            return file;
+    }
+    std::shared_ptr<OpenFile> successor = OpenFile::open(m_firstPath);
+    const std::optional<FileIdentity> identity = successor ? successor->identity() : std::nullopt;
+    if (!identity)
+        return m_open;
+    m_current = *identity;
+    m_path = m_firstPath;
+    if (m_open)
+        m_open = successor;
+    return successor;
+}
+
+std::shared_ptr<OpenFile> HeldScreenshot::openInFolder() const
+{
     if (std::shared_ptr<OpenFile> file = openIfSame(m_path))
         return file;
     QDirIterator entries(QFileInfo(m_path).path(), QDir::Files | QDir::Hidden);
@@ -46,9 +67,9 @@ std::shared_ptr<OpenFile> HeldScreenshot::open() const
 std::shared_ptr<OpenFile> HeldScreenshot::openIfSame(const QString &path) const
 {
     const std::optional<FileIdentity> standing = fileIdentity(path);
-    if (!standing || !standing->sameFile(m_identity))
+    if (!standing || !standing->sameFile(m_current))
         return nullptr;
     std::shared_ptr<OpenFile> file = OpenFile::open(path);
     const std::optional<FileIdentity> opened = file ? file->identity() : std::nullopt;
-    return opened && opened->sameFile(m_identity) ? file : nullptr;
+    return opened && opened->sameFile(m_current) ? file : nullptr;
 }

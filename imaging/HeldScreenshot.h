@@ -11,7 +11,8 @@
 /// A screenshot file that can still be read when it has been renamed since. Any thread.
 ///
 /// It is kept open as long as few others are; beyond that only its identity is kept, and the file
-/// is looked for under its old name and then in the folder.
+/// is looked for under its old name and then in the folder. When it is gone from there because
+/// another file has taken its name, that one is the screenshot: it was written anew.
 class HeldScreenshot
 {
 public:
@@ -29,16 +30,21 @@ public:
     /// As it was when the hold began.
     const FileIdentity &identity() const { return m_identity; }
 
-    /// The file, open for reading; null when it is gone or may not be read. Blocks.
+    /// The file, open for reading; null when it is gone or may not be read. Another one than before
+    /// where it was written anew. Blocks.
     std::shared_ptr<OpenFile> open() const;
 
 private:
     HeldScreenshot(const QString &path, const FileIdentity &identity, const OpenCount &openCount);
     std::shared_ptr<OpenFile> openIfSame(const QString &path) const;
+    std::shared_ptr<OpenFile> openInFolder() const;
 
-    FileIdentity m_identity;
-    mutable std::mutex m_mutex;
-    mutable QString m_path;           ///< where the file was last seen; guarded by the mutex
-    std::shared_ptr<OpenFile> m_open; ///< null beyond the bound
+    const FileIdentity m_identity;
+    const QString m_firstPath;
     OpenCount m_openCount;
+    mutable std::mutex m_mutex;
+    // Guarded by the mutex:
+    mutable FileIdentity m_current;           ///< other than the first where it was written anew
+    mutable QString m_path;                   ///< where the file was last seen
+    mutable std::shared_ptr<OpenFile> m_open; ///< null beyond the bound
 };

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-void PictureCache::insert(const FileIdentity &identity, const QImage &picture, Time now)
+void PictureCache::insert(const FileIdentity &identity, const DecodedPicture &picture, Time now)
 {
     m_entries.removeIf([&](const Entry &entry) { return entry.identity.sameFile(identity); });
     m_entries.prepend({identity, picture, now});
     dropSurplus();
 }
 
-QImage PictureCache::find(const FileIdentity &identity, Time now)
+DecodedPicture PictureCache::find(const FileIdentity &identity, Time now)
 {
     const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
         return entry.identity.sameContent(identity);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "filesystem/OpenFile.h"
+#include "imaging/DecodedPicture.h"
 
-#include <QImage>
 #include <QList>
 
 #include <chrono>
@@ -19,20 +19,21 @@ public:
     /// Only the newest picture may be larger.
     static constexpr qsizetype maximumBytes = 128'000'000;
 
-    void insert(const FileIdentity &identity, const QImage &picture, Time now);
+    void insert(const FileIdentity &identity, const DecodedPicture &picture, Time now);
 
-    /// The picture of this file in this state, or a null image. Counts as a use.
-    QImage find(const FileIdentity &identity, Time now);
+    /// The picture of this file in this state, or a null picture. Counts as a use.
+    DecodedPicture find(const FileIdentity &identity, Time now);
 
     /// Drops what has not been used for its lifetime.
     void dropUnused(Time now);
 
+    void clear() { m_entries.clear(); }
     bool isEmpty() const { return m_entries.isEmpty(); }
 
 private:
     struct Entry {
         FileIdentity identity;
-        QImage picture;
+        DecodedPicture picture;
         Time lastUse;
     };
     void dropSurplus();

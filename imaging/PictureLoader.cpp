@@ -1,7 +1,6 @@
 #include "imaging/PictureLoader.h"
 
 #include "core/releaseFreeMemory.h"
-#include "imaging/decodeImage.h"
 #include "imaging/pictureEnd.h"
 
 #include <QDateTime>
@@ -34,12 +33,16 @@ PictureLoader::PictureLoader(FileWriters &writers) : m_writers(writers), m_dropT
 {
     m_dropTimer.setSingleShot(true);
     connect(&m_dropTimer, &QTimer::timeout, this, &PictureLoader::dropUnusedPictures);
+    m_budget->setOnReturn([this] {
+        QMetaObject::invokeMethod(this, &PictureLoader::resumePostponed, Qt::QueuedConnection);
+    });
 }
 
 PictureLoader::~PictureLoader()
 {
     m_pool.clear();
     m_pool.waitForDone();
+    m_budget->setOnReturn({});
 }
 
 void PictureLoader::load(const std::shared_ptr<HeldScreenshot> &file,
@@ -56,7 +59,7 @@ void PictureLoader::load(const std::shared_ptr<HeldScreenshot> &file,
         request->answer({});
         return;
     }
-    const QImage picture = m_pictures.find(*identity, now());
+    const DecodedPicture picture = m_pictures.find(*identity, now());
     if (!picture.isNull()) {
         answer({request}, picture);
         return;
@@ -96,20 +99,28 @@ void PictureLoader::decode(const WaitPointer &wait)
     // What waits for its turn in the pool keeps no file open.
     const auto work = [this, wait] {
         const OpenFilePointer file = wait->file->open();
-        const QImage picture = file ? decodeImage(file->descriptor()) : QImage();
-        const std::optional<FileIdentity> identity = file ? file->identity() : std::nullopt;
-        QMetaObject::invokeMethod(this, [=, this] { decoded(wait, identity, picture); });
+        const Decoding decoding = file ? decodePicture(file->descriptor(), m_budget) : Decoding();
+        // It may have been written anew meanwhile: then it has changed.
+        const OpenFilePointer standing = file ? wait->file->open() : nullptr;
+        const OpenFilePointer &newest = standing ? standing : file;
+        const std::optional<FileIdentity> identity = newest ? newest->identity() : std::nullopt;
+        QMetaObject::invokeMethod(this, [=, this] { decoded(wait, identity, decoding); });
     };
     m_pool.start(work, ++m_decodePriority);
 }
 
 void PictureLoader::decoded(const WaitPointer &wait, const std::optional<FileIdentity> &identity,
-                            const QImage &picture)
+                            const Decoding &decoding)
 {
     if (!identity) {
         finish(wait, {});
         return;
     }
+    if (decoding.lackingBytes > 0) {
+        postpone(wait, decoding.lackingBytes);
+        return;
+    }
+    const DecodedPicture &picture = decoding.picture;
     const CompletionWait::Step step = wait->completion.decoded(!picture.isNull(), *identity, now());
     if (step == CompletionWait::Step::Finish) {
         remember(*identity, picture);
@@ -117,6 +128,25 @@ void PictureLoader::decoded(const WaitPointer &wait, const std::optional<FileIde
     } else {
         proceed(wait, step);
     }
+}
+
+void PictureLoader::postpone(const WaitPointer &wait, qint64 bytes)
+{
+    m_pictures.clear();
+    m_postponed.push_back({wait, bytes});
+    // Something may have been let go in the meantime.
+    resumePostponed();
+}
+
+void PictureLoader::resumePostponed()
+{
+    if (m_postponed.empty() || !m_budget->hasRoom(m_postponed.back().bytes))
+        return;
+    const WaitPointer wait = m_postponed.back().wait;
+    m_postponed.pop_back();
+    probe(wait);
+    // The others are looked at when this one has taken its room.
+    QMetaObject::invokeMethod(this, &PictureLoader::resumePostponed, Qt::QueuedConnection);
 }
 
 void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step)
@@ -131,14 +161,14 @@ void PictureLoader::proceed(const WaitPointer &wait, CompletionWait::Step step)
     }
 }
 
-void PictureLoader::finish(const WaitPointer &wait, const QImage &picture)
+void PictureLoader::finish(const WaitPointer &wait, const DecodedPicture &picture)
 {
     m_waits.erase(keyOf(*wait->file));
     answer(wait->requests, picture);
     wait->requests.clear();
 }
 
-void PictureLoader::answer(const Requests &requests, const QImage &picture)
+void PictureLoader::answer(const Requests &requests, const DecodedPicture &picture)
 {
     for (const std::shared_ptr<PictureRequest> &request : requests) {
         if (request->kind() == PictureRequest::Kind::Thumbnail && !picture.isNull())
@@ -148,7 +178,7 @@ void PictureLoader::answer(const Requests &requests, const QImage &picture)
     }
 }
 
-void PictureLoader::remember(const FileIdentity &identity, const QImage &picture)
+void PictureLoader::remember(const FileIdentity &identity, const DecodedPicture &picture)
 {
     m_pictures.insert(identity, picture, now());
     if (!m_dropTimer.isActive())

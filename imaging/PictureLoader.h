@@ -2,8 +2,10 @@
 
 #include "imaging/CompletionWait.h"
 #include "imaging/HeldScreenshot.h"
+#include "imaging/PictureBudget.h"
 #include "imaging/PictureCache.h"
 #include "imaging/PictureRequest.h"
+#include "imaging/decodeImage.h"
 
 #include <QObject>
 #include <QThreadPool>
@@ -46,15 +48,25 @@ private:
     void probe(const WaitPointer &wait);
     void decode(const WaitPointer &wait);
     void decoded(const WaitPointer &wait, const std::optional<FileIdentity> &identity,
-                 const QImage &picture);
+                 const Decoding &decoding);
+    void postpone(const WaitPointer &wait, qint64 bytes);
+    void resumePostponed();
     void proceed(const WaitPointer &wait, CompletionWait::Step step);
-    void finish(const WaitPointer &wait, const QImage &picture);
-    void answer(const Requests &requests, const QImage &picture);
-    void remember(const FileIdentity &identity, const QImage &picture);
+    void finish(const WaitPointer &wait, const DecodedPicture &picture);
+    void answer(const Requests &requests, const DecodedPicture &picture);
+    void remember(const FileIdentity &identity, const DecodedPicture &picture);
     void dropUnusedPictures();
 
     FileWriters &m_writers;
     std::map<FileKey, WaitPointer> m_waits;
+    /// What waits for other pictures to be let go, newest last.
+    struct Postponed {
+        WaitPointer wait;
+        qint64 bytes;
+    };
+    std::vector<Postponed> m_postponed;
+    std::shared_ptr<PictureBudget> m_budget =
+        std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
     PictureCache m_pictures;
     QTimer m_dropTimer;
     int m_decodePriority = 0;

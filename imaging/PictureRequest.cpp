@@ -11,26 +11,29 @@ PictureRequest::~PictureRequest()
         answer({});
 }
 
-void PictureRequest::answer(const QImage &picture)
+void PictureRequest::answer(const DecodedPicture &picture)
 {
     m_answered = true;
     m_promise.addResult(m_promise.isCanceled() ? QImage() : wanted(picture));
     m_promise.finish();
 }
 
-QImage PictureRequest::wanted(const QImage &picture) const
+QImage PictureRequest::wanted(const DecodedPicture &picture) const
 {
     switch (m_kind) {
-    case Kind::Picture:
-        return picture;
+    case Kind::Top:
+        return picture.top;
     case Kind::Completion:
         return {};
     case Kind::Thumbnail:
         break;
     }
-    const bool fits = picture.width() <= m_bounds.width() && picture.height() <= m_bounds.height();
-    if (picture.isNull() || fits)
-        return picture;
-    return picture.scaled(m_bounds.expandedTo({1, 1}), Qt::KeepAspectRatio,
-                          Qt::SmoothTransformation);
+    const QImage &whole = picture.overview;
+    const bool fits = whole.width() <= m_bounds.width() && whole.height() <= m_bounds.height();
+    if (whole.isNull())
+        return {};
+    // A thumbnail stays long: it must not keep the memory of a whole picture.
+    if (fits)
+        return whole.copy();
+    return whole.scaled(m_bounds.expandedTo({1, 1}), Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }

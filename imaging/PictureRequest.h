@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/DecodedPicture.h"
+
 #include <QFuture>
 #include <QImage>
 #include <QPromise>
@@ -11,8 +13,8 @@ class PictureRequest
 {
 public:
     enum class Kind {
-        Picture,    ///< the whole picture
-        Thumbnail,  ///< the picture scaled down into bounds
+        Top,        ///< the upper part: the whole picture unless it is huge
+        Thumbnail,  ///< the whole picture scaled down into bounds
         Completion, ///< only that the wait is over
     };
 
@@ -24,11 +26,11 @@ public:
     QFuture<QImage> future() const { return m_promise.future(); }
     bool isCanceled() const { return m_promise.isCanceled(); }
 
-    /// Gives the asker of the picture what he asked for. Scaling takes its time.
-    void answer(const QImage &picture);
+    /// Gives those who ask for the picture what they asked for. Scaling takes its time.
+    void answer(const DecodedPicture &picture);
 
 private:
-    QImage wanted(const QImage &picture) const;
+    QImage wanted(const DecodedPicture &picture) const;
 
     Kind m_kind;
     QSize m_bounds;

@@ -71,7 +71,7 @@ ScreenshotImages::Held ScreenshotImages::hold(const QUrl &file)
 
 QFuture<QImage> ScreenshotImages::image(const Held &file)
 {
-    return d->request(file, PictureRequest::Kind::Picture);
+    return d->request(file, PictureRequest::Kind::Top);
 }
 
 QFuture<QImage> ScreenshotImages::thumbnail(const Held &file, QSize bounds)

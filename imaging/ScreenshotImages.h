@@ -17,7 +17,9 @@ class HeldScreenshot;
 /// waits, without blocking anybody, until the last writer has closed the file, or a while after it
 /// has written the picture to its end, for at most `CompletionWait::limit`. Requests for a file
 /// whose pixels are still here share them; only the newest few pictures are kept, and none for
-/// long. The newest request is served first. Cancelling a future frees what is not needed any more.
+/// long. The newest request is served first; all that is held or decoded at a time stays below
+/// PictureBudget::ofScreenshots, so that some may have to wait for others to be let go. Cancelling
+/// a future frees what is not needed any more.
 ///
 /// Any thread. Destruction ends what waits: its futures give null images.
 class ScreenshotImages
@@ -26,11 +28,13 @@ public:
     explicit ScreenshotImages(FileWriters &writers);
     ~ScreenshotImages();
 
-    /// The whole picture; a null image when it can't be read.
+    /// The picture as it is read: the whole of it, but only the upper part of one that has more
+    /// than screenshotLimits.top pixels. A null image when it can't be read. What it holds counts
+    /// in the budget of all pictures: let go of it soon.
     QFuture<QImage> image(const QUrl &file);
 
-    /// The picture scaled down to fit into `bounds` (pixels), its proportions kept; never scaled
-    /// up. A null image when it can't be read.
+    /// The whole picture scaled down to fit into `bounds` (pixels), its proportions kept; never
+    /// scaled up. A null image when it can't be read.
     QFuture<QImage> thumbnail(const QUrl &file, QSize bounds);
 
     /// Finished when the file is complete or the wait is over.

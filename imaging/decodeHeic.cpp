@@ -1,11 +1,18 @@
 #include "imaging/decodeHeic.h"
 
+#include "imaging/PictureSink.h"
+
+#include <QIODevice>
+
 #include <libheif/heif.h>
 
 #include <memory>
 
 namespace
 {
+
+/// What the library holds of each pixel at most, while it decodes and converts.
+constexpr qint64 decoderPixelBytes = 6;
 
 template <auto release>
 struct Release {
@@ -41,15 +48,41 @@ Pixels decode(const heif_image_handle *handle, heif_chroma chroma)
     return done ? Pixels(image) : Pixels();
 }
 
-QImage copied(const heif_image *pixels, QImage::Format format)
+QIODevice &deviceOf(void *file)
+{
+    return *static_cast<QIODevice *>(file);
+}
+
+const heif_reader reader = {
+    1,
+    [](void *file) { return int64_t(deviceOf(file).pos()); },
+    [](void *to, size_t size, void *file) {
+        return deviceOf(file).read(static_cast<char *>(to), qint64(size)) == qint64(size) ? 0 : 1;
+    },
+    [](int64_t position, void *file) { return deviceOf(file).seek(position) ? 0 : 1; },
+    [](int64_t size, void *file) {
+        return size <= deviceOf(file).size() ? heif_reader_grow_status_size_reached
+                                             : heif_reader_grow_status_size_beyond_eof;
+    },
+};
+
+bool copyRows(const heif_image *pixels, QSize size, bool hasAlpha, PictureSink &sink)
 {
     int stride = 0;
     const uchar *plane = heif_image_get_plane_readonly(pixels, heif_channel_interleaved, &stride);
-    const QSize size(heif_image_get_width(pixels, heif_channel_interleaved),
-                     heif_image_get_height(pixels, heif_channel_interleaved));
-    if (!plane || stride <= 0)
-        return {};
-    return QImage(plane, size.width(), size.height(), stride, format).copy();
+    const QSize decoded(heif_image_get_width(pixels, heif_channel_interleaved),
+                        heif_image_get_height(pixels, heif_channel_interleaved));
+    if (!plane || decoded != size)
+        return false;
+    for (int y = 0; y < size.height(); ++y) {
+        const uchar *from = plane + qptrdiff(y) * stride;
+        QRgb *const to = sink.row(y);
+        const int channels = hasAlpha ? 4 : 3;
+        for (int x = 0; x < size.width(); ++x, from += channels)
+            to[x] = qRgba(from[0], from[1], from[2], hasAlpha ? from[3] : 0xff);
+        sink.finishRow(y);
+    }
+    return true;
 }
 
 } // namespace
@@ -61,27 +94,26 @@ bool isHeic(const QByteArray &beginning)
     return kind == heif_filetype_yes_supported || kind == heif_filetype_yes_unsupported;
 }
 
-QImage decodeHeic(const QByteArray &bytes, qint64 maximumPixels)
+bool decodeHeic(QIODevice &file, PictureSink &sink)
 {
     const Context context(heif_context_alloc());
     if (!context)
-        return {};
+        return false;
     // Several pictures are decoded at once already.
     heif_context_set_max_decoding_threads(context.get(), 1);
-    if (!succeeded(heif_context_read_from_memory_without_copy(context.get(), bytes.constData(),
-                                                              size_t(bytes.size()), nullptr)))
-        return {};
+    if (!succeeded(heif_context_read_from_reader(context.get(), &reader, &file, nullptr)))
+        return false;
     const Handle handle = primaryPicture(context.get());
     if (!handle)
-        return {};
-    const qint64 width = heif_image_handle_get_width(handle.get());
-    const qint64 height = heif_image_handle_get_height(handle.get());
-    if (width <= 0 || height <= 0 || width * height > maximumPixels)
-        return {};
+        return false;
+    const QSize size(heif_image_handle_get_width(handle.get()),
+                     heif_image_handle_get_height(handle.get()));
+    const qint64 pixels = qint64(size.width()) * size.height();
     const bool hasAlpha = heif_image_handle_has_alpha_channel(handle.get()) != 0;
-    const Pixels pixels =
+    if (!sink.begin({size, hasAlpha ? PictureSink::Alpha::Straight : PictureSink::Alpha::None},
+                    pixels * decoderPixelBytes + file.size()))
+        return false;
+    const Pixels decoded =
         decode(handle.get(), hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB);
-    if (!pixels)
-        return {};
-    return copied(pixels.get(), hasAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+    return decoded && copyRows(decoded.get(), size, hasAlpha, sink);
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QByteArray>
-#include <QImage>
+
+class PictureSink;
+class QIODevice;
 
 /// Whether a file that begins like this is a picture of the family that decodeHeic() reads (HEIC,
 /// AVIF); some dozens of bytes tell.
 bool isHeic(const QByteArray &beginning);
 
-/// The file's primary picture, upright. A null image when it can't be decoded or has more than
-/// `maximumPixels`. Any thread; blocks.
-QImage decodeHeic(const QByteArray &bytes, qint64 maximumPixels);
+/// Decodes the file's primary picture, upright. False when the file is broken, cut short or refused
+/// by the sink. Any thread.
+bool decodeHeic(QIODevice &file, PictureSink &sink);

@@ -1,10 +1,13 @@
 #include "imaging/decodeImage.h"
 
 #include "filesystem/OpenFile.h"
+#include "imaging/DescriptorDevice.h"
+#include "imaging/PictureSink.h"
 #include "imaging/decodeHeic.h"
+#include "imaging/decodeJpeg.h"
 #include "imaging/decodePng.h"
-#include "imaging/jpegEnd.h"
-#include "imaging/pictureMemory.h"
+#include "imaging/decodeTiff.h"
+#include "imaging/decodeWebp.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -14,70 +17,98 @@
 namespace
 {
 
+using namespace std::string_view_literals;
+using Transformations = QImageIOHandler::Transformations;
+
 constexpr qint64 signatureBytes = 64;
 
-/// Pixels of 64 bits, while they are decoded.
-constexpr int allocationLimitMegabytes = int(maximumDecodedPixels * 8 / 1'000'000);
+/// A JPEG file says within these which side is up.
+constexpr qint64 headerBytes = 256 * 1024;
 
-using namespace std::string_view_literals;
+enum class Format { None, Png, Jpeg, Tiff, Webp, Heic };
 
-/// The name under which Qt knows the format; nullptr for what has no unmistakable beginning.
-const char *qtFormat(const QByteArray &beginning)
+Format formatOf(const QByteArray &beginning)
 {
     const std::string_view content(beginning.constData(), size_t(beginning.size()));
     if (content.starts_with("\x89PNG\r\n\x1A\n"sv))
-        return "png";
+        return Format::Png;
     if (content.starts_with("\xFF\xD8\xFF"sv))
-        return "jpeg";
+        return Format::Jpeg;
     if (content.starts_with("II*\0"sv) || content.starts_with("MM\0*"sv) ||
         content.starts_with("II+\0"sv) || content.starts_with("MM\0+"sv))
-        return "tiff";
+        return Format::Tiff;
     if (content.starts_with("RIFF"sv) && content.substr(0, 12).ends_with("WEBP"sv))
-        return "webp";
-    return nullptr;
+        return Format::Webp;
+    return isHeic(beginning) ? Format::Heic : Format::None;
 }
 
-/// A picture in memory of ours, which is cheaper to fill; null where that is not to be had.
-QImage pictureToFill(QSize size, QImage::Format format)
+Transformations uprightJpeg(QIODevice &file)
 {
-    if (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32)
+    QByteArray header = file.read(headerBytes);
+    file.seek(0);
+    QBuffer buffer(&header);
+    QImageReader reader(&buffer, "jpeg");
+    return reader.transformation();
+}
+
+/// What turns the picture upright; nothing where there is none.
+std::optional<Transformations> decodeInto(PictureSink &sink, QIODevice &file)
+{
+    const auto asItIs = [](bool done) {
+        return done ? std::optional(Transformations()) : std::nullopt;
+    };
+    const QByteArray beginning = file.read(signatureBytes);
+    file.seek(0);
+    const Format format = formatOf(beginning);
+    const bool isHeld = format == Format::Heic || format == Format::Webp;
+    if (isHeld && file.size() > maximumHeldFileSize)
+        return std::nullopt;
+    switch (format) {
+    case Format::Png:
+        return asItIs(decodePng(file, sink));
+    case Format::Jpeg: {
+        const Transformations turns = uprightJpeg(file);
+        const bool isTurned = turns != QImageIOHandler::TransformationNone;
+        return decodeJpeg(file, isTurned, sink) ? std::optional(turns) : std::nullopt;
+    }
+    case Format::Tiff:
+        return decodeTiff(file, sink);
+    case Format::Webp:
+        return asItIs(decodeWebp(file, sink));
+    case Format::Heic:
+        return asItIs(decodeHeic(file, sink));
+    case Format::None:
+        break;
+    }
+    return std::nullopt;
+}
+
+Decoding decode(QIODevice &file, const PictureLimits &limits,
+                const std::shared_ptr<PictureBudget> &budget)
+{
+    if (file.size() > maximumPictureFileSize)
         return {};
-    const auto memory = allocatePictureMemory(std::size_t(4) * std::size_t(size.width()) *
-                                              std::size_t(size.height()));
-    return memory ? pictureIn(memory, size, format) : QImage();
+    PictureSink sink(limits, budget);
+    const std::optional<Transformations> turns = decodeInto(sink, file);
+    if (!turns)
+        return {{}, sink.lackingBytes()};
+    return {sink.takePicture(*turns), 0};
 }
 
-QImage decodeWithQt(const QByteArray &bytes, const char *format)
+QImage decodeForPasting(QIODevice &file)
 {
-    // The limit is the process's; the pixels are counted below because not every format heeds it.
-    static const bool limited = [] {
-        QImageReader::setAllocationLimit(allocationLimitMegabytes);
-        return true;
-    }();
-    Q_UNUSED(limited)
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(false);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.isEmpty() || qint64(size.width()) * size.height() > maximumDecodedPixels)
-        return {};
-    // The format's reader takes this one where it has the size and format that it needs.
-    QImage picture = pictureToFill(size, reader.imageFormat());
-    return reader.read(&picture) ? picture : QImage();
-}
-
-/// Everybody down the road works with 8 bits a channel.
-QImage withoutDeepChannels(QImage image)
-{
-    if (image.depth() <= 32)
-        return image;
-    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
-                                                         : QImage::Format_RGB32);
+    constexpr PictureLimits whole{0, maximumPastedPixels};
+    const auto budget = std::make_shared<PictureBudget>(PictureBudget::ofPasting);
+    return decode(file, whole, budget).picture.overview;
 }
 
 } // namespace
+
+Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget)
+{
+    DescriptorDevice file(descriptor);
+    return decode(file, screenshotLimits, budget);
+}
 
 QImage decodeImage(const QUrl &file)
 {
@@ -87,25 +118,14 @@ QImage decodeImage(const QUrl &file)
 
 QImage decodeImage(int descriptor)
 {
-    // What is no picture is not read any further, however large it is.
-    const QByteArray beginning = readBeginning(descriptor, signatureBytes);
-    if (!qtFormat(beginning) && !isHeic(beginning))
-        return {};
-    const std::optional<QByteArray> bytes = readWhole(descriptor, maximumPictureFileSize);
-    return bytes ? decodeImage(*bytes) : QImage();
+    DescriptorDevice file(descriptor);
+    return decodeForPasting(file);
 }
 
 QImage decodeImage(const QByteArray &bytes)
 {
-    if (const char *format = qtFormat(bytes)) {
-        if (qstrcmp(format, "jpeg") == 0 && !reachesJpegEnd(bytes))
-            return {};
-        if (qstrcmp(format, "png") == 0) {
-            const QImage picture = decodePlainPng(bytes, maximumDecodedPixels);
-            if (!picture.isNull())
-                return picture;
-        }
-        return withoutDeepChannels(decodeWithQt(bytes, format));
-    }
-    return isHeic(bytes.left(signatureBytes)) ? decodeHeic(bytes, maximumDecodedPixels) : QImage();
+    QBuffer file;
+    file.setData(bytes);
+    file.open(QBuffer::ReadOnly);
+    return decodeForPasting(file);
 }

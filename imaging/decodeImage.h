@@ -1,25 +1,48 @@
 #pragma once
 
+#include "imaging/DecodedPicture.h"
+#include "imaging/PictureBudget.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QUrl>
 
-/// Pictures of more pixels than this are not decoded: 64 million are 256 MB in memory, and twice
-/// what the largest ordinary screens hold.
-constexpr qint64 maximumDecodedPixels = 64'000'000;
+#include <memory>
 
-/// Files of more bytes than this are not decoded: as many as the largest picture takes that is
-/// stored without compression.
-constexpr qint64 maximumPictureFileSize = 256'000'000;
+// Picture files are PNG, JPEG, TIFF, HEIC or WebP, judged by their content and not by their names.
+// Pictures are turned upright; of several in one file it is the first or primary one. There is
+// none when the file can't be read, is none of these, is cut short or is too large
+// (PictureSink::maximumPixels; HEIC, WebP and interlaced PNG, which are decoded whole, have to fit
+// into the budget). Whatever the file says, decoding takes no more than its budget. Any thread;
+// blocks.
 
-/// Decodes a picture file: PNG, JPEG, TIFF, HEIC or WebP, judged by its content and not by
-/// its name, and turned upright; of several pictures in one file the first or primary one. A null
-/// image when the file can't be read, is none of these, is cut short or is too large. Any thread;
-/// blocks.
+/// Of a picture file on the clipboard, so many bytes may be held in memory; a larger one has to be
+/// read when it is pasted.
+constexpr qint64 maximumClipboardBytes = 64'000'000;
+
+/// Files of more bytes than this are not decoded: to read them takes seconds.
+constexpr qint64 maximumPictureFileSize = 2'000'000'000;
+
+/// HEIC and WebP files are held in memory while they are decoded: of at most so many bytes.
+constexpr qint64 maximumHeldFileSize = 64'000'000;
+
+/// What is held of a screenshot: 40 million pixels are five 4K screens, 160 MB.
+constexpr PictureLimits screenshotLimits{40'000'000, 4'000'000};
+
+/// A file as it was decoded.
+struct Decoding {
+    DecodedPicture picture;
+    /// More than 0 when there may be a picture, but not yet: so much room was lacking.
+    qint64 lackingBytes = 0;
+};
+
+/// From an open descriptor, which stays the caller's; its position does not matter. The pictures
+/// hold what they take of the budget.
+Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget);
+
+/// All of the picture, scaled down where it has more than `maximumPastedPixels`; for those who
+/// paste it. The budget is its own, PictureBudget::ofPasting.
+constexpr qint64 maximumPastedPixels = 25'000'000;
 QImage decodeImage(const QUrl &file);
-
-/// The same from an open descriptor, which stays the caller's; its position does not matter.
 QImage decodeImage(int descriptor);
-
-/// The same from a picture file's bytes.
 QImage decodeImage(const QByteArray &bytes);

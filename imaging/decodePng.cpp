@@ -1,259 +1,117 @@
 #include "imaging/decodePng.h"
 
-#include "imaging/pictureMemory.h"
+#include "imaging/PictureSink.h"
 
-#include <QByteArrayView>
-#include <QtEndian>
+#include <QIODevice>
 
-#include <libdeflate.h>
-
-#include <algorithm>
-#include <cstdlib>
 #include <memory>
-#include <optional>
-#include <vector>
+#include <png.h>
 
 namespace
 {
 
-// --- The file: a signature, and chunks of length, type, data and checksum.
-
-struct Chunk {
-    QByteArrayView type;
-    QByteArrayView data;
-};
-
-/// Takes the first chunk off `rest`; nothing where it is cut short or its checksum does not fit.
-std::optional<Chunk> takeChunk(QByteArrayView &rest)
+void fail(png_structp png, png_const_charp)
 {
-    constexpr qsizetype frame = 12; // length, type and checksum
-    if (rest.size() < frame)
-        return std::nullopt;
-    const auto length = qFromBigEndian<quint32>(rest.data());
-    if (length > std::size_t(rest.size() - frame))
-        return std::nullopt;
-    const QByteArrayView checked = rest.sliced(4, 4 + qsizetype(length));
-    const auto checksum = qFromBigEndian<quint32>(checked.data() + checked.size());
-    if (libdeflate_crc32(0, checked.data(), std::size_t(checked.size())) != checksum)
-        return std::nullopt;
-    rest = rest.sliced(frame + qsizetype(length));
-    return Chunk{checked.first(4), checked.sliced(4)};
+    png_longjmp(png, 1);
 }
 
-struct Header {
-    QSize size;
-    int channels; ///< 3 or 4: with alpha
-};
+void ignore(png_structp, png_const_charp) {}
 
-/// Nothing for the kinds of PNG that are left to others.
-std::optional<Header> plainHeader(const Chunk &chunk)
+void readBytes(png_structp png, png_bytep to, std::size_t size)
 {
-    constexpr qsizetype length = 13;
-    if (chunk.type != "IHDR" || chunk.data.size() != length)
-        return std::nullopt;
-    const auto width = qFromBigEndian<qint32>(chunk.data.data());
-    const auto height = qFromBigEndian<qint32>(chunk.data.data() + 4);
-    const QByteArrayView kind = chunk.data.sliced(8);
-    if (width <= 0 || height <= 0)
-        return std::nullopt;
-    // Eight bits; red, green, blue; the one compression and filtering there is; not interlaced.
-    if (kind == QByteArrayView("\x08\x02\0\0\0", 5))
-        return Header{{width, height}, 3};
-    if (kind == QByteArrayView("\x08\x06\0\0\0", 5))
-        return Header{{width, height}, 4};
-    return std::nullopt;
+    auto *file = static_cast<QIODevice *>(png_get_io_ptr(png));
+    if (file->read(reinterpret_cast<char *>(to), qint64(size)) != qint64(size))
+        png_error(png, "cut short");
 }
 
-struct PlainPng {
-    Header header;
-    QByteArray compressed; ///< the data of all "IDAT" chunks: one zlib stream
-};
-
-/// A decoder must know a chunk whose type begins with a capital.
-bool isCritical(const Chunk &chunk)
-{
-    return chunk.type[0] >= 'A' && chunk.type[0] <= 'Z';
-}
-
-/// Nothing for other kinds of PNG, for broken ones, and for too many pixels. May refer to `bytes`.
-std::optional<PlainPng> parse(const QByteArray &bytes, qint64 maximumPixels)
-{
-    constexpr QByteArrayView signature("\x89PNG\r\n\x1A\n", 8);
-    if (!bytes.startsWith(signature))
-        return std::nullopt;
-    QByteArrayView rest = QByteArrayView(bytes).sliced(signature.size());
-    std::optional<Chunk> chunk = takeChunk(rest);
-    const std::optional<Header> header = chunk ? plainHeader(*chunk) : std::nullopt;
-    if (!header || qint64(header->size.width()) * header->size.height() > maximumPixels)
-        return std::nullopt;
-    PlainPng png{*header, {}};
-    for (chunk = takeChunk(rest); chunk && chunk->type != "IEND"; chunk = takeChunk(rest)) {
-        if (chunk->type == "IDAT" && png.compressed.isEmpty())
-            png.compressed = QByteArray::fromRawData(chunk->data.data(), chunk->data.size());
-        else if (chunk->type == "IDAT")
-            png.compressed.append(chunk->data);
-        else if (isCritical(*chunk) || chunk->type == "tRNS") // a colour that is transparent
-            return std::nullopt;
+/// A reader with its notes on the picture.
+struct Reader {
+    Reader() : png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore))
+    {
+        info = png ? png_create_info_struct(png) : nullptr;
     }
-    return chunk ? std::optional(png) : std::nullopt;
+    ~Reader() { png_destroy_read_struct(&png, &info, nullptr); }
+    Q_DISABLE_COPY_MOVE(Reader)
+
+    png_structp png;
+    png_infop info;
+};
+
+/// Texts, profiles and the like are not even read into memory: a small file may hold gigabytes of
+/// them.
+void skipWhatIsNoPixels(png_structp png)
+{
+    constexpr png_byte transparency[] = "tRNS";
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_AS_DEFAULT, transparency, 1);
 }
 
-bool inflate(const QByteArray &compressed, unsigned char *to, std::size_t size)
+/// Whatever is stored, a row is given as pixels of one QRgb.
+void askForPixels(png_structp png)
 {
-    const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>
-        decompressor(libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);
-    return decompressor && libdeflate_zlib_decompress(decompressor.get(), compressed.constData(),
-                                                      std::size_t(compressed.size()), to, size,
-                                                      nullptr) == LIBDEFLATE_SUCCESS;
-}
-
-// --- The rows: each channel is stored as its difference from what its neighbours predict. The
-// four channels of a pixel are worked on at once, in one word.
-
-/// Channel by channel, without carry from one to the next.
-constexpr QRgb sum(QRgb first, QRgb second)
-{
-    constexpr QRgb low = 0x7f7f7f7fU;
-    return ((first & low) + (second & low)) ^ ((first ^ second) & ~low);
-}
-
-/// Channel by channel, rounded down.
-constexpr QRgb mean(QRgb first, QRgb second)
-{
-    return (first & second) + (((first ^ second) & 0xfefefefeU) >> 1);
-}
-
-/// Of one channel: the neighbour that is nearest to left + above - corner.
-int paethPredictor(int left, int above, int corner)
-{
-    const int toLeft = std::abs(above - corner);
-    const int toAbove = std::abs(left - corner);
-    const int toCorner = std::abs(left + above - 2 * corner);
-    const int next = toAbove <= toCorner ? above : corner;
-    return toLeft <= std::min(toAbove, toCorner) ? left : next;
-}
-
-QRgb paethPrediction(QRgb left, QRgb above, QRgb corner)
-{
-    // Most of a screen is plain: all channels have the same neighbour.
-    if (left == corner)
-        return above;
-    if (above == corner)
-        return left;
-    QRgb predicted = 0;
-    for (int shift = 0; shift < 32; shift += 8) {
-        const int channel = paethPredictor(int(left >> shift & 0xff), int(above >> shift & 0xff),
-                                           int(corner >> shift & 0xff));
-        predicted |= QRgb(channel) << shift;
+    png_set_expand(png);
+    png_set_scale_16(png);
+    png_set_gray_to_rgb(png);
+    if (QSysInfo::ByteOrder == QSysInfo::LittleEndian) {
+        png_set_bgr(png);
+        png_set_add_alpha(png, 0xff, PNG_FILLER_AFTER);
+    } else {
+        png_set_swap_alpha(png);
+        png_set_add_alpha(png, 0xff, PNG_FILLER_BEFORE);
     }
-    return predicted;
 }
 
-enum Filter : unsigned char { None, Sub, Up, Average, Paeth };
-
-/// The pixel that is stored at this place; no alpha where none is stored.
-template <int channels>
-QRgb storedPixel(const unsigned char *stored)
+/// What the library holds itself: some rows as they are stored.
+qint64 readerBytes(qint64 width)
 {
-    return qRgba(stored[0], stored[1], stored[2], channels == 4 ? stored[3] : 0);
+    constexpr qint64 rows = 4;
+    constexpr qint64 widestPixel = 8;
+    return rows * widestPixel * width;
 }
 
-/// Outside of the picture all is 0; a channel that is not stored is 255 and differs nowhere.
-template <int channels>
-constexpr QRgb outside = channels == 4 ? 0 : 0xff000000U;
-
-/// Turns a row of differences into pixels; false for a filter that there is not.
-template <int channels>
-bool unfilter(unsigned char filter, const unsigned char *stored, QRgb *row, const QRgb *above,
-              int width)
+bool readRows(png_structp png, png_infop info, PictureSink &sink)
 {
-    QRgb left = outside<channels>;
-    QRgb corner = outside<channels>;
-    switch (filter) {
-    case None:
-        for (int x = 0; x < width; ++x, stored += channels)
-            row[x] = sum(storedPixel<channels>(stored), outside<channels>);
-        return true;
-    case Sub:
-        for (int x = 0; x < width; ++x, stored += channels)
-            row[x] = left = sum(storedPixel<channels>(stored), left);
-        return true;
-    case Up:
-        for (int x = 0; x < width; ++x, stored += channels)
-            row[x] = sum(storedPixel<channels>(stored), above[x]);
-        return true;
-    case Average:
-        for (int x = 0; x < width; ++x, stored += channels)
-            row[x] = left = sum(storedPixel<channels>(stored), mean(left, above[x]));
-        return true;
-    case Paeth:
-        for (int x = 0; x < width; ++x, stored += channels) {
-            left = sum(storedPixel<channels>(stored), paethPrediction(left, above[x], corner));
-            row[x] = left;
-            corner = above[x];
-        }
-        return true;
-    default:
+    png_read_info(png, info);
+    const auto width = int(png_get_image_width(png, info));
+    const auto height = int(png_get_image_height(png, info));
+    const bool hasAlpha = (png_get_color_type(png, info) & PNG_COLOR_MASK_ALPHA) != 0 ||
+                          png_get_valid(png, info, PNG_INFO_tRNS) != 0;
+    const bool isInterlaced = png_get_interlace_type(png, info) != PNG_INTERLACE_NONE;
+    if (!sink.begin({{width, height},
+                     hasAlpha ? PictureSink::Alpha::Straight : PictureSink::Alpha::None,
+                     isInterlaced ? PictureSink::Order::Any : PictureSink::Order::Downwards},
+                    readerBytes(width)))
         return false;
+    askForPixels(png);
+    const int passes = png_set_interlace_handling(png);
+    png_read_update_info(png, info);
+    for (int pass = 0; pass < passes; ++pass) {
+        for (int y = 0; y < height; ++y) {
+            png_read_row(png, reinterpret_cast<png_bytep>(sink.row(y)), nullptr);
+            if (pass == passes - 1)
+                sink.finishRow(y);
+        }
     }
+    png_read_end(png, nullptr);
+    return true;
 }
 
-QRgb commonBits(const QRgb *row, int width)
+/// The library leaves by a long jump when it fails: no object of ours may be left out on its way.
+bool read(png_structp png, png_infop info, PictureSink &sink)
 {
-    QRgb common = 0xffffffffU;
-    for (int x = 0; x < width; ++x)
-        common &= row[x];
-    return common;
-}
-
-/// Turns the stored rows, each behind the number of its filter, into pixels; nothing for an unknown
-/// filter, else the bits that all of them have in common. The pixels may overwrite what they have
-/// been made of.
-template <int channels>
-std::optional<QRgb> makePixels(const unsigned char *stored, QSize size, QRgb *pixels)
-{
-    const int width = size.width();
-    const std::vector<QRgb> aboveFirst(std::size_t(width), outside<channels>);
-    const QRgb *above = aboveFirst.data();
-    QRgb common = 0xffffffffU;
-    for (int y = 0; y < size.height(); ++y) {
-        const unsigned char filter = *stored++;
-        if (!unfilter<channels>(filter, stored, pixels, above, width))
-            return std::nullopt;
-        common &= commonBits(pixels, width);
-        above = pixels;
-        pixels += width;
-        stored += channels * width;
-    }
-    return common;
+    if (setjmp(png_jmpbuf(png)) != 0)
+        return false;
+    return readRows(png, info, sink);
 }
 
 } // namespace
 
-QImage decodePlainPng(const QByteArray &bytes, qint64 maximumPixels)
+bool decodePng(QIODevice &file, PictureSink &sink)
 {
-    const std::optional<PlainPng> png = parse(bytes, maximumPixels);
-    if (!png)
-        return {};
-    const auto width = std::size_t(png->header.size.width());
-    const auto height = std::size_t(png->header.size.height());
-    // One memory for both: the pixels lie at its beginning and the stored rows at its end, so that
-    // no row of pixels reaches the stored row after its own.
-    const std::size_t storedBytes = height * (1 + std::size_t(png->header.channels) * width);
-    const std::size_t memoryBytes = std::max(storedBytes, height * 4 * width);
-    const std::shared_ptr<unsigned char> memory = allocatePictureMemory(memoryBytes);
-    if (!memory)
-        return {};
-    unsigned char *const stored = memory.get() + (memoryBytes - storedBytes);
-    if (!inflate(png->compressed, stored, storedBytes))
-        return {};
-    auto *const pixels = reinterpret_cast<QRgb *>(memory.get());
-    const std::optional<QRgb> common = png->header.channels == 4
-                                           ? makePixels<4>(stored, png->header.size, pixels)
-                                           : makePixels<3>(stored, png->header.size, pixels);
-    if (!common)
-        return {};
-    const bool opaque = qAlpha(*common) == 0xff;
-    return pictureIn(memory, png->header.size,
-                     opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32);
+    const Reader reader;
+    if (!reader.info)
+        return false;
+    png_set_read_fn(reader.png, &file, readBytes);
+    skipWhatIsNoPixels(reader.png);
+    return read(reader.png, reader.info, sink);
 }

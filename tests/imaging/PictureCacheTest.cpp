@@ -18,20 +18,20 @@ class PictureCacheTest : public QObject
         return identity;
     }
 
-    static QImage picture(int width = 10, int height = 10)
+    static DecodedPicture picture(int width = 10, int height = 10)
     {
         QImage image(width, height, QImage::Format_RGB32);
         image.fill(Qt::red);
-        return image;
+        return {image, image};
     }
 
 private Q_SLOTS:
     void aPictureIsFoundByItsFileAndTheFilesState()
     {
         PictureCache cache;
-        const QImage image = picture();
+        const DecodedPicture image = picture();
         cache.insert(file(1), image, m_start);
-        QCOMPARE(cache.find(file(1), m_start).cacheKey(), image.cacheKey());
+        QCOMPARE(cache.find(file(1), m_start).top.cacheKey(), image.top.cacheKey());
         QVERIFY(cache.find(file(1, 2), m_start).isNull());
         QVERIFY(cache.find(file(2), m_start).isNull());
     }

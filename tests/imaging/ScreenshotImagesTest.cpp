@@ -11,7 +11,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -276,6 +278,60 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(path(QStringLiteral("a.png"))));
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
+    }
+
+    void aFileThatIsWrittenAnewInItsPlaceIsReadAnew_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::newRow("not complete before") << m_png.first(m_png.size() / 2);
+        QTest::newRow("another picture before")
+            << encoded(fourFields({64, 64}), QStringLiteral("png"));
+        QTest::newRow("empty before") << QByteArray();
+    }
+    void aFileThatIsWrittenAnewInItsPlaceIsReadAnew()
+    {
+        QFETCH(QByteArray, before);
+        QVERIFY(write(path(QStringLiteral("a.png")), before));
+        const auto held = m_images->hold(url(QStringLiteral("a.png")));
+        QVERIFY(write(path(QStringLiteral("new")), m_png));
+        QFile writer(path(QStringLiteral("a.png")));
+        QVERIFY(writer.open(QFile::ReadWrite));
+        const auto image = m_images->image(held);
+        QVERIFY(lookedAgain(3));
+        // An editor's way to write: beside it, then in its place.
+        QCOMPARE(std::rename(QFile::encodeName(path(QStringLiteral("new"))).constData(),
+                             QFile::encodeName(path(QStringLiteral("a.png"))).constData()),
+                 0);
+        writer.close();
+        QVERIFY(isFinished(image));
+        QVERIFY(lookAlike(image.result(), m_picture));
+    }
+
+    void largePicturesWaitUntilOthersAreLetGo()
+    {
+        // Each takes 80 MB: two have room.
+        QImage large(5000, 4000, QImage::Format_Grayscale8);
+        large.fill(Qt::gray);
+        const QByteArray png = encoded(large, QStringLiteral("png"));
+        large = {};
+        QList<QFuture<QImage>> images;
+        for (int number = 0; number < 5; ++number) {
+            const QString name = QString::number(number);
+            QVERIFY(write(path(name), png));
+            images.append(m_images->image(url(name)));
+        }
+        const auto finished = [&] {
+            return std::count_if(images.cbegin(), images.cend(),
+                                 [](const auto &image) { return image.isFinished(); });
+        };
+        QVERIFY(QTest::qWaitFor([&] { return finished() == 2; }, patience));
+        QVERIFY(!QTest::qWaitFor([&] { return finished() > 2; }, 500));
+        while (!images.isEmpty()) {
+            QVERIFY(QTest::qWaitFor([&] { return finished() > 0; }, patience));
+            images.removeIf([](const auto &image) {
+                return image.isFinished() && image.result().size() == QSize(5000, 4000);
+            });
+        }
     }
 
     void manyHeldFilesAreFoundAgainUnderTheirNewNamesWithFewDescriptors()

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+
+#include <vector>
+
+/// Scales a picture down while its rows come from top to bottom: each pixel is the mean of a
+/// square. Premultiplied pixels stay premultiplied.
+class Overview
+{
+public:
+    /// The smallest squares with which a picture of this size has at most `maximumPixels`.
+    Overview(QSize size, qint64 maximumPixels);
+
+    /// In bytes, all it will hold.
+    qint64 memory() const;
+
+    void addRow(const QRgb *row);
+
+    /// When all rows have been added. A null image when there was no memory.
+    QImage picture(QImage::Format format) const;
+
+private:
+    void writeRow();
+
+    QSize m_source;
+    int m_side = 1; ///< of a square
+    QSize m_size;
+    QImage m_picture;
+    std::vector<quint32> m_sums; ///< of each channel of each square
+    int m_rowsInSums = 0;
+    int m_nextRow = 0;
+};

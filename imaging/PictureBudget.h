@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+
+/// Counts the memory that decoded pictures hold, with what decoders need beside them, so that all
+/// together stay below a bound whatever the files say. Any thread.
+class PictureBudget : public std::enable_shared_from_this<PictureBudget>
+{
+public:
+    // In bytes. Together with the clipboard's bytes (maximumClipboardBytes) they are 400 MB.
+
+    /// Of all screenshots that are decoded, kept for a moment, scaled and read.
+    static constexpr qint64 ofScreenshots = 216'000'000;
+    /// Of a picture that is decoded because somebody pastes it.
+    static constexpr qint64 ofPasting = 120'000'000;
+
+    explicit PictureBudget(qint64 total) : m_total(total) {}
+
+    qint64 total() const { return m_total; }
+
+    /// A part of the budget; returned when it is destroyed.
+    class Reservation
+    {
+    public:
+        Reservation(const std::shared_ptr<PictureBudget> &budget, qint64 bytes);
+        ~Reservation();
+        Q_DISABLE_COPY_MOVE(Reservation)
+
+        /// Returns what is more than this.
+        void reduceTo(qint64 bytes);
+
+    private:
+        std::shared_ptr<PictureBudget> m_budget;
+        qint64 m_bytes;
+    };
+
+    /// Null when there is not so much left.
+    std::shared_ptr<Reservation> reserve(qint64 bytes);
+
+    bool hasRoom(qint64 bytes) const;
+
+    /// Called after each return, in whichever thread that happens; an empty function ends it. When
+    /// this returns, the former one is not running any more.
+    void setOnReturn(std::function<void()> onReturn);
+
+private:
+    void giveBack(qint64 bytes);
+
+    const qint64 m_total;
+    mutable std::mutex m_mutex;
+    qint64 m_reserved = 0; ///< guarded by the mutex
+    std::mutex m_callMutex;
+    std::function<void()> m_onReturn; ///< guarded by the call mutex
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QImageIOHandler>
+
+#include <optional>
+
+class PictureSink;
+class QIODevice;
+
+/// Decodes the first picture of a TIFF file, as it is stored; returns what turns it upright.
+/// Nothing when the file is broken, cut short or refused by the sink. Any thread.
+std::optional<QImageIOHandler::Transformations> decodeTiff(QIODevice &file, PictureSink &sink);

@@ -1,0 +1,46 @@
+#include "tests/imaging/PeakMemory.h"
+
+#include "core/releaseFreeMemory.h"
+
+#include <QFile>
+
+namespace
+{
+
+qint64 statusBytes(const char *key)
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QFile::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(qstrlen(key)).simplified().split(' ').first().toLongLong() * 1024;
+    }
+    return -1;
+}
+
+} // namespace
+
+qint64 PeakMemory::startCounting()
+{
+    releaseFreeMemory();
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    constexpr char resetPeak[] = "5";
+    if (!file.open(QFile::WriteOnly | QFile::Unbuffered) || file.write(resetPeak) != 1)
+        return -1;
+    return statusBytes("VmRSS:");
+}
+
+qint64 PeakMemory::most()
+{
+    return statusBytes("VmHWM:");
+}
+
+bool PeakMemory::isMeasurable()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return false;
+#else
+    return true;
+#endif
+}

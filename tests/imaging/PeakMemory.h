@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// The most memory that this process has held since the counting began.
+namespace PeakMemory
+{
+
+/// Begins anew, and returns what is held now. In bytes.
+qint64 startCounting();
+
+/// In bytes.
+qint64 most();
+
+/// Sanitizers keep freed memory for themselves.
+bool isMeasurable();
+
+} // namespace PeakMemory
