@@ -23,8 +23,8 @@ bool marksAreAccents(char32_t base)
     }
 }
 
-/// Spells letters out that fold to several ("ß" to "ss", a ligature to its letters), which
-/// QString::toCaseFolded() leaves alone. Such letters are known by their upper case.
+/// Spells folded letters out that stand for several ("ß" for "ss", a ligature for its letters),
+/// which QString::toCaseFolded() leaves alone. Such letters are known by their upper case.
 QString spelledOut(const QString &text)
 {
     QString spelled;
@@ -62,6 +62,6 @@ QString foldedText(const QString &text)
     if (ascii)
         return text.toLower();
     const QString decomposed =
-        spelledOut(text).toCaseFolded().normalized(QString::NormalizationForm_D);
+        spelledOut(text.toCaseFolded()).normalized(QString::NormalizationForm_D);
     return withoutAccents(decomposed).normalized(QString::NormalizationForm_C).toLower();
 }

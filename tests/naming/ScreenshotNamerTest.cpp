@@ -1,6 +1,7 @@
 #include "naming/ScreenshotNamer.h"
 
 #include "core/VelmoraTimestamp.h"
+#include "naming/NameFile.h"
 #include "naming/NameWords.h"
 
 #include <QTest>
@@ -17,7 +18,7 @@ class ScreenshotNamerTest : public QObject
         const QString application = QString::fromUtf8(appName);
         NameWords words(application);
         words.add(QString::fromUtf8(text));
-        return ScreenshotNamer::nameFromWords(words.words(), application, fileURL);
+        return NameFile::nameFromWords(words.words(), application, fileURL);
     }
 
     static QString sanitized(const char *name, const char *fallback = "fall.png")
@@ -130,7 +131,7 @@ private Q_SLOTS:
                  QStringLiteral("don|t|stop|it|snake|case|3|14"));
         QCOMPARE(tokens("GitHubDesktop"), QStringLiteral("git|hub|desktop"));
         QCOMPARE(tokens("  —!  "), QString());
-        QCOMPARE(tokens("STRASSE Straße"), QStringLiteral("strasse|strasse"));
+        QCOMPARE(tokens("STRASSE Straße STRAẞE"), QStringLiteral("strasse|strasse|strasse"));
         QCOMPARE(tokens("ﬁnal oﬃce"), QStringLiteral("final|office"));
         QCOMPARE(tokens("ΟΔΟΣ οδός"), QStringLiteral("οδοσ|οδοσ"));
         QCOMPARE(tokens("ısı"), QStringLiteral("ısı"));
