@@ -33,25 +33,27 @@ void RecentThumbnails::show(const QUrl &file, ImageView *view)
     const auto kept = std::find_if(m_kept.cbegin(), m_kept.cend(), [&](const Thumbnail &thumbnail) {
         return identity && thumbnail.file.sameContent(*identity);
     });
-    if (kept != m_kept.cend()) {
+    if (kept != m_kept.cend() && !kept->image.isNull()) {
         view->setImage(kept->image);
         return;
     }
     const int iconSide = std::min(m_size.width(), m_size.height());
     view->setImage(fileIcon(file).pixmap(onFinestScreen({iconSide, iconSide}), 1.0).toImage());
-    if (identity)
+    const bool isKnownToBeNone = kept != m_kept.cend();
+    if (identity && !isKnownToBeNone)
         load(file, *identity, view);
 }
 
 void RecentThumbnails::load(const QUrl &file, const FileIdentity &identity, ImageView *view)
 {
     QFuture<QImage> future = m_images.thumbnail(file, onFinestScreen(m_size));
-    QObject::connect(view, &QObject::destroyed, [future]() mutable { future.cancel(); });
+    const QMetaObject::Connection cancelling =
+        QObject::connect(view, &QObject::destroyed, [future]() mutable { future.cancel(); });
     whenFinished(future, view, [=, this](const QImage &image) {
-        if (image.isNull())
-            return;
-        view->setImage(image);
+        QObject::disconnect(cancelling);
         keep({identity, image});
+        if (!image.isNull())
+            view->setImage(image);
     });
 }
 

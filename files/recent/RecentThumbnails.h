@@ -25,7 +25,7 @@ public:
 private:
     struct Thumbnail {
         FileIdentity file;
-        QImage image;
+        QImage image; ///< null where there is none: it is not looked for again
     };
 
     void load(const QUrl &file, const FileIdentity &identity, ImageView *view);
