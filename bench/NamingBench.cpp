@@ -38,12 +38,12 @@ class Listener : public TextRecognizer
 public:
     explicit Listener(std::unique_ptr<TextRecognizer> reader) : m_reader(std::move(reader)) {}
 
-    void recognize(const QImage &image, const LineHandler &onLine,
+    void recognize(const Page &page, const LineHandler &onLine,
                    const Cancelled &cancelled) override
     {
         text.clear();
         m_reader->recognize(
-            image,
+            page,
             [&](const QString &line) {
                 text += line + QLatin1Char(' ');
                 return onLine(line);

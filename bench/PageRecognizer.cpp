@@ -20,13 +20,13 @@ public:
         m_engine.SetPageSegMode(tesseract::PSM_AUTO);
     }
 
-    void recognize(const QImage &image, const LineHandler &onLine, const Cancelled &) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &) override
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_ready || image.isNull())
+        if (!m_ready || page.image.isNull())
             return;
         omp_set_max_active_levels(0); // one thread
-        const QImage picture = image.convertToFormat(QImage::Format_RGB888);
+        const QImage picture = page.image.convertToFormat(QImage::Format_RGB888);
         m_engine.SetImage(picture.constBits(), picture.width(), picture.height(), 3,
                           int(picture.bytesPerLine()));
         const std::unique_ptr<char[]> text(m_engine.GetUTF8Text());

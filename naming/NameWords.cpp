@@ -1,7 +1,7 @@
 #include "naming/NameWords.h"
 
 #include "naming/Characters.h"
-#include "naming/ScreenshotNamer.h"
+#include "naming/NameTokens.h"
 
 #include <algorithm>
 
@@ -19,13 +19,13 @@ bool isNumeric(const QString &token)
 } // namespace
 
 NameWords::NameWords(const QString &appName)
-    : m_applicationTokens(ScreenshotNamer::applicationTokens(appName))
+    : m_applicationTokens(NameTokens::applicationTokens(appName))
 {
 }
 
 bool NameWords::add(const QString &line)
 {
-    for (const QString &token : ScreenshotNamer::meaningfulTokens(ScreenshotNamer::tokens(line))) {
+    for (const QString &token : NameTokens::meaningfulTokens(NameTokens::tokens(line))) {
         if (m_textWords.size() == maximumTextWords)
             break;
         if (isUsable(token))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/ScreenshotImages.h"
+#include "naming/BlindAreas.h"
 
 #include <QFuture>
 #include <QString>
@@ -27,36 +28,22 @@ public:
     /// readable text the application's name or the fallback name. The newest request is served
     /// first; cancelling its future ends it. Any thread; the file may be renamed as soon as this
     /// returns.
-    QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName);
+    ///
+    /// @param blindAreas what is not to be read, because it is none of the screenshot's own
+    QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName,
+                                     const BlindAreas &blindAreas = {});
 
     /// The same for a file that has been opened; `fileURL` gives the extension.
     QFuture<QString> suggestFilename(const ScreenshotImages::Held &file, const QUrl &fileURL,
-                                     const QString &appName);
+                                     const QString &appName, const BlindAreas &blindAreas = {});
 
-    // What follows is pure (fallbackName reads the clock). Any thread.
+    // What follows is NameFile's and NameTokens', under the names by which others know it.
 
-    /// A name that needs no text: application, "screen", time stamp.
     static QString fallbackName(const QString &appName, const QUrl &fileURL);
-
-    /// The name that the words make, joined by hyphens; without words the fallback name.
-    static QString nameFromWords(const QStringList &words, const QString &appName,
-                                 const QUrl &fileURL);
-
-    /// A safe file name: folded, lower case, words of letters and digits joined by hyphens, at most
-    /// 8 parts and 58 characters, and the extension in lower case. What `name` lacks comes from
-    /// `fallback`.
     static QString sanitize(const QString &name, const QString &fallback);
-
-    /// A space before each capital that follows a small letter.
     static QString splitCamelCase(const QString &text);
-
-    /// The text's runs of letters and numbers, folded and in lower case.
     static QStringList tokens(const QString &text);
-
-    /// The tokens of three or more characters that are no stop words, each once.
     static QStringList meaningfulTokens(const QStringList &tokens);
-
-    /// The application's one alias, or up to two tokens of its name.
     static QStringList applicationTokens(const QString &appName);
 
 private:

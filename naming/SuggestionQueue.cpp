@@ -1,8 +1,8 @@
 #include "naming/SuggestionQueue.h"
 
 #include "core/lowerThreadPriority.h"
+#include "naming/NameFile.h"
 #include "naming/NameWords.h"
-#include "naming/ScreenshotNamer.h"
 #include "platform/TextRecognizer.h"
 
 #include <QSemaphore>
@@ -38,13 +38,10 @@ void SuggestionQueue::prepare()
     });
 }
 
-QFuture<QString> SuggestionQueue::add(const ScreenshotImages::Held &file, const QUrl &fileURL,
-                                      const QString &appName)
+QFuture<QString> SuggestionQueue::add(const Request &request)
 {
     const auto suggestion = std::make_shared<Suggestion>();
-    suggestion->fileURL = fileURL;
-    suggestion->appName = appName;
-    suggestion->file = file;
+    suggestion->request = request;
     suggestion->promise.start();
     {
         const std::lock_guard lock(m_mutex);
@@ -54,7 +51,7 @@ QFuture<QString> SuggestionQueue::add(const ScreenshotImages::Held &file, const 
             prepare();
     }
     const QFuture<QString> name = suggestion->promise.future();
-    m_images.completion(suggestion->file).then([queue = shared_from_this(), suggestion] {
+    m_images.completion(request.file).then([queue = shared_from_this(), suggestion] {
         queue->start(suggestion);
     });
     return name;
@@ -96,20 +93,24 @@ void SuggestionQueue::work(const SuggestionPointer &suggestion)
         const std::lock_guard lock(m_mutex);
         m_unfinished.erase(suggestion);
     }
-    suggestion->file.reset();
+    suggestion->request.file.reset();
     suggestion->promise.addResult(name);
     suggestion->promise.finish();
 }
 
 QString SuggestionQueue::suggestedName(const Suggestion &suggestion)
 {
-    NameWords words(suggestion.appName);
+    NameWords words(suggestion.request.appName);
     const QImage image = picture(suggestion);
-    if (!image.isNull())
+    if (!image.isNull()) {
+        const auto &areas = suggestion.request.blindAreas;
         m_recognizer.recognize(
-            image, [&](const QString &line) { return words.add(line); },
+            {image, areas ? areas(image.size()) : QList<QRect>()},
+            [&](const QString &line) { return words.add(line); },
             [&] { return isCancelled(suggestion); });
-    return ScreenshotNamer::nameFromWords(words.words(), suggestion.appName, suggestion.fileURL);
+    }
+    return NameFile::nameFromWords(words.words(), suggestion.request.appName,
+                                   suggestion.request.fileURL);
 }
 
 QImage SuggestionQueue::picture(const Suggestion &suggestion)
@@ -117,7 +118,7 @@ QImage SuggestionQueue::picture(const Suggestion &suggestion)
     if (isCancelled(suggestion))
         return {};
     const auto delivery = std::make_shared<Delivery>();
-    QFuture<QImage> image = m_images.image(suggestion.file);
+    QFuture<QImage> image = m_images.image(suggestion.request.file);
     image.then([delivery](const QImage &picture) {
         delivery->picture = picture;
         delivery->arrived.release();

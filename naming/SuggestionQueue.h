@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/ScreenshotImages.h"
+#include "naming/BlindAreas.h"
 
 #include <QFuture>
 #include <QPromise>
@@ -23,9 +24,14 @@ class SuggestionQueue : public std::enable_shared_from_this<SuggestionQueue>
 public:
     SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &images);
 
-    /// @param fileURL gives the name's extension
-    QFuture<QString> add(const ScreenshotImages::Held &file, const QUrl &fileURL,
-                         const QString &appName);
+    struct Request {
+        QUrl fileURL; ///< gives the name's extension
+        QString appName;
+        BlindAreas blindAreas;
+        ScreenshotImages::Held file;
+    };
+
+    QFuture<QString> add(const Request &request);
 
     /// Cancels everything and returns when nothing runs any more; recogniser and images may go
     /// then. Whatever is added later is cancelled.
@@ -33,9 +39,7 @@ public:
 
 private:
     struct Suggestion {
-        QUrl fileURL;
-        QString appName;
-        ScreenshotImages::Held file;
+        Request request;
         int priority = 0;
         QPromise<QString> promise;
     };

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
+#include <QRect>
 #include <QString>
 
 #include <functional>
@@ -22,9 +24,20 @@ public:
     /// milliseconds.
     using Cancelled = std::function<bool()>;
 
+    /// A picture, and where in it nothing is to be read.
+    struct Page {
+        Page(const QImage &picture, const QList<QRect> &blindAreas = {}) // NOLINT: it is a picture
+            : image(picture), leftOut(blindAreas)
+        {
+        }
+
+        QImage image;
+        QList<QRect> leftOut; ///< in the image's pixels
+    };
+
     virtual ~TextRecognizer() = default;
 
-    virtual void recognize(const QImage &image, const LineHandler &onLine,
+    virtual void recognize(const Page &page, const LineHandler &onLine,
                            const Cancelled &cancelled) = 0;
 
     /// Makes an engine ready, so that the first picture is read as fast as the tenth. Any thread;

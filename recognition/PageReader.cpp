@@ -64,12 +64,13 @@ PageReader::PageReader() : m_engines(localeModels(QLocale::system()))
     keepLittleFreeMemory();
 }
 
-void PageReader::read(const QImage &image, const LineHandler &onLine, const Cancelled &cancelled)
+void PageReader::read(const QImage &image, const QList<QRect> &leftOut, const LineHandler &onLine,
+                      const Cancelled &cancelled)
 {
     const QImage picture = opaquePicture(image);
     if (picture.isNull())
         return;
-    std::vector<TextLine> lines = findLines(picture, cancelled);
+    std::vector<TextLine> lines = findLines(picture, cancelled, leftOut);
     const EnginePool::Lease engine = m_engines.take();
     LineReader reader(*engine, picture);
     readAll(std::move(lines), reader, onLine, cancelled);

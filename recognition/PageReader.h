@@ -3,6 +3,8 @@
 #include "recognition/engine/EnginePool.h"
 
 #include <QImage>
+#include <QList>
+#include <QRect>
 #include <QString>
 
 #include <functional>
@@ -24,7 +26,10 @@ public:
 
     /// Blocks for the length of the work. Never fails: a picture without text, a missing model or
     /// an engine's failure give no lines.
-    void read(const QImage &image, const LineHandler &onLine, const Cancelled &cancelled);
+    ///
+    /// @param leftOut areas of the image in which nothing is read
+    void read(const QImage &image, const QList<QRect> &leftOut, const LineHandler &onLine,
+              const Cancelled &cancelled);
 
     /// Makes an engine ready, so that the first picture is read as fast as the tenth. Blocks;
     /// calling it again costs nothing.

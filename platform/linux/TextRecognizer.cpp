@@ -8,10 +8,10 @@ namespace
 class LineByLineRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const QImage &image, const LineHandler &onLine,
+    void recognize(const Page &page, const LineHandler &onLine,
                    const Cancelled &cancelled) override
     {
-        m_reader.read(image, onLine, cancelled);
+        m_reader.read(page.image, page.leftOut, onLine, cancelled);
     }
 
     void warmUp() override { m_reader.warmUp(); }

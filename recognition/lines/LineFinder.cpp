@@ -127,6 +127,15 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
     return kept;
 }
 
+/// Takes away the blobs that stand in areas of the picture where nothing is looked for.
+void leaveOut(const QList<QRect> &areas, int factor, std::vector<QRect> &blobs)
+{
+    for (const QRect &area : areas) {
+        std::erase_if(blobs,
+                      [&](const QRect &blob) { return area.contains(blob.center() * factor); });
+    }
+}
+
 /// At most `maximumLines` lines, those nearest to the top.
 std::vector<TextLine> highest(std::vector<TextLine> lines)
 {
@@ -143,11 +152,13 @@ std::vector<TextLine> highest(std::vector<TextLine> lines)
 
 } // namespace
 
-std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled)
+std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled,
+                                const QList<QRect> &leftOut)
 {
     std::vector<TextLine> lines;
     int factor = 1;
-    for (const std::vector<QRect> &blobs : blobsOnLevels(picture, levels, cancelled)) {
+    for (std::vector<QRect> &blobs : blobsOnLevels(picture, levels, cancelled)) {
+        leaveOut(leftOut, factor, blobs);
         for (const BlobLine &blobLine : linesOf(blobs)) {
             const std::optional<TextLine> line = lineOf(blobLine);
             if (line && (factor == 1 || line->letterHeight >= lowestOnHalved))

@@ -3,6 +3,7 @@
 #include "recognition/lines/TextLine.h"
 
 #include <QImage>
+#include <QList>
 
 #include <functional>
 #include <vector>
@@ -11,4 +12,7 @@
 /// dark and dark on light. Nearly all text is found, and some of what is found is not text. Ends
 /// early, with the lines so far, when `cancelled` returns true. `picture` is the result of
 /// `opaquePicture`.
-std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled);
+///
+/// @param leftOut what stands in these areas is not seen; a line that goes into one ends there
+std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled,
+                                const QList<QRect> &leftOut = {});

@@ -27,7 +27,7 @@ public:
 class SteeredTextRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const QImage &, const LineHandler &onLine, const Cancelled &cancelled) override
+    void recognize(const Page &, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         ++begun;
         mayRead.wait(false);

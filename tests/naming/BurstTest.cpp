@@ -26,9 +26,9 @@ constexpr QSize screenSize(1920, 1080);
 class FakeRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const QImage &image, const LineHandler &onLine, const Cancelled &) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &) override
     {
-        onLine(QStringLiteral("width%1").arg(image.width()));
+        onLine(QStringLiteral("width%1").arg(page.image.width()));
     }
     void warmUp() override {}
 };

@@ -28,13 +28,13 @@ constexpr int patience = 20'000; // milliseconds
 class FakeRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const QImage &image, const LineHandler &onLine,
-                   const Cancelled &cancelled) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         const int running = ++m_running;
         {
             const std::lock_guard lock(m_mutex);
-            m_widths.append(image.width());
+            m_widths.append(page.image.width());
+            m_leftOut = page.leftOut;
             m_mostAtOnce = std::max(m_mostAtOnce, running);
             m_niceness = ::getpriority(PRIO_PROCESS, 0);
             m_onMainThread = m_onMainThread || QThread::currentThread() == m_mainThread;
@@ -71,6 +71,11 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_onMainThread;
     }
+    QList<QRect> leftOut() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_leftOut;
+    }
     int running() const { return m_running; }
 
     QStringList lines;
@@ -84,6 +89,7 @@ private:
     std::atomic_int m_running = 0;
     mutable std::mutex m_mutex;
     QList<int> m_widths;
+    QList<QRect> m_leftOut;
     int m_mostAtOnce = 0;
     int m_niceness = 0;
     bool m_onMainThread = false;
@@ -183,6 +189,20 @@ private Q_SLOTS:
         QCOMPARE(suggested(QUrl::fromLocalFile(QStringLiteral("/dev/zero")), "Safari"),
                  QStringLiteral("safari"));
         QCOMPARE(m_recognizer->widths(), QList<int>());
+    }
+
+    void whatIsNotTheScreenshotsOwnIsLeftOut()
+    {
+        m_recognizer->lines = {QStringLiteral("Budget")};
+        const BlindAreas blind = [](QSize picture) {
+            return QList<QRect>{QRect(QPoint(), picture / 2)};
+        };
+        const auto name = m_namer->suggestFilename(screenshot(20), QString(), blind);
+        QVERIFY(soon([&] { return name.isFinished(); }));
+        QCOMPARE(name.result(), QStringLiteral("budget.png"));
+        QCOMPARE(m_recognizer->leftOut(), QList<QRect>{QRect(0, 0, 10, 5)});
+        QVERIFY(!suggested(screenshot(21), "").isEmpty());
+        QCOMPARE(m_recognizer->leftOut(), QList<QRect>());
     }
 
     void theFileMayBeRenamedAtOnce()

@@ -9,9 +9,10 @@
 namespace
 {
 
-std::vector<TextLine> linesIn(const DrawnPage &page)
+std::vector<TextLine> linesIn(const DrawnPage &page, const QList<QRect> &leftOut = {})
 {
-    return findLines(opaquePicture(page.image()), [] { return false; });
+    return findLines(
+        opaquePicture(page.image()), [] { return false; }, leftOut);
 }
 
 /// How many lines hold at least half of the area, and have about its height.
@@ -31,6 +32,32 @@ class LineFinderTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void whatStandsInAnAreaThatIsLeftOutIsNotFound()
+    {
+        for (const int pixels : {14, 60}) {
+            DrawnPage page(QSize(1200, 400));
+            page.font(QStringLiteral("DejaVu Sans"), pixels);
+            const QRect above = page.text(QPoint(20, 80), QStringLiteral("Quarterly Report"));
+            const QRect panel(10, 150, 1100, 200);
+            const QRect inside = page.text(QPoint(20, 280), QStringLiteral("copied earlier"));
+            QCOMPARE(linesOver(linesIn(page), inside), 1);
+            const auto lines = linesIn(page, {panel});
+            QCOMPARE(linesOver(lines, above), 1);
+            QVERIFY(std::none_of(lines.begin(), lines.end(),
+                                 [&](const TextLine &line) { return line.box.intersects(panel); }));
+        }
+    }
+
+    void aLineThatGoesIntoAnAreaThatIsLeftOutEndsThere()
+    {
+        DrawnPage page(QSize(500, 60));
+        page.text(QPoint(20, 40), QStringLiteral("Quarterly"));
+        page.text(QPoint(104, 40), QStringLiteral("dismissed"));
+        const auto lines = linesIn(page, {QRect(100, 0, 300, 60)});
+        QCOMPARE(lines.size(), 1U);
+        QVERIFY(lines.front().box.right() < 104);
+    }
+
     void aLineIsFoundInEveryColourAndSize_data()
     {
         QTest::addColumn<QColor>("ink");

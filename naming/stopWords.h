@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// Whether the token says nothing about a screenshot.
+bool isStopWord(const QString &token);
