@@ -27,13 +27,18 @@ ImageType imageType(const QUrl &url)
 }
 
 /// Nothing when the file can't be read. The bytes are kept and not the place: by the time that
-/// somebody wants the decoded picture the file may be elsewhere.
+/// somebody wants the decoded picture the file may be elsewhere. A file of too many bytes is kept
+/// open in their place, and offered decoded only.
 std::optional<Picture> picture(const QUrl &url)
 {
     const std::shared_ptr<OpenFile> file = OpenFile::open(url.toLocalFile());
     if (!file)
         return std::nullopt;
-    const std::optional<QByteArray> bytes = readWhole(file->descriptor(), maximumPictureFileSize);
+    const std::optional<FileIdentity> identity = file->identity();
+    if (identity && identity->size > maximumClipboardBytes)
+        return Picture{std::nullopt, ImageType::Png,
+                       [file] { return decodeImage(file->descriptor()); }};
+    const std::optional<QByteArray> bytes = readWhole(file->descriptor(), maximumClipboardBytes);
     if (!bytes)
         return std::nullopt;
     return Picture{*bytes, imageType(url), [content = *bytes] { return decodeImage(content); }};

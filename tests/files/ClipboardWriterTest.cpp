@@ -1,5 +1,6 @@
 #include "files/ClipboardWriter.h"
 
+#include "imaging/decodeImage.h"
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/LogTail.h"
 #include "tests/files/TestFiles.h"
@@ -67,6 +68,17 @@ private Q_SLOTS:
         QVERIFY(!copy(*m_pasteboard, shot, CopyBehavior::none));
         QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray());
         QCOMPARE(logged(), QStringList{s("copy failed ") + shot.toLocalFile()});
+    }
+
+    void aFileOfTooManyBytesStandsThereAsAPicture()
+    {
+        const QUrl shot = picture(s("shot.tiff"), "tiff");
+        QVERIFY(QFile::resize(shot.toLocalFile(), maximumClipboardBytes + 1));
+        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::image));
+        QCOMPARE(pictureFormats(), QStringList{s("image/png")});
+        const QImage pasted = QImage::fromData(XClip::read(s("image/png")));
+        QCOMPARE(pasted.size(), QSize(40, 30));
+        QCOMPARE(pasted.pixelColor(20, 15), QColor(Qt::blue));
     }
 
     void aPictureStandsThereWithItsOwnBytes_data()
