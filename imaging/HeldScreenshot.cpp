@@ -29,6 +29,12 @@ HeldScreenshot::~HeldScreenshot()
     m_openCount->fetch_sub(1);
 }
 
+FileIdentity HeldScreenshot::currentIdentity() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_current;
+}
+
 std::shared_ptr<OpenFile> HeldScreenshot::open() const
 {
     const std::lock_guard lock(m_mutex);

@@ -30,6 +30,9 @@ public:
     /// As it was when the hold began.
     const FileIdentity &identity() const { return m_identity; }
 
+    /// The same, but of the newer file where it was found to be written anew.
+    FileIdentity currentIdentity() const;
+
     /// The file, open for reading; null when it is gone or may not be read. Another one than before
     /// where it was written anew. Blocks.
     std::shared_ptr<OpenFile> open() const;

@@ -1,5 +1,6 @@
 #include "imaging/ScreenshotImages.h"
 
+#include "imaging/HeldScreenshot.h"
 #include "platform/FileWriters.h"
 #include "tests/imaging/TestPictures.h"
 
@@ -305,6 +306,8 @@ private Q_SLOTS:
         writer.close();
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
+        QVERIFY(held->currentIdentity().sameFile(*fileIdentity(path(QStringLiteral("a.png")))));
+        QVERIFY(!held->identity().sameFile(held->currentIdentity()));
     }
 
     void largePicturesWaitUntilOthersAreLetGo()
