@@ -124,6 +124,7 @@ void VelmoraApp::takeIn(const QUrl &url)
     const ScreenshotPointer screenshot =
         m_actions.open(url, m_activeApplication.lastActiveAppName());
     const QString fallback = ScreenshotNamer::fallbackName(screenshot->applicationName(), url);
+    const BlindAreas trayAreas = trayAreasUntilNow();
     const QUuid itemID = m_trayController.addScreenshot(screenshot, fallback);
     m_trayController.updateSuggestion(itemID, fallback, true);
     m_trayController.markNaming(itemID);
@@ -131,16 +132,36 @@ void VelmoraApp::takeIn(const QUrl &url)
     const CopyBehavior behavior = VelmoraSettings::copyBehavior();
     if (behavior != CopyBehavior::none)
         m_actions.copyNew(screenshot, behavior);
-    screenshot->whenOpened(
-        this, [this, itemID, screenshot = screenshot.get()] { suggestName(itemID, *screenshot); });
+    screenshot->whenOpened(this, [this, itemID, trayAreas, screenshot = screenshot.get()] {
+        suggestName(itemID, *screenshot, trayAreas);
+    });
 }
 
-void VelmoraApp::suggestName(const QUuid &itemID, const Screenshot &screenshot)
+/// A picture of the whole screen shows the tray as it stood when the picture was taken, which is a
+/// moment before its file appears; the tray's words are none of the screenshot's.
+BlindAreas VelmoraApp::trayAreasUntilNow() const
+{
+    constexpr std::chrono::seconds longestMoment{2};
+    const FileTime now = FileTimes::now();
+    const QList<PanelPlace> places = m_trayController.placesBetween(now - longestMoment, now);
+    return [places](QSize picture) {
+        QList<QRect> areas;
+        for (const PanelPlace &place : places) {
+            const QRect area = place.inPicture(picture);
+            if (!area.isEmpty())
+                areas.append(area);
+        }
+        return areas;
+    };
+}
+
+void VelmoraApp::suggestName(const QUuid &itemID, const Screenshot &screenshot,
+                             const BlindAreas &trayAreas)
 {
     if (!m_trayController.fileURL(itemID))
         return;
-    const QFuture<QString> suggestion =
-        m_namer.suggestFilename(screenshot.held(), screenshot.url(), screenshot.applicationName());
+    const QFuture<QString> suggestion = m_namer.suggestFilename(
+        screenshot.held(), screenshot.url(), screenshot.applicationName(), trayAreas);
     m_suggestions.insert(itemID, suggestion);
     whenFinished(suggestion, this, [this, itemID](const QString &filename) {
         m_suggestions.remove(itemID);

@@ -57,7 +57,9 @@ private:
 
     void folderChanged(const QUrl &folder);
     void takeIn(const QUrl &url);
-    void suggestName(const QUuid &itemID, const Screenshot &screenshot);
+    BlindAreas trayAreasUntilNow() const;
+    void suggestName(const QUuid &itemID, const Screenshot &screenshot,
+                     const BlindAreas &trayAreas);
 
     void perform(const QString &action);
     void showRecentScreenshots();

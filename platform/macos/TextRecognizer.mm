@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <mutex>
 
 #import <Vision/Vision.h>
@@ -9,14 +10,27 @@
 namespace
 {
 
+/// Whether the middle of a line stands in one of the areas. The system counts from the lower left
+/// corner, in widths and heights of the picture.
+bool isLeftOut(VNObservation *line, const TextRecognizer::Page &page)
+{
+    const CGRect box = static_cast<VNRecognizedTextObservation *>(line).boundingBox;
+    const QPoint middle(int(CGRectGetMidX(box) * page.image.width()),
+                        int((1 - CGRectGetMidY(box)) * page.image.height()));
+    return std::any_of(page.leftOut.cbegin(), page.leftOut.cend(),
+                       [middle](const QRect &area) { return area.contains(middle); });
+}
+
 /// The best reading of each line in the order of the request's results; nothing when one of them is
 /// no text.
-QStringList linesOf(VNRequest *request)
+QStringList linesOf(VNRequest *request, const TextRecognizer::Page &page)
 {
     QStringList lines;
     for (VNObservation *observation in request.results) {
         if (![observation isKindOfClass:VNRecognizedTextObservation.class])
             return {};
+        if (isLeftOut(observation, page))
+            continue;
         auto *text = static_cast<VNRecognizedTextObservation *>(observation);
         if (VNRecognizedText *best = [text topCandidates:1].firstObject)
             lines.append(QString::fromNSString(best.string));
@@ -32,15 +46,15 @@ QImage convertible(const QImage &image)
 }
 
 /// All lines at once, when the request has been performed.
-QStringList linesIn(const QImage &image)
+QStringList linesIn(const TextRecognizer::Page &page)
 {
-    const CGImageRef bitmap = convertible(image).toCGImage();
+    const CGImageRef bitmap = convertible(page.image).toCGImage();
     if (!bitmap)
         return {};
     __block QStringList lines;
     VNRecognizeTextRequest *request = [[VNRecognizeTextRequest alloc]
         initWithCompletionHandler:^(VNRequest *performed, NSError *) {
-          lines = linesOf(performed);
+          lines = linesOf(performed, page);
         }];
     request.recognitionLevel = VNRequestTextRecognitionLevelFast;
     request.usesLanguageCorrection = YES;
@@ -55,13 +69,12 @@ QStringList linesIn(const QImage &image)
 class VisionTextRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const QImage &image, const LineHandler &onLine,
-                   const Cancelled &cancelled) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         if (cancelled())
             return;
         @autoreleasepool {
-            const QStringList lines = linesIn(image);
+            const QStringList lines = linesIn(page);
             for (const QString &line : lines) {
                 if (cancelled() || !onLine(line))
                     return;
@@ -76,7 +89,7 @@ public:
             @autoreleasepool {
                 QImage blank(64, 64, QImage::Format_RGB32);
                 blank.fill(Qt::white);
-                linesIn(blank);
+                linesIn(TextRecognizer::Page(blank));
             }
         });
     }

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 
 #include <atomic>
+#include <mutex>
 
 /// An application in front that the test chooses.
 class SteeredFrontmostApplication : public FrontmostApplication
@@ -27,8 +28,12 @@ public:
 class SteeredTextRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const Page &, const LineHandler &onLine, const Cancelled &cancelled) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
     {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_pages.append(page);
+        }
         ++begun;
         mayRead.wait(false);
         if (cancelled())
@@ -44,9 +49,19 @@ public:
         mayRead.notify_all();
     }
 
+    QList<Page> pages() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_pages;
+    }
+
     std::atomic_bool mayRead = true;
     std::atomic_int begun = 0;
     std::atomic_int abandoned = 0;
+
+private:
+    mutable std::mutex m_mutex;
+    QList<Page> m_pages;
 };
 
 /// Notes what is put on the clipboard.
@@ -92,10 +107,10 @@ public:
     }
 
     /// Takes a picture into the watched folder, as a tool does.
-    QUrl take(const QString &name) const
+    QUrl take(const QString &name, QSize size = {320, 200}) const
     {
         const QString path = folder() + QLatin1Char('/') + name;
-        QImage picture(320, 200, QImage::Format_RGB32);
+        QImage picture(size, QImage::Format_RGB32);
         picture.fill(Qt::darkGreen);
         picture.save(path);
         return FileUrls::fromPath(path);

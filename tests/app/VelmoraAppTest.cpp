@@ -4,6 +4,7 @@
 
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 
 class VelmoraAppTest : public QObject
@@ -64,6 +65,28 @@ private Q_SLOTS:
         rig.recognizer->letRead();
         QTRY_COMPARE(AppRig::filesInFolder(),
                      QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+    }
+
+    void aPictureOfTheWholeScreenIsNotReadWhereTheTrayStood()
+    {
+        AppRig rig;
+        rig.launch();
+        rig.take(QStringLiteral("Part.png"));
+        QTRY_COMPARE(rig.recognizer->pages().size(), 1);
+        QCOMPARE(rig.recognizer->pages().constFirst().leftOut, QList<QRect>());
+        QTRY_COMPARE(AppRig::rows().size(), 1);
+        const ScreenshotRowView *row = AppRig::rows().constFirst();
+        QTRY_VERIFY(row->window()->isVisible());
+        const QRect tray(row->window()->mapToGlobal(QPoint()), row->window()->size());
+
+        rig.take(QStringLiteral("Whole.png"), QApplication::primaryScreen()->size());
+        QTRY_COMPARE(rig.recognizer->pages().size(), 2);
+        const QList<QRect> leftOut = rig.recognizer->pages().constLast().leftOut;
+        QVERIFY(std::any_of(leftOut.cbegin(), leftOut.cend(),
+                            [&](const QRect &area) { return area.contains(tray.center()); }));
+        rig.take(QStringLiteral("Other part.png"), {640, 400});
+        QTRY_COMPARE(rig.recognizer->pages().size(), 3);
+        QCOMPARE(rig.recognizer->pages().constLast().leftOut, QList<QRect>());
     }
 
     void aScreenshotThatIsARowIsIgnored()
