@@ -70,7 +70,7 @@ def main():
     qt = set().union(*(exported_symbols(f"{LIBRARIES}/libQt6{module}.so.6")
                        for module in QT_MODULES))
     write_stub(out / "Qt.tbd", "@rpath/Qt", qt | listed_symbols("Qt"))
-    for library in ("heif", "deflate"):
+    for library in ("heif", "jpeg", "png16", "tiff"):
         write_stub(out / f"{library}.tbd", f"@rpath/lib{library}.dylib",
                    exported_symbols(f"{LIBRARIES}/lib{library}.so"))
     cxx = exported_symbols(f"{libcxx}/libc++.so.1") | exported_symbols(f"{libcxx}/libc++abi.so.1")
