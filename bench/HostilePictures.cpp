@@ -262,9 +262,9 @@ QList<Picture> otherPictures()
         {u"5,000 x 5,000, 16 bit.tiff"_s, tiff({5000, 5000, 16, 64})},
         {u"one tile of 800 MB.tiff"_s, tiff({16'384, 16'384, 8, 16'384, true})},
         {u"4,000 x 4,000.heic"_s, [](const QString &path) { writeBytes(path, heic(4000, 4000)); }},
-        {u"8,000 x 8,000.heic"_s, [](const QString &path) { writeBytes(path, heic(8000, 8000)); }},
-        {u"8,000 x 8,000 that says 64 x 64.heic"_s,
-         [](const QString &path) { writeBytes(path, sayingSmall(heic(8000, 8000))); }},
+        {u"6,000 x 5,000.heic"_s, [](const QString &path) { writeBytes(path, heic(6000, 5000)); }},
+        {u"4,000 x 4,000 that says 64 x 64.heic"_s,
+         [](const QString &path) { writeBytes(path, sayingSmall(heic(4000, 4000))); }},
     };
 }
 
