@@ -74,7 +74,7 @@ private Q_SLOTS:
     {
         const QUrl shot = picture(s("shot.tiff"), "tiff");
         QVERIFY(QFile::resize(shot.toLocalFile(), maximumClipboardBytes + 1));
-        QVERIFY(ClipboardWriter::copy(*m_pasteboard, shot, CopyBehavior::image));
+        QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
         QCOMPARE(pictureFormats(), QStringList{s("image/png")});
         const QImage pasted = QImage::fromData(XClip::read(s("image/png")));
         QCOMPARE(pasted.size(), QSize(40, 30));
