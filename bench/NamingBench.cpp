@@ -38,8 +38,7 @@ class Listener : public TextRecognizer
 public:
     explicit Listener(std::unique_ptr<TextRecognizer> reader) : m_reader(std::move(reader)) {}
 
-    void recognize(const Page &page, const LineHandler &onLine,
-                   const Cancelled &cancelled) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         text.clear();
         m_reader->recognize(

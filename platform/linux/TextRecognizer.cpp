@@ -8,8 +8,7 @@ namespace
 class LineByLineRecognizer : public TextRecognizer
 {
 public:
-    void recognize(const Page &page, const LineHandler &onLine,
-                   const Cancelled &cancelled) override
+    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
     {
         m_reader.read(page.image, page.leftOut, onLine, cancelled);
     }
