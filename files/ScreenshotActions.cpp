@@ -112,6 +112,11 @@ void ScreenshotActions::undo(const ScreenshotPointer &screenshot, const Undoable
 
 void ScreenshotActions::undoLast()
 {
+    m_work.add([this]() -> WorkQueue::Outcome { return [this] { undoNewest(); }; });
+}
+
+void ScreenshotActions::undoNewest()
+{
     const std::optional<UndoableAction> action = m_history.takeNewest();
     if (!action)
         return;

@@ -51,7 +51,8 @@ public:
     using Undone = std::function<void(const std::error_code &)>;
     void undo(const ScreenshotPointer &screenshot, const UndoableAction &action, Undone told);
 
-    /// Takes the newest action of the history back; a failure is told to nobody.
+    /// Takes the newest action of the history back, when what was asked for before is done; a
+    /// failure is told to nobody.
     void undoLast();
 
     using Copied = std::function<void(bool)>;
@@ -88,6 +89,7 @@ private:
     using TaskPointer = std::shared_ptr<Task>;
     struct Report;
 
+    void undoNewest();
     void enqueueRename(const ScreenshotPointer &screenshot, const QString &name, By by,
                        const Renamed &told);
     void enqueueCopy(const ScreenshotPointer &screenshot, CopyBehavior behavior, int number,

@@ -393,13 +393,26 @@ private Q_SLOTS:
         m_actions->remember(UndoableAction::rename(place, m_files->url(u"b.png"_s)));
         QSignalSpy kept(m_actions.get(), &ScreenshotActions::kept);
         m_actions->undoLast();
-        QVERIFY(!m_history->canUndo());
         finish();
+        QVERIFY(!m_history->canUndo());
         QCOMPARE(names(), QStringList{u"a.png"_s});
         QCOMPARE(kept.size(), 1);
         QCOMPARE(kept[0][0].toUrl(), place);
         // The screenshot is not told.
         QCOMPARE(shot->url(), m_files->url(u"b.png"_s));
+    }
+
+    void theMenuTakesBackWhatIsStillUnderWay()
+    {
+        const QUrl place = picture(u"a.png"_s);
+        m_actions->rename(m_actions->open(place), u"b.png"_s, By::User,
+                          [this](const ScreenshotRename &done) {
+                              m_actions->remember(
+                                  UndoableAction::rename(done.result->oldURL, done.result->newURL));
+                          });
+        m_actions->undoLast();
+        finish();
+        QCOMPARE(names(), QStringList{u"a.png"_s});
     }
 
     void aMenusUndoThatFailsIsSilent_data()

@@ -1,0 +1,66 @@
+#include "tests/world/SlowDisk.h"
+
+#include "tests/app/AppRig.h"
+
+#include <QTest>
+#include <QThread>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr qsizetype mostCalls = 8;
+
+/// Another program's disk calls are not ours.
+void takeAside(const AppRig &rig, const QString &name)
+{
+    const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));
+    tool->start();
+    tool->wait();
+}
+
+QString newestName()
+{
+    const QList<ScreenshotRowView *> rows = AppRig::rows();
+    const auto newest =
+        std::min_element(rows.begin(), rows.end(),
+                         [](const auto *one, const auto *other) { return one->y() < other->y(); });
+    return newest == rows.end() ? QString() : (*newest)->fileURL().fileName();
+}
+
+} // namespace
+
+class FileCallsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QDir(AppRig::folder()).removeRecursively();
+        QDir().mkpath(AppRig::folder());
+    }
+
+    void aScreenshotCostsFewFileSystemCallsOnTheMainThread()
+    {
+        AppRig rig;
+        rig.launch();
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
+        // The first row makes fonts, symbols and a window that all others use.
+        takeAside(rig, u"First.png"_s);
+        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        SlowDisk::startCounting();
+        takeAside(rig, u"Second.png"_s);
+        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation-2.png"_s);
+        QTest::qWait(500);
+        const QByteArrayList calls = SlowDisk::mainThreadCalls();
+        qInfo() << calls.size() << "calls";
+        QVERIFY2(calls.size() <= mostCalls, calls.join('\n').constData());
+    }
+};
+
+QTEST_MAIN(FileCallsTest)
+#include "FileCallsTest.moc"
