@@ -141,8 +141,9 @@ private Q_SLOTS:
             QTest::qWait(2000);
             least = std::min(least, used() - before);
         }
-        // 1 % of the time for the listing, and as much for the ticks and for this test itself.
-        QVERIFY2(least < 40ms, qPrintable(QString::number(least / 1us)));
+        // 1 % of the time is for the listing. The rest is for the ticks, for this test itself, and
+        // for what a busy machine makes them cost; listing at each tick took 457 ms.
+        QVERIFY2(least < 100ms, qPrintable(QString::number(least / 1us)));
 
         QVERIFY(write(inFolder("new.png")));
         QTRY_COMPARE(watched.names(), fileNames({"new.png"}));

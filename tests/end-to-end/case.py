@@ -30,6 +30,7 @@ class EndToEnd(unittest.TestCase):
         desktop.FOLDER.mkdir()
         desktop.SETTINGS.unlink(missing_ok=True)
         desktop.save_settings(**self.settings)
+        desktop.set_file_manager("thunar.desktop")
         self.outside = pathlib.Path(tempfile.mkdtemp(dir=desktop.HOME))
         self.addCleanup(shutil.rmtree, self.outside)
         self.page = self.tools.page(TITLE, PARAGRAPH)

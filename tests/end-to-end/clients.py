@@ -45,18 +45,20 @@ class Clipboard(case.EndToEnd):
 
     def test_a_new_picture_is_copied_as_set(self):
         path = self.copy_at_arrival("image")
-        targets = desktop.clipboard_targets()
-        self.assertIn("image/png", targets)
+        targets = desktop.wait_until(
+            lambda: [each for each in [desktop.clipboard_targets()] if "image/png" in each],
+            "the picture on the clipboard",
+        )[0]
         self.assertNotIn("text/uri-list", targets)
         self.assertEqual(desktop.clipboard("image/png"), path.read_bytes())
 
     def test_a_new_file_is_copied_as_set_and_follows_its_name(self):
         path = self.copy_at_arrival("file")
-        self.assertNotIn("image/png", desktop.clipboard_targets())
         desktop.wait_until(
             lambda: desktop.clipboard("text/uri-list") == f"{uri(path)}\r\n".encode(),
             "the clipboard names the renamed file",
         )
+        self.assertNotIn("image/png", desktop.clipboard_targets())
 
     def test_the_log_tells_of_one_screenshot_in_order(self):
         desktop.save_settings(copyBehavior="imageAndFile")

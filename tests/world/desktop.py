@@ -52,6 +52,12 @@ def appears(path, seconds):
     return not stays(lambda: not path.exists(), seconds)
 
 
+def set_file_manager(entry):
+    """Makes the file manager with this desktop entry the user's own."""
+    path = pathlib.Path(os.environ["XDG_CONFIG_HOME"]) / "mimeapps.list"
+    path.write_text(f"[Default Applications]\ninode/directory={entry}\n")
+
+
 def run(*command, timeout=20):
     """The standard output of a command that must succeed."""
     return subprocess.run(command, check=True, stdout=subprocess.PIPE, timeout=timeout).stdout

@@ -214,6 +214,7 @@ private Q_SLOTS:
         QVERIFY(scrollBar(window)->maximum() > 0);
         QVERIFY(screens.setSize(screens.whole()));
         QTRY_COMPARE(window.height(), before);
+        QTRY_VERIFY(isInReach());
         QVERIFY(!QTest::qWaitFor([&] { return !isInReach(); }, 500));
     }
 
