@@ -11,12 +11,6 @@ namespace
 constexpr QSize contentSize(620, 460);
 constexpr QSize leastSize(400, 240);
 
-QList<QUrl> filesIn(const QUrl &folder, QList<QUrl> files)
-{
-    files.removeIf([&folder](const QUrl &file) { return FileUrls::parentFolder(file) != folder; });
-    return files;
-}
-
 } // namespace
 
 RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
@@ -51,10 +45,10 @@ void RecentScreenshotsWindow::fitInto(const QSize &room)
 void RecentScreenshotsWindow::showList()
 {
     const QUrl folder = FileUrls::standardized(m_recent.folder());
-    const QList<QUrl> files = filesIn(folder, m_recent.urls());
-    // Files of a former folder are on the list until the present one has been listed.
-    const bool isOfFormerFolder = files != m_recent.urls();
-    if (!m_view || (!isOfFormerFolder && (m_view->urls() != files || m_view->folder() != folder)))
+    const QList<QUrl> files = m_recent.urls();
+    // The former folder stays, name and rows, until the present one has been listed.
+    const bool isChanging = m_view && m_view->folder() != folder && !m_recent.isListed();
+    if (!m_view || (!isChanging && (m_view->urls() != files || m_view->folder() != folder)))
         rebuild(files, folder);
     // The picture that is asked for last is read first.
     const auto &rows = m_view->rows();
