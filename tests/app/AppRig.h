@@ -10,7 +10,9 @@
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
+#include <QPushButton>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
@@ -126,6 +128,15 @@ public:
         for (const QWidget *window : QApplication::topLevelWidgets())
             rows += window->findChildren<ScreenshotRowView *>();
         return rows;
+    }
+
+    /// Whether the row has something to take back.
+    static bool canUndo(const ScreenshotRowView &row)
+    {
+        const auto buttons = row.findChildren<QPushButton *>();
+        return std::any_of(buttons.begin(), buttons.end(), [&row](const QPushButton *button) {
+            return button->text() == u"Undo" && button->isVisibleTo(&row);
+        });
     }
 
     static QWidget *windowTitled(const QString &title)

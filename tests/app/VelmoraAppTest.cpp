@@ -166,6 +166,7 @@ private Q_SLOTS:
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);
         QTRY_COMPARE(rig.recognizer->begun, 1);
+        QTRY_VERIFY(AppRig::filesInFolder().constFirst().startsWith(u"safari-screen-"));
         const QStringList before = AppRig::filesInFolder();
         QTest::keyClick(AppRig::rows().constFirst()->findChild<QLineEdit *>(), Qt::Key_Escape);
         QTRY_VERIFY(AppRig::rows().isEmpty());
@@ -189,6 +190,7 @@ private Q_SLOTS:
         QTRY_VERIFY(AppRig::rows().constFirst()->fileURL().fileName().startsWith(
             QStringLiteral("safari-screen-")));
         const QUrl place = AppRig::rows().constFirst()->fileURL();
+        QTRY_VERIFY(AppRig::canUndo(*AppRig::rows().constFirst()));
         Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
         QTRY_VERIFY(FileUrls::exists(
             FileUrls::fromPath(AppRig::folder() + QStringLiteral("/Screenshot.png"))));
