@@ -3,16 +3,44 @@
 #include "style/SymbolImages.h"
 #include "style/VelmoraPalette.h"
 
+#include <QHash>
 #include <QMimeDatabase>
+
+namespace
+{
+
+QString themeIconName(const QMimeType &type)
+{
+    for (const QString &name : {type.iconName(), type.genericIconName()}) {
+        if (!QIcon::fromTheme(name).isNull())
+            return name;
+    }
+    return {};
+}
+
+/// Empty where the theme has no icon for the type. Qt keeps the icons that it has found, but looks
+/// through all folders of the theme each time for one that is missing; so each type is looked for
+/// once.
+QString knownThemeIconName(const QMimeType &type)
+{
+    static QString theme;
+    static QHash<QString, QString> names;
+    if (theme != QIcon::themeName()) {
+        theme = QIcon::themeName();
+        names.clear();
+    }
+    const auto known = names.constFind(type.name());
+    return known != names.cend() ? *known : *names.insert(type.name(), themeIconName(type));
+}
+
+} // namespace
 
 QIcon fileIcon(const QUrl &file)
 {
     const QMimeType type =
         QMimeDatabase().mimeTypeForFile(file.toLocalFile(), QMimeDatabase::MatchExtension);
-    for (const QString &name : {type.iconName(), type.genericIconName()}) {
-        const QIcon icon = QIcon::fromTheme(name);
-        if (!icon.isNull())
-            return icon;
-    }
-    return symbolIcon(QStringLiteral("photo"), VelmoraPalette::tertiaryText());
+    const QString name = knownThemeIconName(type);
+    const QIcon icon = name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
+    return icon.isNull() ? symbolIcon(QStringLiteral("photo"), VelmoraPalette::tertiaryText())
+                         : icon;
 }
