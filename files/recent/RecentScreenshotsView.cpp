@@ -70,11 +70,11 @@ QLabel *emptyLabel()
 } // namespace
 
 RecentScreenshotsView::RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder,
-                                             const OnAction &onAction, QWidget *parent)
+                                             const OnAction &onAction, Files files, QWidget *parent)
     : PaletteView(parent), m_urls(urls), m_folder(folder), m_scrollArea(new QScrollArea)
 {
     for (const QUrl &url : urls) {
-        if (FileUrls::exists(url))
+        if (files == Files::AreThere || FileUrls::exists(url))
             m_rows << new RecentScreenshotRow(url, onAction);
     }
     m_scrollArea->setFrameShape(QFrame::NoFrame);

@@ -15,12 +15,14 @@ class RecentScreenshotsView : public PaletteView
     Q_OBJECT
 public:
     using OnAction = RecentScreenshotRow::OnAction;
+    enum class Files { MayBeMissing, AreThere };
 
     /// @param urls newest first
+    /// @param files AreThere when somebody has looked already: then the disk is not asked
     /// @param onAction called for each button that is pressed; the view may be deleted later, but
     /// not within the call
     RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder, const OnAction &onAction,
-                          QWidget *parent = nullptr);
+                          Files files = Files::MayBeMissing, QWidget *parent = nullptr);
 
     /// As given.
     const QList<QUrl> &urls() const { return m_urls; }

@@ -61,9 +61,11 @@ void RecentScreenshotsWindow::rebuild(const QList<QUrl> &files, const QUrl &fold
     RecentScreenshotsView *old = m_view;
     const int position = old ? old->scrollPosition() : 0;
     const int focused = old ? old->focusedButton() : -1;
-    m_view = new RecentScreenshotsView(files, folder, [this](const RecentScreenshotAction &action) {
-        Q_EMIT actionRequested(action);
-    });
+    // The list has been looked up in the background, and is once more after each change.
+    m_view = new RecentScreenshotsView(
+        files, folder,
+        [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); },
+        RecentScreenshotsView::Files::AreThere);
     if (old) {
         // It may be one of its buttons that had the list made anew.
         old->hide();

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -23,35 +25,61 @@ QSize onFinestScreen(QSize points)
 } // namespace
 
 RecentThumbnails::RecentThumbnails(ScreenshotImages &images, QSize size)
-    : m_images(images), m_size(size)
+    : m_images(images), m_size(size), m_disk(u"velmora.recent-thumbnails"_s)
 {
 }
 
 void RecentThumbnails::show(const QUrl &file, ImageView *view)
 {
-    const std::optional<FileIdentity> identity = fileIdentity(file.toLocalFile());
-    const auto kept = std::find_if(m_kept.cbegin(), m_kept.cend(), [&](const Thumbnail &thumbnail) {
-        return identity && thumbnail.file.sameContent(*identity);
+    const auto kept = std::find_if(m_kept.cbegin(), m_kept.cend(), [&file](const Thumbnail &each) {
+        return each.url == file && !each.image.isNull();
     });
-    if (kept != m_kept.cend() && !kept->image.isNull()) {
-        view->setImage(kept->image);
-        return;
-    }
     const int iconSide = std::min(m_size.width(), m_size.height());
-    view->setImage(fileIcon(file).pixmap(onFinestScreen({iconSide, iconSide}), 1.0).toImage());
-    const bool isKnownToBeNone = kept != m_kept.cend();
-    if (identity && !isKnownToBeNone)
-        load(file, *identity, view);
+    view->setImage(
+        kept != m_kept.cend()
+            ? kept->image
+            : fileIcon(file).pixmap(onFinestScreen({iconSide, iconSide}), 1.0).toImage());
+    m_disk.add([this, file, view = QPointer(view)]() -> WorkQueue::Outcome {
+        const std::optional<FileIdentity> identity = fileIdentity(file.toLocalFile());
+        return [this, file, identity, view] {
+            if (view && identity)
+                showFile({file, *identity, {}}, view);
+        };
+    });
 }
 
-void RecentThumbnails::load(const QUrl &file, const FileIdentity &identity, ImageView *view)
+void RecentThumbnails::showFile(const Thumbnail &file, ImageView *view)
 {
-    QFuture<QImage> future = m_images.thumbnail(file, onFinestScreen(m_size));
+    const auto kept = std::find_if(m_kept.begin(), m_kept.end(), [&file](const Thumbnail &each) {
+        return each.file.sameContent(file.file);
+    });
+    if (kept == m_kept.end()) {
+        open(file, view);
+        return;
+    }
+    kept->url = file.url;
+    if (!kept->image.isNull())
+        view->setImage(kept->image);
+}
+
+void RecentThumbnails::open(const Thumbnail &file, const QPointer<ImageView> &view)
+{
+    m_disk.add([this, file, view]() -> WorkQueue::Outcome {
+        const ScreenshotImages::Held held = m_images.hold(file.url);
+        return [this, file, held, view] {
+            if (view)
+                load(file, m_images.thumbnail(held, onFinestScreen(m_size)), view);
+        };
+    });
+}
+
+void RecentThumbnails::load(const Thumbnail &file, QFuture<QImage> future, ImageView *view)
+{
     const QMetaObject::Connection cancelling =
         QObject::connect(view, &QObject::destroyed, [future]() mutable { future.cancel(); });
     whenFinished(future, view, [=, this](const QImage &image) {
         QObject::disconnect(cancelling);
-        keep({identity, image});
+        keep({file.url, file.file, image});
         if (!image.isNull())
             view->setImage(image);
     });
