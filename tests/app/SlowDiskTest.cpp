@@ -1,0 +1,167 @@
+#include "tests/world/SlowDisk.h"
+
+#include "style/ImageView.h"
+#include "tests/app/AppRig.h"
+
+#include <QAbstractEventDispatcher>
+#include <QPushButton>
+#include <QTest>
+#include <QThread>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr auto longestTurn = 100ms;
+constexpr int patience = 15'000;
+
+/// By how much the disk holds up the event loop of this thread in one turn. Depends on no clock.
+class Turns : public QObject
+{
+public:
+    Turns()
+    {
+        const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
+        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &Turns::end);
+        connect(loop, &QAbstractEventDispatcher::awake, this, &Turns::end);
+    }
+
+    std::chrono::milliseconds longest = 0ms;
+    QByteArrayList callsOfLongest;
+
+    void verify() const
+    {
+        qInfo() << "the longest turn" << longest.count() << "ms";
+        QVERIFY2(longest <= longestTurn, callsOfLongest.join('\n').constData());
+    }
+
+private:
+    void end()
+    {
+        const auto delay = SlowDisk::mainThreadDelay();
+        if (delay > longest) {
+            longest = delay;
+            callsOfLongest = SlowDisk::mainThreadCalls();
+        }
+        SlowDisk::startCounting();
+    }
+};
+
+/// Another program's disk calls are not ours.
+void takeAside(const AppRig &rig, const QString &name)
+{
+    const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));
+    tool->start();
+    tool->wait();
+}
+
+bool existsAside(const QString &path)
+{
+    bool exists = false;
+    const std::unique_ptr<QThread> looking(
+        QThread::create([&exists, path] { exists = QFile::exists(path); }));
+    looking->start();
+    looking->wait();
+    return exists;
+}
+
+QString newestName()
+{
+    const QList<ScreenshotRowView *> rows = AppRig::rows();
+    const auto newest =
+        std::min_element(rows.begin(), rows.end(),
+                         [](const auto *one, const auto *other) { return one->y() < other->y(); });
+    return newest == rows.end() ? QString() : (*newest)->fileURL().fileName();
+}
+
+void makeDisksSlow()
+{
+    SlowDisk::slow({AppRig::folder().toUtf8(), qgetenv("XDG_CONFIG_HOME"),
+                    qgetenv("XDG_DATA_HOME") + "/Trash", "/tmp/Velmora.log"},
+                   50ms);
+}
+
+int greenThumbnails()
+{
+    const QWidget *window = AppRig::windowTitled(u"Recent Screenshots"_s);
+    const auto views = window ? window->findChildren<ImageView *>() : QList<ImageView *>();
+    return int(std::count_if(views.begin(), views.end(), [](const ImageView *view) {
+        const QImage image = view->image();
+        return image.pixelColor(image.rect().center()) == QColor(Qt::darkGreen);
+    }));
+}
+
+void press(const QString &accessibleName)
+{
+    for (auto *button : AppRig::rows().constFirst()->findChildren<QPushButton *>()) {
+        if (button->accessibleName() == accessibleName)
+            button->click();
+    }
+}
+
+} // namespace
+
+class SlowDiskTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QDir(AppRig::folder()).removeRecursively();
+        QDir().mkpath(AppRig::folder());
+    }
+    void cleanup() { SlowDisk::fast(); }
+
+    void aSlowDiskNeverHoldsUpTheWindow()
+    {
+        VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
+        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
+        AppRig rig;
+        rig.launch();
+        takeAside(rig, u"First.png"_s);
+        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        press(u"Dismiss"_s);
+        QTRY_VERIFY(AppRig::rows().isEmpty());
+
+        makeDisksSlow();
+        SlowDisk::startCounting();
+        Turns turns;
+        int copies = rig.pasteboard->changes;
+        takeAside(rig, u"Second.png"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"safari-harvest-festival-invitation-2.png"_s,
+                                  patience);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pasteboard->changes > copies, patience);
+        copies = rig.pasteboard->changes;
+        press(u"Copy"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.pasteboard->changes > copies, patience);
+        press(u"Move to Trash"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(AppRig::rows().isEmpty(), patience);
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            existsAside(AppRig::folder() + u"/safari-harvest-festival-invitation-2.png"_s),
+            patience);
+        turns.verify();
+    }
+
+    void norDoesItHoldUpTheListOfRecentScreenshots()
+    {
+        AppRig rig;
+        for (int number = 0; number < 6; ++number)
+            rig.take(u"Shot %1.png"_s.arg(number));
+        rig.launch();
+        makeDisksSlow();
+        SlowDisk::startCounting();
+        Turns turns;
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"recent"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(greenThumbnails(), 6, patience);
+        turns.verify();
+    }
+};
+
+QTEST_MAIN(SlowDiskTest)
+#include "SlowDiskTest.moc"
