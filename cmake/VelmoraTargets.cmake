@@ -86,6 +86,9 @@ endfunction()
 # velmora_test_under(NAME SUFFIX MANAGER): runs a test once more, under another window manager than
 # the usual one. MANAGER is its command line.
 function(velmora_test_under name suffix manager)
+    if(NOT TEST ${name})
+        return()
+    endif()
     add_test(NAME ${name}_${suffix}
         COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}>)
     get_property(timeout TEST ${name} PROPERTY TIMEOUT)

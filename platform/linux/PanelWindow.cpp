@@ -59,7 +59,7 @@ public:
     void prepare(QWindow &window) override
     {
         const xcb_window_t id = idOf(window);
-        m_isUnmanaged = isUnderFullScreen(window);
+        m_isUnmanaged = isHiddenByManager(window);
         // Otherwise Qt asks for the keyboard at each click into a window that has not got it.
         window.setFlag(Qt::WindowDoesNotAcceptFocus);
         window.setFlag(Qt::BypassWindowManagerHint, m_isUnmanaged);
@@ -87,7 +87,7 @@ public:
         if (std::exchange(m_isNew, false))
             return true;
         const xcb_window_t id = idOf(window);
-        if (!hasKeyboard(id) && (isPutAway(id) || m_isUnmanaged != isUnderFullScreen(window)))
+        if (!hasKeyboard(id) && (isPutAway(id) || m_isUnmanaged != isHiddenByManager(window)))
             return false;
         if (m_isUnmanaged) {
             const quint32 above = XCB_STACK_MODE_ABOVE;
@@ -143,8 +143,16 @@ private:
                                .value(0, desktop));
     }
 
-    /// Window managers keep the full-screen window that the user works in above all others. Only a
-    /// window that they do not manage can be seen there.
+    /// Whether the window could be seen only without the window manager. Some managers hide even a
+    /// new window as long as they show the desktop.
+    bool isHiddenByManager(const QWindow &window)
+    {
+        return m_properties.numbers(m_properties.root(), "_NET_SHOWING_DESKTOP").value(0) != 0 ||
+               isUnderFullScreen(window);
+    }
+
+    /// Window managers keep the full-screen window that the user works in above all others. On its
+    /// screen only a window that they do not manage can be seen.
     bool isUnderFullScreen(const QWindow &window)
     {
         const xcb_window_t active =
@@ -152,7 +160,30 @@ private:
         if (active == XCB_WINDOW_NONE || active == idOf(window))
             return false;
         return m_properties.numbers(active, "_NET_WM_STATE")
-            .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN"));
+                   .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")) &&
+               placeOf(active).intersects(screenOf(window));
+    }
+
+    /// On the desktop, in device pixels.
+    QRect placeOf(xcb_window_t window) const
+    {
+        const X11Owned<xcb_get_geometry_reply_t> size(
+            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+        const auto cookie = xcb_translate_coordinates(m_connection, window, m_own.root(), 0, 0);
+        const X11Owned<xcb_translate_coordinates_reply_t> corner(
+            xcb_translate_coordinates_reply(m_connection, cookie, nullptr));
+        if (!size || !corner)
+            return {};
+        return {corner->dst_x, corner->dst_y, size->width, size->height};
+    }
+
+    /// The screen that the window stands on, or will stand on when it is shown, in device pixels;
+    /// Qt leaves a screen's corner where the system has it.
+    static QRect screenOf(const QWindow &window)
+    {
+        const QScreen *found = QGuiApplication::screenAt(window.geometry().center());
+        const QScreen *screen = found ? found : window.screen();
+        return {screen->geometry().topLeft(), screen->size() * screen->devicePixelRatio()};
     }
 
     bool hasKeyboard(xcb_window_t id) const

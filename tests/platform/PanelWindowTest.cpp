@@ -169,7 +169,7 @@ private Q_SLOTS:
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
         xcb_set_selection_owner(compositor, owner, atom->atom, XCB_CURRENT_TIME);
         std::free(xcb_get_input_focus_reply(compositor, xcb_get_input_focus(compositor), nullptr));
-        QVERIFY(m_service->showsTransparency());
+        QTRY_VERIFY(m_service->showsTransparency());
 
         xcb_disconnect(compositor);
         std::free(atom);

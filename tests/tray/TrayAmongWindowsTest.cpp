@@ -1,6 +1,11 @@
 #include "core/VelmoraSettings.h"
+#include "style/BezelButton.h"
+#include "style/VelmoraPalette.h"
 #include "tests/tray/TrayRig.h"
+#include "tests/world/Screens.h"
+#include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
+#include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
 #include "tray/TrayController.h"
@@ -9,14 +14,22 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using TrayOnScreen::button;
+using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
+using TrayOnScreen::status;
 
 namespace
 {
 
 constexpr int patience = 20000;
 constexpr int aWhile = 500;
+
+QPoint centerOf(const QWidget *widget)
+{
+    return widget->mapToGlobal(widget->rect().center());
+}
 
 /// Whether it holds now and all the time until a while later.
 template <typename Condition>
@@ -66,7 +79,184 @@ private Q_SLOTS:
         QVERIFY(!panel()->isActiveWindow());
     }
 
+    void aTrayBehindAnotherWindowThatStaysAboveIsBroughtToTheFront()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        QWidget other(nullptr, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        other.setAttribute(Qt::WA_ShowWithoutActivating);
+        other.setGeometry(panel()->geometry().adjusted(-50, -300, 20, 20));
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        other.raise();
+        QTRY_VERIFY(!isSeen());
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
+    }
+
+    void aClickOnAButtonLeavesTheKeyboardToTheOtherProgram()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        XDesktop::click(centerOf(button(rows().first(), u"Copy"_s)));
+        QTRY_COMPARE(status(rows().first()), u"Copied"_s);
+        XDesktop::type(u"still "_s);
+        QVERIFY(stays([this] { return m_terminal->isActive(); }));
+        XDesktop::type(u"here\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
+        QVERIFY(!panel()->isActiveWindow());
+    }
+
+    void aClickBesideTheButtonsLeavesItToo()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        XDesktop::click(rows().first()->mapToGlobal(QPoint(92, 4)));
+        QVERIFY(stays([this] { return m_terminal->isActive(); }));
+        XDesktop::type(u"still here\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
+        QVERIFY(!panel()->isActiveWindow());
+    }
+
+    void aClickIntoTheNameTakesTheKeyboardUntilAnotherProgramIsClicked()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        typeIntoName(u"Quarterly report"_s);
+        QVERIFY(stays([] { return name(rows().first())->hasFocus(); }));
+        XDesktop::type(u"s"_s);
+        QTRY_COMPARE(name(rows().first())->text(), u"Quarterly reports"_s);
+        XDesktop::click(placeInTerminal);
+        QTRY_VERIFY(!name(rows().first())->hasFocus());
+        XDesktop::type(u"back\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
+    }
+
+    void aScreenshotWhileANameIsTypedDoesNotDisturbIt()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        typeIntoName(u"half"_s);
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        XDesktop::type(u" and half"_s);
+        QTRY_COMPARE(name(rows().last())->text(), u"half and half"_s);
+        QVERIFY(name(rows().last())->hasFocus());
+    }
+
+    void whenTheRowThatHadTheKeyboardGoesAnotherProgramGetsIt()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        typeIntoName(u"half"_s);
+        XDesktop::click(centerOf(button(rows().first(), u"Dismiss"_s)));
+        QTRY_VERIFY(!panel()->isVisible());
+        QTRY_VERIFY(m_terminal->isActive());
+        XDesktop::type(u"back\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
+    }
+
+    void aTrayHiddenByShowDesktopIsThereAgainWithTheNextScreenshot()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        WindowManager::showDesktop(true);
+        QTRY_VERIFY(XDesktop::property(m_terminal->window(), u"WM_STATE"_s).contains(u"Iconic"_s));
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(stays([this] { return isSeen() && !panel()->isActiveWindow(); }));
+        WindowManager::showDesktop(false);
+        add(u"three.png"_s);
+        QTRY_VERIFY(isSeen());
+    }
+
+    void aTraySentToAnotherWorkspaceIsThereAgainWithTheNextScreenshot()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        WindowManager::moveToDesktop(panel()->winId(), 1);
+        QTRY_VERIFY(!isSeen());
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(m_terminal->isActive());
+    }
+
+    void itIsSeenOverTheFullScreenWindowThatTheUserWorksIn()
+    {
+        WindowManager::setFullScreen(m_terminal->window(), true);
+        QTRY_COMPARE(screenColor({1500, 100}), QColor(Qt::white));
+        m_terminal->activate();
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        XDesktop::type(u"still "_s);
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(stays([this] { return isSeen(); }));
+        XDesktop::type(u"here\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
+    }
+
+    void aTrayThatAFullScreenWindowHasCoveredIsThereAgainWithTheNextScreenshot()
+    {
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        WindowManager::setFullScreen(m_terminal->window(), true);
+        QTRY_COMPARE(screenColor({1500, 100}), QColor(Qt::white));
+        m_terminal->activate();
+        add(u"two.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(m_terminal->isActive());
+
+        WindowManager::setFullScreen(m_terminal->window(), false);
+        QTRY_VERIFY(screenColor({1500, 100}) != QColor(Qt::white));
+        add(u"three.png"_s);
+        QTRY_VERIFY(isSeen());
+        QCOMPARE(rows().size(), 3);
+        QTRY_VERIFY(XDesktop::property(panel()->winId(), u"_NET_WM_STATE"_s)
+                        .contains(u"_NET_WM_STATE_ABOVE"_s));
+        QVERIFY(m_terminal->isActive());
+    }
+
+    void aFullScreenWindowOnAnotherScreenDoesNotCount()
+    {
+        const Screens screens;
+        QVERIFY(screens.divide());
+        WindowManager::setFullScreen(m_terminal->window(), true);
+        QTRY_COMPARE(screenColor({700, 900}), QColor(Qt::white));
+        m_terminal->activate();
+        XDesktop::movePointer({1200, 500});
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        QVERIFY(panel()->x() >= 800);
+        const auto isManaged = [] {
+            return XDesktop::property(panel()->winId(), u"WM_STATE"_s).contains(u"Normal"_s);
+        };
+        QTRY_VERIFY(isManaged());
+        QVERIFY(stays([&] { return isManaged() && isSeen() && m_terminal->hasKeyboard(); }));
+    }
+
+    void overAFullScreenWindowANameCanBeTypedAndTheKeyboardGoesBack()
+    {
+        WindowManager::setFullScreen(m_terminal->window(), true);
+        QTRY_COMPARE(screenColor({1500, 100}), QColor(Qt::white));
+        m_terminal->activate();
+        add(u"one.png"_s);
+        QTRY_VERIFY(isSeen());
+        typeIntoName(u"Quarterly report"_s);
+        QVERIFY(stays([] { return name(rows().first())->hasFocus(); }));
+        XDesktop::type(u"s"_s);
+        QTRY_COMPARE(name(rows().first())->text(), u"Quarterly reports"_s);
+        XDesktop::click(centerOf(button(rows().first(), u"Dismiss"_s)));
+        QTRY_VERIFY(!panel()->isVisible());
+        QTRY_VERIFY(m_terminal->hasKeyboard());
+        XDesktop::type(u"back\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
+    }
+
 private:
+    static constexpr QPoint placeInTerminal = {60, 60};
+
     QString typedFile() const { return m_rig->place(u"typed"_s).toLocalFile(); }
 
     QString typedIntoTerminal() const
@@ -79,6 +269,35 @@ private:
     {
         m_tray->addScreenshot(m_rig->open(m_rig->screenshot(file)), file);
         QTRY_COMPARE(rows().first()->x(), 8);
+    }
+
+    static void typeIntoName(const QString &text)
+    {
+        XDesktop::click(centerOf(name(rows().first())));
+        QTRY_VERIFY(name(rows().first())->hasFocus());
+        XDesktop::pressKey(u"ctrl+a"_s);
+        XDesktop::type(text);
+        QTRY_COMPARE(name(rows().first())->text(), text);
+    }
+
+    /// Of a column of pixels that ends there.
+    QImage screenPicture(QPoint bottom, int height) const
+    {
+        const QString file = m_rig->place(u"screen.png"_s).toLocalFile();
+        const QString area =
+            u"1x%1+%2+%3"_s.arg(height).arg(bottom.x()).arg(bottom.y() - height + 1);
+        XDesktop::run(u"maim"_s, {u"--geometry"_s, area, file});
+        return QImage(file);
+    }
+
+    QColor screenColor(QPoint place) const { return screenPicture(place, 1).pixelColor(0, 0); }
+
+    /// Whether the newest row stands on the screen, in front of everything.
+    bool isSeen() const
+    {
+        const QImage picture = screenPicture(rows().first()->mapToGlobal(QPoint(300, 4)), 9);
+        return picture.pixelColor(0, 8).rgb() == VelmoraPalette::card().rgb() &&
+               picture.pixelColor(0, 0).rgb() == VelmoraPalette::tray().rgb();
     }
 
     std::unique_ptr<TrayRig> m_rig;

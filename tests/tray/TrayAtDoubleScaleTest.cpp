@@ -85,6 +85,7 @@ private Q_SLOTS:
     void withACompositorItsCornersAreBlended()
     {
         const Compositor compositor;
+        QTRY_VERIFY(m_rig->platform.panelWindow->showsTransparency());
         add("one.png");
         QTRY_COMPARE(screenPicture().pixelColor(inPicture(panel()->geometry().center())).rgb(),
                      qRgb(255, 255, 255));

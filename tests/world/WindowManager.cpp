@@ -58,7 +58,9 @@ public:
         xcb_send_event(m_connection, false, root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                        reinterpret_cast<const char *>(&event));
-        xcb_flush(m_connection);
+        // A server may drop what it has not read yet when the connection ends.
+        std::free(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
 
 private:
@@ -68,12 +70,6 @@ private:
 constexpr quint32 fromPager = 2;
 
 } // namespace
-
-void WindowManager::minimize(WId window)
-{
-    constexpr quint32 iconic = 3;
-    Server().tell(window, "WM_CHANGE_STATE", {iconic});
-}
 
 void WindowManager::setFullScreen(WId window, bool fullScreen)
 {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QString>
 #include <QWindow>
+
+#include <memory>
 
 /// What a user can have the window manager of a test's world do with any program's windows.
 namespace WindowManager
 {
 
-void minimize(WId window);
 void setFullScreen(WId window, bool fullScreen);
 
 /// Hides all windows, or brings them back.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <xcb/xcb.h>
 
@@ -14,7 +15,7 @@ class CompositorWatch : public QObject
 public:
     explicit CompositorWatch(X11Connection &x11);
 
-    /// Asks the server.
+    /// Asks the server. Not yet true of one that has only just come.
     bool isRunning() const;
 
 Q_SIGNALS:
@@ -28,4 +29,6 @@ private:
     /// A compositor owns this selection of its screen.
     xcb_atom_t m_selection = XCB_ATOM_NONE;
     int m_changeEvent = -1;
+    /// Runs while a compositor that has come is expected to blend its first picture.
+    QTimer m_beginning;
 };
