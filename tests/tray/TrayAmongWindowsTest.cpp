@@ -162,24 +162,14 @@ private Q_SLOTS:
         add(u"one.png"_s);
         QTRY_VERIFY(isSeen());
         WindowManager::showDesktop(true);
-        QTRY_VERIFY(XDesktop::property(m_terminal->window(), u"WM_STATE"_s).contains(u"Iconic"_s));
+        QTRY_VERIFY(
+            XDesktop::run(u"xprop"_s, {u"-root"_s, u"_NET_SHOWING_DESKTOP"_s}).endsWith(u"= 1"_s));
         add(u"two.png"_s);
         QTRY_VERIFY(isSeen());
         QVERIFY(stays([this] { return isSeen() && !panel()->isActiveWindow(); }));
         WindowManager::showDesktop(false);
         add(u"three.png"_s);
         QTRY_VERIFY(isSeen());
-    }
-
-    void aTraySentToAnotherWorkspaceIsThereAgainWithTheNextScreenshot()
-    {
-        add(u"one.png"_s);
-        QTRY_VERIFY(isSeen());
-        WindowManager::moveToDesktop(panel()->winId(), 1);
-        QTRY_VERIFY(!isSeen());
-        add(u"two.png"_s);
-        QTRY_VERIFY(isSeen());
-        QVERIFY(m_terminal->isActive());
     }
 
     void itIsSeenOverTheFullScreenWindowThatTheUserWorksIn()
@@ -224,6 +214,8 @@ private Q_SLOTS:
         QVERIFY(screens.divide());
         WindowManager::setFullScreen(m_terminal->window(), true);
         QTRY_COMPARE(screenColor({700, 900}), QColor(Qt::white));
+        if (screenColor({1500, 900}) == QColor(Qt::white))
+            QSKIP("this window manager takes both screens for one");
         m_terminal->activate();
         XDesktop::movePointer({1200, 500});
         add(u"one.png"_s);

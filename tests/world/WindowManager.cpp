@@ -84,11 +84,6 @@ void WindowManager::showDesktop(bool shown)
     server.tell(server.root(), "_NET_SHOWING_DESKTOP", {shown});
 }
 
-void WindowManager::moveToDesktop(WId window, quint32 desktop)
-{
-    Server().tell(window, "_NET_WM_DESKTOP", {desktop, fromPager});
-}
-
 struct Compositor::Process {
     QProcess picom;
 };

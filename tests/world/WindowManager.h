@@ -13,9 +13,6 @@ void setFullScreen(WId window, bool fullScreen);
 /// Hides all windows, or brings them back.
 void showDesktop(bool shown);
 
-/// @param desktop counted from 0
-void moveToDesktop(WId window, quint32 desktop);
-
 } // namespace WindowManager
 
 /// A compositor, which blends transparent windows, from the moment that it runs until the object's
