@@ -52,7 +52,7 @@ public:
         const NSRect frame = NSScreen.mainScreen.frame;
         // AppKit counts from the lower edge of the first screen, Qt from its upper one.
         const CGFloat top =
-            NSMaxY(NSScreen.screens.firstObject.frame) - frame.origin.y - frame.size.height;
+            NSMaxY([NSScreen.screens.firstObject frame]) - frame.origin.y - frame.size.height;
         const QRectF wanted(frame.origin.x, top, frame.size.width, frame.size.height);
         const QList<QScreen *> screens = QGuiApplication::screens();
         for (QScreen *screen : screens) {
