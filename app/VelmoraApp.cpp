@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/VelmoraApp.h"
 
 #include "core/VelmoraLog.h"

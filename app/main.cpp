@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/VelmoraApp.h"
 #include "core/VelmoraIdentity.h"
 #include "core/VelmoraSettings.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compares the time that decoding takes with the time of Qt's reader, warm, from the file's bytes
 // in memory to the picture.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures the names that screenshots get, and the time until they have them, over the real path:
 // from the file to the suggested name, one at a time, warm.
 //

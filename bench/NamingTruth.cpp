@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/NamingTruth.h"
 
 #include "naming/ScreenshotNamer.h"

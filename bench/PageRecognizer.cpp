@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/PageRecognizer.h"
 
 #include <leptonica/allheaders.h>

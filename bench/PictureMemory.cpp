@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures the memory that pictures cost which are made to cost much: all that is done to a new
 // screenshot at a time (its thumbnail, its name, and its picture pasted), one picture after the
 // other and then all at once.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How long it takes from a finished screenshot to its row on the screen, as a separate client of
 // the X server sees it.
 //

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws pages of many kinds in a browser and takes pictures of them, with the words that stand in
 them: a set to measure names with, other than any that the recogniser was tuned on.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints what bench/run measures, each figure beside its goal, and then all of them once more as
 lines of "name value unit" for programs.
 

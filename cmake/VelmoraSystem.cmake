@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the build must know of the operating system that it builds for. A room's sources of that system
 # stand in its folder of this name.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The three kinds of target that this project has: a room (one static library a folder), a test
 # (one program, run in a private world of its own) and a benchmark.
 

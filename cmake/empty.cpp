@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // A target needs a source for its precompiled header to be made.

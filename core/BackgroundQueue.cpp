@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/BackgroundQueue.h"
 
 BackgroundQueue::BackgroundQueue() : m_pool(makePool()) {}

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/BackgroundThread.h"
 
 #include <condition_variable>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/VelmoraLog.h"
 
 #include "core/BackgroundThread.h"

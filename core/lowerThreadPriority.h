@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Lowers the priority of the calling thread, so that it gives way to threads that a person waits

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/readSmallFile.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Returns freed memory that the allocator has kept to the system. For the end of work that needed

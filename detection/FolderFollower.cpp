@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/FolderFollower.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/FolderListing.h"
 
 #include "filesystem/FileUrls.h"

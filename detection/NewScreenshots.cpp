@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/NewScreenshots.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/ScreenshotFolder.h"
 
 #include "core/whenFinished.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/ScreenshotScanner.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/ScreenshotSpeedOptimizer.h"
 
 #include "core/VelmoraLog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/Screenshot.h"
 
 #include "core/whenFinished.h"

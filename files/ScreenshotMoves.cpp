@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/ScreenshotMoves.h"
 
 #include "files/Screenshot.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/ScreenshotTrash.h"
 
 #include "core/VelmoraLog.h"

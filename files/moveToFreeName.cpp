@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/moveToFreeName.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/reverseAction.h"
 
 #include "filesystem/FileUrls.h"

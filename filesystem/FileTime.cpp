@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filesystem/FileTime.h"
 
 #include <algorithm>

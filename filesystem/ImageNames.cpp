@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filesystem/ImageNames.h"
 
 #include <QFile>

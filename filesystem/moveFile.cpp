@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filesystem/moveFile.h"
 
 #include "filesystem/Descriptor.h"

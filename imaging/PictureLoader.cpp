@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PictureLoader.h"
 
 #include "core/releaseFreeMemory.h"

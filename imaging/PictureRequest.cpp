@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PictureRequest.h"
 
 PictureRequest::PictureRequest(Kind kind, QSize bounds) : m_kind(kind), m_bounds(bounds)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodeHeic.h"
 
 #include "imaging/PictureSink.h"

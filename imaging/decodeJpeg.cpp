@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodeJpeg.h"
 
 #include "imaging/PictureSink.h"

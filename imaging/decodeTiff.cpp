@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodeTiff.h"
 
 #include "imaging/PictureSink.h"

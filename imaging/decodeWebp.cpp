@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodeWebp.h"
 
 #include "imaging/PictureSink.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Whether a picture file is there to its end, as its structure tells: PNG up to its IEND chunk,

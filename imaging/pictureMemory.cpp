@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/pictureMemory.h"
 
 #include "core/largeMemory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/Characters.h"
 
 #include <QTextBoundaryFinder>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/NameFile.h"
 
 #include "core/VelmoraTimestamp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/NameTokens.h"
 
 #include "naming/Characters.h"

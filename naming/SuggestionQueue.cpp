@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/SuggestionQueue.h"
 
 #include "core/lowerThreadPriority.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/foldedText.h"
 
 #include "naming/Characters.h"

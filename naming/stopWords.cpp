@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/stopWords.h"
 
 #include <QSet>

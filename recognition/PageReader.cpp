@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/PageReader.h"
 
 #include "core/releaseFreeMemory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/ElidedLabel.h"
 
 #include "style/breakableText.h"

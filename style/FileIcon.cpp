@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/FileIcon.h"
 
 #include "style/SymbolImages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/FloatingWindow.h"
 
 #include "style/SystemFont.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/ImageView.h"
 
 #include "style/VelmoraPalette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/PaletteView.h"
 
 #include "style/VelmoraPalette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/SvgIconEngine.h"
 
 #include "style/VelmoraPalette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/VelmoraPalette.h"
 
 QColor VelmoraPalette::coral()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/VelmoraStyle.h"
 
 #include "style/VelmoraAssets.h"

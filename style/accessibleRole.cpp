@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/accessibleRole.h"
 
 #include <QAccessibleWidget>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/controlPainting.h"
 
 #include "style/VelmoraPalette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Gives every window of the program, its dialogs, lists and tool tips the program's light look,

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The tests that need nothing of the test world: no X server, no session bus, no Linux.
 
 add_custom_target(neutral_tests)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/ArrivalAnimation.h"
 
 #include "tray/RowStack.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/BadgeLabel.h"
 
 #include "style/SystemFont.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/FilenameTextField.h"
 
 #include "style/SystemFont.h"

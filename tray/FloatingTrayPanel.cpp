@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/FloatingTrayPanel.h"
 
 #include "platform/PanelWindow.h"

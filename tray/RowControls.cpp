@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/RowControls.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/RowStack.h"
 
 #include "tray/trayFrame.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/ScreenshotRowView.h"
 
 #include "core/VelmoraLog.h"

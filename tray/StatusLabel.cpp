@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/StatusLabel.h"
 
 #include "style/SystemFont.h"

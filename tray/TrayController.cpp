@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/TrayController.h"
 
 #include "core/VelmoraSettings.h"

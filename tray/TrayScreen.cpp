@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/TrayScreen.h"
 
 #include "platform/PanelWindow.h"

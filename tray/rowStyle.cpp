@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/rowStyle.h"
 
 #include "style/VelmoraPalette.h"

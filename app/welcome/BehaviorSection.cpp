@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/BehaviorSection.h"
 
 #include "app/welcome/OptionPopUp.h"

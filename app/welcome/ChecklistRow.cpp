@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/ChecklistRow.h"
 
 #include "app/welcome/SymbolView.h"

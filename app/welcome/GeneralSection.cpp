@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/GeneralSection.h"
 
 #include "app/welcome/WelcomeWindow.h"

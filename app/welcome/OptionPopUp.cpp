@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/OptionPopUp.h"
 
 #include "style/SystemFont.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/Pill.h"
 
 #include "app/welcome/labels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/WelcomeController.h"
 
 #include "app/welcome/LoginItemController.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/WelcomeFooter.h"
 
 #include "app/welcome/labels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/WelcomeHeader.h"
 
 #include "app/welcome/Pill.h"

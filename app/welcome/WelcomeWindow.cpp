@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/WelcomeWindow.h"
 
 #include "app/welcome/BehaviorSection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/labels.h"
 
 #include "style/ElidedLabel.h"

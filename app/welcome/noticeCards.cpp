@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/noticeCards.h"
 
 #include "app/welcome/SymbolView.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/linux/PrivateFolder.h"
 
 #include <QFile>

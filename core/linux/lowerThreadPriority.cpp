@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/lowerThreadPriority.h"
 
 #include <sys/resource.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/largeMemory.h"
 
 #include <sys/mman.h>

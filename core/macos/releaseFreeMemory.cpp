@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/releaseFreeMemory.h"
 
 #include <malloc/malloc.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotRow.h"
 
 #include "filesystem/FileUrls.h"

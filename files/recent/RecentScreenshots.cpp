@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshots.h"
 
 #include "core/VelmoraSettings.h"

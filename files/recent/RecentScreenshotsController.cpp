@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotsController.h"
 
 #include "files/ScreenshotActions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotsView.h"
 
 #include "filesystem/FileUrls.h"

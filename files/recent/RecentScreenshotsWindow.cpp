@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotsWindow.h"
 
 #include "files/recent/RecentScreenshots.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filesystem/copyFile.h"
 
 #include "filesystem/Descriptor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filesystem/OpenFile.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/FrontmostApplication.h"
 
 #include "platform/linux/applications/FocusHistory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/LoginItem.h"
 
 #include "filesystem/moveFile.h"

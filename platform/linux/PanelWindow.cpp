@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/PanelWindow.h"
 
 #include "platform/linux/x11/CompositorWatch.h"

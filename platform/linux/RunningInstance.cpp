@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/RunningInstance.h"
 
 #include "platform/linux/single-instance/ApplicationOnBus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
 
 #include "core/SettingsStore.h"

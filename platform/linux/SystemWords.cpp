@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/SystemWords.h"
 
 QString SystemText::here() const

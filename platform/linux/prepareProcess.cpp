@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/prepareProcess.h"
 
 #include <QCoreApplication>

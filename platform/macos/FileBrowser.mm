@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/FileBrowser.h"
 
 #include "filesystem/FileUrls.h"

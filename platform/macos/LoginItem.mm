@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/LoginItem.h"
 
 #import <ServiceManagement/ServiceManagement.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Pasteboard.h"
 
 #import <AppKit/AppKit.h>

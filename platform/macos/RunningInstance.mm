@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/RunningInstance.h"
 
 #include "platform/macos/reopening/ReopenDelegate.h"

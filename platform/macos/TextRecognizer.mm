@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/TextRecognizer.h"
 
 #include <QStringList>

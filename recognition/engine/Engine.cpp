@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/engine/Engine.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/engine/LineReader.h"
 
 #include "recognition/engine/WordFilter.h"

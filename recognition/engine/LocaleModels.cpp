@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/engine/LocaleModels.h"
 
 QStringList localeModels(const QLocale &locale)

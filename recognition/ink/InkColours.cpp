@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/ink/InkColours.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/ink/LinePicture.h"
 
 #include "recognition/ink/InkColours.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/ink/LineReach.h"
 
 #include <algorithm>

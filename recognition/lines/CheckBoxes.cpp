@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/lines/CheckBoxes.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/order/ReadingOrder.h"
 
 #include "recognition/order/MenuBars.h"

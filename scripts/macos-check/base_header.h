@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What stands before all that is generated: names that the metadata takes for granted.
 // clang-format off
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the package's declarations for TypeScript say and its metadata does not: which framework a
 name belongs to, which members of a protocol are optional, and the enumeration behind a number."""
 

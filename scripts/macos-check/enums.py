@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Enumerations with the names that their constants have in C.
 
 The metadata has lost each constant's prefix: NSWindowStyleMask has `Borderless`. The whole name is

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Makes headers of Apple's frameworks for a check of types, from the metadata of an npm package.
 
 They say what takes and returns what, so that a misspelt selector, a wrong number or type of

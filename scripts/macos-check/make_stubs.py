@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Makes stub libraries (.tbd) to link against where the real ones are not: of Apple's frameworks,
 from the metadata of an npm package, and of libraries that this machine has in its own format.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Properties and methods as Objective-C declares them."""
 
 import re

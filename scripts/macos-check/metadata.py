@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The metadata of Apple's frameworks, as the npm package @nativescript/macos-node-api carries it.
 
 The package's library for macOS holds a block that begins with the magic "NSMD" and a version. After

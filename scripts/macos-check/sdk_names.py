@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What of the SDK is made, and the names that the metadata takes for granted."""
 
 # With classes, each after those that it needs; and those of C alone.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The declarations of classes, protocols, structures and functions, each with all that it needs
 before it."""
 

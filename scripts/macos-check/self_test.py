@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Shows that the check sees mistakes: what is right compiles, every mistake that was planted is an
 error, and so is a selector of our own that is misspelt.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles for macOS on a Debian machine; nothing can be linked with it.
 #
 # MACOS_CHECK   the folder with what scripts/check-macos has fetched and made there

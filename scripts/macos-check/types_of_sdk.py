@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Types of the metadata as types of Objective-C."""
 
 import re

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ActiveApplication.h"
 
 #include "core/VelmoraIdentity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/app/AppRig.h"
 #include "tests/recognition/DrawnPage.h"
 

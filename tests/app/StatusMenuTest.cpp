@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/StatusMenu.h"
 
 #include "platform/StatusItem.h"

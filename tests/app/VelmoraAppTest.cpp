@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/app/AppRig.h"
 
 #include "core/VelmoraSettings.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/IniText.h"
 
 #include <QFile>

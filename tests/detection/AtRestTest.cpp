@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/PoorFolderEvents.h"
 #include "tests/detection/Watched.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/FolderFollower.h"
 #include "detection/NewScreenshots.h"
 #include "tests/detection/RandomHistory.h"

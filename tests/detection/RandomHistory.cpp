@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/detection/RandomHistory.h"
 
 #include "tests/detection/FolderActions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/ScreenshotFolderResolver.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "detection/ScreenshotWatcher.h"
 
 #include "core/VelmoraLog.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What assistive technologies are told of the program's windows."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What every end-to-end case stands on: a clean folder, a page in front, the running program."""
 
 import itertools

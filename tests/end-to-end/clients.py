@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What other programs get from Velmora: the clipboard, a drop, a file manager that opens."""
 
 import subprocess

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The dialogs of the welcome window, while the user asks for something else over the bus, from the
 status menu or with the keyboard."""
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Another process meddles with the files while the program works on them: whatever it does, at
 whatever moment, every picture is there exactly once in the end."""
 

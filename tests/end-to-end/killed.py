@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The program is killed in the middle of its work, again and again, and no file is ever lost."""
 
 import configparser

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Start at login: the check box makes a valid entry, and a real session starts the program by it."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A real panel with a status tray, and what it and any other program get from Velmora's item."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Pictures that look the same and are different files."""
 
 import struct

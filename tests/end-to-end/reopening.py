@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The running program reached from outside: by a second start and over the session bus."""
 
 import os

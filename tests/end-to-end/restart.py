@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What the program still knows after it has been started anew, and what stays undone."""
 
 import unittest

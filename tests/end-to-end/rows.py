@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What a user does with a row: names, undoes, trashes, closes."""
 
 import os

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Settings and log on a slow disk: the main thread does not ask that disk for anything, and nothing
 is lost."""
 

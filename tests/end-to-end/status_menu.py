@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The status item in a real panel: its menu opened, every entry clicked, titles and states read."""
 
 import configparser

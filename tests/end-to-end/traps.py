@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What stands where the program's own files belong, and is none: the program starts all the same,
 works, reads nothing endless, and loses nothing of it."""
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The tray as a window: its place, its rows, how long it stays."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program's own windows, for cases that look at them."""
 
 import desktop

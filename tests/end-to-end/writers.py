@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Screenshots as real tools write them: each gets its row at once, and its name."""
 
 import os

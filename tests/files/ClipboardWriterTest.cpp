@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/ClipboardWriter.h"
 
 #include "imaging/decodeImage.h"

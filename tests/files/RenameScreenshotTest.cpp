@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/renameScreenshot.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/ScreenshotActions.h"
 
 #include "files/UndoHistory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/ScreenshotTrash.h"
 
 #include "filesystem/FileUrls.h"

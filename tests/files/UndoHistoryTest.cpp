@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/UndoHistory.h"
 
 #include "tests/files/TestFiles.h"

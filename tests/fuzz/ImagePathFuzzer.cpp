@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libFuzzer's target for the road of a picture: decode it, find its lines, read them.
 //
 // Built with clang by scripts/fuzz, which keeps its corpus and its findings in the build folder.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/CompletionWait.h"
 
 #include <QTest>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodeImage.h"
 
 #include "filesystem/OpenFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/decodePng.h"
 
 #include "imaging/PictureSink.h"

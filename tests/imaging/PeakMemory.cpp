@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/imaging/PeakMemory.h"
 
 #include "core/releaseFreeMemory.h"

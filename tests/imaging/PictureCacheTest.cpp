@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PictureCache.h"
 
 #include <QTest>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PictureSink.h"
 
 #include <QTest>

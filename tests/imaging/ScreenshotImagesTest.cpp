@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/ScreenshotImages.h"
 
 #include "imaging/HeldScreenshot.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/imaging/TestPictures.h"
 
 #include <QBuffer>

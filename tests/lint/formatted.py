@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that every source is formatted as .clang-format says.
 
 usage: formatted.py ROOT CLANG-FORMAT

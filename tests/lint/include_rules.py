@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that each room includes only the rooms that it may, and always from the root.
 
 usage: include_rules.py ROOT

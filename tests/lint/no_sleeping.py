@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that no test sleeps: a test waits for a signal, or for a condition with a deadline.
 
 usage: no_sleeping.py ROOT

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that each system has all that neutral code asks of it: every maker and function that a
 header of the seam declares is defined on each side, in a file of the same name that is built, and
 no side has a service that the other lacks.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/ScreenshotNamer.h"
 
 #include "imaging/ScreenshotImages.h"

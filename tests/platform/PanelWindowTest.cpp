@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/PanelWindow.h"
 
 #include "tests/world/XDesktop.h"

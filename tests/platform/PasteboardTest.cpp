@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Pasteboard.h"
 
 #include "filesystem/FileUrls.h"

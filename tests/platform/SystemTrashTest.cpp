@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/SystemTrash.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/screenshot-tools/Translations.h"
 
 #include "platform/ScreenshotPreferences.h"

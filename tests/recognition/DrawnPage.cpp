@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recognition/DrawnPage.h"
 
 #include <QFontMetrics>

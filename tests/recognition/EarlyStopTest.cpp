@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "naming/NameWords.h"
 #include "platform/TextRecognizer.h"
 #include "tests/recognition/DrawnPage.h"

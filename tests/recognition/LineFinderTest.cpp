@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/lines/LineFinder.h"
 
 #include "recognition/lines/LinePieces.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recognition/lines/LineGrower.h"
 #include "recognition/lines/LineShape.h"
 #include "recognition/order/MenuBars.h"

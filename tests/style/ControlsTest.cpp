@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/BezelButton.h"
 #include "style/ElidedLabel.h"
 #include "style/FileIcon.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/FloatingWindow.h"
 
 #include "tests/world/Screens.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"
 #include "style/VelmoraStyle.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/SymbolImages.h"
 #include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"

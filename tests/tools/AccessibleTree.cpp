@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints what a running program tells assistive technologies, as JSON: each element with its
 // role, name, description, text, place on the screen, states and children.
 //

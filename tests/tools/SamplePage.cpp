@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A page of text, as an ordinary application would show it.
 //
 // usage: sample_page TITLE PARAGRAPH [--save PICTURE]

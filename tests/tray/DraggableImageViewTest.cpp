@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/DraggableImageView.h"
 
 #include "tests/world/XDesktop.h"

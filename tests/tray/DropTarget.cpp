@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Another program's window that takes what is dropped on it. It writes one line for each thing
 // that happens: "ready", "over" with the actions that the drag offers, and "dropped" with a JSON
 // object of what it got.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tray/PanelHistory.h"
 
 #include <QTest>

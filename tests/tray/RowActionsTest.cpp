@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tray/RowFixture.h"
 
 #include "style/BezelButton.h"

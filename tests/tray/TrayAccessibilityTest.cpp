@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
 
 #include "style/BezelButton.h"

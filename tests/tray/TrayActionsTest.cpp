@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
 
 #include "core/VelmoraSettings.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
 #include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"

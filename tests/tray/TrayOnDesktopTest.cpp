@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/VelmoraSettings.h"
 #include "style/BezelButton.h"
 #include "style/VelmoraPalette.h"

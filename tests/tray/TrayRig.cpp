@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tray/TrayRig.h"
 
 #include "core/VelmoraLog.h"

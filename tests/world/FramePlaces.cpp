@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/world/FramePlaces.h"
 
 #include <xcb/xcb.h>

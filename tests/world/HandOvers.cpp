@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked into every program of the tsan preset, and only there.
 //
 // The system's Qt is not built with ThreadSanitizer, which therefore doesn't see that a queued

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/world/SlowDisk.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/world/WindowManager.h"
 
 #include <QProcess>

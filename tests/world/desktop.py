@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What tests, benchmarks and the demonstration do on the private desktop of run-in-world: start
 the program, take screenshots of real windows, look at the tray as another program sees it, and use
 it with the mouse and the keyboard."""

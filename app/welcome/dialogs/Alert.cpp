@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/dialogs/Alert.h"
 
 #include "app/welcome/SymbolView.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/dialogs/chooseFolder.h"
 
 #include "app/welcome/dialogs/Alert.h"

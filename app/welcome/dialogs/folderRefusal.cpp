@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/dialogs/folderRefusal.h"
 
 #include <QFileInfo>

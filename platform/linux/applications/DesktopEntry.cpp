@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/applications/DesktopEntry.h"
 
 #include "core/readSmallFile.h"

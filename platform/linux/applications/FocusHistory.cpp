@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/applications/FocusHistory.h"
 
 #include "core/whenFinished.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/clipboard/ScreenshotMimeData.h"
 
 #include <QBuffer>

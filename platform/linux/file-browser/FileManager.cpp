@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/file-browser/FileManager.h"
 
 #include "platform/linux/freedesktop/KeyFile.h"

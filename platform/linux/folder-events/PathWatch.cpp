@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/folder-events/PathWatch.h"
 
 #include "platform/linux/folder-events/FileSystemKind.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/freedesktop/UserDirectories.h"
 
 #include "platform/linux/freedesktop/KeyFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/screenshot-tools/ScreenshotTools.h"
 
 #include "platform/linux/freedesktop/KeyFile.h"

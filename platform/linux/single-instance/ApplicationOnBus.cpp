@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/single-instance/ApplicationOnBus.h"
 
 #include <QDBusConnectionInterface>

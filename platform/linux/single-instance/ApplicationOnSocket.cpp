@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/single-instance/ApplicationOnSocket.h"
 
 #include <QDeadlineTimer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/status-item/XembedTray.h"
 
 XembedTray::XembedTray() : m_connection(XCB_EVENT_MASK_STRUCTURE_NOTIFY)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/status-item/edgedIcon.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/trash/TrashInfo.h"
 
 #include "filesystem/FileUrls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/PipeWriter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/WaylandFocusSource.h"
 
 #include "platform/linux/kwin/KWinFocusSource.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/macos/reopening/ReopenDelegate.h"
 
 NSNotificationName const velmoraReopened = @"app.velmora.Velmora.reopened";

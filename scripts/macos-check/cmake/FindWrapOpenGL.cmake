@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Qt's packages ask for OpenGL, which the program does not use and which is not here.
 set(WrapOpenGL_FOUND TRUE)
 if(NOT TARGET WrapOpenGL::WrapOpenGL)

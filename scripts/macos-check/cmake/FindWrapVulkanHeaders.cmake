@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Qt's packages ask for Vulkan's headers, whose folder is that of all headers of this machine.
 set(WrapVulkanHeaders_FOUND TRUE)
 if(NOT TARGET WrapVulkanHeaders::WrapVulkanHeaders)

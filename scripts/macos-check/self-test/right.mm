@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls as the system has them: the check must find nothing wrong here.
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>

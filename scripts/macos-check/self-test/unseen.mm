@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the check does not find: these compile, and are looked for by hand (docs/macos.md).
 // clang-format off
 #import <AppKit/AppKit.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Each line with a function has one mistake: the check must find all of them.
 // clang-format off
 #import <AppKit/AppKit.h>

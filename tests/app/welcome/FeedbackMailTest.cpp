@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/feedbackMail.h"
 
 #include "core/VelmoraIdentity.h"

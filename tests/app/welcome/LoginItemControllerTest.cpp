@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/welcome/LoginItemController.h"
 
 #include "platform/LoginItem.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/app/welcome/WelcomeRig.h"
 
 #include "style/lightAppearance.h"

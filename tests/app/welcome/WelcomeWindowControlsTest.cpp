@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style/lightAppearance.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
 

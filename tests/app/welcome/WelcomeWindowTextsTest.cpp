@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/app/welcome/WelcomeWindowParts.h"
 
 #include "style/VelmoraPalette.h"

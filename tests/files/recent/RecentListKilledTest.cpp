@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/VelmoraSettings.h"
 #include "tests/files/TestFiles.h"
 

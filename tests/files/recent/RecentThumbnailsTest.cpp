@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recent/RecentThumbnails.h"
 
 #include "imaging/ScreenshotImages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes the stored recent list without end, and writes a line after each change.
 //
 // usage: recent_list_writer FOLDER [--once FILE]

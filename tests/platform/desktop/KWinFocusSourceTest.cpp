@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/kwin/KWinFocusSource.h"
 
 #include <QDBusConnection>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/status-item/StatusNotifierSearch.h"
 
 #include "StatusBars.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A client of the X server that means no good. It goes on until it is killed.
 ///
 /// usage: hostileClient flood     the active window changes as fast as it can

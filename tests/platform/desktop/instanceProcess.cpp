@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program of which one copy runs. Says on its output what it hears.
 
 #include "platform/RunningInstance.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that can be started at login. Told "on" or "off" it turns that on or off, told "state"
 // it says how it stands; told nothing, as at login, it notes in the folder STARTED_FOLDER which
 // program has been started and with how many arguments.

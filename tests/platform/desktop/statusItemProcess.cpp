@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program with a status item of a loud colour. Says on its output which action was triggered;
 // "Third" changes the title and state of "Second".
 
