@@ -52,8 +52,8 @@ public:
     {
         const NSRect frame = NSScreen.mainScreen.frame;
         // AppKit counts from the lower edge of the first screen, Qt from its upper one.
-        const CGFloat top =
-            NSMaxY([NSScreen.screens.firstObject frame]) - frame.origin.y - frame.size.height;
+        const NSRect first = [NSScreen.screens.firstObject frame];
+        const CGFloat top = first.origin.y + first.size.height - frame.origin.y - frame.size.height;
         const QRectF wanted(frame.origin.x, top, frame.size.width, frame.size.height);
         const QList<QScreen *> screens = QGuiApplication::screens();
         for (QScreen *screen : screens) {
