@@ -120,6 +120,9 @@ void VelmoraApp::takeIn(const QUrl &url)
     }
     VelmoraLog::write(u"detected "_s + url.toLocalFile());
     m_activeApplication.refresh();
+    // Read before the recent list is stored: while the disk writes, another program's changes to
+    // the settings would go unseen.
+    const CopyBehavior behavior = VelmoraSettings::copyBehavior();
     m_recentScreenshots.add(url);
 
     const ScreenshotPointer screenshot =
@@ -130,7 +133,6 @@ void VelmoraApp::takeIn(const QUrl &url)
     m_trayController.updateSuggestion(itemID, fallback, true);
     m_trayController.markNaming(itemID);
 
-    const CopyBehavior behavior = VelmoraSettings::copyBehavior();
     if (behavior != CopyBehavior::none)
         m_actions.copyNew(screenshot, behavior);
     screenshot->whenOpened(this, [this, itemID, trayAreas, screenshot = screenshot.get()] {
