@@ -112,7 +112,8 @@ private Q_SLOTS:
     void amongMoreChangesThanCanBeLookedAtOneIsSeen()
     {
         const HostileClient client(u"flood"_s);
-        QTRY_VERIFY(nameInFront() == u"Paint"_s || nameInFront() == u"Fox-esr"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(nameInFront() == u"Paint"_s || nameInFront() == u"Fox-esr"_s,
+                                 int(patience.count()));
     }
 
     void aClassNameThatIsNoNameIsNone()
