@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtGlobal>
+#include <QFuture>
+#include <QPromise>
 
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 /// One thread that does what it is given, one thing after the other.
 ///
@@ -23,6 +26,21 @@ public:
 
     /// Never waits. Any thread.
     void run(std::function<void()> task);
+
+    /// The same for work with a result. Never waits. The future of work that is dropped is
+    /// cancelled.
+    template <typename Work>
+    QFuture<std::invoke_result_t<Work>> ask(Work work)
+    {
+        using Result = std::invoke_result_t<Work>;
+        const auto promise = std::make_shared<QPromise<Result>>();
+        promise->start();
+        run([promise, work = std::move(work)] {
+            promise->addResult(work());
+            promise->finish();
+        });
+        return promise->future();
+    }
 
     /// Waits until everything has been done that was given before, at most so long. False when
     /// that was not long enough. Any thread but this one.

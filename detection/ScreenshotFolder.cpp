@@ -16,6 +16,9 @@ namespace
 /// Reading two small files takes a millisecond; a busy machine at login a little longer.
 constexpr auto longestWaitForFirstAnswer = 100ms;
 
+/// The end of the program waits this long for a reading that hangs.
+constexpr auto longestWaitAtTheEnd = 1s;
+
 /// What stands at a path and is no folder. A folder that is missing may come.
 bool isSomethingElse(const QUrl &folder)
 {
@@ -32,7 +35,10 @@ struct ScreenshotFolder::FirstAnswer {
 };
 
 ScreenshotFolder::ScreenshotFolder(ScreenshotPreferences &preferences, QObject *parent)
-    : QObject(parent), m_preferences(preferences), m_first(std::make_shared<FirstAnswer>())
+    : QObject(parent)
+    , m_preferences(preferences)
+    , m_first(std::make_shared<FirstAnswer>())
+    , m_background(longestWaitAtTheEnd)
 {
     connect(&preferences, &ScreenshotPreferences::changed, this, &ScreenshotFolder::resolve);
     resolve();
@@ -68,7 +74,7 @@ void ScreenshotFolder::resolve()
     }
     m_isResolving = true;
     m_isOutdated = false;
-    const auto answer = m_background.run([preferences = &m_preferences, first = m_first] {
+    const auto answer = m_background.ask([preferences = &m_preferences, first = m_first] {
         preferences->follow();
         const QUrl folder = ScreenshotFolderResolver::currentScreenshotFolder(*preferences);
         const bool isAnswer = !isSomethingElse(folder);

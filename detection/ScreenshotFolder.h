@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/BackgroundQueue.h"
+#include "core/BackgroundThread.h"
 #include "platform/ScreenshotPreferences.h"
 
 #include <QObject>
@@ -45,5 +45,5 @@ private:
     QUrl m_folder;
     bool m_isResolving = false;
     bool m_isOutdated = false;
-    BackgroundQueue m_background;
+    BackgroundThread m_background;
 };

@@ -5,8 +5,6 @@
 #include "core/whenFinished.h"
 #include "filesystem/FileUrls.h"
 
-#include <QPromise>
-
 #include <algorithm>
 
 using namespace std::chrono_literals;
@@ -103,20 +101,17 @@ void RecentScreenshots::load()
         takeStored(paths);
         return;
     }
-    const auto promise = std::make_shared<QPromise<QStringList>>();
-    promise->start();
-    whenFinished(promise->future(), this, [this](const QStringList &late) {
+    m_loader = makeThread();
+    const auto stored = m_loader->ask([] {
+        VelmoraSettings::open().readAgain();
+        return VelmoraSettings::recentScreenshots();
+    });
+    whenFinished(stored, this, [this](const QStringList &late) {
         m_isLoaded = true;
         const bool hasChanged = !m_urls.isEmpty();
         takeStored(late);
         if (hasChanged)
             save();
-    });
-    m_loader = makeThread();
-    m_loader->run([promise] {
-        VelmoraSettings::open().readAgain();
-        promise->addResult(VelmoraSettings::recentScreenshots());
-        promise->finish();
     });
 }
 
@@ -184,9 +179,8 @@ void RecentScreenshots::listFolder()
 void RecentScreenshots::lookUp(const Work &work, void (RecentScreenshots::*takeOver)(const List &))
 {
     m_isListing = true;
-    const auto promise = std::make_shared<QPromise<List>>();
-    promise->start();
-    whenFinished(promise->future(), this, [this, takeOver, listing = m_listing](const List &list) {
+    const auto answer = m_background->ask(work);
+    whenFinished(answer, this, [this, takeOver, listing = m_listing](const List &list) {
         if (listing != m_listing)
             return;
         m_isListing = false;
@@ -194,10 +188,6 @@ void RecentScreenshots::lookUp(const Work &work, void (RecentScreenshots::*takeO
         Q_EMIT refreshed();
         if (m_isOutdated && !m_isListing)
             listFolder();
-    });
-    m_background->run([promise, work] {
-        promise->addResult(work());
-        promise->finish();
     });
 }
 

@@ -28,6 +28,28 @@ private Q_SLOTS:
         QVERIFY(std::is_sorted(done->begin(), done->end()));
     }
 
+    void whatIsAskedForIsAnswered()
+    {
+        BackgroundThread thread(1s);
+        QFuture<int> answer = thread.ask([] { return 42; });
+        QVERIFY(thread.waitUntilIdle(10s));
+        QCOMPARE(answer.result(), 42);
+    }
+
+    void whatIsDroppedIsCancelled()
+    {
+        const auto mayEnd = std::make_shared<std::binary_semaphore>(0);
+        QFuture<int> answer;
+        {
+            BackgroundThread thread(0s);
+            thread.run([mayEnd] { mayEnd->acquire(); });
+            answer = thread.ask([] { return 42; });
+        }
+        mayEnd->release();
+        QTRY_VERIFY(answer.isFinished());
+        QVERIFY(answer.isCanceled());
+    }
+
     void itIsAnotherThreadAndAlwaysTheSame()
     {
         const auto ids = std::make_shared<QList<std::thread::id>>();
