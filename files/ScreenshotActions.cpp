@@ -38,11 +38,7 @@ struct ScreenshotActions::Report {
 
 ScreenshotActions::ScreenshotActions(const Services &services, UndoHistory &history,
                                      QObject *parent)
-    : QObject(parent)
-    , m_services(services)
-    , m_history(history)
-    , m_opening(u"velmora.opening"_s)
-    , m_work(u"velmora.files"_s)
+    : QObject(parent), m_services(services), m_history(history)
 {
 }
 

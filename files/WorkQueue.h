@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/BackgroundThread.h"
+
 #include <QObject>
 
 #include <chrono>
 #include <functional>
 #include <memory>
 
-class QThread;
-
-/// Does work aside, in one thread of its own, in the order in which it was asked for. Lives on the
-/// thread of its owner.
+/// Does work aside, one piece after the other in the order in which it was asked for, and hands
+/// each outcome back to the thread of its owner.
 class WorkQueue : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     /// What is to be done with the outcome, in the owner's thread.
     using Outcome = std::function<void()>;
 
-    explicit WorkQueue(const QString &threadName, QObject *parent = nullptr);
+    explicit WorkQueue(QObject *parent = nullptr);
 
     /// Work that has not begun is dropped, and no outcome is told any more. Waits a moment for what
     /// is under way; work that hangs (a dead network disk) is left behind with its thread.
@@ -33,9 +33,8 @@ public:
 private:
     struct Shared;
 
-    static void work(const std::shared_ptr<Shared> &shared);
     void tell();
 
     std::shared_ptr<Shared> m_shared;
-    QThread *m_thread;
+    BackgroundThread m_thread;
 };

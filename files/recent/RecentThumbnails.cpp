@@ -10,8 +10,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace
 {
 
@@ -26,7 +24,7 @@ QSize onFinestScreen(QSize points)
 } // namespace
 
 RecentThumbnails::RecentThumbnails(ScreenshotImages &images, QSize size)
-    : m_images(images), m_size(size), m_disk(u"velmora.recent-thumbnails"_s)
+    : m_images(images), m_size(size)
 {
 }
 

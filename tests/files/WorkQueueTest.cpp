@@ -6,7 +6,6 @@
 #include <QTest>
 #include <QThread>
 
-using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 class WorkQueueTest : public QObject
@@ -16,7 +15,7 @@ class WorkQueueTest : public QObject
 private Q_SLOTS:
     void workIsDoneAsideInItsOrderAndToldHere()
     {
-        WorkQueue queue(u"test"_s);
+        WorkQueue queue;
         QList<int> done;
         QList<int> told;
         for (int i = 0; i < 100; ++i) {
@@ -36,7 +35,7 @@ private Q_SLOTS:
 
     void finishingTellsEverythingWithoutAnEventLoop()
     {
-        WorkQueue queue(u"test"_s);
+        WorkQueue queue;
         int told = 0;
         const auto count = [&told]() -> WorkQueue::Outcome { return [&told] { ++told; }; };
         for (int i = 0; i < 10; ++i)
@@ -57,7 +56,7 @@ private Q_SLOTS:
         QElapsedTimer watch;
         watch.start();
         {
-            WorkQueue queue(u"test"_s);
+            WorkQueue queue;
             queue.add([mayEnd, hasEnded, &told]() -> WorkQueue::Outcome {
                 mayEnd->acquire();
                 hasEnded->release();
@@ -69,7 +68,7 @@ private Q_SLOTS:
         QVERIFY2(watch.elapsed() < 5000, qPrintable(QString::number(watch.elapsed())));
         mayEnd->release();
         QVERIFY(hasEnded->tryAcquire(1, 10000));
-        QTest::qWait(0);
+        QCoreApplication::sendPostedEvents();
         QVERIFY(!told);
     }
 
@@ -79,7 +78,7 @@ private Q_SLOTS:
         QSemaphore hasBegun;
         bool hasBegunSecond = false;
         {
-            WorkQueue queue(u"test"_s);
+            WorkQueue queue;
             queue.add([&]() -> WorkQueue::Outcome {
                 hasBegun.release();
                 mayEnd.tryAcquire(1, 300);
