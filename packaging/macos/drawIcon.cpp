@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "packaging/icons/drawPicture.h"
+
 #include <QBuffer>
 #include <QFile>
-#include <QImage>
-#include <QPainter>
-#include <QSvgRenderer>
 #include <QtEndian>
 
 #include <array>
@@ -41,15 +40,10 @@ QByteArray block(const char *type, const QByteArray &content)
 
 QByteArray drawn(QSvgRenderer &drawing, int pixels)
 {
-    QImage image(pixels, pixels, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    drawing.render(&painter);
-    painter.end();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
+    drawPicture(drawing, pixels).save(&buffer, "png");
     return bytes;
 }
 
