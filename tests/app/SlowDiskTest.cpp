@@ -3,8 +3,10 @@
 
 #include "style/ImageView.h"
 #include "tests/app/AppRig.h"
+#include "tray/FilenameTextField.h"
 
 #include <QAbstractEventDispatcher>
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QThread>
@@ -96,6 +98,13 @@ int greenThumbnails()
     }));
 }
 
+bool rowSays(const QString &text)
+{
+    const auto labels = AppRig::rows().constFirst()->findChildren<QLabel *>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&text](const QLabel *label) { return label->text() == text; });
+}
+
 void press(const QString &accessibleName)
 {
     for (auto *button : AppRig::rows().constFirst()->findChildren<QPushButton *>()) {
@@ -146,6 +155,32 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(
             existsAside(AppRig::folder() + u"/safari-harvest-festival-invitation-2.png"_s),
             patience);
+        turns.verify();
+    }
+
+    void aNameCanBeTypedAndTakenBackMeanwhile()
+    {
+        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
+        AppRig rig;
+        rig.launch();
+        takeAside(rig, u"First.png"_s);
+        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+
+        makeDisksSlow();
+        SlowDisk::startCounting();
+        Turns turns;
+        auto *field = AppRig::rows().constFirst()->findChild<FilenameTextField *>();
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, u"Typed name"_s);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"typed-name.png"_s, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(rowSays(u"Saved as typed-name.png"_s), patience);
+        QVERIFY(existsAside(AppRig::folder() + u"/typed-name.png"_s));
+        press(u"Undo"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(rowSays(u"Restored"_s), patience);
+        QCOMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        QVERIFY(existsAside(AppRig::folder() + u"/safari-harvest-festival-invitation.png"_s));
         turns.verify();
     }
 
