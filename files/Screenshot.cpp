@@ -27,7 +27,7 @@ void Screenshot::open()
     const std::lock_guard lock(m_mutex);
     m_held = held;
     if (held)
-        m_identity = held->identity();
+        m_identity = held->currentIdentity();
     m_isOpen = true;
 }
 
@@ -75,7 +75,7 @@ bool Screenshot::isAt(const QUrl &place) const
 {
     const std::optional<FileIdentity> there = fileIdentity(place.toLocalFile());
     const std::lock_guard lock(m_mutex);
-    return there && m_identity && there->sameFile(*m_identity);
+    return there && m_identity && there->sameFile(m_identity->current());
 }
 
 void Screenshot::moved(const QUrl &url, Place place)
@@ -86,7 +86,7 @@ void Screenshot::moved(const QUrl &url, Place place)
     m_url = url;
     m_place = place;
     if (there)
-        m_identity = there;
+        m_identity = std::make_shared<HeldIdentity>(*there);
 }
 
 void Screenshot::openAgain()

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "filesystem/OpenFile.h"
 #include "imaging/ScreenshotImages.h"
 
 #include <QFuture>
@@ -12,6 +11,8 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+
+class HeldIdentity;
 
 /// One screenshot, shared by all who deal with it: which file it is, where it is now, and which
 /// application was in front when it was taken. Made on the main thread, and used there where
@@ -87,7 +88,9 @@ private:
     QUrl m_url;
     Place m_place = Place::Folder;
     Held m_held;
-    std::optional<FileIdentity> m_identity; ///< absent where there was no file
+    /// Null where there was no file. Follows the file when another program writes it anew in its
+    /// place, until this program moves it.
+    std::shared_ptr<const HeldIdentity> m_identity;
     bool m_isOpen = false;
 };
 

@@ -18,7 +18,7 @@ HeldScreenshot::HeldScreenshot(const QString &path, const FileIdentity &identity
     : m_identity(identity)
     , m_firstPath(path)
     , m_openCount(openCount)
-    , m_current(identity)
+    , m_current(std::make_shared<HeldIdentity>(identity))
     , m_path(path)
 {
     if (m_openCount->fetch_add(1) < maximumOpen)
@@ -28,12 +28,6 @@ HeldScreenshot::HeldScreenshot(const QString &path, const FileIdentity &identity
 HeldScreenshot::~HeldScreenshot()
 {
     m_openCount->fetch_sub(1);
-}
-
-FileIdentity HeldScreenshot::currentIdentity() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_current;
 }
 
 std::shared_ptr<OpenFile> HeldScreenshot::open() const
@@ -49,7 +43,7 @@ std::shared_ptr<OpenFile> HeldScreenshot::open() const
     const std::optional<FileIdentity> identity = successor ? successor->identity() : std::nullopt;
     if (!identity)
         return m_open;
-    m_current = *identity;
+    m_current->set(*identity);
     m_path = m_firstPath;
     if (m_open)
         m_open = successor;
@@ -73,10 +67,11 @@ std::shared_ptr<OpenFile> HeldScreenshot::openInFolder() const
 
 std::shared_ptr<OpenFile> HeldScreenshot::openIfSame(const QString &path) const
 {
+    const FileIdentity current = m_current->current();
     const std::optional<FileIdentity> standing = fileIdentity(path);
-    if (!standing || !standing->sameFile(m_current))
+    if (!standing || !standing->sameFile(current))
         return nullptr;
     std::shared_ptr<OpenFile> file = OpenFile::open(path);
     const std::optional<FileIdentity> opened = file ? file->identity() : std::nullopt;
-    return opened && opened->sameFile(m_current) ? file : nullptr;
+    return opened && opened->sameFile(current) ? file : nullptr;
 }

@@ -9,6 +9,28 @@
 #include <memory>
 #include <mutex>
 
+/// Which file a held screenshot is; known also to those who do not hold it any more. Any thread.
+class HeldIdentity
+{
+public:
+    explicit HeldIdentity(const FileIdentity &identity) : m_identity(identity) {}
+
+    FileIdentity current() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_identity;
+    }
+    void set(const FileIdentity &identity)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_identity = identity;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    FileIdentity m_identity;
+};
+
 /// A screenshot file that can still be read when it has been renamed since. Any thread.
 ///
 /// It is kept open as long as few others are; beyond that only its identity is kept, and the file
@@ -31,8 +53,8 @@ public:
     /// As it was when the hold began.
     const FileIdentity &identity() const { return m_identity; }
 
-    /// The same, but of the newer file where it was found to be written anew.
-    FileIdentity currentIdentity() const;
+    /// The same, but of the newer file from when it is found to be written anew.
+    std::shared_ptr<const HeldIdentity> currentIdentity() const { return m_current; }
 
     /// The file, open for reading; null when it is gone or may not be read. Another one than before
     /// where it was written anew. Blocks.
@@ -46,9 +68,9 @@ private:
     const FileIdentity m_identity;
     const QString m_firstPath;
     OpenCount m_openCount;
+    const std::shared_ptr<HeldIdentity> m_current;
     mutable std::mutex m_mutex;
     // Guarded by the mutex:
-    mutable FileIdentity m_current;           ///< other than the first where it was written anew
     mutable QString m_path;                   ///< where the file was last seen
     mutable std::shared_ptr<OpenFile> m_open; ///< null beyond the bound
 };

@@ -205,6 +205,31 @@ private Q_SLOTS:
         QVERIFY(FileUrls::exists(place));
     }
 
+    /// As a tool does that writes beside the file and then puts that in its place.
+    void aFileThatIsReplacedWhileItIsWrittenIsNamedAllTheSame()
+    {
+        AppRig rig;
+        rig.launch();
+        const QString place = AppRig::folder() + QStringLiteral("/Screenshot.png");
+        QFile begun(place);
+        QVERIFY(begun.open(QFile::WriteOnly));
+        begun.write("\x89PNG\r\n\x1a\n");
+        begun.flush();
+        QTRY_COMPARE(AppRig::rows().size(), 1);
+        const QString beside = AppRig::folder() + QStringLiteral("/.beside");
+        QImage picture(320, 200, QImage::Format_RGB32);
+        picture.fill(Qt::darkGreen);
+        QVERIFY(picture.save(beside, "PNG"));
+        QCOMPARE(std::rename(QFile::encodeName(beside).constData(),
+                             QFile::encodeName(place).constData()),
+                 0);
+        begun.close();
+        QTRY_COMPARE_WITH_TIMEOUT(
+            AppRig::filesInFolder(),
+            QStringList(QStringLiteral("safari-harvest-festival-invitation.png")), 20'000);
+        QVERIFY(!QTest::qWaitFor([] { return AppRig::rows().size() != 1; }, 500));
+    }
+
     void reopeningShowsTheWelcomeWindowAgain()
     {
         AppRig rig;

@@ -307,8 +307,9 @@ private Q_SLOTS:
         writer.close();
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
-        QVERIFY(held->currentIdentity().sameFile(*fileIdentity(path(QStringLiteral("a.png")))));
-        QVERIFY(!held->identity().sameFile(held->currentIdentity()));
+        QVERIFY(held->currentIdentity()->current().sameFile(
+            *fileIdentity(path(QStringLiteral("a.png")))));
+        QVERIFY(!held->identity().sameFile(held->currentIdentity()->current()));
     }
 
     void largePicturesWaitUntilOthersAreLetGo()
