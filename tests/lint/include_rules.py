@@ -20,12 +20,13 @@ MAY_INCLUDE = {
     "style": {"core"},
     "detection": {"core", "filesystem", "platform"},
     "naming": {"core", "filesystem", "platform", "imaging"},
+    "search": {"core", "filesystem", "platform", "imaging", "naming"},
     "files": {"core", "filesystem", "platform", "imaging"},
-    "files/recent": {"core", "filesystem", "platform", "imaging", "style", "files"},
+    "files/recent": {"core", "filesystem", "platform", "imaging", "style", "search", "files"},
     "tray": {"core", "filesystem", "platform", "imaging", "style", "naming", "files"},
     "app/welcome": {"core", "filesystem", "platform", "imaging", "style", "detection", "files"},
-    "app": {"core", "filesystem", "platform", "imaging", "style", "detection", "naming", "files",
-            "files/recent", "tray", "app/welcome"},
+    "app": {"core", "filesystem", "platform", "imaging", "style", "detection", "naming", "search",
+            "files", "files/recent", "tray", "app/welcome"},
 }
 SYSTEM_FOLDERS = ("linux", "macos")
 QUOTED_INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')

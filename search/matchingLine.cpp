@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "search/matchingLine.h"
+
+#include "naming/foldedText.h"
+
+namespace
+{
+
+/// A term at the beginning of a word counts more than one in the middle, which may be the beginning
+/// of a word such as the second one in "pullRequest".
+enum Value { Absent, Within, AtBeginning };
+
+Value valueOf(QStringView line, const QString &term)
+{
+    Value value = Absent;
+    for (qsizetype at = line.indexOf(term); at >= 0; at = line.indexOf(term, at + 1)) {
+        if (at == 0 || !line[at - 1].isLetterOrNumber())
+            return AtBeginning;
+        value = Within;
+    }
+    return value;
+}
+
+} // namespace
+
+QString matchingLine(const QString &text, const QStringList &terms)
+{
+    // Folding leaves the lines' ends.
+    const QString folded = foldedText(text);
+    qsizetype best = -1;
+    int most = 0;
+    qsizetype number = 0;
+    for (const QStringView line : QStringView(folded).tokenize(u'\n')) {
+        int value = 0;
+        for (const QString &term : terms)
+            value += valueOf(line, term);
+        if (value > most) {
+            most = value;
+            best = number;
+        }
+        if (most == AtBeginning * terms.size())
+            break;
+        ++number;
+    }
+    return best < 0 ? QString() : text.section(u'\n', best, best);
+}
