@@ -11,6 +11,7 @@ import pathlib
 import shutil
 import statistics
 import sys
+import tempfile
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "world"))
@@ -23,6 +24,8 @@ IDLE_SECONDS = 30
 OLD_FILES = (100, 10_000, 100_000)
 OLD_AGE_SECONDS = 30 * 24 * 3600
 SETTLE_SECONDS = 5
+# The program gives back what it keeps ready after a minute without a screenshot.
+LONG_REST_SECONDS = 70
 TITLE = "Quarterly Budget Review Meeting"
 PARAGRAPH = "The harvest was better than anybody had hoped, says the treasurer."
 NAMING_SECONDS = 30
@@ -94,6 +97,7 @@ class Bench:
 
     def memory(self):
         self.fresh_folder()
+        self.memory_alone()
         velmora = self.started()
         self.report("private-memory-at-rest", velmora.private_bytes() / 2**20, "MB")
         for number in range(1, 11):
@@ -102,6 +106,29 @@ class Bench:
         rest(SETTLE_SECONDS)
         self.report("private-memory-after-ten", velmora.private_bytes() / 2**20, "MB", 90)
         velmora.stop()
+
+    def memory_alone(self):
+        """As on a machine with no other program of the same libraries: with copies of them, whose
+        memory it shares with nobody."""
+        with tempfile.TemporaryDirectory() as folder:
+            for library in self.libraries():
+                shutil.copy(library, folder)
+            velmora = desktop.Velmora(
+                self.build, accessible=False, environment={"LD_LIBRARY_PATH": folder}
+            )
+            velmora.start().close_welcome_window()
+            rest(SETTLE_SECONDS)
+            self.report("private-memory-alone-at-start", velmora.private_bytes() / 2**20, "MB")
+            rest(LONG_REST_SECONDS)
+            self.report("private-memory-alone", velmora.private_bytes() / 2**20, "MB", 35)
+            velmora.stop()
+
+    def libraries(self):
+        """All but the C library, which goes with its loader."""
+        linked = desktop.output_of("ldd", str(self.build / "app" / "velmora")).stdout.decode()
+        paths = [line.partition("=> ")[2].split(" ")[0] for line in linked.splitlines()]
+        own = ("/libc.so.6", "/libm.so.6")
+        return [path for path in paths if path.startswith("/") and not path.endswith(own)]
 
     @staticmethod
     def named_files():

@@ -9,5 +9,8 @@ void releaseFreeMemory()
     ::malloc_zone_pressure_relief(nullptr, 0);
 }
 
+/// The system does so by itself.
+void releaseCode() {}
+
 /// The system's allocator has no such setting; releaseFreeMemory() gives back what it keeps.
 void keepLittleFreeMemory() {}

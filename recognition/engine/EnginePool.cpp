@@ -39,9 +39,12 @@ public:
             const Clock::time_point now = Clock::now();
             if (tidyingDue <= now) {
                 tidyingDue = never;
+                const bool isResting = existing == 0;
                 lock.unlock();
                 // Reading leaves free memory in the heap that the system could use.
                 releaseFreeMemory();
+                if (isResting)
+                    releaseCode();
                 lock.lock();
             } else if (spareDue() <= now) {
                 std::unique_ptr<Engine> spare = std::move(waiting.front().engine);

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "core/releaseFreeMemory.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+namespace
+{
+
+/// How much of the files that the program has mapped is in memory, in kB.
+int mappedFiles()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QFile::ReadOnly))
+        return 0;
+    const QByteArrayList lines = status.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("RssFile:"))
+            return line.simplified().split(' ').value(1).toInt();
+    }
+    return 0;
+}
+
+} // namespace
+
+class ReleaseFreeMemoryTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void codeThatIsReleasedTakesNoMemoryAndStillRuns()
+    {
+        const int before = mappedFiles();
+        releaseCode();
+        const int after = mappedFiles();
+        QVERIFY2(after < before / 2,
+                 qPrintable(QStringLiteral("%1 kB, %2 kB before").arg(after).arg(before)));
+        QCOMPARE(QLocale::c().toString(1234.5), QStringLiteral("1234.5"));
+    }
+
+    void itMayBeReleasedWhileItRuns()
+    {
+        std::atomic_bool isEnding = false;
+        std::atomic_int rounds = 0;
+        std::thread worker([&] {
+            while (!isEnding) {
+                if (QLocale::c().toString(1234.5) == QStringLiteral("1234.5"))
+                    ++rounds;
+            }
+        });
+        for (int time = 0; time < 100; ++time)
+            releaseCode();
+        const int until = rounds + 100;
+        const bool goesOn = QTest::qWaitFor([&] { return rounds > until; }, 20'000);
+        isEnding = true;
+        worker.join();
+        QVERIFY(goesOn);
+    }
+};
+
+QTEST_GUILESS_MAIN(ReleaseFreeMemoryTest)
+#include "ReleaseFreeMemoryTest.moc"
