@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -70,6 +71,14 @@ private:
 
 constexpr quint32 fromPager = 2;
 
+pid_t managerProcess()
+{
+    const int process = qEnvironmentVariableIntValue("VELMORA_WORLD_MANAGER_PROCESS");
+    if (process <= 0)
+        qFatal("the world has no window manager");
+    return process;
+}
+
 } // namespace
 
 void WindowManager::setFullScreen(WId window, bool fullScreen)
@@ -83,6 +92,21 @@ void WindowManager::showDesktop(bool shown)
 {
     const Server server;
     server.tell(server.root(), "_NET_SHOWING_DESKTOP", {shown});
+}
+
+void WindowManager::sendToWorkspace(WId window, quint32 workspace)
+{
+    Server().tell(window, "_NET_WM_DESKTOP", {workspace, fromPager});
+}
+
+WindowManager::Standstill::Standstill()
+{
+    ::kill(managerProcess(), SIGSTOP);
+}
+
+WindowManager::Standstill::~Standstill()
+{
+    ::kill(managerProcess(), SIGCONT);
 }
 
 struct Compositor::Process {

@@ -14,6 +14,18 @@ void setFullScreen(WId window, bool fullScreen);
 /// Hides all windows, or brings them back.
 void showDesktop(bool shown);
 
+/// Sends the window to another workspace; the first one has the number 0.
+void sendToWorkspace(WId window, quint32 workspace);
+
+/// A window manager that is too busy to do anything, from now until the object's end.
+class Standstill
+{
+public:
+    Standstill();
+    ~Standstill();
+    Q_DISABLE_COPY_MOVE(Standstill)
+};
+
 } // namespace WindowManager
 
 /// A compositor, which blends transparent windows, from the moment that it runs until the object's
