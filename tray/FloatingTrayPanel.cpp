@@ -81,21 +81,33 @@ void FloatingTrayPanel::setContent(QWidget *content)
 
 void FloatingTrayPanel::present()
 {
-    const bool isNew = internalWinId() == 0;
-    createWinId();
-    if (isNew)
-        m_panelWindow.setOutline(*windowHandle(), cornerRadius);
     if (isVisible() && m_panelWindow.bringToFront(*windowHandle()))
         return;
     hide();
-    m_panelWindow.prepare(*windowHandle());
+    destroy();
+    // Otherwise a new window would be minimised as the old one was.
+    setWindowState(Qt::WindowNoState);
+    createWinId();
+    m_panelWindow.prepare(*windowHandle(), cornerRadius);
     show();
     m_panelWindow.bringToFront(*windowHandle());
+}
+
+void FloatingTrayPanel::dismiss()
+{
+    giveFocusBack();
+    hide();
 }
 
 void FloatingTrayPanel::takeFocus()
 {
     m_panelWindow.takeFocus(*windowHandle());
+}
+
+void FloatingTrayPanel::giveFocusBack()
+{
+    if (isVisible())
+        m_panelWindow.giveFocusBack(*windowHandle());
 }
 
 void FloatingTrayPanel::moveEvent(QMoveEvent *)

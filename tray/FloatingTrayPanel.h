@@ -24,8 +24,14 @@ public:
     /// keyboard where it is.
     void present();
 
+    /// Hides the panel. Another program gets the keyboard if the panel has it.
+    void dismiss();
+
     /// Takes the keyboard from whatever program has it.
     void takeFocus();
+
+    /// Returns the keyboard, if the panel has it, to the program that had it before.
+    void giveFocusBack();
 
     /// Where it was visible during the last minute.
     const PanelHistory &history() const { return m_history; }

@@ -160,7 +160,7 @@ void TrayController::removeRow(const QUuid &id)
     m_rowOrder.removeAll(id);
     takeOut(row);
     if (m_rowOrder.isEmpty()) {
-        m_panel->hide();
+        m_panel->dismiss();
         return;
     }
     updateFreshness();

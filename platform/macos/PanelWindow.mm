@@ -31,7 +31,7 @@ class FloatingPanelWindow : public PanelWindow
 public:
     Qt::WindowType windowType() const override { return Qt::Tool; }
 
-    void prepare(QWindow &window) override
+    void prepare(QWindow &window, double) override
     {
         NSPanel *panel = panelOf(window);
         panel.styleMask = panelStyle;
@@ -41,6 +41,7 @@ public:
         panel.collectionBehavior = onAllSpaces;
         panel.backgroundColor = NSColor.clearColor;
         panel.opaque = NO;
+        // The system draws it after what the window shows.
         panel.hasShadow = YES;
         panel.hidesOnDeactivate = NO;
         // A click on a button leaves the keyboard where it is; takeFocus() asks for it.
@@ -63,9 +64,6 @@ public:
         return QGuiApplication::primaryScreen();
     }
 
-    /// The system draws the shadow after what the window shows.
-    void setOutline(QWindow &, double) override {}
-
     /// Qt's raise() would make the whole program the active one. A panel that has been put away
     /// comes back with it.
     bool bringToFront(QWindow &window) override
@@ -77,6 +75,9 @@ public:
     /// Qt's requestActivate() makes the panel the key window and leaves the active application as
     /// it is.
     void takeFocus(QWindow &window) override { window.requestActivate(); }
+
+    /// The system does so when the panel goes.
+    void giveFocusBack(QWindow &) override {}
 
     bool showsTransparency() const override { return true; }
 

@@ -14,6 +14,8 @@
 namespace
 {
 
+constexpr double cornerRadius = 14;
+
 QString text(const char *literal)
 {
     return QString::fromLatin1(literal);
@@ -35,7 +37,9 @@ public:
 
     void present()
     {
-        m_service.prepare(*windowHandle());
+        destroy();
+        create();
+        m_service.prepare(*windowHandle(), cornerRadius);
         show();
         QVERIFY(QTest::qWaitForWindowExposed(this));
     }
@@ -79,7 +83,7 @@ private Q_SLOTS:
     void theStatesAreThereBeforeTheWindowIsMapped()
     {
         Panel panel(*m_service);
-        m_service->prepare(*panel.windowHandle());
+        m_service->prepare(*panel.windowHandle(), cornerRadius);
         const QString state = panel.property("_NET_WM_STATE");
         for (const char *name : {"STICKY", "SKIP_TASKBAR", "SKIP_PAGER", "ABOVE"})
             QVERIFY2(state.contains(text("_NET_WM_STATE_") + text(name)), qPrintable(state));

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11PanelWindow.h"
+
+#include "platform/linux/x11/WindowOutline.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+#include <utility>
+
+namespace
+{
+
+constexpr quint32 allDesktops = 0xFFFFFFFF;
+
+xcb_window_t idOf(const QWindow &window)
+{
+    return static_cast<xcb_window_t>(window.winId());
+}
+
+} // namespace
+
+X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
+    : m_connection(connection)
+    , m_own(XCB_EVENT_MASK_NO_EVENT)
+    , m_compositor(m_own)
+    , m_properties(connection, m_own.root())
+    , m_manager(m_own)
+    , m_keyboard(m_own, m_manager)
+{
+    connect(&m_compositor, &CompositorWatch::changed, this, &PanelWindow::transparencyChanged);
+}
+
+X11PanelWindow::~X11PanelWindow() = default;
+
+/// Qt makes a tool window a dialogue of the program's group, and KWin hides those with the
+/// program's other windows when the user turns to another application.
+Qt::WindowType X11PanelWindow::windowType() const
+{
+    return Qt::Window;
+}
+
+QScreen *X11PanelWindow::screen() const
+{
+    QScreen *underPointer = QGuiApplication::screenAt(QCursor::pos());
+    return underPointer ? underPointer : QGuiApplication::primaryScreen();
+}
+
+void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
+{
+    const xcb_window_t id = idOf(window);
+    m_isNew = true;
+    m_isUnmanaged = wouldBeHidden(window);
+    // Otherwise Qt asks for the keyboard at each click into a window that has not got it.
+    window.setFlag(Qt::WindowDoesNotAcceptFocus);
+    window.setFlag(Qt::BypassWindowManagerHint, m_isUnmanaged);
+    makeGroupOfItsOwn(id);
+    m_properties.set(
+        id, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
+        m_properties.atoms({"_NET_WM_WINDOW_TYPE_UTILITY", "_NET_WM_WINDOW_TYPE_NORMAL"}));
+    m_properties.set(id, "_NET_WM_STATE", XCB_ATOM_ATOM,
+                     m_properties.atoms({"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
+                                         "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"}));
+    m_properties.set(id, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {allDesktops});
+    // The panel has a shadow of its own.
+    m_properties.set(id, "_COMPTON_SHADOW", XCB_ATOM_CARDINAL, {0});
+    xcb_flush(m_connection);
+    m_outline = std::make_unique<WindowOutline>(window, cornerRadius, m_own, m_compositor);
+}
+
+bool X11PanelWindow::bringToFront(QWindow &window)
+{
+    // Window managers put a window that has just been shown in front.
+    if (std::exchange(m_isNew, false))
+        return true;
+    const xcb_window_t id = idOf(window);
+    if (!m_keyboard.isWith(id) && m_isUnmanaged != wouldBeHidden(window))
+        return false;
+    if (m_isUnmanaged) {
+        const quint32 above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(m_connection, id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        xcb_flush(m_connection);
+        return true;
+    }
+    if (m_manager.hasPutAway(id))
+        return false;
+    m_manager.putOnTop(id);
+    return true;
+}
+
+void X11PanelWindow::takeFocus(QWindow &window)
+{
+    m_keyboard.take(idOf(window));
+}
+
+void X11PanelWindow::giveFocusBack(QWindow &window)
+{
+    m_keyboard.giveBack(idOf(window));
+}
+
+bool X11PanelWindow::showsTransparency() const
+{
+    return m_compositor.isRunning();
+}
+
+/// Whether the window could be seen only without the window manager.
+bool X11PanelWindow::wouldBeHidden(const QWindow &window)
+{
+    return m_manager.isShowingDesktop() || m_manager.hasFullScreenWindowIn(screenOf(window));
+}
+
+/// The screen that the window stands on, or will stand on when it is shown, in device pixels; Qt
+/// leaves a screen's corner where the system has it.
+QRect X11PanelWindow::screenOf(const QWindow &window)
+{
+    const QScreen *found = QGuiApplication::screenAt(window.geometry().center());
+    const QScreen *screen = found ? found : window.screen();
+    return {screen->geometry().topLeft(), screen->size() * screen->devicePixelRatio()};
+}
+
+/// Desktops hide, raise and minimise a group's windows together.
+void X11PanelWindow::makeGroupOfItsOwn(xcb_window_t window)
+{
+    constexpr qsizetype flags = 0;
+    constexpr qsizetype group = 8;
+    constexpr quint32 groupHint = 64;
+    QList<quint32> hints = m_properties.numbers(window, "WM_HINTS");
+    hints.resize(group + 1);
+    hints[flags] |= groupHint;
+    hints[group] = window;
+    m_properties.set(window, "WM_HINTS", XCB_ATOM_WM_HINTS, hints);
+}

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/PanelWindow.h"
+#include "platform/linux/x11/BorrowedKeyboard.h"
+#include "platform/linux/x11/CompositorWatch.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11Properties.h"
+#include "platform/linux/x11/X11WindowManager.h"
+
+#include <QRect>
+
+class WindowOutline;
+
+/// A panel on an X server, by its properties. Usually the window manager looks after it; where the
+/// manager would hide it, it is shown without the manager.
+///
+/// Window managers learn late that a window was hidden. One that is shown again meanwhile they hide
+/// once more, take its properties away or keep in its old frame. So no native window is shown
+/// twice.
+class X11PanelWindow : public PanelWindow
+{
+    Q_OBJECT
+public:
+    /// @param connection the program's own, over which it shows its windows
+    explicit X11PanelWindow(xcb_connection_t *connection);
+    ~X11PanelWindow() override;
+
+    Qt::WindowType windowType() const override;
+    QScreen *screen() const override;
+    void prepare(QWindow &window, double cornerRadius) override;
+    bool bringToFront(QWindow &window) override;
+    void takeFocus(QWindow &window) override;
+    void giveFocusBack(QWindow &window) override;
+    bool showsTransparency() const override;
+
+private:
+    bool wouldBeHidden(const QWindow &window);
+    static QRect screenOf(const QWindow &window);
+    void makeGroupOfItsOwn(xcb_window_t window);
+
+    xcb_connection_t *m_connection;
+    X11Connection m_own;
+    CompositorWatch m_compositor;
+    X11Properties m_properties;
+    X11WindowManager m_manager;
+    BorrowedKeyboard m_keyboard;
+    std::unique_ptr<WindowOutline> m_outline;
+    /// Shown without the window manager, above everything.
+    bool m_isUnmanaged = false;
+    bool m_isNew = false;
+};

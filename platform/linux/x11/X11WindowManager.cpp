@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11WindowManager.h"
+
+#include "platform/linux/x11/X11Connection.h"
+
+namespace
+{
+
+constexpr quint32 allDesktops = 0xFFFFFFFF;
+
+/// In WM_STATE.
+constexpr quint32 iconic = 3;
+
+/// In the messages that change a window's state, and who sends them: the user, as a pager does.
+enum StateChange : quint32 { Remove = 0, Add = 1 };
+constexpr quint32 fromUser = 2;
+
+} // namespace
+
+X11WindowManager::X11WindowManager(const X11Connection &x11)
+    : m_connection(x11.get()), m_properties(x11.get(), x11.root())
+{
+}
+
+xcb_window_t X11WindowManager::activeWindow()
+{
+    return m_properties.numbers(m_properties.root(), "_NET_ACTIVE_WINDOW")
+        .value(0, XCB_WINDOW_NONE);
+}
+
+bool X11WindowManager::isShowingDesktop()
+{
+    return m_properties.numbers(m_properties.root(), "_NET_SHOWING_DESKTOP").value(0) != 0;
+}
+
+bool X11WindowManager::hasFullScreenWindowIn(const QRect &area)
+{
+    const xcb_window_t active = activeWindow();
+    return active != XCB_WINDOW_NONE &&
+           m_properties.numbers(active, "_NET_WM_STATE")
+               .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")) &&
+           placeOf(active).intersects(area);
+}
+
+bool X11WindowManager::hasPutAway(xcb_window_t window)
+{
+    const QList<quint32> managed = m_properties.numbers(window, "WM_STATE");
+    if (managed.isEmpty())
+        return false;
+    const QList<quint32> states = m_properties.numbers(window, "_NET_WM_STATE");
+    const quint32 desktop = m_properties.numbers(window, "_NET_WM_DESKTOP").value(0, allDesktops);
+    return managed.first() == iconic ||
+           states.contains(m_properties.atom("_NET_WM_STATE_HIDDEN")) ||
+           states.contains(m_properties.atom("_NET_WM_STATE_SHADED")) ||
+           !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE")) ||
+           (desktop != allDesktops &&
+            desktop != m_properties.numbers(m_properties.root(), "_NET_CURRENT_DESKTOP")
+                           .value(0, desktop));
+}
+
+/// Some window managers give the keyboard to a window that raises itself; they leave it where it is
+/// when a pager restacks the window. Those that know no such message put a window on top when it
+/// becomes one of those that stay above.
+void X11WindowManager::putOnTop(xcb_window_t window)
+{
+    const xcb_atom_t message = m_properties.atom("_NET_RESTACK_WINDOW");
+    if (m_properties.numbers(m_properties.root(), "_NET_SUPPORTED").contains(message)) {
+        m_properties.request(window, "_NET_RESTACK_WINDOW",
+                             {fromUser, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
+    } else {
+        const xcb_atom_t above = m_properties.atom("_NET_WM_STATE_ABOVE");
+        for (const StateChange change : {Remove, Add})
+            m_properties.request(window, "_NET_WM_STATE", {change, above, 0, fromUser});
+    }
+    xcb_flush(m_connection);
+}
+
+/// On the desktop, in device pixels.
+QRect X11WindowManager::placeOf(xcb_window_t window) const
+{
+    const X11Owned<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+    const auto cookie = xcb_translate_coordinates(m_connection, window, m_properties.root(), 0, 0);
+    const X11Owned<xcb_translate_coordinates_reply_t> corner(
+        xcb_translate_coordinates_reply(m_connection, cookie, nullptr));
+    if (!size || !corner)
+        return {};
+    return {corner->dst_x, corner->dst_y, size->width, size->height};
+}
