@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DesktopLimits.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
 #include "platform/FolderEvents.h"
@@ -21,6 +22,7 @@
 struct Platform {
     /// Each watcher makes its own, on its own thread.
     std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents;
+    std::unique_ptr<DesktopLimits> desktopLimits;
     std::unique_ptr<FileBrowser> fileBrowser;
     std::unique_ptr<FileWriters> fileWriters;
     std::unique_ptr<FrontmostApplication> frontmostApplication;

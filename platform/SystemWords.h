@@ -58,6 +58,14 @@ inline constexpr SystemText folderAccess = {
     u"Choose the folder where your desktop saves screenshots. Velmora watches only that folder so "
     u"it can rename new screenshots."};
 
+/// What this desktop may lack (`DesktopLimit`), as what the program can't do there. A Mac lacks
+/// none of it.
+inline constexpr SystemText noStatusItem = {
+    {}, u"has no icon in the status bar (start it again to open this window)"};
+inline constexpr SystemText noTrayPlace = {{}, u"can't choose where its tray stands"};
+inline constexpr SystemText noApplicationInFront = {
+    {}, u"can't always tell which application is in front"};
+
 inline constexpr SystemText systemQuestion = {u"My Mac version:", u"My Linux version and desktop:"};
 
 inline constexpr SystemText reveal = {u"Reveal in Finder", u"Show in File Manager"};

@@ -5,6 +5,7 @@ Platform nativePlatform()
 {
     return {
         .makeFolderEvents = makeFolderEvents,
+        .desktopLimits = makeDesktopLimits(),
         .fileBrowser = makeFileBrowser(),
         .fileWriters = makeFileWriters(),
         .frontmostApplication = makeFrontmostApplication(),

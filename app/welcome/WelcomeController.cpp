@@ -30,6 +30,7 @@ void WelcomeController::showWelcome(const QUrl &folder)
             .instantModeOn = ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(
                 *m_platform.screenshotPreferences),
             .startsAtLogin = m_platform.loginItem->isEnabled(),
+            .limits = *m_platform.desktopLimits,
         };
         m_welcomeWindow = std::make_unique<WelcomeWindow>(state);
         m_welcomeWindow->addActions(m_actions);

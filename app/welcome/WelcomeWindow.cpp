@@ -113,7 +113,7 @@ QWidget *WelcomeWindow::makeContent(const WelcomeState &state)
                                           readinessCards(state),
                                           privacyCard(),
                                           setupChecklist(state),
-                                          permissionsCard(),
+                                          permissionsCard(state.limits),
                                           general,
                                           behavior};
     for (QWidget *section : topToBottom) {

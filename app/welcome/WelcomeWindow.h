@@ -7,6 +7,7 @@
 
 class GeneralSection;
 class BehaviorSection;
+class DesktopLimits;
 class QScrollArea;
 class WelcomeFooter;
 
@@ -15,11 +16,14 @@ struct WelcomeState {
     QUrl folder;
     bool instantModeOn = false;
     bool startsAtLogin = false;
+    /// Outlives the window, which follows it.
+    const DesktopLimits &limits;
 };
 
 /// The program's one window for its status and its settings. It shows a snapshot and is never
-/// refreshed: a new state needs a new window. It changes nothing by itself, but tells what the user
-/// asks for. On a screen that is too low for all of it its content scrolls. Main thread.
+/// refreshed, but for what turns out to be missing on the desktop: a new state needs a new window.
+/// It changes nothing by itself, but tells what the user asks for. On a screen that is too low for
+/// all of it its content scrolls. Main thread.
 class WelcomeWindow : public FloatingWindow
 {
     Q_OBJECT

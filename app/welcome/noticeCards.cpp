@@ -3,6 +3,7 @@
 
 #include "app/welcome/SymbolView.h"
 #include "app/welcome/labels.h"
+#include "platform/DesktopLimits.h"
 #include "platform/SystemWords.h"
 #include "style/PaletteView.h"
 #include "style/SymbolImages.h"
@@ -10,6 +11,9 @@
 #include "style/VelmoraPalette.h"
 
 #include <QGridLayout>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -27,6 +31,32 @@ PaletteView *card(const QColor &fill, const QColor &border)
     return made;
 }
 
+QString inWords(DesktopLimit limit)
+{
+    switch (limit) {
+    case DesktopLimit::StatusItem:
+        return SystemWords::noStatusItem.here();
+    case DesktopLimit::TrayPlace:
+        return SystemWords::noTrayPlace.here();
+    case DesktopLimit::ApplicationInFront:
+        return SystemWords::noApplicationInFront.here();
+    }
+    return {};
+}
+
+/// One sentence; empty where nothing is missing.
+QString missingHere(const QList<DesktopLimit> &limits)
+{
+    QStringList parts;
+    for (const DesktopLimit limit : limits)
+        parts.append(inWords(limit));
+    if (parts.isEmpty())
+        return {};
+    const QString last = parts.takeLast();
+    const QString first = parts.isEmpty() ? QString() : parts.join(u", "_s) + u" and "_s;
+    return u"On this desktop Velmora "_s + first + last + u'.';
+}
+
 } // namespace
 
 QWidget *privacyCard()
@@ -40,7 +70,7 @@ QWidget *privacyCard()
     return made;
 }
 
-QWidget *permissionsCard()
+QWidget *permissionsCard(const DesktopLimits &limits)
 {
     const QColor blue = VelmoraPalette::blue();
     PaletteView *made = card(VelmoraPalette::card(), VelmoraPalette::withAlpha(blue, 0.4));
@@ -51,12 +81,20 @@ QWidget *permissionsCard()
     grid->setColumnStretch(1, 1);
     grid->addWidget(new SymbolView(symbolIcon(QStringLiteral("hand.raised.fill"), blue), symbolSide,
                                    QStringLiteral("Permissions")),
-                    0, 0, 2, 1, Qt::AlignTop);
+                    0, 0, 3, 1, Qt::AlignTop);
     grid->addWidget(lineLabel(SystemWords::permissionsTitle.here(), systemFont(13, QFont::DemiBold),
                               VelmoraPalette::primaryText()),
                     0, 1);
     grid->addWidget(wrappingLabel(SystemWords::permissions.here(), systemFont(12),
                                   VelmoraPalette::secondaryText()),
                     1, 1);
+    QLabel *missing = wrappingLabel({}, systemFont(12), VelmoraPalette::secondaryText());
+    grid->addWidget(missing, 2, 1);
+    const auto update = [missing, &limits] {
+        missing->setText(missingHere(limits.missing()));
+        missing->setVisible(!missing->text().isEmpty());
+    };
+    QObject::connect(&limits, &DesktopLimits::changed, missing, update);
+    update();
     return made;
 }

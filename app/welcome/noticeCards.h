@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+class DesktopLimits;
 class QWidget;
 
 /// The two cards of the welcome window that only tell.
@@ -8,5 +9,5 @@ class QWidget;
 /// What happens to the user's pictures: nothing.
 QWidget *privacyCard();
 
-/// What the program asks of the system.
-QWidget *permissionsCard();
+/// What the program asks of the system, and what it misses here, if anything.
+QWidget *permissionsCard(const DesktopLimits &limits);

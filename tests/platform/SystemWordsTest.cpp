@@ -35,6 +35,15 @@ private Q_SLOTS:
         QVERIFY(!onLinux.isEmpty());
     }
 
+    void aMacLacksNothing()
+    {
+        using namespace SystemWords;
+        for (const SystemText &text : {noStatusItem, noTrayPlace, noApplicationInFront}) {
+            QVERIFY(text.onMac.isEmpty());
+            QVERIFY(!text.onLinux.isEmpty());
+        }
+    }
+
     void hereIsLinux()
     {
         QCOMPARE(SystemWords::reveal.here(), u"Show in File Manager"_s);

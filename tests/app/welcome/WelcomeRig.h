@@ -65,6 +65,7 @@ public:
         platform.screenshotPreferences.reset(preferences);
         login = new RecordingLoginItem;
         platform.loginItem.reset(login);
+        platform.desktopLimits = std::make_unique<WelcomeWindowParts::SteeredDesktopLimits>();
         folder = std::make_unique<ScreenshotFolder>(*preferences);
         controller = std::make_unique<WelcomeController>(platform, *folder);
     }

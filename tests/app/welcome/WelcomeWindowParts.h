@@ -3,6 +3,7 @@
 
 #include "app/welcome/OptionPopUp.h"
 #include "app/welcome/WelcomeWindow.h"
+#include "platform/DesktopLimits.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -16,10 +17,31 @@
 namespace WelcomeWindowParts
 {
 
+/// A desktop that lacks what the test chooses.
+class SteeredDesktopLimits : public DesktopLimits
+{
+public:
+    QList<DesktopLimit> missing() const override { return m_missing; }
+    void setMissing(const QList<DesktopLimit> &missing)
+    {
+        m_missing = missing;
+        Q_EMIT changed();
+    }
+
+private:
+    QList<DesktopLimit> m_missing;
+};
+
+inline SteeredDesktopLimits &limits()
+{
+    static SteeredDesktopLimits here;
+    return here;
+}
+
 inline WelcomeState state(bool instantModeOn = false, bool startsAtLogin = false,
                           const QString &folder = QStringLiteral("/home/anna/Pictures/Screenshots"))
 {
-    return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin};
+    return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin, limits()};
 }
 
 /// All labels with this text, in no order.

@@ -117,6 +117,54 @@ private Q_SLOTS:
                          button(window, QStringLiteral("Feedback"))}));
     }
 
+    void whatTheDesktopLacksIsSaidInOneSentence_data()
+    {
+        QTest::addColumn<QList<DesktopLimit>>("missing");
+        QTest::addColumn<QString>("sentence");
+        using enum DesktopLimit;
+        QTest::newRow("no status bar")
+            << QList{StatusItem}
+            << QStringLiteral("On this desktop Velmora has no icon in the status bar (start it "
+                              "again to open this window).");
+        QTest::newRow("GNOME on Wayland")
+            << QList{StatusItem, ApplicationInFront}
+            << QStringLiteral("On this desktop Velmora has no icon in the status bar (start it "
+                              "again to open this window) and can't always tell which application "
+                              "is in front.");
+        QTest::newRow("all")
+            << QList{StatusItem, TrayPlace, ApplicationInFront}
+            << QStringLiteral("On this desktop Velmora has no icon in the status bar (start it "
+                              "again to open this window), can't choose where its tray stands and "
+                              "can't always tell which application is in front.");
+    }
+
+    void whatTheDesktopLacksIsSaidInOneSentence()
+    {
+        QFETCH(const QList<DesktopLimit>, missing);
+        QFETCH(const QString, sentence);
+        limits().setMissing({});
+        WelcomeWindow window(state());
+        QVERIFY(showActive(window));
+        QVERIFY(!label(window, sentence));
+        // It turns out while the window is shown.
+        limits().setMissing(missing);
+        const QLabel *shown = label(window, sentence);
+        QVERIFY(shown && shown->isVisible());
+        const QLabel *permissions = label(
+            window,
+            QStringLiteral("Velmora never records your screen. It only looks into the folder you "
+                           "choose. Start at login is only enabled if you turn it on."));
+        QTRY_VERIFY(place(*shown).top() >= place(*permissions).bottom());
+        QTRY_VERIFY(place(*label(window, QStringLiteral("General"))).top() >=
+                    place(*shown).bottom());
+        QTRY_VERIFY(shown->height() >= shown->heightForWidth(shown->width()));
+
+        WelcomeWindow later(state());
+        QVERIFY(label(later, sentence));
+        limits().setMissing({});
+        QVERIFY(!shown->isVisible());
+    }
+
     void nothingNamesAnotherSystem()
     {
         static const QRegularExpression foreign(

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "platform/DesktopLimits.h"
+#include "tests/platform/desktop/StatusBars.h"
+#include "tests/world/Sway.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace
+{
+
+constexpr int patience = 40'000;
+
+} // namespace
+
+/// What is missing, and what is not, beside real desktops.
+class DesktopLimitsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { qunsetenv("WAYLAND_DISPLAY"); }
+
+    void aStatusBarThatComesLateIsMissingUntilThen()
+    {
+        const auto limits = makeDesktopLimits();
+        QVERIFY(limits->missing().isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(limits->missing(), QList{DesktopLimit::StatusItem}, patience);
+        QSignalSpy changes(limits.get(), &DesktopLimits::changed);
+        const auto tray = StatusBars::startOlderTray();
+        QTRY_COMPARE_WITH_TIMEOUT(limits->missing(), QList<DesktopLimit>(), patience);
+        QCOMPARE(changes.size(), 1);
+    }
+
+    void aCompositorThatTellsOfItsWindowsLacksNothing()
+    {
+        if (!Sway::isInstalled())
+            QSKIP("sway or setpriv is not installed");
+        const Sway sway;
+        qputenv("WAYLAND_DISPLAY", sway.display().toUtf8());
+        const auto limits = makeDesktopLimits();
+        QTest::qWait(1000);
+        QVERIFY(!limits->missing().contains(DesktopLimit::ApplicationInFront));
+    }
+
+    void aWaylandDesktopThatTellsNothingLacksTheApplicationInFront()
+    {
+        qputenv("WAYLAND_DISPLAY", "nowhere");
+        const auto limits = makeDesktopLimits();
+        QTRY_COMPARE_WITH_TIMEOUT(limits->missing(), QList{DesktopLimit::ApplicationInFront},
+                                  patience);
+    }
+};
+
+QTEST_MAIN(DesktopLimitsTest)
+#include "DesktopLimitsTest.moc"
