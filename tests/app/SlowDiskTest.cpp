@@ -158,6 +158,21 @@ private Q_SLOTS:
         turns.verify();
     }
 
+    void aSlowDiskNeverHoldsUpTheLaunch()
+    {
+        makeDisksSlow();
+        SlowDisk::startCounting();
+        AppRig rig;
+        Turns turns;
+        rig.launch();
+        const QByteArrayList calls = SlowDisk::mainThreadCalls();
+        QVERIFY2(SlowDisk::mainThreadDelay() <= longestTurn, calls.join('\n').constData());
+        takeAside(rig, u"First.png"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"safari-harvest-festival-invitation.png"_s,
+                                  patience);
+        turns.verify();
+    }
+
     void aNameCanBeTypedAndTakenBackMeanwhile()
     {
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
