@@ -48,8 +48,9 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
       })
     , m_recentWindow({m_actions, m_images}, m_recentScreenshots)
     , m_statusMenu(*platform.statusItem)
-    , m_welcome(platform, m_folder)
-    , m_trayController(platform, m_images, m_actions)
+    , m_welcome({*platform.screenshotPreferences, *platform.loginItem, *platform.desktopLimits},
+                m_folder)
+    , m_trayController(*platform.panelWindow, m_images, m_actions)
 {
     m_welcomeSoon.setSingleShot(true);
     m_welcomeSoon.setTimerType(Qt::PreciseTimer);

@@ -4,7 +4,6 @@
 #include "core/VelmoraSettings.h"
 #include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
-#include "platform/Platform.h"
 #include "tray/ArrivalAnimation.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/RowStack.h"
@@ -43,13 +42,13 @@ struct Overloaded : Cases... {
 
 } // namespace
 
-TrayController::TrayController(Platform &platform, ScreenshotImages &images,
+TrayController::TrayController(PanelWindow &panelWindow, ScreenshotImages &images,
                                ScreenshotActions &actions, QObject *parent)
     : QObject(parent)
-    , m_platform(platform)
+    , m_panelWindow(panelWindow)
     , m_images(images)
     , m_actions(actions)
-    , m_screen(*platform.panelWindow)
+    , m_screen(panelWindow)
 {
     connect(&m_dismissalTasks, &RowDismissals::due, this, &TrayController::removeRow);
     connect(&m_screen, &TrayScreen::changed, this, &TrayController::layoutPanel);
@@ -63,7 +62,7 @@ TrayController::~TrayController()
 
 void TrayController::createPanel()
 {
-    m_panel = std::make_unique<FloatingTrayPanel>(*m_platform.panelWindow);
+    m_panel = std::make_unique<FloatingTrayPanel>(m_panelWindow);
     m_stackView = new RowStack;
     m_panel->setContent(m_stackView);
 }

@@ -18,11 +18,11 @@
 #include <optional>
 
 class FloatingTrayPanel;
+class PanelWindow;
 class RowStack;
 class ScreenshotActions;
 class ScreenshotImages;
 class ScreenshotRowView;
-struct Platform;
 
 /// The floating tray: at most three rows, the newest on top, in the corner that the user has
 /// chosen, of the screen where they work. It carries out what the rows ask for. Main thread; the
@@ -31,7 +31,7 @@ class TrayController : public QObject
 {
     Q_OBJECT
 public:
-    TrayController(Platform &platform, ScreenshotImages &images, ScreenshotActions &actions,
+    TrayController(PanelWindow &panelWindow, ScreenshotImages &images, ScreenshotActions &actions,
                    QObject *parent = nullptr);
     ~TrayController() override;
 
@@ -86,7 +86,7 @@ private:
     void trash(ScreenshotRowView &row);
     void undo(ScreenshotRowView &row, const UndoableAction &action);
 
-    Platform &m_platform;
+    PanelWindow &m_panelWindow;
     ScreenshotImages &m_images;
     ScreenshotActions &m_actions;
     std::unique_ptr<FloatingTrayPanel> m_panel;

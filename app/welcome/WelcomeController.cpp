@@ -9,14 +9,15 @@
 #include "core/VelmoraSettings.h"
 #include "detection/ScreenshotFolder.h"
 #include "detection/ScreenshotSpeedOptimizer.h"
-#include "platform/Platform.h"
+#include "platform/LoginItem.h"
+#include "platform/ScreenshotPreferences.h"
 #include "platform/SystemWords.h"
 
 #include <QDesktopServices>
 
-WelcomeController::WelcomeController(const Platform &platform, ScreenshotFolder &folder,
+WelcomeController::WelcomeController(const Services &services, ScreenshotFolder &folder,
                                      QObject *parent)
-    : QObject(parent), m_platform(platform), m_folder(folder)
+    : QObject(parent), m_services(services), m_folder(folder)
 {
 }
 
@@ -27,10 +28,10 @@ void WelcomeController::showWelcome(const QUrl &folder)
     if (!m_welcomeWindow) {
         const WelcomeState state = {
             .folder = folder,
-            .instantModeOn = ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(
-                *m_platform.screenshotPreferences),
-            .startsAtLogin = m_platform.loginItem->isEnabled(),
-            .limits = *m_platform.desktopLimits,
+            .instantModeOn =
+                ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(m_services.preferences),
+            .startsAtLogin = m_services.loginItem.isEnabled(),
+            .limits = m_services.limits,
         };
         m_welcomeWindow = std::make_unique<WelcomeWindow>(state);
         m_welcomeWindow->addActions(m_actions);
@@ -72,14 +73,14 @@ void WelcomeController::connectWindow()
 
 void WelcomeController::optimizeScreenshotSpeed()
 {
-    ScreenshotSpeedOptimizer::disableAppleThumbnail(*m_platform.screenshotPreferences);
+    ScreenshotSpeedOptimizer::disableAppleThumbnail(m_services.preferences);
     rebuild(m_folder.current());
 }
 
 void WelcomeController::startAtLoginChanged(bool on)
 {
     if (!on) {
-        LoginItemController::setEnabled(*m_platform.loginItem, false);
+        LoginItemController::setEnabled(m_services.loginItem, false);
         return;
     }
     const Explanation explanation = {
@@ -88,7 +89,7 @@ void WelcomeController::startAtLoginChanged(bool on)
         .message = SystemWords::startAtLogin.here(),
     };
     explainOnce(*m_welcomeWindow, explanation,
-                [this] { LoginItemController::setEnabled(*m_platform.loginItem, true); });
+                [this] { LoginItemController::setEnabled(m_services.loginItem, true); });
 }
 
 void WelcomeController::changeScreenshotFolder()

@@ -6,9 +6,11 @@
 
 #include <memory>
 
-struct Platform;
+class DesktopLimits;
+class LoginItem;
 class QAction;
 class ScreenshotFolder;
+class ScreenshotPreferences;
 class WelcomeWindow;
 struct WelcomeState;
 
@@ -17,7 +19,12 @@ class WelcomeController : public QObject
 {
     Q_OBJECT
 public:
-    WelcomeController(const Platform &platform, ScreenshotFolder &folder,
+    struct Services {
+        ScreenshotPreferences &preferences;
+        LoginItem &loginItem;
+        const DesktopLimits &limits;
+    };
+    WelcomeController(const Services &services, ScreenshotFolder &folder,
                       QObject *parent = nullptr);
     ~WelcomeController() override;
 
@@ -48,7 +55,7 @@ private:
     void rebuild(const QUrl &folder);
     void connectWindow();
 
-    const Platform &m_platform;
+    const Services m_services;
     ScreenshotFolder &m_folder;
     QList<QAction *> m_actions;
     std::unique_ptr<WelcomeWindow> m_welcomeWindow;

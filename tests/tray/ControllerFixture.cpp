@@ -20,7 +20,8 @@ void ControllerFixture::begin()
     VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
     m_told.clear();
     m_rig = std::make_unique<TrayRig>();
-    m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images, m_rig->actions);
+    m_tray = std::make_unique<TrayController>(*m_rig->platform.panelWindow, m_rig->images,
+                                              m_rig->actions);
     m_tray->onRenamed = [this](const QUrl &url) { tell("renamed", {url}); };
     m_tray->onRenameUndoable = [this](const QUrl &from, const QUrl &to) {
         tell("rename undoable", {from, to});

@@ -77,7 +77,8 @@ private Q_SLOTS:
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         XDesktop::movePointer({300, 700});
         m_rig = std::make_unique<TrayRig>();
-        m_tray = std::make_unique<TrayController>(m_rig->platform, m_rig->images, m_rig->actions);
+        m_tray = std::make_unique<TrayController>(*m_rig->platform.panelWindow, m_rig->images,
+                                                  m_rig->actions);
         m_terminal = std::make_unique<Terminal>(m_rig->place(text("typed")).toLocalFile());
     }
 

@@ -67,7 +67,10 @@ public:
         platform.loginItem.reset(login);
         platform.desktopLimits = std::make_unique<WelcomeWindowParts::SteeredDesktopLimits>();
         folder = std::make_unique<ScreenshotFolder>(*preferences);
-        controller = std::make_unique<WelcomeController>(platform, *folder);
+        controller = std::make_unique<WelcomeController>(
+            WelcomeController::Services{*platform.screenshotPreferences, *platform.loginItem,
+                                        *platform.desktopLimits},
+            *folder);
     }
 
     void show() const
