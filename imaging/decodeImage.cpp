@@ -105,10 +105,11 @@ QImage decodeForPasting(QIODevice &file)
 
 } // namespace
 
-Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget)
+Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget,
+                       const PictureLimits &limits)
 {
     DescriptorDevice file(descriptor);
-    return decode(file, screenshotLimits, budget);
+    return decode(file, limits, budget);
 }
 
 QImage decodeImage(const QUrl &file)

@@ -39,7 +39,8 @@ struct Decoding {
 
 /// From an open descriptor, which stays the caller's; its position does not matter. The pictures
 /// hold what they take of the budget.
-Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget);
+Decoding decodePicture(int descriptor, const std::shared_ptr<PictureBudget> &budget,
+                       const PictureLimits &limits = screenshotLimits);
 
 /// All of the picture, scaled down where it has more than `maximumPastedPixels`; for those who
 /// paste it. The budget is its own, PictureBudget::ofPasting.

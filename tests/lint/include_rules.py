@@ -21,6 +21,7 @@ MAY_INCLUDE = {
     "detection": {"core", "filesystem", "platform"},
     "naming": {"core", "filesystem", "platform", "imaging"},
     "search": {"core", "filesystem", "platform", "imaging", "naming"},
+    "command": {"core", "filesystem", "platform", "imaging", "naming", "search"},
     "files": {"core", "filesystem", "platform", "imaging"},
     "files/recent": {"core", "filesystem", "platform", "imaging", "style", "search", "files"},
     "tray": {"core", "filesystem", "platform", "imaging", "style", "naming", "files"},

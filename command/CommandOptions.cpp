@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "command/CommandOptions.h"
+
+#include "command/exitStatus.h"
+#include "command/usage.h"
+
+#include <QSet>
+
+#include <cstdio>
+#include <getopt.h>
+
+namespace
+{
+
+using Mode = CommandOptions::Mode;
+
+enum : int { Null = '0', App = 256, All, Rename, Undo, Text, Json, Help, Version, Unknown = '?' };
+
+constexpr option knownOptions[] = {
+    {"app", required_argument, nullptr, App},   {"all", no_argument, nullptr, All},
+    {"rename", no_argument, nullptr, Rename},   {"undo", no_argument, nullptr, Undo},
+    {"text", no_argument, nullptr, Text},       {"json", no_argument, nullptr, Json},
+    {"null", no_argument, nullptr, Null},       {"help", no_argument, nullptr, Help},
+    {"version", no_argument, nullptr, Version}, {nullptr, 0, nullptr, 0},
+};
+
+/// The options that were given.
+using Given = QSet<int>;
+
+CommandLine wrongUse()
+{
+    std::fputs("Try 'velmora-name --help'.\n", stderr);
+    return {std::nullopt, ExitStatus::wrongUse};
+}
+
+/// What is wrong with the command line; null where nothing is.
+const char *complaint(const Given &given, bool hasPlaces)
+{
+    if (given.contains(Json) && given.contains(Null))
+        return "--json and -0 do not go together";
+    if (given.contains(Undo)) {
+        if (given.intersects({App, All, Rename, Text}))
+            return "--undo goes with --json and -0 only";
+        return hasPlaces ? "--undo takes back all that was renamed last, and no file by name"
+                         : nullptr;
+    }
+    if (given.contains(Text) && given.intersects({App, Rename}))
+        return "--text prints no names: --app and --rename do not go with it";
+    return hasPlaces ? nullptr : "no file or folder given";
+}
+
+Mode modeOf(const Given &given)
+{
+    if (given.contains(Undo))
+        return Mode::Undo;
+    return given.contains(Text) ? Mode::Text : Mode::Name;
+}
+
+OutputFormat formatOf(const Given &given)
+{
+    if (given.contains(Json))
+        return OutputFormat::Json;
+    return given.contains(Null) ? OutputFormat::Null : OutputFormat::Lines;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(int argc, char **argv)
+{
+    CommandOptions options;
+    Given given;
+    // What stands before the messages of getopt_long().
+    static char ownName[] = "velmora-name";
+    argv[0] = ownName;
+    for (int found = 0; (found = ::getopt_long(argc, argv, "0", knownOptions, nullptr)) != -1;) {
+        if (found == Unknown)
+            return wrongUse();
+        if (found == Help || found == Version) {
+            std::fputs(found == Help ? usageText : "velmora-name " VELMORA_VERSION "\n", stdout);
+            return {std::nullopt, ExitStatus::done};
+        }
+        if (found == App)
+            options.appName = QString::fromUtf8(optarg);
+        given.insert(found);
+    }
+    options.places.assign(argv + optind, argv + argc);
+    if (const char *const message = complaint(given, !options.places.empty())) {
+        std::fprintf(stderr, "velmora-name: %s\n", message);
+        return wrongUse();
+    }
+    options.mode = modeOf(given);
+    options.rename = given.contains(Rename);
+    options.all = given.contains(All);
+    options.format = formatOf(given);
+    return {options, ExitStatus::done};
+}

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "command/Namer.h"
+
+#include "command/RenameJournal.h"
+#include "command/filePaths.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/moveWithinFileSystem.h"
+#include "naming/NameFile.h"
+
+#include <QUrl>
+
+#include <utility>
+
+Namer::Namer(QString appName) : m_appName(std::move(appName)) {}
+
+Naming Namer::name(const PictureReading &reading)
+{
+    const QByteArray wanted = FilePaths::folderOf(reading.path) + wantedName(reading);
+    QByteArray candidate = wanted;
+    for (int counter = 2; candidate != reading.path; ++counter) {
+        const std::error_code error = take(reading, candidate);
+        if (!error)
+            break;
+        if (error != std::errc::file_exists)
+            return {reading.path, QByteArray::fromStdString(error.message())};
+        const QUrl numbered =
+            FileUrls::numbered(FileUrls::fromPath(u'/' + FilePaths::nameText(wanted)), counter);
+        candidate = FilePaths::folderOf(wanted) + FileUrls::lastPathComponent(numbered).toUtf8();
+    }
+    return {candidate, {}};
+}
+
+QByteArray Namer::wantedName(const PictureReading &reading) const
+{
+    // Its old name tells at least when it was taken.
+    if (reading.words.isEmpty())
+        return FilePaths::nameOf(reading.path);
+    const QUrl file = FileUrls::fromPath(u'/' + FilePaths::nameText(reading.path));
+    return NameFile::nameFromWords(reading.words, m_appName, file).toUtf8();
+}
+
+std::error_code Preview::take(const PictureReading &reading, const QByteArray &newPath)
+{
+    const bool isTaken =
+        m_taken.contains(newPath) || (FilePaths::isTaken(newPath) && !m_left.contains(newPath));
+    if (isTaken)
+        return std::make_error_code(std::errc::file_exists);
+    m_taken.insert(newPath);
+    m_left.remove(newPath);
+    m_taken.remove(reading.path);
+    m_left.insert(reading.path);
+    return {};
+}
+
+Renamer::Renamer(const QString &appName, RenameJournal &journal)
+    : Namer(appName), m_journal(journal)
+{
+}
+
+std::error_code Renamer::take(const PictureReading &reading, const QByteArray &newPath)
+{
+    if (FilePaths::isTaken(newPath))
+        return std::make_error_code(std::errc::file_exists);
+    // What was read may have given way to another file in the meantime.
+    const std::optional<FileIdentity> identity = identityOf(reading.path);
+    if (!identity || !identity->sameContent(reading.identity))
+        return std::make_error_code(std::errc::no_such_file_or_directory);
+    const std::error_code error = m_journal.append(
+        {*identity, FilePaths::absolute(reading.path), FilePaths::absolute(newPath)});
+    if (error) {
+        m_hasLostJournal = true;
+        return error;
+    }
+    return moveWithinFileSystem(reading.path.constData(), newPath.constData());
+}

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "command/RenameJournal.h"
+
+#include "command/JournalFolder.h"
+
+#include <QList>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <limits>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <utility>
+
+namespace
+{
+
+constexpr mode_t ownersFile = S_IRUSR | S_IWUSR;
+constexpr qint64 largestJournal = 1'000'000'000; // bytes
+
+/// One line: numbers and percent-encoded paths, which hold neither tabs nor line ends.
+QByteArray lineOf(const RenameJournal::Entry &entry)
+{
+    const FileIdentity &identity = entry.identity;
+    const QByteArrayList fields{
+        QByteArray::number(identity.device),   QByteArray::number(identity.serial),
+        QByteArray::number(identity.made),     QByteArray::number(identity.size),
+        QByteArray::number(identity.modified), entry.oldPath.toPercentEncoding("/"),
+        entry.newPath.toPercentEncoding("/"),
+    };
+    return fields.join('\t') + '\n';
+}
+
+std::optional<RenameJournal::Entry> entryOf(const QByteArray &line)
+{
+    const QList<QByteArray> fields = line.split('\t');
+    if (fields.size() != 7)
+        return std::nullopt;
+    RenameJournal::Entry entry;
+    entry.identity.device = fields[0].toULongLong();
+    entry.identity.serial = fields[1].toULongLong();
+    entry.identity.made = fields[2].toLongLong();
+    entry.identity.size = fields[3].toLongLong();
+    entry.identity.modified = fields[4].toLongLong();
+    entry.oldPath = QByteArray::fromPercentEncoding(fields[5]);
+    entry.newPath = QByteArray::fromPercentEncoding(fields[6]);
+    return entry;
+}
+
+/// Held by the process until the descriptor is closed, however the process ends.
+bool lock(const Descriptor &file)
+{
+    return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+/// Whether the file still has its name: somebody may have removed it before it was locked.
+bool hasName(const Descriptor &file)
+{
+    struct stat status = {};
+    return ::fstat(file.number(), &status) == 0 && status.st_nlink > 0;
+}
+
+bool writeAll(int descriptor, const QByteArray &bytes, qint64 at)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::pwrite(descriptor, bytes.constData() + written,
+                                       size_t(bytes.size() - written), at + written);
+        if (count < 0 && errno != EINTR)
+            return false;
+        if (count > 0)
+            written += count;
+    }
+    return ::fsync(descriptor) == 0;
+}
+
+} // namespace
+
+std::unique_ptr<RenameJournal> RenameJournal::begin(std::error_code &error)
+{
+    const JournalFolder folder;
+    if ((error = folder.make()))
+        return nullptr;
+    const std::vector<int> numbers = folder.numbers();
+    for (int number = numbers.empty() ? 1 : numbers.back() + 1;; ++number) {
+        const QByteArray path = folder.pathOf(number);
+        Descriptor file(
+            ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownersFile));
+        if (file && lock(file) && hasName(file)) {
+            error = folder.flush();
+            std::unique_ptr<RenameJournal> journal(new RenameJournal(path, std::move(file), 0));
+            if (error)
+                return nullptr;
+            folder.removeOlderThan(number - runsKept + 1);
+            return journal;
+        }
+        if (!file && errno != EEXIST) {
+            error = lastError();
+            return nullptr;
+        }
+    }
+}
+
+std::unique_ptr<RenameJournal> RenameJournal::openLast(std::error_code &error)
+{
+    const JournalFolder folder;
+    std::vector<int> numbers = folder.numbers();
+    for (; !numbers.empty(); numbers.pop_back()) {
+        const QByteArray path = folder.pathOf(numbers.back());
+        Descriptor file(::open(path.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        if (!file && errno == ENOENT)
+            continue;
+        if (!file || !lock(file)) {
+            error = lastError();
+            return nullptr;
+        }
+        const auto identity = fileIdentity(file.number());
+        // One that its run did not come to fill goes with its object.
+        std::unique_ptr<RenameJournal> journal(
+            new RenameJournal(path, std::move(file), identity ? identity->size : 1));
+        if (!journal->entries().empty())
+            return journal;
+    }
+    error = {};
+    return nullptr;
+}
+
+RenameJournal::RenameJournal(QByteArray path, Descriptor file, qint64 size)
+    : m_path(std::move(path)), m_file(std::move(file)), m_size(size)
+{
+}
+
+RenameJournal::~RenameJournal()
+{
+    if (m_size == 0)
+        remove();
+}
+
+std::error_code RenameJournal::append(const Entry &entry)
+{
+    const QByteArray line = lineOf(entry);
+    if (!writeAll(m_file.number(), line, m_size)) {
+        const std::error_code error = lastError();
+        // What it left would run into the next line.
+        [[maybe_unused]] const int truncated = ::ftruncate(m_file.number(), m_size);
+        return error;
+    }
+    m_size += line.size();
+    return {};
+}
+
+std::vector<RenameJournal::Entry> RenameJournal::entries() const
+{
+    std::vector<Entry> found;
+    const QByteArray content = readWhole(m_file.number(), largestJournal).value_or(QByteArray());
+    // What follows the last line end was never finished.
+    const QByteArray whole = content.left(content.lastIndexOf('\n') + 1);
+    for (const QByteArray &line : whole.split('\n')) {
+        if (std::optional<Entry> entry = entryOf(line))
+            found.push_back(std::move(*entry));
+    }
+    return found;
+}
+
+void RenameJournal::remove()
+{
+    if (m_file && hasName(m_file))
+        ::unlink(m_path.constData());
+    m_file.close();
+}

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "command/Interruption.h"
+#include "command/PictureReader.h"
+#include "command/RenameJournal.h"
+#include "command/Report.h"
+#include "command/exitStatus.h"
+#include "command/filePaths.h"
+#include "command/runs.h"
+#include "filesystem/FileUrls.h"
+#include "filesystem/moveWithinFileSystem.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace
+{
+
+using Entry = RenameJournal::Entry;
+
+/// Whether a file is the one that was renamed, perhaps changed since. A device may have another
+/// number today; and where the file system doesn't say when a file was made, its number alone may
+/// be another file's by now.
+bool isFileOf(const Entry &entry, const std::optional<FileIdentity> &found)
+{
+    if (!found)
+        return false;
+    const FileIdentity &then = entry.identity;
+    const bool isSame = then.made != 0 && found->serial == then.serial && found->made == then.made;
+    return isSame || (found->size == then.size && found->modified == then.modified);
+}
+
+/// Takes the renames of a journal back, the last one first.
+class Undoing
+{
+public:
+    Undoing(std::vector<Entry> entries, Report &report)
+        : m_entries(std::move(entries)), m_report(report)
+    {
+    }
+
+    /// False when a signal, or a closed output, ended it early.
+    bool run()
+    {
+        return std::all_of(m_entries.rbegin(), m_entries.rend(), [this](const Entry &entry) {
+            return Interruption::signal() == 0 && takeBack(entry);
+        });
+    }
+
+    /// Some files stand where they were renamed to, and could be taken back later.
+    bool mayBeTriedAgain() const { return m_mayBeTriedAgain; }
+
+private:
+    bool takeBack(const Entry &entry)
+    {
+        if (!isFileOf(entry, identityOf(entry.newPath)))
+            return isWhereItWas(entry) || m_report.failure(entry.newPath, "is not there any more");
+        QByteArray back = entry.oldPath;
+        std::error_code error;
+        for (int counter = 2;; ++counter) {
+            error = moveWithinFileSystem(entry.newPath.constData(), back.constData());
+            if (error != std::errc::file_exists)
+                break;
+            back = numbered(entry.oldPath, counter);
+        }
+        if (!error)
+            return m_report.name(entry.newPath, back, Report::Renamed::Yes);
+        m_mayBeTriedAgain = true;
+        return m_report.failure(entry.newPath,
+                                "can't be renamed: " + QByteArray::fromStdString(error.message()));
+    }
+
+    /// The rename did not happen, or under another name, or was taken back before a kill.
+    bool isWhereItWas(const Entry &entry) const
+    {
+        return isFileOf(entry, identityOf(entry.oldPath)) ||
+               std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry &other) {
+                   return other.oldPath == entry.oldPath && other.newPath != entry.newPath;
+               });
+    }
+
+    /// The extension stays; all other bytes do, too, whatever they are.
+    static QByteArray numbered(const QByteArray &path, int counter)
+    {
+        const QByteArray name = FilePaths::nameOf(path);
+        const QByteArray extension = FileUrls::pathExtension(QString::fromUtf8(name)).toUtf8();
+        const qsizetype ending =
+            extension.isEmpty() || !name.endsWith(extension) ? 0 : extension.size() + 1;
+        return path.chopped(ending) + '-' + QByteArray::number(counter) + path.right(ending);
+    }
+
+    const std::vector<Entry> m_entries;
+    Report &m_report;
+    bool m_mayBeTriedAgain = false;
+};
+
+} // namespace
+
+int Runs::undo(const CommandOptions &options, Console &console)
+{
+    Report report(console, options.format);
+    std::error_code error;
+    const std::unique_ptr<RenameJournal> journal = RenameJournal::openLast(error);
+    if (!journal) {
+        if (error == std::errc::resource_unavailable_try_again)
+            report.note("velmora-name is still renaming; try again when it has ended");
+        else if (error)
+            report.note("the journal can't be read: " + QByteArray::fromStdString(error.message()));
+        else
+            report.note("there is nothing to take back");
+        return error ? ExitStatus::someFailed : ExitStatus::done;
+    }
+    Interruption::expect();
+    Undoing undoing(journal->entries(), report);
+    const bool isDone = undoing.run();
+    if (isDone && !undoing.mayBeTriedAgain())
+        journal->remove();
+    if (!isDone)
+        report.note("stopped early; --undo goes on where it was");
+    if (Interruption::signal() != 0 && !isDone)
+        return ExitStatus::signalled + Interruption::signal();
+    return !isDone || report.hasFailures() ? ExitStatus::someFailed : ExitStatus::done;
+}
