@@ -97,7 +97,7 @@ class Shells(unittest.TestCase):
     def test_every_option_is_completed_by_all_shells(self):
         for name in ("bash-completion/completions/velmora-name", "zsh/site-functions/_velmora-name"):
             text = (self.share / name).read_text()
-            self.assertEqual(sorted(set(re.findall(r"(?<![\w-])--\w+(?=[\s\[}"])", text))),
+            self.assertEqual(sorted(set(re.findall(r"""(?<![\w-])--\w+(?=[\s\[}"])""", text))),
                              self.options, name)
 
     def test_the_manual_page_is_sound_and_has_every_option(self):
