@@ -39,7 +39,8 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     , m_images(*platform.fileWriters)
     , m_namer(*platform.textRecognizer, m_images)
     , m_activeApplication(*platform.frontmostApplication)
-    , m_actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, m_images},
+    , m_actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, m_images,
+                 *platform.desktopRecords},
                 m_undoHistory)
     , m_recentScreenshots({
           .folder = [this] { return m_folder.current(); },

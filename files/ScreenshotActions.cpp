@@ -4,6 +4,7 @@
 #include "files/UndoHistory.h"
 #include "files/reverseAction.h"
 #include "filesystem/FileUrls.h"
+#include "platform/DesktopRecords.h"
 #include "platform/FileBrowser.h"
 
 #include <QTimer>
@@ -89,7 +90,11 @@ void ScreenshotActions::trash(const ScreenshotPointer &screenshot, Trashed told)
     enqueue(
         screenshot, std::make_shared<Task>(), u"Moving to Trash..."_s,
         [this, screenshot] { return ScreenshotMoves::trash(*screenshot, m_services.trash); },
-        std::move(told));
+        [this, told](const ScreenshotMoves::Trashing &trashing) {
+            if (trashing.result)
+                m_services.records.fileTrashed(trashing.result->originalURL);
+            told(trashing);
+        });
 }
 
 void ScreenshotActions::undo(const ScreenshotPointer &screenshot, const UndoableAction &action,
@@ -214,6 +219,7 @@ void ScreenshotActions::announceWhenSlow(const ScreenshotPointer &screenshot,
 void ScreenshotActions::moved(const QUrl &from, const QUrl &to)
 {
     m_services.pasteboard.fileMoved(from, to);
+    m_services.records.fileMoved(from, to);
     std::erase_if(m_reports, [&to](const Report &report) { return report.url == to; });
 }
 

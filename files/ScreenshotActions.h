@@ -12,6 +12,7 @@
 #include <deque>
 #include <vector>
 
+class DesktopRecords;
 class FileBrowser;
 class SystemTrash;
 class UndoHistory;
@@ -31,6 +32,7 @@ public:
         Pasteboard &pasteboard;
         FileBrowser &fileBrowser;
         ScreenshotImages &images;
+        DesktopRecords &records;
     };
 
     ScreenshotActions(const Services &services, UndoHistory &history, QObject *parent = nullptr);

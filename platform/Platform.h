@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DesktopLimits.h"
+#include "platform/DesktopRecords.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
 #include "platform/FolderEvents.h"
@@ -23,6 +24,7 @@ struct Platform {
     /// Each watcher makes its own, on its own thread.
     std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents;
     std::unique_ptr<DesktopLimits> desktopLimits;
+    std::unique_ptr<DesktopRecords> desktopRecords;
     std::unique_ptr<FileBrowser> fileBrowser;
     std::unique_ptr<FileWriters> fileWriters;
     std::unique_ptr<FrontmostApplication> frontmostApplication;

@@ -6,6 +6,7 @@ Platform nativePlatform()
     return {
         .makeFolderEvents = makeFolderEvents,
         .desktopLimits = makeDesktopLimits(),
+        .desktopRecords = makeDesktopRecords(),
         .fileBrowser = makeFileBrowser(),
         .fileWriters = makeFileWriters(),
         .frontmostApplication = makeFrontmostApplication(),

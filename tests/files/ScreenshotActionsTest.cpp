@@ -6,6 +6,7 @@
 #include "filesystem/OpenFile.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
+#include "tests/files/FakeDesktopRecords.h"
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
@@ -73,6 +74,7 @@ class ScreenshotActionsTest : public QObject
     GatedTrash m_trash;
     FakePasteboard m_pasteboard;
     NoFileBrowser m_browser;
+    FakeDesktopRecords m_records;
     SteeredFileWriters m_writers;
     std::unique_ptr<ScreenshotImages> m_images;
     std::unique_ptr<UndoHistory> m_history;
@@ -134,10 +136,12 @@ private Q_SLOTS:
         m_trash.isClosed = false;
         m_writers.written = 0;
         m_pasteboard.contents.reset();
+        m_records = {};
         m_images = std::make_unique<ScreenshotImages>(m_writers);
         m_history = std::make_unique<UndoHistory>();
         m_actions = std::make_unique<ScreenshotActions>(
-            ScreenshotActions::Services{m_trash, m_pasteboard, m_browser, *m_images}, *m_history);
+            ScreenshotActions::Services{m_trash, m_pasteboard, m_browser, *m_images, m_records},
+            *m_history);
         m_renamed = {};
         m_trashed = {};
         m_undone = {};
@@ -169,6 +173,38 @@ private Q_SLOTS:
         QVERIFY(*m_copied);
         QCOMPARE(onClipboard(), m_files->url(u"d.png"_s));
         QCOMPARE(names(), QStringList());
+    }
+
+    void theDesktopIsToldOfEachMove()
+    {
+        const QUrl a = picture(u"a.png"_s);
+        const QUrl b = m_files->url(u"b.png"_s);
+        const ScreenshotPointer shot = m_actions->open(a);
+        rename(shot, u"b.png"_s);
+        undo(shot, UndoableAction::rename(a, b));
+        finish();
+        trash(shot);
+        finish();
+        const QUrl trashed = m_trashed.result->trashedURL;
+        undo(shot, UndoableAction::trash(a, trashed));
+        finish();
+        QCOMPARE(m_records.moves, (QList<std::pair<QUrl, QUrl>>{{a, b}, {b, a}, {trashed, a}}));
+        QCOMPARE(m_records.trashed, QList{a});
+        // What fails is no move.
+        undo(shot, UndoableAction::rename(a, b));
+        finish();
+        QVERIFY(m_undone);
+        QCOMPARE(m_records.moves.size(), 3);
+    }
+
+    void theDesktopIsToldWhenTheMenuUndoes()
+    {
+        const QUrl a = picture(u"a.png"_s);
+        const QUrl b = m_files->url(u"b.png"_s);
+        m_history->push(UndoableAction::rename(b, a));
+        m_actions->undoLast();
+        finish();
+        QCOMPARE(m_records.moves, (QList<std::pair<QUrl, QUrl>>{{a, b}}));
     }
 
     void whatComesAfterTheTrashDoesNotTouchTheTrash()

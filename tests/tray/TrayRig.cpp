@@ -25,6 +25,7 @@ namespace
 Platform trayPlatform()
 {
     Platform platform;
+    platform.desktopRecords = makeDesktopRecords();
     platform.fileBrowser = std::make_unique<NotingFileBrowser>();
     platform.fileWriters = makeFileWriters();
     platform.panelWindow = makePanelWindow();
@@ -40,7 +41,9 @@ TrayRig::TrayRig()
     , fileBrowser(static_cast<NotingFileBrowser *>(platform.fileBrowser.get()))
     , m_images(std::make_unique<ScreenshotImages>(*platform.fileWriters))
     , images(*m_images)
-    , actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, images}, history)
+    , actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, images,
+               *platform.desktopRecords},
+              history)
 {
 }
 

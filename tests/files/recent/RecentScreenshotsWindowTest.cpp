@@ -12,6 +12,7 @@
 #include "platform/FileWriters.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
+#include "tests/files/FakeDesktopRecords.h"
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
@@ -55,6 +56,7 @@ class RecentScreenshotsWindowTest : public QObject
     QUrl m_folder;
     QSemaphore m_mayList; ///< listings that may be made, where a test counts them
     RecordingFileBrowser m_browser;
+    FakeDesktopRecords m_records;
     FakePasteboard m_pasteboard;
     std::unique_ptr<FakeSystemTrash> m_trash;
     std::unique_ptr<RecentScreenshots> m_recent;
@@ -124,7 +126,8 @@ private Q_SLOTS:
             ScreenshotFolderResolver::modificationDate});
         m_history = std::make_unique<UndoHistory>();
         m_actions = std::make_unique<ScreenshotActions>(
-            ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images}, *m_history);
+            ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images, m_records},
+            *m_history);
         makeController();
     }
     void cleanup()

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "platform/DesktopRecords.h"
+
+namespace
+{
+
+/// The system remembers files by what they are and not by their places.
+class SelfKeptRecords : public DesktopRecords
+{
+public:
+    void fileMoved(const QUrl &, const QUrl &) override {}
+    void fileTrashed(const QUrl &) override {}
+};
+
+} // namespace
+
+std::unique_ptr<DesktopRecords> makeDesktopRecords()
+{
+    return std::make_unique<SelfKeptRecords>();
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/DesktopRecords.h"
+
+#include <QList>
+
+/// Notes what the desktop is told.
+class FakeDesktopRecords : public DesktopRecords
+{
+public:
+    void fileMoved(const QUrl &from, const QUrl &to) override { moves.append({from, to}); }
+    void fileTrashed(const QUrl &from) override { trashed.append(from); }
+
+    QList<std::pair<QUrl, QUrl>> moves;
+    QList<QUrl> trashed;
+};
