@@ -116,6 +116,7 @@ def many(_):
 
 
 def main():
+    sys.stdout.reconfigure(line_buffering=True)
     folder, *wanted = sys.argv[1:]
     for name in wanted or ("throughput", "memory", "many"):
         {"throughput": throughput, "memory": memory, "many": many}[name](pathlib.Path(folder))

@@ -16,18 +16,26 @@ Namer::Namer(QString appName) : m_appName(std::move(appName)) {}
 Naming Namer::name(const PictureReading &reading)
 {
     const QByteArray wanted = FilePaths::folderOf(reading.path) + wantedName(reading);
-    QByteArray candidate = wanted;
-    for (int counter = 2; candidate != reading.path; ++counter) {
+    for (int counter = m_counters.value(wanted, 1);; ++counter) {
+        const QByteArray candidate = FilePaths::numbered(wanted, counter);
+        if (candidate == reading.path)
+            return {candidate, {}};
         const std::error_code error = take(reading, candidate);
-        if (!error)
-            break;
+        if (!error) {
+            m_counters.insert(wanted, counter);
+            forget(reading.path);
+            return {candidate, {}};
+        }
         if (error != std::errc::file_exists)
             return {reading.path, QByteArray::fromStdString(error.message())};
-        const QUrl numbered =
-            FileUrls::numbered(FileUrls::fromPath(u'/' + FilePaths::nameText(wanted)), counter);
-        candidate = FilePaths::folderOf(wanted) + FileUrls::lastPathComponent(numbered).toUtf8();
     }
-    return {candidate, {}};
+}
+
+/// The path is free now. If it had a counter, a picture that wants the path without it may have it.
+void Namer::forget(const QByteArray &path)
+{
+    m_counters.remove(path);
+    m_counters.remove(FilePaths::withoutNumber(path));
 }
 
 QByteArray Namer::wantedName(const PictureReading &reading) const

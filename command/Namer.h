@@ -4,6 +4,7 @@
 #include "command/PictureReader.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -34,8 +35,11 @@ protected:
 
 private:
     QByteArray wantedName(const PictureReading &reading) const;
+    void forget(const QByteArray &path);
 
     const QString m_appName;
+    /// The last counter that a wanted path got: all before it are taken.
+    QHash<QByteArray, int> m_counters;
 };
 
 /// Only says which names there would be, and touches nothing.

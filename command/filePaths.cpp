@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "command/filePaths.h"
 
+#include "filesystem/FileUrls.h"
+
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,6 +20,15 @@ bool isControlPair(const QByteArray &path, qsizetype at)
 QByteArray octal(char byte)
 {
     return '\\' + QByteArray::number(uchar(byte), 8).rightJustified(3, '0');
+}
+
+/// Where the extension's dot stands, or the end.
+qsizetype endOfBase(const QByteArray &path)
+{
+    const QByteArray extension = FileUrls::pathExtension(FilePaths::nameText(path)).toUtf8();
+    return extension.isEmpty() || !path.endsWith(QByteArray('.' + extension))
+               ? path.size()
+               : path.size() - extension.size() - 1;
 }
 
 } // namespace
@@ -50,6 +61,24 @@ bool FilePaths::isTaken(const QByteArray &path)
 {
     struct stat status = {};
     return ::lstat(path.constData(), &status) == 0;
+}
+
+QByteArray FilePaths::numbered(const QByteArray &path, int counter)
+{
+    if (counter < 2)
+        return path;
+    const qsizetype end = endOfBase(path);
+    return path.left(end) + '-' + QByteArray::number(counter) + path.mid(end);
+}
+
+QByteArray FilePaths::withoutNumber(const QByteArray &path)
+{
+    const qsizetype end = endOfBase(path);
+    qsizetype digits = end;
+    while (digits > 0 && path[digits - 1] >= '0' && path[digits - 1] <= '9')
+        --digits;
+    const bool hasNumber = digits < end && digits > 0 && path[digits - 1] == '-';
+    return hasNumber ? path.left(digits - 1) + path.mid(end) : path;
 }
 
 QByteArray FilePaths::escaped(const QByteArray &path)

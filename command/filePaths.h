@@ -23,6 +23,13 @@ QByteArray absolute(const QByteArray &path);
 /// Whether something stands there, be it a link to nothing.
 bool isTaken(const QByteArray &path);
 
+/// The path with a counter before its extension, "base-2.ext"; 1 is the path itself. All other
+/// bytes stay, whatever they are.
+QByteArray numbered(const QByteArray &path, int counter);
+
+/// The path without its counter, if it has one.
+QByteArray withoutNumber(const QByteArray &path);
+
 /// For people: control characters and backslashes as "\n", "\t", "\\" or "\ooo". Nothing else is
 /// changed.
 QByteArray escaped(const QByteArray &path);

@@ -6,10 +6,7 @@
 #include "command/exitStatus.h"
 #include "command/filePaths.h"
 #include "command/runs.h"
-#include "filesystem/FileUrls.h"
 #include "filesystem/moveWithinFileSystem.h"
-
-#include <QUrl>
 
 #include <algorithm>
 
@@ -55,13 +52,11 @@ private:
     {
         if (!isFileOf(entry, identityOf(entry.newPath)))
             return isWhereItWas(entry) || m_report.failure(entry.newPath, "is not there any more");
-        QByteArray back = entry.oldPath;
-        std::error_code error;
-        for (int counter = 2;; ++counter) {
+        QByteArray back;
+        auto error = std::make_error_code(std::errc::file_exists);
+        for (int counter = 1; error == std::errc::file_exists; ++counter) {
+            back = FilePaths::numbered(entry.oldPath, counter);
             error = moveWithinFileSystem(entry.newPath.constData(), back.constData());
-            if (error != std::errc::file_exists)
-                break;
-            back = numbered(entry.oldPath, counter);
         }
         if (!error)
             return m_report.name(entry.newPath, back, Report::Renamed::Yes);
@@ -77,16 +72,6 @@ private:
                std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry &other) {
                    return other.oldPath == entry.oldPath && other.newPath != entry.newPath;
                });
-    }
-
-    /// The extension stays; all other bytes do, too, whatever they are.
-    static QByteArray numbered(const QByteArray &path, int counter)
-    {
-        const QByteArray name = FilePaths::nameOf(path);
-        const QByteArray extension = FileUrls::pathExtension(QString::fromUtf8(name)).toUtf8();
-        const qsizetype ending =
-            extension.isEmpty() || !name.endsWith(extension) ? 0 : extension.size() + 1;
-        return path.chopped(ending) + '-' + QByteArray::number(counter) + path.right(ending);
     }
 
     const std::vector<Entry> m_entries;

@@ -6,9 +6,14 @@ import json
 import os
 import pathlib
 import stat
+import sys
 import unittest
 
-from command_case import PAGES, CommandCase, digests, tool_name
+from command_case import BUILD, PAGES, CommandCase, digests, tool_name
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "world"))
+
+import desktop  # noqa: E402
 
 MANY = 200
 
@@ -65,6 +70,28 @@ class Renames(CommandCase):
         self.assertEqual(out.decode().splitlines(), [f"{name}\t{name}" for name in names])
         self.assertEqual(self.names(), sorted(names))
         self.assertEqual(self.journals(), [])
+
+    def test_a_name_that_becomes_free_is_given_again(self):
+        for number in range(3):
+            self.put(tool_name(number), 0)
+        self.put("quarterly-budget-meeting-2.png", 1)
+        order = [tool_name(0), tool_name(1), "quarterly-budget-meeting-2.png", tool_name(2)]
+        wanted = ["quarterly-budget-meeting.png", "quarterly-budget-meeting-3.png",
+                  "alpine-bakery-orders.png", "quarterly-budget-meeting-2.png"]
+        for arguments in (["--all"], ["--all", "--rename"]):
+            out = self.lines(*arguments, *order)
+            self.assertEqual([new for _, new in out], wanted)
+
+    def test_each_rename_is_on_the_disk_before_it_happens(self):
+        for number in range(3):
+            self.put(tool_name(number), number)
+        report = self.home / "calls"
+        self.rename(env=self.environment(**desktop.slow_disk(
+            BUILD, [self.home], 1, ["none"], report)))
+        calls = [line.split(" ", 1) for line in report.read_text().splitlines()]
+        steps = [name for name, path in calls if name in ("pwrite", "fsync", "renameat2")
+                 and (path.endswith(".journal") or path.startswith(str(self.folder)))]
+        self.assertEqual(steps, ["pwrite", "fsync", "renameat2"] * 3)
 
     def test_the_last_run_is_taken_back_first(self):
         self.put(tool_name(1), 1)
