@@ -144,7 +144,7 @@ Application applicationOf(const FocusedWindow &window, const DesktopEntries &ent
 {
     if (const std::optional<QString> id = entryIdOf(window, entries)) {
         const std::optional<DesktopEntry> entry = entries.entry(*id);
-        const QString name = entry ? entry->localizedString("Name", messageLanguages()) : QString();
+        const QString name = entry ? entry->localizedString("Name") : QString();
         if (!name.isEmpty())
             return {name, id};
     }

@@ -2,13 +2,16 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
-/// The main group of a desktop entry file, as the Desktop Entry Specification lays it out. A value.
+/// The main group of a desktop entry file. A value, cheap to copy.
+///
+/// GLib's GDesktopAppInfo is not used: it knows no entry whose program it can't find in the search
+/// path, and such a program can have windows all the same.
 class DesktopEntry
 {
 public:
@@ -18,8 +21,9 @@ public:
 
     /// The value with its escapes undone; empty when the key is missing.
     QString string(const QByteArray &key) const;
-    /// The value in the first of the languages that has one, else the untranslated one.
-    QString localizedString(const QByteArray &key, const QList<QByteArray> &languages) const;
+    /// The value in the first of the user's languages for messages that has one, else the
+    /// untranslated one.
+    QString localizedString(const QByteArray &key) const;
     QStringList list(const QByteArray &key) const;
     /// Absent when the key is missing or the value is no boolean.
     std::optional<bool> boolean(const QByteArray &key) const;
@@ -28,9 +32,8 @@ public:
     bool isApplication() const;
 
 private:
-    QHash<QByteArray, QByteArray> m_values;
-};
+    struct Parsed;
+    explicit DesktopEntry(std::shared_ptr<const Parsed> parsed) : m_parsed(std::move(parsed)) {}
 
-/// The user's languages for messages, best first, each with its less exact forms behind it, as
-/// the keys of desktop entries write them: "sr_RS@latin", "sr_RS", "sr@latin", "sr". Any thread.
-QList<QByteArray> messageLanguages();
+    std::shared_ptr<const Parsed> m_parsed;
+};

@@ -189,7 +189,7 @@ private:
     QString nameOf(const QString &id) const
     {
         const std::optional<DesktopEntry> entry = read().entry(id);
-        return entry ? entry->localizedString("Name", messageLanguages()) : QString();
+        return entry ? entry->localizedString("Name") : QString();
     }
 
     std::optional<QTemporaryDir> m_place;
