@@ -21,7 +21,8 @@ public:
     /// The "applications" folders that the environment names, the user's own first.
     static QStringList standardFolders();
 
-    /// Reads every entry of the folders. Any thread; blocks for some ten microseconds an entry.
+    /// Reads every entry of the folders. Any thread; blocks for about a tenth of a millisecond an
+    /// entry.
     static DesktopEntries read(const QStringList &folders);
 
     /// Whether entries have come or gone since. Any thread; looks at the folders only.

@@ -43,17 +43,17 @@ std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
                                                        : std::nullopt;
 }
 
-QString DesktopEntry::string(const QByteArray &key) const
+QString DesktopEntry::string(const char *key) const
 {
     return taken(g_key_file_get_string(m_parsed->file.get(), group, key, nullptr));
 }
 
-QString DesktopEntry::localizedString(const QByteArray &key) const
+QString DesktopEntry::localizedString(const char *key) const
 {
     return taken(g_key_file_get_locale_string(m_parsed->file.get(), group, key, nullptr, nullptr));
 }
 
-QStringList DesktopEntry::list(const QByteArray &key) const
+QStringList DesktopEntry::list(const char *key) const
 {
     gsize count = 0;
     const std::unique_ptr<char *, Free> parts(
@@ -67,7 +67,7 @@ QStringList DesktopEntry::list(const QByteArray &key) const
     return result;
 }
 
-std::optional<bool> DesktopEntry::boolean(const QByteArray &key) const
+std::optional<bool> DesktopEntry::boolean(const char *key) const
 {
     GError *error = nullptr;
     const bool value = g_key_file_get_boolean(m_parsed->file.get(), group, key, &error);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -20,13 +19,13 @@ public:
     static std::optional<DesktopEntry> read(const QString &path);
 
     /// The value with its escapes undone; empty when the key is missing.
-    QString string(const QByteArray &key) const;
+    QString string(const char *key) const;
     /// The value in the first of the user's languages for messages that has one, else the
     /// untranslated one.
-    QString localizedString(const QByteArray &key) const;
-    QStringList list(const QByteArray &key) const;
+    QString localizedString(const char *key) const;
+    QStringList list(const char *key) const;
     /// Absent when the key is missing or the value is no boolean.
-    std::optional<bool> boolean(const QByteArray &key) const;
+    std::optional<bool> boolean(const char *key) const;
 
     /// A launchable application that has not been deleted by its user.
     bool isApplication() const;

@@ -155,7 +155,7 @@ private Q_SLOTS:
                         QStringLiteral("panel/\"velmora\"/7-1_TIME123456"));
         Instance second(launched);
         QCOMPARE(second.nextLine(), anotherRuns);
-        const QByteArray ended = "remove: ID=\"panel/\\\"velmora\\\"/7-1_TIME123456\"";
+        const QByteArray ended = "remove: ID=panel/\\\"velmora\\\"/7-1_TIME123456";
         QTRY_COMPARE(heard.left(heard.indexOf('\0')), ended);
     }
 
