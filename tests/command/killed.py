@@ -19,8 +19,8 @@ import desktop  # noqa: E402
 KILLS = 100
 PICTURES = 12
 # Each step takes so long that most kills meet one.
-MILLISECONDS = 3
-STEPS = ("fsync", "renameat2", "unlink")
+MILLISECONDS = 2
+STEPS = ("pwrite", "fsync", "renameat2", "unlink")
 
 
 class Killed(CommandCase):
@@ -37,7 +37,7 @@ class Killed(CommandCase):
         while killed < KILLS:
             todo = sum(name.startswith("Screenshot") for name in self.names())
             renames = todo == PICTURES or todo > 1 and dice.random() < 0.4
-            steps = 2 * todo if renames else PICTURES - todo
+            steps = 3 * todo if renames else PICTURES - todo
             killed += self.dies(dice, steps, *(("--rename", ".") if renames else ("--undo",)))
             now = digests(self.folder)
             self.assertEqual(sorted(now.values()), hashes, f"seed {seed}, kill {killed}")
