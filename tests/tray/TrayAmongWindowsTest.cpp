@@ -12,6 +12,8 @@
 #include "tray/TrayController.h"
 
 #include <QFile>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QTest>
 
 #include <functional>
@@ -216,6 +218,38 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
     }
 
+    void aWindowWithoutAFrameThatCoversTheScreenCountsAsFullScreen()
+    {
+        QWidget other(nullptr, Qt::FramelessWindowHint);
+        other.setPalette(Qt::black);
+        other.setGeometry(QGuiApplication::primaryScreen()->geometry());
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other, patience));
+        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::black), patience);
+        for (const QString &file : {u"one.png"_s, u"two.png"_s}) {
+            add(file);
+            QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
+            QVERIFY(stays([&] { return isSeen() && other.isActiveWindow(); }));
+        }
+    }
+
+    void itIsSeenOverAFullScreenWindowWhileNothingIsActive()
+    {
+        m_terminal.reset();
+        QWidget other(nullptr, Qt::FramelessWindowHint);
+        other.setAttribute(Qt::WA_ShowWithoutActivating);
+        other.setPalette(Qt::black);
+        other.setGeometry(QGuiApplication::primaryScreen()->geometry());
+        other.show();
+        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::black), patience);
+        for (const QString &file : {u"one.png"_s, u"two.png"_s}) {
+            add(file);
+            QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
+            QVERIFY(stays([this] { return isSeen(); }));
+        }
+    }
+
     void aTrayThatAFullScreenWindowHasCoveredIsThereAgainWithTheNextScreenshot()
     {
         add(u"one.png"_s);
@@ -248,8 +282,8 @@ private Q_SLOTS:
         {
             const WindowManager::Standstill standstill;
             add(u"two.png"_s);
-            QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
         }
+        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
         QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
 
         WindowManager::setFullScreen(m_terminal->window(), false);

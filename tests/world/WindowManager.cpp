@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
-#include <xcb/xcb.h>
+#include <xcb/composite.h>
 
 namespace
 {
@@ -134,4 +134,29 @@ Compositor::~Compositor()
 bool Compositor::isRunning()
 {
     return Server().isOwned("_NET_WM_CM_S0");
+}
+
+IdleCompositor::IdleCompositor() : m_connection(xcb_connect(nullptr, nullptr))
+{
+    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const xcb_window_t owner = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, owner, m_root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(m_connection, owner, Server().atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+    xcb_flush(m_connection);
+    if (!QTest::qWaitFor(Compositor::isRunning, patience))
+        qWarning("nobody can be the compositor");
+}
+
+IdleCompositor::~IdleCompositor()
+{
+    xcb_disconnect(m_connection);
+}
+
+void IdleCompositor::takeWindows()
+{
+    std::free(xcb_composite_query_version_reply(
+        m_connection, xcb_composite_query_version(m_connection, 0, 2), nullptr));
+    xcb_composite_redirect_subwindows(m_connection, m_root, XCB_COMPOSITE_REDIRECT_MANUAL);
+    xcb_flush(m_connection);
 }

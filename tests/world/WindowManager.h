@@ -4,6 +4,7 @@
 #include <QWindow>
 
 #include <memory>
+#include <xcb/xcb.h>
 
 /// What a user can have the window manager of a test's world do with any program's windows.
 namespace WindowManager
@@ -42,4 +43,20 @@ public:
 private:
     struct Process;
     std::unique_ptr<Process> m_process;
+};
+
+/// A compositor that only says that it is there; it never draws anything.
+class IdleCompositor
+{
+public:
+    IdleCompositor();
+    ~IdleCompositor();
+    Q_DISABLE_COPY_MOVE(IdleCompositor)
+
+    /// Keeps all windows off the screen, as a compositor does that draws them itself.
+    void takeWindows();
+
+private:
+    xcb_connection_t *m_connection;
+    quint32 m_root = 0;
 };

@@ -108,7 +108,8 @@ bool X11PanelWindow::showsTransparency() const
 /// Whether the window could be seen only without the window manager.
 bool X11PanelWindow::wouldBeHidden(const QWindow &window)
 {
-    return m_manager.isShowingDesktop() || m_manager.hasFullScreenWindowIn(screenOf(window));
+    return m_manager.isShowingDesktop() ||
+           m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
 }
 
 /// The screen that the window stands on, or will stand on when it is shown, in device pixels; Qt

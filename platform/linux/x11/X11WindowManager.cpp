@@ -3,6 +3,8 @@
 
 #include "platform/linux/x11/X11Connection.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -33,29 +35,57 @@ bool X11WindowManager::isShowingDesktop()
     return m_properties.numbers(m_properties.root(), "_NET_SHOWING_DESKTOP").value(0) != 0;
 }
 
-bool X11WindowManager::hasFullScreenWindowIn(const QRect &area)
+bool X11WindowManager::hidesUnderFullScreen(xcb_window_t window, const QRect &screen)
 {
     const xcb_window_t active = activeWindow();
-    return active != XCB_WINDOW_NONE &&
-           m_properties.numbers(active, "_NET_WM_STATE")
-               .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")) &&
-           placeOf(active).intersects(area);
+    return (active != window && isFullScreen(active, screen)) ||
+           isFullScreen(topWindow(window, screen), screen);
+}
+
+/// Old programs only make a window without a frame as large as the screen. The window that file
+/// managers show their icons on is as large.
+bool X11WindowManager::isFullScreen(xcb_window_t window, const QRect &screen)
+{
+    if (window == XCB_WINDOW_NONE)
+        return false;
+    if (m_properties.numbers(window, "_NET_WM_STATE")
+            .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")))
+        return placeOf(window).intersects(screen);
+    return placeOf(window).contains(screen) &&
+           !m_properties.numbers(window, "_NET_WM_WINDOW_TYPE")
+                .contains(m_properties.atom("_NET_WM_WINDOW_TYPE_DESKTOP"));
+}
+
+/// None where the manager does not tell the order.
+xcb_window_t X11WindowManager::topWindow(xcb_window_t except, const QRect &screen)
+{
+    QList<quint32> windows = m_properties.numbers(m_properties.root(), "_NET_CLIENT_LIST_STACKING");
+    std::reverse(windows.begin(), windows.end());
+    for (const xcb_window_t window : windows) {
+        if (window != except && isShown(window) && placeOf(window).intersects(screen))
+            return window;
+    }
+    return XCB_WINDOW_NONE;
+}
+
+bool X11WindowManager::isShown(xcb_window_t window)
+{
+    const quint32 desktop = m_properties.numbers(window, "_NET_WM_DESKTOP").value(0, allDesktops);
+    return m_properties.numbers(window, "WM_STATE").value(0) != iconic &&
+           !m_properties.numbers(window, "_NET_WM_STATE")
+                .contains(m_properties.atom("_NET_WM_STATE_HIDDEN")) &&
+           (desktop == allDesktops ||
+            desktop == m_properties.numbers(m_properties.root(), "_NET_CURRENT_DESKTOP")
+                           .value(0, desktop));
 }
 
 bool X11WindowManager::hasPutAway(xcb_window_t window)
 {
-    const QList<quint32> managed = m_properties.numbers(window, "WM_STATE");
-    if (managed.isEmpty())
+    if (m_properties.numbers(window, "WM_STATE").isEmpty())
         return false;
     const QList<quint32> states = m_properties.numbers(window, "_NET_WM_STATE");
-    const quint32 desktop = m_properties.numbers(window, "_NET_WM_DESKTOP").value(0, allDesktops);
-    return managed.first() == iconic ||
-           states.contains(m_properties.atom("_NET_WM_STATE_HIDDEN")) ||
-           states.contains(m_properties.atom("_NET_WM_STATE_SHADED")) ||
-           !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE")) ||
-           (desktop != allDesktops &&
-            desktop != m_properties.numbers(m_properties.root(), "_NET_CURRENT_DESKTOP")
-                           .value(0, desktop));
+    return !isShown(window) || states.contains(m_properties.atom("_NET_WM_STATE_SHADED")) ||
+           !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE"));
 }
 
 /// Some window managers give the keyboard to a window that raises itself; they leave it where it is

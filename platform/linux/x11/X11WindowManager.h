@@ -20,9 +20,10 @@ public:
     /// While it shows the desktop some managers hide even a new window.
     bool isShowingDesktop();
 
-    /// Whether the active window is a full-screen one that reaches into this part of the desktop,
-    /// in device pixels. Managers keep such a window above all others that they manage.
-    bool hasFullScreenWindowIn(const QRect &area);
+    /// Whether a full-screen window, or one that covers all of this screen, hides a window that
+    /// the manager looks after: managers keep the active one above all others, and the topmost one
+    /// while nothing is active. In device pixels; `window` itself does not count.
+    bool hidesUnderFullScreen(xcb_window_t window, const QRect &screen);
 
     /// Whether the window is not where new windows are seen: minimised, rolled up, on another
     /// workspace or no longer kept above. A window that the manager has not seen yet is not.
@@ -32,6 +33,9 @@ public:
     void putOnTop(xcb_window_t window);
 
 private:
+    bool isFullScreen(xcb_window_t window, const QRect &screen);
+    xcb_window_t topWindow(xcb_window_t except, const QRect &screen);
+    bool isShown(xcb_window_t window);
     QRect placeOf(xcb_window_t window) const;
 
     xcb_connection_t *m_connection;
