@@ -2,6 +2,7 @@
 #include "platform/PanelWindow.h"
 
 #include "platform/linux/x11/X11PanelWindow.h"
+#include "platform/linux/x11/qtConnection.h"
 
 #include <QGuiApplication>
 #include <QWindow>
@@ -30,7 +31,7 @@ public:
 
 std::unique_ptr<PanelWindow> makePanelWindow()
 {
-    if (const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
-        return std::make_unique<X11PanelWindow>(x11->connection());
+    if (xcb_connection_t *const connection = qtConnection())
+        return std::make_unique<X11PanelWindow>(connection);
     return std::make_unique<PlainPanelWindow>();
 }

@@ -1,23 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/UserTime.h"
 
+#include "platform/linux/x11/qtConnection.h"
+
 #include <QCoreApplication>
-#include <QGuiApplication>
 
 #include <utility>
-#include <xcb/xcb.h>
-
-namespace
-{
-
-xcb_connection_t *qtConnection()
-{
-    const auto *x11 =
-        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
-} // namespace
 
 UserTime::UserTime()
 {

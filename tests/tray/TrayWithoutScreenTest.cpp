@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "tests/tray/ControllerFixture.h"
+
+#include "tray/FloatingTrayPanel.h"
+#include "tray/ScreenshotRowView.h"
+
+#include <QApplication>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using TrayOnScreen::panel;
+using TrayOnScreen::rows;
+
+/// The tray where Qt shows no window on any server, though an X server is there.
+class TrayWithoutScreenTest : public QObject, ControllerFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QCOMPARE(QGuiApplication::platformName(), u"offscreen"_s); }
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void itShowsScreenshotsAllTheSame()
+    {
+        add("one.png");
+        QVERIFY(panel()->isVisible());
+        add("two.png");
+        QCOMPARE(names(), (QStringList{u"two.png"_s, u"one.png"_s}));
+        click(rows().first(), "Dismiss");
+        click(rows().first(), "Dismiss");
+        QVERIFY(!panel()->isVisible());
+        add("three.png");
+        QVERIFY(panel()->isVisible());
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    TrayWithoutScreenTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "TrayWithoutScreenTest.moc"
