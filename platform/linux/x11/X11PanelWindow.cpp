@@ -76,17 +76,15 @@ bool X11PanelWindow::bringToFront(QWindow &window)
     if (std::exchange(m_isNew, false))
         return true;
     const xcb_window_t id = idOf(window);
-    if (!m_keyboard.isWith(id) && m_isUnmanaged != wouldBeHidden(window))
+    // While the user types they see it, and a new window would not have the keyboard.
+    const bool isInUse = m_keyboard.isWith(id);
+    if (!isInUse && m_isUnmanaged != wouldBeHidden(window))
         return false;
-    if (m_isUnmanaged) {
-        const quint32 above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(m_connection, id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        xcb_flush(m_connection);
-        return true;
-    }
-    if (m_manager.hasPutAway(id))
-        return false;
-    m_manager.putOnTop(id);
+    if (!m_isUnmanaged)
+        return (m_manager.putOnTop(id) && !m_manager.hasPutAway(id)) || isInUse;
+    const quint32 above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(m_connection, id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_flush(m_connection);
     return true;
 }
 

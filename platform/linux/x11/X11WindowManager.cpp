@@ -13,8 +13,7 @@ constexpr quint32 allDesktops = 0xFFFFFFFF;
 /// In WM_STATE.
 constexpr quint32 iconic = 3;
 
-/// In the messages that change a window's state, and who sends them: the user, as a pager does.
-enum StateChange : quint32 { Remove = 0, Add = 1 };
+/// In messages, who sends them: the user, as a pager does.
 constexpr quint32 fromUser = 2;
 
 } // namespace
@@ -57,15 +56,29 @@ bool X11WindowManager::isFullScreen(xcb_window_t window, const QRect &screen)
 }
 
 /// None where the manager does not tell the order.
-xcb_window_t X11WindowManager::topWindow(xcb_window_t except, const QRect &screen)
+xcb_window_t X11WindowManager::topWindow(xcb_window_t except, const QRect &area)
 {
-    QList<quint32> windows = m_properties.numbers(m_properties.root(), "_NET_CLIENT_LIST_STACKING");
-    std::reverse(windows.begin(), windows.end());
-    for (const xcb_window_t window : windows) {
-        if (window != except && isShown(window) && placeOf(window).intersects(screen))
+    for (const xcb_window_t window : fromTopDown()) {
+        if (window != except && isShown(window) && placeOf(window).intersects(area))
             return window;
     }
     return XCB_WINDOW_NONE;
+}
+
+bool X11WindowManager::isCovered(xcb_window_t window)
+{
+    const QList<quint32> windows = fromTopDown();
+    const QRect place = placeOf(window);
+    return std::any_of(
+        windows.begin(), windows.begin() + std::max(windows.indexOf(window), 0LL),
+        [&](xcb_window_t other) { return isShown(other) && placeOf(other).intersects(place); });
+}
+
+QList<quint32> X11WindowManager::fromTopDown()
+{
+    QList<quint32> windows = m_properties.numbers(m_properties.root(), "_NET_CLIENT_LIST_STACKING");
+    std::reverse(windows.begin(), windows.end());
+    return windows;
 }
 
 bool X11WindowManager::isShown(xcb_window_t window)
@@ -88,21 +101,17 @@ bool X11WindowManager::hasPutAway(xcb_window_t window)
            !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE"));
 }
 
-/// Some window managers give the keyboard to a window that raises itself; they leave it where it is
-/// when a pager restacks the window. Those that know no such message put a window on top when it
-/// becomes one of those that stay above.
-void X11WindowManager::putOnTop(xcb_window_t window)
+/// Some window managers give the keyboard to a window that raises itself, or leave it where it is;
+/// they do as they are told when a pager restacks the window.
+bool X11WindowManager::putOnTop(xcb_window_t window)
 {
     const xcb_atom_t message = m_properties.atom("_NET_RESTACK_WINDOW");
-    if (m_properties.numbers(m_properties.root(), "_NET_SUPPORTED").contains(message)) {
-        m_properties.request(window, "_NET_RESTACK_WINDOW",
-                             {fromUser, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
-    } else {
-        const xcb_atom_t above = m_properties.atom("_NET_WM_STATE_ABOVE");
-        for (const StateChange change : {Remove, Add})
-            m_properties.request(window, "_NET_WM_STATE", {change, above, 0, fromUser});
-    }
+    if (!m_properties.numbers(m_properties.root(), "_NET_SUPPORTED").contains(message))
+        return !isCovered(window);
+    m_properties.request(window, "_NET_RESTACK_WINDOW",
+                         {fromUser, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
     xcb_flush(m_connection);
+    return true;
 }
 
 /// On the desktop, in device pixels.

@@ -29,12 +29,15 @@ public:
     /// workspace or no longer kept above. A window that the manager has not seen yet is not.
     bool hasPutAway(xcb_window_t window);
 
-    /// Puts the window on top, without giving it the keyboard.
-    void putOnTop(xcb_window_t window);
+    /// Puts the window on top, without giving it the keyboard. False where it lies under another
+    /// one and the manager can't be asked for that.
+    bool putOnTop(xcb_window_t window);
 
 private:
     bool isFullScreen(xcb_window_t window, const QRect &screen);
-    xcb_window_t topWindow(xcb_window_t except, const QRect &screen);
+    xcb_window_t topWindow(xcb_window_t except, const QRect &area);
+    bool isCovered(xcb_window_t window);
+    QList<quint32> fromTopDown();
     bool isShown(xcb_window_t window);
     QRect placeOf(xcb_window_t window) const;
 
