@@ -39,6 +39,7 @@ xcb_window_t BorrowedKeyboard::holder() const
 {
     const X11Owned<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(m_x11.get(), xcb_get_input_focus(m_x11.get()), nullptr));
+    m_x11.readEventsSoon();
     return reply ? reply->focus : xcb_window_t(XCB_WINDOW_NONE);
 }
 
@@ -50,6 +51,7 @@ bool BorrowedKeyboard::canHaveIt(xcb_window_t window) const
     const auto cookie = xcb_get_window_attributes(m_x11.get(), window);
     const X11Owned<xcb_get_window_attributes_reply_t> reply(
         xcb_get_window_attributes_reply(m_x11.get(), cookie, nullptr));
+    m_x11.readEventsSoon();
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 

@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 
 #include <poll.h>
+#include <utility>
 
 void X11Connection::Disconnect::operator()(xcb_connection_t *connection) const
 {
@@ -51,7 +52,13 @@ QList<quint32> X11Connection::atoms(std::initializer_list<QByteArray> names)
 
 void X11Connection::readEventsSoon()
 {
-    QMetaObject::invokeMethod(this, &X11Connection::readEvents, Qt::QueuedConnection);
+    if (std::exchange(m_willRead, true))
+        return;
+    const auto read = [this] {
+        m_willRead = false;
+        readEvents();
+    };
+    QMetaObject::invokeMethod(this, read, Qt::QueuedConnection);
 }
 
 bool X11Connection::waitForInput(const QDeadlineTimer &deadline)

@@ -63,4 +63,5 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
     quint32 m_root = 0;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    bool m_willRead = false;
 };

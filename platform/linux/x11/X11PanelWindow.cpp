@@ -93,9 +93,12 @@ void X11PanelWindow::takeFocus(QWindow &window)
     m_keyboard.take(idOf(window));
 }
 
+/// When a window that they look after goes, window managers give the keyboard to the next one
+/// themselves, and KWin does so only if nobody else has done it.
 void X11PanelWindow::giveFocusBack(QWindow &window)
 {
-    m_keyboard.giveBack(idOf(window));
+    if (m_isUnmanaged)
+        m_keyboard.giveBack(idOf(window));
 }
 
 bool X11PanelWindow::showsTransparency() const

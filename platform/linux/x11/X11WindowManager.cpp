@@ -18,20 +18,19 @@ constexpr quint32 fromUser = 2;
 
 } // namespace
 
-X11WindowManager::X11WindowManager(const X11Connection &x11)
-    : m_connection(x11.get()), m_properties(x11.get(), x11.root())
+X11WindowManager::X11WindowManager(X11Connection &x11)
+    : m_x11(x11), m_properties(x11.get(), x11.root())
 {
 }
 
 xcb_window_t X11WindowManager::activeWindow()
 {
-    return m_properties.numbers(m_properties.root(), "_NET_ACTIVE_WINDOW")
-        .value(0, XCB_WINDOW_NONE);
+    return numbersOfRoot("_NET_ACTIVE_WINDOW").value(0, XCB_WINDOW_NONE);
 }
 
 bool X11WindowManager::isShowingDesktop()
 {
-    return m_properties.numbers(m_properties.root(), "_NET_SHOWING_DESKTOP").value(0) != 0;
+    return numbersOfRoot("_NET_SHOWING_DESKTOP").value(0) != 0;
 }
 
 bool X11WindowManager::hidesUnderFullScreen(xcb_window_t window, const QRect &screen)
@@ -47,11 +46,10 @@ bool X11WindowManager::isFullScreen(xcb_window_t window, const QRect &screen)
 {
     if (window == XCB_WINDOW_NONE)
         return false;
-    if (m_properties.numbers(window, "_NET_WM_STATE")
-            .contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")))
+    if (numbers(window, "_NET_WM_STATE").contains(m_properties.atom("_NET_WM_STATE_FULLSCREEN")))
         return placeOf(window).intersects(screen);
     return placeOf(window).contains(screen) &&
-           !m_properties.numbers(window, "_NET_WM_WINDOW_TYPE")
+           !numbers(window, "_NET_WM_WINDOW_TYPE")
                 .contains(m_properties.atom("_NET_WM_WINDOW_TYPE_DESKTOP"));
 }
 
@@ -76,27 +74,25 @@ bool X11WindowManager::isCovered(xcb_window_t window)
 
 QList<quint32> X11WindowManager::fromTopDown()
 {
-    QList<quint32> windows = m_properties.numbers(m_properties.root(), "_NET_CLIENT_LIST_STACKING");
+    QList<quint32> windows = numbersOfRoot("_NET_CLIENT_LIST_STACKING");
     std::reverse(windows.begin(), windows.end());
     return windows;
 }
 
 bool X11WindowManager::isShown(xcb_window_t window)
 {
-    const quint32 desktop = m_properties.numbers(window, "_NET_WM_DESKTOP").value(0, allDesktops);
-    return m_properties.numbers(window, "WM_STATE").value(0) != iconic &&
-           !m_properties.numbers(window, "_NET_WM_STATE")
-                .contains(m_properties.atom("_NET_WM_STATE_HIDDEN")) &&
+    const quint32 desktop = numbers(window, "_NET_WM_DESKTOP").value(0, allDesktops);
+    return numbers(window, "WM_STATE").value(0) != iconic &&
+           !numbers(window, "_NET_WM_STATE").contains(m_properties.atom("_NET_WM_STATE_HIDDEN")) &&
            (desktop == allDesktops ||
-            desktop == m_properties.numbers(m_properties.root(), "_NET_CURRENT_DESKTOP")
-                           .value(0, desktop));
+            desktop == numbersOfRoot("_NET_CURRENT_DESKTOP").value(0, desktop));
 }
 
 bool X11WindowManager::hasPutAway(xcb_window_t window)
 {
-    if (m_properties.numbers(window, "WM_STATE").isEmpty())
+    if (numbers(window, "WM_STATE").isEmpty())
         return false;
-    const QList<quint32> states = m_properties.numbers(window, "_NET_WM_STATE");
+    const QList<quint32> states = numbers(window, "_NET_WM_STATE");
     return !isShown(window) || states.contains(m_properties.atom("_NET_WM_STATE_SHADED")) ||
            !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE"));
 }
@@ -106,11 +102,11 @@ bool X11WindowManager::hasPutAway(xcb_window_t window)
 bool X11WindowManager::putOnTop(xcb_window_t window)
 {
     const xcb_atom_t message = m_properties.atom("_NET_RESTACK_WINDOW");
-    if (!m_properties.numbers(m_properties.root(), "_NET_SUPPORTED").contains(message))
+    if (!numbersOfRoot("_NET_SUPPORTED").contains(message))
         return !isCovered(window);
     m_properties.request(window, "_NET_RESTACK_WINDOW",
                          {fromUser, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE});
-    xcb_flush(m_connection);
+    xcb_flush(m_x11.get());
     return true;
 }
 
@@ -118,11 +114,23 @@ bool X11WindowManager::putOnTop(xcb_window_t window)
 QRect X11WindowManager::placeOf(xcb_window_t window) const
 {
     const X11Owned<xcb_get_geometry_reply_t> size(
-        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
-    const auto cookie = xcb_translate_coordinates(m_connection, window, m_properties.root(), 0, 0);
+        xcb_get_geometry_reply(m_x11.get(), xcb_get_geometry(m_x11.get(), window), nullptr));
+    const auto cookie = xcb_translate_coordinates(m_x11.get(), window, m_x11.root(), 0, 0);
     const X11Owned<xcb_translate_coordinates_reply_t> corner(
-        xcb_translate_coordinates_reply(m_connection, cookie, nullptr));
+        xcb_translate_coordinates_reply(m_x11.get(), cookie, nullptr));
+    m_x11.readEventsSoon();
     if (!size || !corner)
         return {};
     return {corner->dst_x, corner->dst_y, size->width, size->height};
+}
+
+QList<quint32> X11WindowManager::numbers(xcb_window_t window, const char *property)
+{
+    m_x11.readEventsSoon();
+    return m_properties.numbers(window, property);
+}
+
+QList<quint32> X11WindowManager::numbersOfRoot(const char *property)
+{
+    return numbers(m_x11.root(), property);
 }

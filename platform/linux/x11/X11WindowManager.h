@@ -12,7 +12,7 @@ class X11Connection;
 class X11WindowManager
 {
 public:
-    explicit X11WindowManager(const X11Connection &x11);
+    explicit X11WindowManager(X11Connection &x11);
 
     /// None when no window is active.
     xcb_window_t activeWindow();
@@ -40,7 +40,9 @@ private:
     QList<quint32> fromTopDown();
     bool isShown(xcb_window_t window);
     QRect placeOf(xcb_window_t window) const;
+    QList<quint32> numbers(xcb_window_t window, const char *property);
+    QList<quint32> numbersOfRoot(const char *property);
 
-    xcb_connection_t *m_connection;
+    X11Connection &m_x11;
     X11Properties m_properties;
 };
