@@ -9,11 +9,9 @@
 namespace
 {
 
-constexpr const char *generalGroup = "[General]";
-
 struct Line {
     QByteArray text;
-    /// In the group "General"; empty where the line is none of its values.
+    /// In the group that is looked for; empty where the line is none of its values.
     QString key;
 };
 
@@ -22,18 +20,23 @@ bool isComment(const QByteArray &trimmed)
     return trimmed.startsWith(';') || trimmed.startsWith('#');
 }
 
+QByteArray headerOf(const QByteArray &group)
+{
+    return '[' + group + ']';
+}
+
 /// What stands before the first group belongs to "General" too.
-QList<Line> linesOf(const QByteArray &text)
+QList<Line> linesOf(const QByteArray &text, const QByteArray &group)
 {
     QList<Line> lines;
-    bool isGeneral = true;
+    bool isInGroup = group == "General";
     for (QByteArray line : text.split('\n')) {
         const QByteArray trimmed = line.trimmed();
         QString key;
         if (trimmed.startsWith('['))
-            isGeneral = trimmed.compare(generalGroup, Qt::CaseInsensitive) == 0;
+            isInGroup = trimmed.compare(headerOf(group), Qt::CaseInsensitive) == 0;
         else if (const qsizetype equals = trimmed.indexOf('=');
-                 isGeneral && equals > 0 && !isComment(trimmed))
+                 isInGroup && equals > 0 && !isComment(trimmed))
             key = QString::fromUtf8(trimmed.left(equals).trimmed());
         lines.append({std::move(line), key});
     }
@@ -223,14 +226,14 @@ QByteArray textOf(const QVariant &value)
 }
 
 /// Where a new value goes: behind the last line of the group that holds something.
-qsizetype endOfGroup(QList<Line> &lines)
+qsizetype endOfGroup(QList<Line> &lines, const QByteArray &group)
 {
-    const auto header = std::find_if(lines.begin(), lines.end(), [](const Line &line) {
-        return line.text.trimmed().compare(generalGroup, Qt::CaseInsensitive) == 0;
+    const auto header = std::find_if(lines.begin(), lines.end(), [&group](const Line &line) {
+        return line.text.trimmed().compare(headerOf(group), Qt::CaseInsensitive) == 0;
     });
     if (header == lines.end()) {
-        lines.prepend({generalGroup, {}});
-        return endOfGroup(lines);
+        lines.prepend({headerOf(group), {}});
+        return endOfGroup(lines, group);
     }
     auto end = header + 1;
     for (auto line = end; line != lines.end() && !line->text.trimmed().startsWith('['); ++line) {
@@ -240,7 +243,7 @@ qsizetype endOfGroup(QList<Line> &lines)
     return end - lines.begin();
 }
 
-void change(QList<Line> &lines, const QString &key, const QVariant &value)
+void change(QList<Line> &lines, const QByteArray &group, const QString &key, const QVariant &value)
 {
     const auto isOld = [&key](const Line &line) { return line.key == key; };
     const auto first = std::find_if(lines.begin(), lines.end(), isOld);
@@ -250,7 +253,7 @@ void change(QList<Line> &lines, const QString &key, const QVariant &value)
     if (!value.isValid())
         return;
     if (!isThere)
-        place = endOfGroup(lines);
+        place = endOfGroup(lines, group);
     lines.insert(place, {key.toUtf8() + '=' + textOf(value), key});
 }
 
@@ -259,10 +262,10 @@ void change(QList<Line> &lines, const QString &key, const QVariant &value)
 namespace IniText
 {
 
-QHash<QString, QVariant> values(const QByteArray &text)
+QHash<QString, QVariant> values(const QByteArray &text, const QByteArray &group)
 {
     QHash<QString, QVariant> values;
-    for (const Line &line : linesOf(text)) {
+    for (const Line &line : linesOf(text, group)) {
         if (line.key.isEmpty())
             continue;
         const QVariant value = valueOf(line.text.mid(line.text.indexOf('=') + 1).trimmed());
@@ -274,11 +277,12 @@ QHash<QString, QVariant> values(const QByteArray &text)
     return values;
 }
 
-QByteArray changed(const QByteArray &text, const QMap<QString, QVariant> &changes)
+QByteArray changed(const QByteArray &text, const QMap<QString, QVariant> &changes,
+                   const QByteArray &group)
 {
-    QList<Line> lines = linesOf(text);
+    QList<Line> lines = linesOf(text, group);
     for (auto each = changes.cbegin(); each != changes.cend(); ++each)
-        change(lines, each.key(), each.value());
+        change(lines, group, each.key(), each.value());
     QByteArray result;
     for (const Line &line : lines)
         result += line.text + '\n';

@@ -35,6 +35,10 @@ public:
     /// before. Any thread.
     virtual std::optional<QString> desktopToolFolder() const = 0;
 
+    /// Whether the desktop's own screenshot key goes on saving where it does, whatever is stored
+    /// here. Any thread.
+    virtual bool keyHasFixedFolder() const { return false; }
+
     /// From now on changed() tells of changes of the two above; called again after each. A system
     /// that can't tell does nothing. Any thread; blocks for the file system.
     virtual void follow() {}

@@ -66,6 +66,10 @@ inline constexpr SystemText noTrayPlace = {{}, u"can't choose where its tray sta
 inline constexpr SystemText noApplicationInFront = {
     {}, u"can't always tell which application is in front"};
 
+/// The desktop takes screenshots itself and has no setting for their folder; macOS has one.
+inline constexpr SystemText keyHasFixedFolder = {
+    {}, u"The screenshot key of this desktop goes on saving where it does now."};
+
 inline constexpr SystemText systemQuestion = {u"My Mac version:", u"My Linux version and desktop:"};
 
 inline constexpr SystemText reveal = {u"Reveal in Finder", u"Show in File Manager"};

@@ -4,6 +4,7 @@
 #include "app/welcome/WelcomeWindow.h"
 #include "app/welcome/columns.h"
 #include "app/welcome/labels.h"
+#include "platform/SystemWords.h"
 #include "style/BezelButton.h"
 #include "style/SymbolImages.h"
 #include "style/SystemFont.h"
@@ -35,6 +36,8 @@ GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWi
     auto *changeFolder = new BezelButton(QStringLiteral("Change Folder"));
     changeFolder->setIcon(symbolIcon(QStringLiteral("folder"), VelmoraPalette::primaryText()));
     changeFolder->setAccessibleDescription(QStringLiteral("Change Screenshot Folder"));
+    if (state.keyHasFixedFolder)
+        changeFolder->setToolTip(SystemWords::keyHasFixedFolder.here());
     connect(changeFolder, &QPushButton::clicked, this, &GeneralSection::changeFolderRequested);
 
     // The first of the window's columns, and the two others as one.

@@ -31,6 +31,7 @@ void WelcomeController::showWelcome(const QUrl &folder)
             .instantModeOn =
                 ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(m_services.preferences),
             .startsAtLogin = m_services.loginItem.isEnabled(),
+            .keyHasFixedFolder = m_services.preferences.keyHasFixedFolder(),
             .limits = m_services.limits,
         };
         m_welcomeWindow = std::make_unique<WelcomeWindow>(state);
@@ -94,10 +95,13 @@ void WelcomeController::startAtLoginChanged(bool on)
 
 void WelcomeController::changeScreenshotFolder()
 {
+    QString message = SystemWords::folderAccess.here();
+    if (m_services.preferences.keyHasFixedFolder())
+        message += u' ' + SystemWords::keyHasFixedFolder.here();
     const Explanation explanation = {
         .key = QStringLiteral("didExplainFolderAccess"),
         .title = QStringLiteral("Screenshot folder access"),
-        .message = SystemWords::folderAccess.here(),
+        .message = message,
     };
     explainOnce(*m_welcomeWindow, explanation, [this] {
         chooseFolder(*m_welcomeWindow, m_folder.current(),

@@ -16,6 +16,7 @@ struct WelcomeState {
     QUrl folder;
     bool instantModeOn = false;
     bool startsAtLogin = false;
+    bool keyHasFixedFolder = false;
     /// Outlives the window, which follows it.
     const DesktopLimits &limits;
 };

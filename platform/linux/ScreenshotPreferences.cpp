@@ -24,9 +24,9 @@ QString showsThumbnailKey()
     return QStringLiteral("show-thumbnail");
 }
 
-const ScreenshotTool &runningTool()
+std::span<const ScreenshotTool> runningTools()
 {
-    return ScreenshotTools::toolOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
+    return ScreenshotTools::toolsOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
 /// The folder, if a screenshot tool can save in it. A missing one may come.
@@ -62,17 +62,27 @@ public:
     std::optional<QString> desktopToolFolder() const override
     {
         const QMutexLocker locker(&m_toolLock);
-        const ScreenshotTool &tool = runningTool();
-        const std::optional<QString> folder = usable(tool.folder(valueOf(tool.setting)));
-        if (folder || !m_toolFolder)
-            m_toolFolder = folder ? folder : usable(tool.usualFolder());
+        const std::span<const ScreenshotTool> tools = runningTools();
+        for (const ScreenshotTool &tool : tools) {
+            if (const auto folder = usable(tool.folder(valueOf(tool.setting))))
+                return m_toolFolder = folder;
+        }
+        for (auto tool = tools.begin(); tool != tools.end() && !m_toolFolder; ++tool)
+            m_toolFolder = usable(tool->usualFolder());
         return m_toolFolder;
+    }
+
+    bool keyHasFixedFolder() const override
+    {
+        return runningTools().front().key == ScreenshotTool::Key::SavesInFixedFolder;
     }
 
     void follow() override
     {
-        for (const QString &file :
-             {m_domain.fileName(), UserDirectories::file(), runningTool().file()}) {
+        QStringList files = {m_domain.fileName(), UserDirectories::file()};
+        for (const ScreenshotTool &tool : runningTools())
+            files.append(tool.file());
+        for (const QString &file : files) {
             if (!file.isEmpty())
                 m_files.watch(QFile::encodeName(file), PathWatch::End::File);
         }
@@ -89,13 +99,24 @@ public:
     QList<SystemCommand> storeLocation(const QString &path) override
     {
         m_domain.setValue(locationKey(), path);
-        return runningTool().storeFolder(path);
+        const QMutexLocker locker(&m_toolLock);
+        QList<SystemCommand> commands;
+        for (const ScreenshotTool &tool : runningTools()) {
+            if (!tool.setting.schema || valueOf(tool.setting))
+                commands += tool.storeFolder(path);
+        }
+        return commands;
     }
 
     QList<SystemCommand> storeShowsThumbnail(bool shows) override
     {
         m_domain.setValue(showsThumbnailKey(), shows);
-        return shows ? QList<SystemCommand>() : runningTool().saveAtOnce();
+        QList<SystemCommand> commands;
+        for (const ScreenshotTool &tool : runningTools()) {
+            if (!shows)
+                commands += tool.saveAtOnce();
+        }
+        return commands;
     }
 
 private:

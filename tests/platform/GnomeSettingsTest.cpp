@@ -17,6 +17,7 @@ namespace
 constexpr std::pair<const char *, const char *> settings[] = {
     {"org.gnome.gnome-screenshot", "auto-save-directory"},
     {"org.mate.screenshot", "last-save-directory"},
+    {"io.elementary.screenshot", "folder-dir"},
 };
 
 bool writeFile(const QString &path, const QByteArray &content)
@@ -54,6 +55,9 @@ private Q_SLOTS:
         QTest::newRow("Cinnamon") << QByteArray("X-Cinnamon")
                                   << QString::fromLatin1(settings[0].first)
                                   << QString::fromLatin1(settings[0].second);
+        QTest::newRow("elementary")
+            << QByteArray("Pantheon") << QString::fromLatin1(settings[2].first)
+            << QString::fromLatin1(settings[2].second);
         QTest::newRow("MATE") << QByteArray("MATE") << QString::fromLatin1(settings[1].first)
                               << QString::fromLatin1(settings[1].second);
     }
@@ -65,7 +69,7 @@ private Q_SLOTS:
         QFETCH(QString, key);
         qputenv("XDG_CURRENT_DESKTOP", desktop);
         const auto preferences = makeScreenshotPreferences();
-        QVERIFY(!preferences->desktopToolFolder());
+        QVERIFY(preferences->desktopToolFolder() != u"/srv/it's"_s);
         const QSignalSpy changes(preferences.get(), &ScreenshotPreferences::changed);
 
         const QString path = u"/srv/my 'shots' \\ \"ü\", 100%"_s;
@@ -83,7 +87,32 @@ private Q_SLOTS:
         QCOMPARE(set(schema, key, u"sftp://server/x"_s), 0);
         QTRY_VERIFY(changes.size() > before);
         QCOMPARE(preferences->desktopToolFolder(), u"/srv/it's"_s);
-        QVERIFY(!makeScreenshotPreferences()->desktopToolFolder());
+        QVERIFY(makeScreenshotPreferences()->desktopToolFolder() != u"/srv/it's"_s);
+    }
+
+    /// Its Shell makes a folder with its first screenshot; before, it may be the older tool that is
+    /// used.
+    void gnomesOlderToolCountsUntilTheShellHasItsFolder()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+        const QString shells = QDir::homePath() + u"/Pictures/Screenshots"_s;
+        QVERIFY(QDir().mkpath(QDir::homePath() + u"/Pictures"_s));
+        QVERIFY(writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/user-dirs.dirs"_s,
+                          "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n"));
+        QCOMPARE(set(settings[0].first, settings[0].second, QString()), 0);
+        const auto preferences = makeScreenshotPreferences();
+        preferences->follow();
+        const QSignalSpy changes(preferences.get(), &ScreenshotPreferences::changed);
+        QCOMPARE(preferences->desktopToolFolder(), QDir::homePath() + u"/Pictures"_s);
+        QCOMPARE(set(settings[0].first, settings[0].second, u"/srv/mine"_s), 0);
+        QTRY_COMPARE(preferences->desktopToolFolder(), u"/srv/mine"_s);
+        QTest::qWait(100);
+
+        const qsizetype before = changes.size();
+        QVERIFY(QDir().mkpath(shells));
+        QTRY_VERIFY(changes.size() > before);
+        QCOMPARE(preferences->desktopToolFolder(), shells);
+        QVERIFY(QDir(shells).removeRecursively());
     }
 
     void noProgramIsStartedToRead()
@@ -103,6 +132,10 @@ private Q_SLOTS:
     }
 
 private:
+    static int set(const char *schema, const char *key, const QString &value)
+    {
+        return set(QString::fromLatin1(schema), QString::fromLatin1(key), value);
+    }
     static int set(const QString &schema, const QString &key, const QString &value)
     {
         return QProcess::execute(u"gsettings"_s, {u"set"_s, schema, key, value});

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
 
+#include <QDate>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -62,8 +64,9 @@ private Q_SLOTS:
     {
         QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).removeRecursively();
         QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
-        for (const char *name : {"GSETTINGS_SCHEMA_DIR", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP",
-                                 "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "KDE_SESSION_VERSION"})
+        for (const char *name :
+             {"GSETTINGS_SCHEMA_DIR", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP",
+              "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "HYPRSHOT_DIR", "KDE_SESSION_VERSION"})
             qunsetenv(name);
         qputenv("PATH", m_path);
         m_preferences = makeScreenshotPreferences();
@@ -222,6 +225,55 @@ private Q_SLOTS:
             "Schreibtisch");
         row("niri, as it comes", "niri", dirs, "", "Pictures/Screenshots");
 
+        const char *const niri = "niri/config.kdl";
+        row("niri with a pattern", "niri", niri,
+            "input {\n    // screenshot-path \"~/No/a.png\"\n}\n"
+            "screenshot-path \"~/My Shots/Screenshot from %Y-%m-%d %H-%M-%S.png\"\n",
+            "My Shots");
+        row("niri that saves nothing", "niri", niri, "  screenshot-path null\n", "");
+
+        const char *const flameshot = "flameshot/flameshot.ini";
+        row("Flameshot under i3", "i3", flameshot,
+            "[General]\ncontrastOpacity=188\nsavePath=%HOME%/My Shots\nsavePathFixed=true\n",
+            "My Shots");
+        row("Flameshot on an unset desktop", "", flameshot, "[General]\nsavePath=%HOME%/Shots\n",
+            "Shots");
+        row("Flameshot under Deepin", "Deepin", flameshot, "[General]\nsavePath=%HOME%/Shots\n",
+            "Shots");
+        row("Flameshot, an old version's letters", "LXDE", flameshot,
+            "[General]\nsavePath=%HOME%/Sch\\xf6n\n", "Schön");
+        row("Flameshot with a comma", "LXDE", flameshot, "[General]\nsavePath=\"%HOME%/a, b; c\"\n",
+            "a, b; c");
+        row("Flameshot, from the home folder", "i3", flameshot, "[General]\nsavePath=Shots/new/\n",
+            "Shots/new");
+        row("Flameshot in the home", "i3", flameshot, "[General]\nsavePath=%HOME%/\n", "");
+        row("Flameshot, as it comes", "i3", flameshot, "[General]\nsavePath=\n", "");
+        row("Flameshot on a desktop with a tool of its own", "COSMIC", flameshot,
+            "[General]\nsavePath=%HOME%/Shots\n", "");
+        row("Flameshot where grim has no folder", "sway", flameshot,
+            "[General]\nsavePath=%HOME%/Shots\n", "Shots");
+
+        const char *const ksnip = "ksnip/ksnip.conf";
+        row("ksnip under LXDE", "LXDE", ksnip,
+            "[Application]\nAutoSaveNewCaptures=true\nSaveDirectory=%HOME%/Shots\n\n"
+            "[MainWindow]\nSaveDirectory=%HOME%/Other\n",
+            "Shots");
+        row("ksnip with a key of another group", "LXDE", ksnip,
+            "[General]\nSaveDirectory=%HOME%/Other\n[Application]\nSaveFilename=ksnip_$Y\n", "");
+
+        const char *const screengrab = "screengrab/screengrab.conf";
+        row("screengrab under LXQt", "LXQt", screengrab,
+            "[Base]\ndefDir=%HOME%/Pictures/Screens\ndefFilename=screen\n[Base_2]\ndefDir=/no\n",
+            "Pictures/Screens");
+        row("screengrab in the home", "LXQt", screengrab, "[Base]\ndefDir=%HOME%\n", "");
+        row("Flameshot under LXQt", "LXQt", flameshot, "[General]\nsavePath=%HOME%/Shots\n",
+            "Shots");
+
+        row("elementary, as it comes", "Pantheon", dirs, "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n",
+            "Bilder/Screenshots");
+        row("Unity, as it comes", "Unity:Unity7:ubuntu", dirs,
+            "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n", "Pictures");
+
         row("an unknown desktop", "Enlightenment", dirs, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n",
             "");
         row("an unknown desktop with screenshots", "Enlightenment", dirs,
@@ -256,8 +308,68 @@ private Q_SLOTS:
         qputenv("XDG_CURRENT_DESKTOP", "sway");
         qputenv("GRIM_DEFAULT_DIR", "/srv/grim");
         QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/grim"));
+        qputenv("HYPRSHOT_DIR", "/srv/hyprshot");
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/hyprshot"));
         qputenv("XDG_SCREENSHOTS_DIR", "/srv/shots/");
         QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/shots"));
+    }
+
+    void aFolderMayHoldTheDate()
+    {
+        const QDate today = QDate::currentDate();
+        qputenv("XDG_CURRENT_DESKTOP", "i3");
+        QVERIFY(writeFile(configPath(QStringLiteral("ksnip/ksnip.conf")),
+                          "[Application]\nSaveDirectory=/srv/$Y/$M-$D\n"));
+        QCOMPARE(m_preferences->desktopToolFolder(),
+                 today.toString(QStringLiteral("'/srv/'yyyy/MM-dd")));
+        qputenv("XDG_CURRENT_DESKTOP", "niri");
+        QVERIFY(writeFile(configPath(QStringLiteral("niri/config.kdl")),
+                          "screenshot-path \"/srv/%Y/%m/%d.png\"\n"));
+        QCOMPARE(m_preferences->desktopToolFolder(),
+                 today.toString(QStringLiteral("'/srv/'yyyy/MM")));
+    }
+
+    void aSandboxedToolKeepsItsSettingsElsewhere()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "i3");
+        const QString file = inHome(
+            QStringLiteral(".var/app/org.flameshot.Flameshot/config/flameshot/flameshot.ini"));
+        QVERIFY(writeFile(file, "[General]\nsavePath=/srv/shots\n"));
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/shots"));
+        QVERIFY(QFile::remove(file));
+    }
+
+    void aLocationGoesToTheToolsThatTheUserHasGivenAFolder()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "LXQt");
+        const QString flameshot = configPath(QStringLiteral("flameshot/flameshot.ini"));
+        const QString screengrab = configPath(QStringLiteral("screengrab/screengrab.conf"));
+        QVERIFY(writeFile(flameshot, "[General]\n# mine\nsavePath=/old\nuiColor=#740096\n"));
+        QVERIFY(writeFile(screengrab, "[Base]\nzoomArea=false\n"));
+        QVERIFY(m_preferences->storeLocation(QStringLiteral("/srv/ü, 1")).isEmpty());
+        QCOMPARE(m_preferences->desktopToolFolder(), QStringLiteral("/srv/ü, 1"));
+        QVERIFY(readFile(flameshot).startsWith("[General]\n# mine\nsavePath="));
+        QVERIFY(readFile(flameshot).endsWith("\nuiColor=#740096\n"));
+        QCOMPARE(QSettings(flameshot, QSettings::IniFormat).value(QStringLiteral("savePath")),
+                 QStringLiteral("/srv/ü, 1"));
+        // This one asks; it has no folder that could be wrong.
+        QCOMPARE(readFile(screengrab), QByteArray("[Base]\nzoomArea=false\n"));
+        QVERIFY(!QFileInfo::exists(configPath(QStringLiteral("ksnip"))));
+
+        QVERIFY(m_preferences->storeShowsThumbnail(false).isEmpty());
+        QVERIFY(readFile(flameshot).endsWith("\nuiColor=#740096\nsaveAfterCopy=true\n"));
+    }
+
+    void whetherTheKeyFollowsIsKnown()
+    {
+        for (const char *desktop : {"GNOME", "ubuntu:GNOME", "COSMIC", "niri"}) {
+            qputenv("XDG_CURRENT_DESKTOP", desktop);
+            QVERIFY2(m_preferences->keyHasFixedFolder(), desktop);
+        }
+        for (const char *desktop : {"KDE", "XFCE", "MATE", "X-Cinnamon", "sway", "LXQt", ""}) {
+            qputenv("XDG_CURRENT_DESKTOP", desktop);
+            QVERIFY2(!m_preferences->keyHasFixedFolder(), desktop);
+        }
     }
 
     void aLinkToTheHomeIsTheHome()
@@ -412,6 +524,11 @@ private Q_SLOTS:
             << QByteArray("none") << QStringLiteral("user-dirs.dirs");
         QTest::newRow("Xfce") << QByteArray("XFCE") << QStringLiteral("xfce4/xfce4-screenshooter");
         QTest::newRow("Spectacle") << QByteArray("KDE") << QStringLiteral("spectaclerc");
+        QTest::newRow("Flameshot") << QByteArray("i3") << QStringLiteral("flameshot/flameshot.ini");
+        QTest::newRow("ksnip") << QByteArray("i3") << QStringLiteral("ksnip/ksnip.conf");
+        QTest::newRow("screengrab")
+            << QByteArray("LXQt") << QStringLiteral("screengrab/screengrab.conf");
+        QTest::newRow("niri") << QByteArray("niri") << QStringLiteral("niri/config.kdl");
     }
 
     void changesOfTheFilesAreTold()

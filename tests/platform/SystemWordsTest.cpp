@@ -38,7 +38,8 @@ private Q_SLOTS:
     void aMacLacksNothing()
     {
         using namespace SystemWords;
-        for (const SystemText &text : {noStatusItem, noTrayPlace, noApplicationInFront}) {
+        for (const SystemText &text :
+             {noStatusItem, noTrayPlace, noApplicationInFront, keyHasFixedFolder}) {
             QVERIFY(text.onMac.isEmpty());
             QVERIFY(!text.onLinux.isEmpty());
         }

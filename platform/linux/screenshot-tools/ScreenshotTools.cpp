@@ -3,28 +3,20 @@
 
 #include "platform/linux/freedesktop/KeyFile.h"
 #include "platform/linux/freedesktop/UserDirectories.h"
-#include "platform/linux/screenshot-tools/GSettings.h"
+#include "platform/linux/screenshot-tools/GnomeTools.h"
+#include "platform/linux/screenshot-tools/IniTool.h"
+#include "platform/linux/screenshot-tools/NiriSettings.h"
 #include "platform/linux/screenshot-tools/SpectacleSettings.h"
-#include "platform/linux/screenshot-tools/Translations.h"
 
 #include <QDir>
 #include <QStandardPaths>
 #include <QUrl>
 
-#include <algorithm>
-#include <array>
-
 namespace
 {
 
-using namespace std::string_view_literals;
 using Folder = std::optional<QString>;
 using Commands = QList<SystemCommand>;
-
-Folder picturesOrHome()
-{
-    return UserDirectories::folder(QStringLiteral("PICTURES")).value_or(QDir::homePath());
-}
 
 QString noFile()
 {
@@ -46,51 +38,6 @@ Commands noSetting(const QString &)
     return {};
 }
 
-// GNOME Shell: a folder whose name is in the language of the session, and no setting.
-
-Folder gnomeFolder(const Folder &)
-{
-    return *picturesOrHome() + u'/' + Translations::translated("gnome-shell", "Screenshots");
-}
-
-// gnome-screenshot, which Cinnamon's keys run.
-
-constexpr FollowedSetting::Name gnomeScreenshotSetting = {"org.gnome.gnome-screenshot",
-                                                          "auto-save-directory"};
-
-Folder gnomeScreenshotFolder(const Folder &setting)
-{
-    return setting && !setting->isEmpty() ? UserDirectories::ofThisMachine(*setting)
-                                          : picturesOrHome();
-}
-
-Commands storeGnomeScreenshotFolder(const QString &path)
-{
-    return GSettings::storeString(gnomeScreenshotSetting,
-                                  QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
-}
-
-// MATE's tool asks, and proposes the folder of the last time.
-
-constexpr FollowedSetting::Name mateSetting = {"org.mate.screenshot", "last-save-directory"};
-
-Folder desktopFolder()
-{
-    return UserDirectories::folder(QStringLiteral("DESKTOP"));
-}
-
-Folder mateFolder(const Folder &setting)
-{
-    return setting && !setting->isEmpty() ? UserDirectories::ofThisMachine(*setting)
-                                          : desktopFolder();
-}
-
-Commands storeMateFolder(const QString &path)
-{
-    return GSettings::storeString(mateSetting,
-                                  QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
-}
-
 // Xfce's screenshooter: a file of keys without groups.
 
 QString xfceFile()
@@ -103,7 +50,7 @@ Folder xfceFolder(const Folder &)
 {
     const Folder stored = KeyFile::value(xfceFile(), {}, "screenshot_dir");
     if (!stored || stored->isEmpty())
-        return picturesOrHome();
+        return GnomeTools::picturesOrHome();
     return UserDirectories::ofThisMachine(*stored);
 }
 
@@ -125,7 +72,7 @@ Folder spectacleFolder(const Folder &)
 
 Folder cosmicFolder(const Folder &)
 {
-    return picturesOrHome();
+    return GnomeTools::picturesOrHome();
 }
 
 // grim and the scripts around it: the environment and the user's folders.
@@ -134,7 +81,7 @@ Folder grimFolder(const Folder &)
 {
     if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
         return screenshots;
-    for (const char *name : {"XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR"}) {
+    for (const char *name : {"XDG_SCREENSHOTS_DIR", "HYPRSHOT_DIR", "GRIM_DEFAULT_DIR"}) {
         if (const QString path = qEnvironmentVariable(name); !path.isEmpty())
             return UserDirectories::ofThisMachine(path);
     }
@@ -147,11 +94,11 @@ Commands storeGrimFolder(const QString &path)
     return {};
 }
 
-// niri takes screenshots itself, by default into this folder.
+// niri takes screenshots itself.
 
 Folder niriFolder(const Folder &)
 {
-    return QString(QDir::homePath() + QStringLiteral("/Pictures/Screenshots"));
+    return NiriSettings::folder();
 }
 
 // A desktop that nothing is known of: where screenshots belong, if the user has said so.
@@ -163,51 +110,116 @@ Folder saidFolder(const Folder &)
     return UserDirectories::ofThisMachine(qEnvironmentVariable("XDG_SCREENSHOTS_DIR"));
 }
 
-constexpr std::array cinnamon = {"x-cinnamon"sv, "cinnamon"sv};
-constexpr std::array cosmic = {"cosmic"sv};
-constexpr std::array gnome = {"gnome"sv};
-constexpr std::array kde = {"kde"sv};
-constexpr std::array mate = {"mate"sv};
-constexpr std::array niri = {"niri"sv};
-constexpr std::array wlroots = {"sway"sv,    "hyprland"sv, "river"sv,  "wlroots"sv,
-                                "wayfire"sv, "labwc"sv,    "swayfx"sv, "dwl"sv};
-constexpr std::array xfce = {"xfce"sv};
+// Tools of no desktop in particular, where the user has set a folder in them.
+
+template <const IniTool &tool>
+QString iniFile()
+{
+    return tool.file();
+}
+
+template <const IniTool &tool>
+Folder iniFolder(const Folder &)
+{
+    return tool.folder();
+}
+
+template <const IniTool &tool>
+Commands storeIniFolder(const QString &path)
+{
+    tool.storeFolder(path);
+    return {};
+}
+
+/// As it comes, it saves what is copied nowhere.
+Commands flameshotSavesAtOnce()
+{
+    IniTools::flameshot.setOn("saveAfterCopy");
+    return {};
+}
 
 constexpr FollowedSetting::Name noGSetting = {};
+constexpr auto fixed = ScreenshotTool::Key::SavesInFixedFolder;
+constexpr auto told = ScreenshotTool::Key::SavesWhereTold;
 
-/// To support another desktop, add a line.
-constexpr ScreenshotTool tools[] = {
-    {cinnamon, noFile, gnomeScreenshotSetting, gnomeScreenshotFolder, picturesOrHome,
-     storeGnomeScreenshotFolder, nothing},
-    {cosmic, noFile, noGSetting, cosmicFolder, unknownFolder, noSetting, nothing},
-    {gnome, noFile, noGSetting, gnomeFolder, unknownFolder, noSetting, nothing},
-    {kde, SpectacleSettings::file, noGSetting, spectacleFolder, unknownFolder,
-     SpectacleSettings::storeFolder, SpectacleSettings::saveAtOnce},
-    {mate, noFile, mateSetting, mateFolder, desktopFolder, storeMateFolder, nothing},
-    {niri, noFile, noGSetting, niriFolder, unknownFolder, noSetting, nothing},
-    {wlroots, noFile, noGSetting, grimFolder, unknownFolder, storeGrimFolder, nothing},
-    {xfce, xfceFile, noGSetting, xfceFolder, picturesOrHome, storeXfceFolder, nothing},
+constexpr ScreenshotTool flameshot = {told,
+                                      iniFile<IniTools::flameshot>,
+                                      noGSetting,
+                                      iniFolder<IniTools::flameshot>,
+                                      unknownFolder,
+                                      storeIniFolder<IniTools::flameshot>,
+                                      flameshotSavesAtOnce};
+constexpr ScreenshotTool ksnip = {
+    told,          iniFile<IniTools::ksnip>,        noGSetting, iniFolder<IniTools::ksnip>,
+    unknownFolder, storeIniFolder<IniTools::ksnip>, nothing};
+constexpr ScreenshotTool screengrab = {told,          iniFile<IniTools::screengrab>,
+                                       noGSetting,    iniFolder<IniTools::screengrab>,
+                                       unknownFolder, storeIniFolder<IniTools::screengrab>,
+                                       nothing};
+constexpr ScreenshotTool said = {told,          noFile,    noGSetting, saidFolder,
+                                 unknownFolder, noSetting, nothing};
+
+constexpr ScreenshotTool cinnamonTools[] = {
+    {told, noFile, GnomeTools::gnomeScreenshotSetting, GnomeTools::gnomeScreenshotFolder,
+     GnomeTools::picturesOrHome, GnomeTools::storeGnomeScreenshotFolder, nothing}};
+constexpr ScreenshotTool cosmicTools[] = {
+    {fixed, noFile, noGSetting, cosmicFolder, unknownFolder, noSetting, nothing}};
+constexpr ScreenshotTool elementaryTools[] = {{told, noFile, GnomeTools::elementarySetting,
+                                               GnomeTools::elementaryFolder, unknownFolder,
+                                               GnomeTools::storeElementaryFolder, nothing}};
+constexpr ScreenshotTool gnomeTools[] = {
+    {fixed, GnomeTools::gnomeShellPath, GnomeTools::gnomeScreenshotSetting, GnomeTools::gnomeFolder,
+     GnomeTools::gnomeShellFolder, GnomeTools::storeGnomeScreenshotFolder, nothing}};
+constexpr ScreenshotTool kdeTools[] = {{told, SpectacleSettings::file, noGSetting, spectacleFolder,
+                                        unknownFolder, SpectacleSettings::storeFolder,
+                                        SpectacleSettings::saveAtOnce}};
+constexpr ScreenshotTool lxqtTools[] = {screengrab, said, flameshot, ksnip};
+constexpr ScreenshotTool mateTools[] = {{told, noFile, GnomeTools::mateSetting,
+                                         GnomeTools::mateFolder, GnomeTools::desktopFolder,
+                                         GnomeTools::storeMateFolder, nothing}};
+constexpr ScreenshotTool niriTools[] = {
+    {fixed, NiriSettings::file, noGSetting, niriFolder, unknownFolder, noSetting, nothing}};
+constexpr ScreenshotTool wlrootsTools[] = {
+    {told, noFile, noGSetting, grimFolder, unknownFolder, storeGrimFolder, nothing},
+    flameshot,
+    ksnip};
+constexpr ScreenshotTool xfceTools[] = {
+    {told, xfceFile, noGSetting, xfceFolder, GnomeTools::picturesOrHome, storeXfceFolder, nothing}};
+
+/// LXDE, Deepin, i3, Openbox alone, an unset desktop.
+constexpr ScreenshotTool otherTools[] = {said, flameshot, ksnip, screengrab};
+
+struct Desktop {
+    std::string_view name; ///< in XDG_CURRENT_DESKTOP, in lower case
+    std::span<const ScreenshotTool> tools;
 };
 
-constexpr ScreenshotTool unknownTool = {{},        noFile, noGSetting, saidFolder, unknownFolder,
-                                        noSetting, nothing};
+/// To support another desktop, add a line.
+constexpr Desktop desktops[] = {
+    {"cinnamon", cinnamonTools}, {"cosmic", cosmicTools},       {"dwl", wlrootsTools},
+    {"gnome", gnomeTools},       {"hyprland", wlrootsTools},    {"kde", kdeTools},
+    {"labwc", wlrootsTools},     {"lxqt", lxqtTools},           {"mate", mateTools},
+    {"niri", niriTools},         {"pantheon", elementaryTools}, {"river", wlrootsTools},
+    {"sway", wlrootsTools},      {"swayfx", wlrootsTools},      {"unity", cinnamonTools},
+    {"wayfire", wlrootsTools},   {"wlroots", wlrootsTools},     {"x-cinnamon", cinnamonTools},
+    {"xfce", xfceTools},
+};
 
 } // namespace
 
 namespace ScreenshotTools
 {
 
-const ScreenshotTool &toolOf(const QString &desktops)
+std::span<const ScreenshotTool> toolsOf(const QString &running)
 {
-    const QStringList names = desktops.toLower().split(u':', Qt::SkipEmptyParts);
+    const QStringList names = running.toLower().split(u':', Qt::SkipEmptyParts);
     for (const QString &name : names) {
-        for (const ScreenshotTool &tool : tools) {
-            if (std::find(tool.desktops.begin(), tool.desktops.end(), name.toStdString()) !=
-                tool.desktops.end())
-                return tool;
+        for (const Desktop &desktop : desktops) {
+            if (desktop.name == name.toStdString())
+                return desktop.tools;
         }
     }
-    return unknownTool;
+    return otherTools;
 }
 
 } // namespace ScreenshotTools

@@ -9,29 +9,31 @@
 
 #include <optional>
 #include <span>
-#include <string_view>
 
-/// What is known of the screenshot tool of some desktops. Its functions read the tool's settings
-/// afresh on every call. Any thread.
+/// What is known of a screenshot tool. Its functions read the tool's settings afresh on every call.
+/// Any thread.
 struct ScreenshotTool {
-    /// The names in XDG_CURRENT_DESKTOP, in lower case.
-    std::span<const std::string_view> desktops;
+    /// What becomes of screenshots that are taken with the key once storeFolder() was called.
+    enum class Key { SavesWhereTold, SavesInFixedFolder };
+    Key key;
 
-    /// The file in which the tool keeps its settings; empty when there is none.
+    /// The file whose changes may move the folder, or a folder which does so by coming or going;
+    /// empty when there is none.
     QString (*file)();
 
     /// The setting of GNOME's kind that names the folder; without a schema when there is none.
     FollowedSetting::Name setting;
 
-    /// Where the tool saves; absent when that is no folder of this machine.
-    /// @param setting the value of `setting`
+    /// Where the tool saves; absent when that is no folder of this machine, and where the tool
+    /// would ask.
+    /// @param setting the value of `setting`; absent where its schema is not installed
     std::optional<QString> (*folder)(const std::optional<QString> &setting);
 
     /// Where the tool saves when its settings name no folder that is there; absent when unknown.
     std::optional<QString> (*usualFolder)();
 
     /// Makes the tool save there, and returns the commands that this takes. Nothing where the tool
-    /// has no such setting.
+    /// has no such setting. Not to be called where the schema of `setting` is not installed.
     QList<SystemCommand> (*storeFolder)(const QString &path);
 
     /// Makes the tool save every screenshot at once; as above.
@@ -41,9 +43,9 @@ struct ScreenshotTool {
 namespace ScreenshotTools
 {
 
-/// The tool of the first desktop in `desktops` that is known, else that of a desktop about which
-/// nothing is known.
-/// @param desktops as XDG_CURRENT_DESKTOP has them: "ubuntu:GNOME"
-const ScreenshotTool &toolOf(const QString &desktops);
+/// The tools of the first desktop in `running` that is known, else those of which any desktop may
+/// have one; the first one that tells a folder counts.
+/// @param running as XDG_CURRENT_DESKTOP has it: "ubuntu:GNOME"
+std::span<const ScreenshotTool> toolsOf(const QString &running);
 
 } // namespace ScreenshotTools

@@ -73,6 +73,24 @@ private Q_SLOTS:
         QVERIFY(rig.alert().isEmpty());
     }
 
+    void whereTheKeyHasAFixedFolderChangeFolderSaysSo()
+    {
+        const QString sentence =
+            u"The screenshot key of this desktop goes on saving where it does now."_s;
+        WelcomeRig rig(folder(u"old"_s));
+        rig.preferences->isFixed = true;
+        rig.show();
+        QCOMPARE(WelcomeWindowParts::button(*rig.window(), u"Change Folder"_s)->toolTip(),
+                 sentence);
+        rig.press(u"Change Folder"_s);
+        QTRY_COMPARE(rig.alert(),
+                     (QStringList{folderExplanation[0], folderExplanation[1] + u' ' + sentence}));
+        rig.pressOk();
+        QTRY_VERIFY(rig.panel());
+        rig.panel()->reject();
+        QTRY_VERIFY(rig.dialogs().isEmpty());
+    }
+
     void startAtLoginIsExplainedOnceAndOnlyWhenItIsTurnedOn()
     {
         WelcomeRig rig(folder(u"old"_s));

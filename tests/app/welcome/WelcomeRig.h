@@ -19,6 +19,7 @@ public:
     std::optional<QString> location() const override { return stored; }
     std::optional<QString> desktopToolFolder() const override { return std::nullopt; }
     std::optional<bool> showsThumbnail() const override { return shows; }
+    bool keyHasFixedFolder() const override { return isFixed; }
     QList<SystemCommand> storeLocation(const QString &path) override
     {
         stored = path;
@@ -34,6 +35,7 @@ public:
 
     std::optional<QString> stored;
     std::optional<bool> shows;
+    bool isFixed = false;
     int locationWrites = 0;
     int thumbnailWrites = 0;
 };

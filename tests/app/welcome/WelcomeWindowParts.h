@@ -41,7 +41,7 @@ inline SteeredDesktopLimits &limits()
 inline WelcomeState state(bool instantModeOn = false, bool startsAtLogin = false,
                           const QString &folder = QStringLiteral("/home/anna/Pictures/Screenshots"))
 {
-    return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin, limits()};
+    return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin, false, limits()};
 }
 
 /// All labels with this text, in no order.
