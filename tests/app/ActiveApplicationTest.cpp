@@ -3,6 +3,7 @@
 
 #include "core/VelmoraIdentity.h"
 #include "platform/FrontmostApplication.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -117,5 +118,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ActiveApplicationTest)
+VELMORA_EVENTS_TEST(ActiveApplicationTest)
 #include "ActiveApplicationTest.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/app/AppRig.h"
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAbstractEventDispatcher>
 #include <QTemporaryDir>
@@ -155,6 +156,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(BurstTest)
+VELMORA_WIDGETS_TEST(BurstTest)
 
 #include "BurstTest.moc"

@@ -2,6 +2,7 @@
 #include "tests/world/SlowDisk.h"
 
 #include "tests/app/AppRig.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 #include <QThread>
@@ -63,5 +64,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FileCallsTest)
+VELMORA_WIDGETS_TEST(FileCallsTest)
 #include "FileCallsTest.moc"

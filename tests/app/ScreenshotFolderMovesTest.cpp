@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "detection/ScreenshotFolder.h"
 #include "filesystem/FileUrls.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -85,5 +86,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotFolderMovesTest)
+VELMORA_EVENTS_TEST(ScreenshotFolderMovesTest)
 #include "ScreenshotFolderMovesTest.moc"

@@ -2,6 +2,7 @@
 #include "tests/app/AppRig.h"
 
 #include "detection/ScreenshotFolderResolver.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -225,5 +226,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_outside;
 };
 
-QTEST_MAIN(ScreenshotFolderOfDesktopTest)
+VELMORA_WIDGETS_TEST(ScreenshotFolderOfDesktopTest)
 #include "ScreenshotFolderOfDesktopTest.moc"

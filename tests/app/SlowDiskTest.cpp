@@ -3,6 +3,7 @@
 
 #include "style/ImageView.h"
 #include "tests/app/AppRig.h"
+#include "tests/world/TestProgram.h"
 #include "tray/FilenameTextField.h"
 
 #include <QAbstractEventDispatcher>
@@ -214,5 +215,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SlowDiskTest)
+VELMORA_WIDGETS_TEST(SlowDiskTest)
 #include "SlowDiskTest.moc"

@@ -2,6 +2,7 @@
 #include "app/StatusMenu.h"
 
 #include "platform/StatusItem.h"
+#include "tests/world/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -95,5 +96,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(StatusMenuTest)
+VELMORA_WIDGETS_TEST(StatusMenuTest)
 #include "StatusMenuTest.moc"

@@ -2,6 +2,7 @@
 #include "tests/app/AppRig.h"
 
 #include "core/VelmoraSettings.h"
+#include "tests/world/TestProgram.h"
 
 #include <QPushButton>
 #include <QRegularExpression>
@@ -311,5 +312,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(VelmoraAppTest)
+VELMORA_WIDGETS_TEST(VelmoraAppTest)
 #include "VelmoraAppTest.moc"

@@ -3,6 +3,7 @@
 
 #include "app/welcome/OptionPopUp.h"
 #include "core/VelmoraSettings.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAction>
 #include <QElapsedTimer>
@@ -176,5 +177,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WindowsTest)
+VELMORA_WIDGETS_TEST(WindowsTest)
 #include "WindowsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "command/Progress.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -37,5 +38,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(ProgressTest)
+VELMORA_PLAIN_TEST(ProgressTest)
 #include "ProgressTest.moc"

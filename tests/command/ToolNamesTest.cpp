@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "command/ToolNames.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -119,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(ToolNamesTest)
+VELMORA_PLAIN_TEST(ToolNamesTest)
 #include "ToolNamesTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/BackgroundThread.h"
+#include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QList>
@@ -101,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(BackgroundThreadTest)
+VELMORA_EVENTS_TEST(BackgroundThreadTest)
 #include "BackgroundThreadTest.moc"

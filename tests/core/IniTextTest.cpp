@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/IniText.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(IniTextTest)
+VELMORA_EVENTS_TEST(IniTextTest)
 #include "IniTextTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/releaseFreeMemory.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QLocale>
@@ -62,5 +63,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ReleaseFreeMemoryTest)
+VELMORA_EVENTS_TEST(ReleaseFreeMemoryTest)
 #include "ReleaseFreeMemoryTest.moc"

@@ -2,6 +2,7 @@
 #include "core/SettingsStore.h"
 
 #include "tests/world/SlowDisk.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -390,5 +391,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SettingsStoreTest)
+VELMORA_EVENTS_TEST(SettingsStoreTest)
 #include "SettingsStoreTest.moc"

@@ -2,6 +2,7 @@
 #include "core/VelmoraLog.h"
 
 #include "tests/world/SlowDisk.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -245,26 +246,23 @@ private Q_SLOTS:
     {
         const QString mark = m_folder->path() + QStringLiteral(" last words");
         QProcess program;
-        program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--say"), mark});
+        program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("say"), mark});
         QVERIFY(program.waitForFinished());
         QCOMPARE(program.exitCode(), 0);
         QVERIFY(contentOf(programLog).contains(QByteArray(mark.toUtf8() + " 9\n")));
     }
 };
 
+VELMORA_EVENTS_TEST(VelmoraLogTest)
+
 /// A program that ends right after it has written.
-int main(int argc, char *argv[])
-{
+static const TestProgram::Entry saysSomething("say", [](int argc, char *argv[]) {
     const QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QStringLiteral("--say")) {
-        SlowDisk::slow({"/tmp/Velmora.log"}, 5ms);
-        for (int i = 0; i < 10; ++i)
-            VelmoraLog::write(arguments.value(2) + QStringLiteral(" %1").arg(i));
-        return 0;
-    }
-    VelmoraLogTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+    const QString words = QCoreApplication::arguments().value(1);
+    SlowDisk::slow({"/tmp/Velmora.log"}, 5ms);
+    for (int i = 0; i < 10; ++i)
+        VelmoraLog::write(words + QStringLiteral(" %1").arg(i));
+    return 0;
+});
 
 #include "VelmoraLogTest.moc"

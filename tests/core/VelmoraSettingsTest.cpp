@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/VelmoraSettings.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QSettings>
@@ -106,5 +107,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(VelmoraSettingsTest)
+VELMORA_EVENTS_TEST(VelmoraSettingsTest)
 #include "VelmoraSettingsTest.moc"

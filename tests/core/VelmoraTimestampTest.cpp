@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/VelmoraTimestamp.h"
+#include "tests/world/TestProgram.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -41,5 +42,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(VelmoraTimestampTest)
+VELMORA_EVENTS_TEST(VelmoraTimestampTest)
 #include "VelmoraTimestampTest.moc"

@@ -2,6 +2,7 @@
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/PoorFolderEvents.h"
 #include "tests/detection/Watched.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -170,5 +171,5 @@ private:
     QString m_folder;
 };
 
-QTEST_GUILESS_MAIN(AtRestTest)
+VELMORA_EVENTS_TEST(AtRestTest)
 #include "AtRestTest.moc"

@@ -2,6 +2,7 @@
 #include "detection/FolderFollower.h"
 #include "detection/NewScreenshots.h"
 #include "tests/detection/RandomHistory.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QTest>
@@ -139,5 +140,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(BothWaysAgreeTest)
+VELMORA_EVENTS_TEST(BothWaysAgreeTest)
 #include "BothWaysAgreeTest.moc"

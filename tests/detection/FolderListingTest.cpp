@@ -2,6 +2,7 @@
 #include "detection/FolderListing.h"
 
 #include "tests/detection/FolderActions.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -296,5 +297,5 @@ private:
     std::unique_ptr<FolderListing> m_listing;
 };
 
-QTEST_GUILESS_MAIN(FolderListingTest)
+VELMORA_EVENTS_TEST(FolderListingTest)
 #include "FolderListingTest.moc"

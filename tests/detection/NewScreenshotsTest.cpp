@@ -2,6 +2,7 @@
 #include "detection/NewScreenshots.h"
 
 #include "filesystem/FileUrls.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -133,5 +134,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(NewScreenshotsTest)
+VELMORA_EVENTS_TEST(NewScreenshotsTest)
 #include "NewScreenshotsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "detection/RescanTimes.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -60,5 +61,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RescanTimesTest)
+VELMORA_PLAIN_TEST(RescanTimesTest)
 #include "RescanTimesTest.moc"

@@ -2,6 +2,7 @@
 #include "detection/ScreenshotWatcher.h"
 
 #include "tests/detection/Watched.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTemporaryDir>
 
@@ -96,5 +97,5 @@ private:
     std::unique_ptr<Watched> m_watched;
 };
 
-QTEST_GUILESS_MAIN(RescansTest)
+VELMORA_EVENTS_TEST(RescansTest)
 #include "RescansTest.moc"

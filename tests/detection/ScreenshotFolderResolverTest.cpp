@@ -5,6 +5,7 @@
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
 #include "tests/files/LogTail.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -213,5 +214,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-QTEST_GUILESS_MAIN(ScreenshotFolderResolverTest)
+VELMORA_EVENTS_TEST(ScreenshotFolderResolverTest)
 #include "ScreenshotFolderResolverTest.moc"

@@ -3,6 +3,7 @@
 
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -189,5 +190,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotFolderTest)
+VELMORA_EVENTS_TEST(ScreenshotFolderTest)
 #include "ScreenshotFolderTest.moc"

@@ -3,6 +3,7 @@
 
 #include "core/VelmoraLog.h"
 #include "tests/detection/RememberedPreferences.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -119,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotSpeedOptimizerTest)
+VELMORA_EVENTS_TEST(ScreenshotSpeedOptimizerTest)
 #include "ScreenshotSpeedOptimizerTest.moc"

@@ -4,6 +4,7 @@
 #include "core/VelmoraLog.h"
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/Watched.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
@@ -351,5 +352,5 @@ private:
     QString m_folder;
 };
 
-QTEST_GUILESS_MAIN(ScreenshotWatcherTest)
+VELMORA_EVENTS_TEST(ScreenshotWatcherTest)
 #include "ScreenshotWatcherTest.moc"

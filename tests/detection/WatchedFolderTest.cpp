@@ -4,6 +4,7 @@
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/PoorFolderEvents.h"
 #include "tests/detection/Watched.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -274,5 +275,5 @@ private:
     QString m_folder;
 };
 
-QTEST_GUILESS_MAIN(WatchedFolderTest)
+VELMORA_EVENTS_TEST(WatchedFolderTest)
 #include "WatchedFolderTest.moc"

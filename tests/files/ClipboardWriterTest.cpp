@@ -5,6 +5,7 @@
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/LogTail.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XClip.h"
 
 #include <QImage>
@@ -171,5 +172,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ClipboardWriterTest)
+VELMORA_WIDGETS_TEST(ClipboardWriterTest)
 #include "ClipboardWriterTest.moc"

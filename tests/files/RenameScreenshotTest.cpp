@@ -3,6 +3,7 @@
 
 #include "filesystem/FileUrls.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QTest>
@@ -151,5 +152,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RenameScreenshotTest)
+VELMORA_EVENTS_TEST(RenameScreenshotTest)
 #include "RenameScreenshotTest.moc"

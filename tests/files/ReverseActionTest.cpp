@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -94,5 +95,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ReverseActionTest)
+VELMORA_EVENTS_TEST(ReverseActionTest)
 #include "ReverseActionTest.moc"

@@ -10,6 +10,7 @@
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -506,5 +507,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotActionsTest)
+VELMORA_EVENTS_TEST(ScreenshotActionsTest)
 #include "ScreenshotActionsTest.moc"

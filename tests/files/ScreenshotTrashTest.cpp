@@ -5,6 +5,7 @@
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/LogTail.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QTest>
@@ -148,5 +149,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotTrashTest)
+VELMORA_EVENTS_TEST(ScreenshotTrashTest)
 #include "ScreenshotTrashTest.moc"

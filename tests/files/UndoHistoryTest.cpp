@@ -2,6 +2,7 @@
 #include "files/UndoHistory.h"
 
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -102,5 +103,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UndoHistoryTest)
+VELMORA_EVENTS_TEST(UndoHistoryTest)
 #include "UndoHistoryTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "files/WorkQueue.h"
+#include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QSemaphore>
@@ -94,5 +95,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(WorkQueueTest)
+VELMORA_EVENTS_TEST(WorkQueueTest)
 #include "WorkQueueTest.moc"

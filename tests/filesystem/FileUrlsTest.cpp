@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "filesystem/FileUrls.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -126,5 +127,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileUrlsTest)
+VELMORA_EVENTS_TEST(FileUrlsTest)
 #include "FileUrlsTest.moc"

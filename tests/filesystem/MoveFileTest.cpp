@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/filesystem/PoorFileSystem.h"
 #include "tests/world/PrivateMount.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -374,5 +375,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MoveFileTest)
+VELMORA_EVENTS_TEST(MoveFileTest)
 #include "MoveFileTest.moc"

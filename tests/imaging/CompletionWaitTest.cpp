@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/CompletionWait.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -191,5 +192,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(CompletionWaitTest)
+VELMORA_PLAIN_TEST(CompletionWaitTest)
 #include "CompletionWaitTest.moc"

@@ -4,6 +4,7 @@
 #include "filesystem/OpenFile.h"
 #include "tests/imaging/PeakMemory.h"
 #include "tests/imaging/TestPictures.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -271,5 +272,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DecodeImageTest)
+VELMORA_EVENTS_TEST(DecodeImageTest)
 #include "DecodeImageTest.moc"

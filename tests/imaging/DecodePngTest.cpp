@@ -3,6 +3,7 @@
 
 #include "imaging/PictureSink.h"
 #include "tests/imaging/TestPictures.h"
+#include "tests/world/TestProgram.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -214,5 +215,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(DecodePngTest)
+VELMORA_PLAIN_TEST(DecodePngTest)
 #include "DecodePngTest.moc"

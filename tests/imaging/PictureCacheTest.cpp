@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/PictureCache.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -81,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(PictureCacheTest)
+VELMORA_PLAIN_TEST(PictureCacheTest)
 #include "PictureCacheTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/PictureSink.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -104,5 +105,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(PictureSinkTest)
+VELMORA_PLAIN_TEST(PictureSinkTest)
 #include "PictureSinkTest.moc"

@@ -4,6 +4,7 @@
 #include "imaging/HeldScreenshot.h"
 #include "platform/FileWriters.h"
 #include "tests/imaging/TestPictures.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -448,5 +449,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenshotImagesTest)
+VELMORA_EVENTS_TEST(ScreenshotImagesTest)
 #include "ScreenshotImagesTest.moc"

@@ -5,6 +5,7 @@
 #include "platform/FileWriters.h"
 #include "platform/TextRecognizer.h"
 #include "tests/imaging/TestPictures.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -121,5 +122,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(BurstTest)
+VELMORA_EVENTS_TEST(BurstTest)
 #include "BurstTest.moc"

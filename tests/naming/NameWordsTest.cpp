@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "naming/NameWords.h"
+#include "tests/world/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -97,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(NameWordsTest)
+VELMORA_PLAIN_TEST(NameWordsTest)
 #include "NameWordsTest.moc"

@@ -4,6 +4,7 @@
 #include "core/VelmoraTimestamp.h"
 #include "naming/NameFile.h"
 #include "naming/NameWords.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -287,5 +288,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(ScreenshotNamerTest)
+VELMORA_PLAIN_TEST(ScreenshotNamerTest)
 #include "ScreenshotNamerTest.moc"

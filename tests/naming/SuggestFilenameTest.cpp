@@ -5,6 +5,7 @@
 #include "platform/FileWriters.h"
 #include "platform/TextRecognizer.h"
 #include "tests/imaging/TestPictures.h"
+#include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -301,5 +302,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SuggestFilenameTest)
+VELMORA_EVENTS_TEST(SuggestFilenameTest)
 #include "SuggestFilenameTest.moc"

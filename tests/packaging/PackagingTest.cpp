@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "tests/world/TestProgram.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -173,5 +175,5 @@ private:
     QString m_entry;
 };
 
-QTEST_MAIN(PackagingTest)
+VELMORA_WIDGETS_TEST(PackagingTest)
 #include "PackagingTest.moc"

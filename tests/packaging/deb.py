@@ -130,7 +130,7 @@ class Installed(unittest.TestCase):
 
     def test_it_installs_starts_and_names_a_screenshot(self):
         if not self.root.is_possible():
-            print("SKIP   : packaging_deb: this user may not mount file systems")
+            print("SKIP   : packaging.deb: this user may not mount file systems")
             self.skipTest("this user may not mount file systems")
         depends = output("dpkg-deb", "--field", the_deb(), "Depends")
         self.root.populate(clean_root.closure(depends))

@@ -3,6 +3,7 @@
 #include "platform/linux/desktop-records/RecentDocuments.h"
 #include "platform/linux/desktop-records/fileUri.h"
 #include "tests/world/SlowDisk.h"
+#include "tests/world/TestProgram.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -261,5 +262,5 @@ private:
     std::unique_ptr<DesktopRecords> m_records;
 };
 
-QTEST_GUILESS_MAIN(DesktopRecordsTest)
+VELMORA_EVENTS_TEST(DesktopRecordsTest)
 #include "DesktopRecordsTest.moc"

@@ -3,6 +3,7 @@
 
 #include "filesystem/FileUrls.h"
 #include "tests/world/Commands.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QDBusConnection>
@@ -361,5 +362,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FileBrowserTest)
+VELMORA_WIDGETS_TEST(FileBrowserTest)
 #include "FileBrowserTest.moc"

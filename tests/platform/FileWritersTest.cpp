@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/FileWriters.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFile>
 #include <QProcess>
@@ -132,5 +133,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileWritersTest)
+VELMORA_EVENTS_TEST(FileWritersTest)
 #include "FileWritersTest.moc"

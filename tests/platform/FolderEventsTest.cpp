@@ -2,6 +2,7 @@
 #include "platform/FolderEvents.h"
 
 #include "tests/world/PrivateMount.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -405,5 +406,5 @@ private:
     std::unique_ptr<QSignalSpy> m_gone;
 };
 
-QTEST_GUILESS_MAIN(FolderEventsTest)
+VELMORA_EVENTS_TEST(FolderEventsTest)
 #include "FolderEventsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -144,5 +145,5 @@ private:
     QTemporaryDir m_schemas;
 };
 
-QTEST_GUILESS_MAIN(GnomeSettingsTest)
+VELMORA_EVENTS_TEST(GnomeSettingsTest)
 #include "GnomeSettingsTest.moc"

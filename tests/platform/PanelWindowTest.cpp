@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PanelWindow.h"
 
+#include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
 
@@ -176,5 +177,5 @@ private:
     std::unique_ptr<PanelWindow> m_service;
 };
 
-QTEST_MAIN(PanelWindowTest)
+VELMORA_WIDGETS_TEST(PanelWindowTest)
 #include "PanelWindowTest.moc"

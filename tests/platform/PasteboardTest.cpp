@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XClip.h"
 #include "tests/world/XDesktop.h"
 
@@ -308,5 +309,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PasteboardTest)
+VELMORA_WIDGETS_TEST(PasteboardTest)
 #include "PasteboardTest.moc"

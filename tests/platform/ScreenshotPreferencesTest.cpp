@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDate>
 #include <QDir>
@@ -581,5 +582,5 @@ private:
     std::unique_ptr<ScreenshotPreferences> m_preferences;
 };
 
-QTEST_GUILESS_MAIN(ScreenshotPreferencesTest)
+VELMORA_EVENTS_TEST(ScreenshotPreferencesTest)
 #include "ScreenshotPreferencesTest.moc"

@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/PrivateMount.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QTest>
@@ -221,5 +222,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemTrashOnOtherFileSystemsTest)
+VELMORA_EVENTS_TEST(SystemTrashOnOtherFileSystemsTest)
 #include "SystemTrashOnOtherFileSystemsTest.moc"

@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -423,5 +424,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemTrashTest)
+VELMORA_EVENTS_TEST(SystemTrashTest)
 #include "SystemTrashTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/SystemWords.h"
+#include "tests/world/TestProgram.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -52,5 +53,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SystemWordsTest)
+VELMORA_WIDGETS_TEST(SystemWordsTest)
 #include "SystemWordsTest.moc"

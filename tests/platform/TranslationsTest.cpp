@@ -2,6 +2,7 @@
 #include "platform/linux/screenshot-tools/Translations.h"
 
 #include "platform/ScreenshotPreferences.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -100,5 +101,5 @@ private:
     QTemporaryDir m_directory;
 };
 
-QTEST_GUILESS_MAIN(TranslationsTest)
+VELMORA_EVENTS_TEST(TranslationsTest)
 #include "TranslationsTest.moc"

@@ -2,6 +2,7 @@
 #include "naming/NameWords.h"
 #include "platform/TextRecognizer.h"
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -83,6 +84,6 @@ private:
     std::unique_ptr<TextRecognizer> m_recognizer = makeTextRecognizer();
 };
 
-QTEST_MAIN(EarlyStopTest)
+VELMORA_WIDGETS_TEST(EarlyStopTest)
 
 #include "EarlyStopTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "recognition/engine/EnginePool.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -85,6 +86,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(EnginePoolTest)
+VELMORA_PLAIN_TEST(EnginePoolTest)
 
 #include "EnginePoolTest.moc"

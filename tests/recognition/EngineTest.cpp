@@ -3,6 +3,7 @@
 
 #include "recognition/engine/LocaleModels.h"
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QFontMetrics>
 #include <QTest>
@@ -70,6 +71,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(EngineTest)
+VELMORA_WIDGETS_TEST(EngineTest)
 
 #include "EngineTest.moc"

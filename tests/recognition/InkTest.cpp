@@ -4,6 +4,7 @@
 #include "recognition/ink/QuietRows.h"
 #include "recognition/lines/CheckBoxes.h"
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -170,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(InkTest)
+VELMORA_WIDGETS_TEST(InkTest)
 #include "InkTest.moc"

@@ -4,6 +4,7 @@
 #include "recognition/lines/LinePieces.h"
 #include "recognition/lines/PictureLevels.h"
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -214,6 +215,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(LineFinderTest)
+VELMORA_WIDGETS_TEST(LineFinderTest)
 
 #include "LineFinderTest.moc"

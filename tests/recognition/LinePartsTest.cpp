@@ -2,6 +2,7 @@
 #include "recognition/lines/LineGrower.h"
 #include "recognition/lines/LineShape.h"
 #include "recognition/order/MenuBars.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -163,5 +164,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(LinePartsTest)
+VELMORA_PLAIN_TEST(LinePartsTest)
 #include "LinePartsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "recognition/order/ReadingOrder.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -137,6 +138,6 @@ private Q_SLOTS:
     void nothingGivesNothing() { QVERIFY(order({}).isEmpty()); }
 };
 
-QTEST_APPLESS_MAIN(ReadingOrderTest)
+VELMORA_PLAIN_TEST(ReadingOrderTest)
 
 #include "ReadingOrderTest.moc"

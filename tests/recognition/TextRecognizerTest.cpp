@@ -2,6 +2,7 @@
 #include "platform/TextRecognizer.h"
 
 #include "tests/recognition/DrawnPage.h"
+#include "tests/world/TestProgram.h"
 
 #include <QPainter>
 #include <QtTest>
@@ -323,6 +324,6 @@ private:
     std::unique_ptr<TextRecognizer> m_recognizer;
 };
 
-QTEST_MAIN(TextRecognizerTest)
+VELMORA_WIDGETS_TEST(TextRecognizerTest)
 
 #include "TextRecognizerTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "recognition/engine/WordFilter.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -46,6 +47,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(WordFilterTest)
+VELMORA_PLAIN_TEST(WordFilterTest)
 
 #include "WordFilterTest.moc"

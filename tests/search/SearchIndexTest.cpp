@@ -3,6 +3,7 @@
 
 #include "tests/files/TestFiles.h"
 #include "tests/world/PrivateMount.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -425,5 +426,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SearchIndexTest)
+VELMORA_EVENTS_TEST(SearchIndexTest)
 #include "SearchIndexTest.moc"

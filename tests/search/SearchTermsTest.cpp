@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/searchTerms.h"
 #include "search/matchingLine.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -54,5 +55,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(SearchTermsTest)
+VELMORA_PLAIN_TEST(SearchTermsTest)
 #include "SearchTermsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "search/secrets.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -99,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(SecretsTest)
+VELMORA_PLAIN_TEST(SecretsTest)
 #include "SecretsTest.moc"

@@ -5,6 +5,7 @@
 #include "style/ImageView.h"
 #include "style/SystemFont.h"
 #include "style/breakableText.h"
+#include "tests/world/TestProgram.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -261,5 +262,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ControlsTest)
+VELMORA_WIDGETS_TEST(ControlsTest)
 #include "ControlsTest.moc"

@@ -2,6 +2,7 @@
 #include "style/FloatingWindow.h"
 
 #include "tests/world/Screens.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAccessible>
 #include <QDialog>
@@ -226,5 +227,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FloatingWindowTest)
+VELMORA_WIDGETS_TEST(FloatingWindowTest)
 #include "FloatingWindowTest.moc"

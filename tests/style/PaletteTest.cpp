@@ -2,6 +2,7 @@
 #include "style/PaletteView.h"
 #include "style/SystemFont.h"
 #include "style/VelmoraPalette.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -101,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PaletteTest)
+VELMORA_WIDGETS_TEST(PaletteTest)
 #include "PaletteTest.moc"

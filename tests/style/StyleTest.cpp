@@ -3,6 +3,7 @@
 #include "style/VelmoraPalette.h"
 #include "style/VelmoraStyle.h"
 #include "style/lightAppearance.h"
+#include "tests/world/TestProgram.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -180,5 +181,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(StyleTest)
+VELMORA_WIDGETS_TEST(StyleTest)
 #include "StyleTest.moc"

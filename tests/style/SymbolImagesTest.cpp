@@ -2,6 +2,7 @@
 #include "style/SymbolImages.h"
 #include "style/VelmoraAssets.h"
 #include "style/VelmoraPalette.h"
+#include "tests/world/TestProgram.h"
 
 #include <QImage>
 #include <QTest>
@@ -129,5 +130,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SymbolImagesTest)
+VELMORA_WIDGETS_TEST(SymbolImagesTest)
 #include "SymbolImagesTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tray/DragPace.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -86,6 +87,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DragPaceTest)
+VELMORA_EVENTS_TEST(DragPaceTest)
 
 #include "DragPaceTest.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tray/DraggableImageView.h"
 
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QJsonArray>
@@ -222,5 +223,5 @@ private:
     std::unique_ptr<OtherProgram> m_program;
 };
 
-QTEST_MAIN(DraggableImageViewTest)
+VELMORA_WIDGETS_TEST(DraggableImageViewTest)
 #include "DraggableImageViewTest.moc"

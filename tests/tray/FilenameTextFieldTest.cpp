@@ -2,6 +2,7 @@
 #include "tray/FilenameTextField.h"
 
 #include "style/VelmoraPalette.h"
+#include "tests/world/TestProgram.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -225,5 +226,5 @@ private:
     QLineEdit *m_other = nullptr;
 };
 
-QTEST_MAIN(FilenameTextFieldTest)
+VELMORA_WIDGETS_TEST(FilenameTextFieldTest)
 #include "FilenameTextFieldTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tray/PanelHistory.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -109,5 +110,5 @@ private:
     const FileTime m_now = FileTime(1'700'000'000s);
 };
 
-QTEST_GUILESS_MAIN(PanelHistoryTest)
+VELMORA_EVENTS_TEST(PanelHistoryTest)
 #include "PanelHistoryTest.moc"

@@ -2,6 +2,7 @@
 #include "tests/tray/RowFixture.h"
 
 #include "style/BezelButton.h"
+#include "tests/world/TestProgram.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
 #include "tray/ScreenshotRowView.h"
@@ -224,5 +225,5 @@ private:
     }
 };
 
-QTEST_MAIN(RowActionsTest)
+VELMORA_WIDGETS_TEST(RowActionsTest)
 #include "RowActionsTest.moc"

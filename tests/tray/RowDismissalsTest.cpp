@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tray/RowDismissals.h"
+#include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -71,5 +72,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RowDismissalsTest)
+VELMORA_WIDGETS_TEST(RowDismissalsTest)
 #include "RowDismissalsTest.moc"

@@ -3,6 +3,7 @@
 
 #include "style/BezelButton.h"
 #include "style/VelmoraPalette.h"
+#include "tests/world/TestProgram.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
 #include "tray/ScreenshotRowView.h"
@@ -197,5 +198,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RowLookTest)
+VELMORA_WIDGETS_TEST(RowLookTest)
 #include "RowLookTest.moc"

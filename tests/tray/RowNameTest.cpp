@@ -2,6 +2,7 @@
 #include "tests/tray/RowFixture.h"
 
 #include "style/BezelButton.h"
+#include "tests/world/TestProgram.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
 #include "tray/ScreenshotRowView.h"
@@ -273,5 +274,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RowNameTest)
+VELMORA_WIDGETS_TEST(RowNameTest)
 #include "RowNameTest.moc"

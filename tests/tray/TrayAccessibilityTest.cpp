@@ -3,6 +3,7 @@
 
 #include "style/BezelButton.h"
 #include "tests/style/AccessibleLeaves.h"
+#include "tests/world/TestProgram.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
@@ -113,5 +114,5 @@ private:
     }
 };
 
-QTEST_MAIN(TrayAccessibilityTest)
+VELMORA_WIDGETS_TEST(TrayAccessibilityTest)
 #include "TrayAccessibilityTest.moc"

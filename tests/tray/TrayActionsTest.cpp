@@ -3,6 +3,7 @@
 
 #include "core/VelmoraSettings.h"
 #include "style/BezelButton.h"
+#include "tests/world/TestProgram.h"
 #include "tray/FilenameTextField.h"
 #include "tray/ScreenshotRowView.h"
 
@@ -285,5 +286,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TrayActionsTest)
+VELMORA_WIDGETS_TEST(TrayActionsTest)
 #include "TrayActionsTest.moc"

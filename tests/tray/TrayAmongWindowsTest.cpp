@@ -4,6 +4,7 @@
 #include "style/VelmoraPalette.h"
 #include "tests/tray/TrayRig.h"
 #include "tests/world/Screens.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
@@ -405,5 +406,5 @@ private:
     std::unique_ptr<Terminal> m_terminal;
 };
 
-QTEST_MAIN(TrayAmongWindowsTest)
+VELMORA_WIDGETS_TEST(TrayAmongWindowsTest)
 #include "TrayAmongWindowsTest.moc"

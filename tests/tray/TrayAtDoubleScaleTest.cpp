@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
 
@@ -24,6 +25,9 @@ using TrayOnScreen::rows;
 class TrayAtDoubleScaleTest : public QObject, ControllerFixture
 {
     Q_OBJECT
+
+public:
+    static void initMain() { qputenv("QT_SCALE_FACTOR", "2"); }
 
 private Q_SLOTS:
     void initTestCase() { QCOMPARE(qGuiApp->primaryScreen()->devicePixelRatio(), 2.0); }
@@ -116,12 +120,5 @@ private:
     static QPoint inPicture(QPoint points) { return points * 2; }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("QT_SCALE_FACTOR", "2");
-    QApplication application(argc, argv);
-    TrayAtDoubleScaleTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+VELMORA_WIDGETS_TEST(TrayAtDoubleScaleTest)
 #include "TrayAtDoubleScaleTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
 #include "tests/world/XDesktop.h"
 
@@ -234,5 +235,5 @@ private:
     std::unique_ptr<Backdrop> m_backdrop;
 };
 
-QTEST_MAIN(TrayEdgeTest)
+VELMORA_WIDGETS_TEST(TrayEdgeTest)
 #include "TrayEdgeTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tray/trayFrame.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -73,5 +74,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TrayFrameTest)
+VELMORA_WIDGETS_TEST(TrayFrameTest)
 #include "TrayFrameTest.moc"

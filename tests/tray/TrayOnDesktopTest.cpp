@@ -4,6 +4,7 @@
 #include "style/VelmoraPalette.h"
 #include "tests/tray/TrayRig.h"
 #include "tests/world/FramePlaces.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
@@ -278,5 +279,5 @@ private:
     std::optional<QUuid> m_lastAdded;
 };
 
-QTEST_MAIN(TrayOnDesktopTest)
+VELMORA_WIDGETS_TEST(TrayOnDesktopTest)
 #include "TrayOnDesktopTest.moc"

@@ -3,6 +3,7 @@
 
 #include "core/VelmoraSettings.h"
 #include "style/VelmoraPalette.h"
+#include "tests/world/TestProgram.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
@@ -244,5 +245,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TrayRowsTest)
+VELMORA_WIDGETS_TEST(TrayRowsTest)
 #include "TrayRowsTest.moc"

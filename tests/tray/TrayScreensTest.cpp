@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
 #include "tests/world/Screens.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include "core/VelmoraSettings.h"
@@ -86,5 +87,5 @@ private:
     Screens m_screens;
 };
 
-QTEST_MAIN(TrayScreensTest)
+VELMORA_WIDGETS_TEST(TrayScreensTest)
 #include "TrayScreensTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tray/ControllerFixture.h"
+#include "tests/world/TestProgram.h"
 
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
@@ -15,6 +16,9 @@ using TrayOnScreen::rows;
 class TrayWithoutScreenTest : public QObject, ControllerFixture
 {
     Q_OBJECT
+
+public:
+    static void initMain() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
 
 private Q_SLOTS:
     void initTestCase() { QCOMPARE(QGuiApplication::platformName(), u"offscreen"_s); }
@@ -35,12 +39,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    TrayWithoutScreenTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+VELMORA_WIDGETS_TEST(TrayWithoutScreenTest)
 #include "TrayWithoutScreenTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/world/SlowDisk.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -134,5 +135,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SlowDiskTest)
+VELMORA_EVENTS_TEST(SlowDiskTest)
 #include "SlowDiskTest.moc"

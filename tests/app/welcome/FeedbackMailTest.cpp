@@ -2,6 +2,7 @@
 #include "app/welcome/feedbackMail.h"
 
 #include "core/VelmoraIdentity.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 #include <QUrlQuery>
@@ -31,5 +32,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FeedbackMailTest)
+VELMORA_EVENTS_TEST(FeedbackMailTest)
 #include "FeedbackMailTest.moc"

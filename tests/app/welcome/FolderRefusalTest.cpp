@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/welcome/dialogs/folderRefusal.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -98,5 +99,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FolderRefusalTest)
+VELMORA_WIDGETS_TEST(FolderRefusalTest)
 #include "FolderRefusalTest.moc"

@@ -3,6 +3,7 @@
 
 #include "platform/LoginItem.h"
 #include "tests/files/LogTail.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 #include <QUuid>
@@ -63,5 +64,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LoginItemControllerTest)
+VELMORA_EVENTS_TEST(LoginItemControllerTest)
 #include "LoginItemControllerTest.moc"

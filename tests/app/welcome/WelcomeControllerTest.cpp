@@ -2,6 +2,7 @@
 #include "tests/app/welcome/WelcomeRig.h"
 
 #include "style/lightAppearance.h"
+#include "tests/world/TestProgram.h"
 
 #include <QContextMenuEvent>
 #include <QDir>
@@ -335,5 +336,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WelcomeControllerTest)
+VELMORA_WIDGETS_TEST(WelcomeControllerTest)
 #include "WelcomeControllerTest.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "style/lightAppearance.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -199,5 +200,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WelcomeWindowControlsTest)
+VELMORA_WIDGETS_TEST(WelcomeWindowControlsTest)
 #include "WelcomeWindowControlsTest.moc"

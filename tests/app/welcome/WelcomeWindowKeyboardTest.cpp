@@ -2,6 +2,7 @@
 #include "style/lightAppearance.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
 #include "tests/style/AccessibleLeaves.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QAbstractItemView>
@@ -255,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WelcomeWindowKeyboardTest)
+VELMORA_WIDGETS_TEST(WelcomeWindowKeyboardTest)
 #include "WelcomeWindowKeyboardTest.moc"

@@ -2,6 +2,7 @@
 #include "style/lightAppearance.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
 #include "tests/world/Screens.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QScreen>
@@ -269,5 +270,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WelcomeWindowPlacementTest)
+VELMORA_WIDGETS_TEST(WelcomeWindowPlacementTest)
 #include "WelcomeWindowPlacementTest.moc"

@@ -3,6 +3,7 @@
 
 #include "style/VelmoraPalette.h"
 #include "style/lightAppearance.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAbstractItemView>
 #include <QFontInfo>
@@ -409,5 +410,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WelcomeWindowTextsTest)
+VELMORA_WIDGETS_TEST(WelcomeWindowTextsTest)
 #include "WelcomeWindowTextsTest.moc"

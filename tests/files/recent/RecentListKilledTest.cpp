@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/VelmoraSettings.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -64,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecentListKilledTest)
+VELMORA_EVENTS_TEST(RecentListKilledTest)
 #include "RecentListKilledTest.moc"

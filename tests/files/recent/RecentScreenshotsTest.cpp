@@ -6,6 +6,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/SlowDisk.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -504,5 +505,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecentScreenshotsTest)
+VELMORA_EVENTS_TEST(RecentScreenshotsTest)
 #include "RecentScreenshotsTest.moc"

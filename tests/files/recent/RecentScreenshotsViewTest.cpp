@@ -9,6 +9,7 @@
 #include "style/VelmoraStyle.h"
 #include "tests/files/TestFiles.h"
 #include "tests/style/AccessibleLeaves.h"
+#include "tests/world/TestProgram.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -333,5 +334,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RecentScreenshotsViewTest)
+VELMORA_WIDGETS_TEST(RecentScreenshotsViewTest)
 #include "RecentScreenshotsViewTest.moc"

@@ -16,6 +16,7 @@
 #include "tests/files/FakePasteboard.h"
 #include "tests/files/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QDateTime>
@@ -395,5 +396,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RecentScreenshotsWindowTest)
+VELMORA_WIDGETS_TEST(RecentScreenshotsWindowTest)
 #include "RecentScreenshotsWindowTest.moc"

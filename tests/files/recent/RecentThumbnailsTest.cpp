@@ -5,6 +5,7 @@
 #include "platform/FileWriters.h"
 #include "style/ImageView.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/TestProgram.h"
 
 #include <QTest>
 
@@ -72,5 +73,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(RecentThumbnailsTest)
+VELMORA_WIDGETS_TEST(RecentThumbnailsTest)
 #include "RecentThumbnailsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/applications/DesktopEntries.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -195,5 +196,5 @@ private:
     QString m_system;
 };
 
-QTEST_GUILESS_MAIN(DesktopEntriesTest)
+VELMORA_EVENTS_TEST(DesktopEntriesTest)
 #include "DesktopEntriesTest.moc"

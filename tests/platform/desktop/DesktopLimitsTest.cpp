@@ -2,6 +2,7 @@
 #include "platform/DesktopLimits.h"
 #include "tests/platform/desktop/StatusBars.h"
 #include "tests/world/Sway.h"
+#include "tests/world/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -52,5 +53,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(DesktopLimitsTest)
+VELMORA_WIDGETS_TEST(DesktopLimitsTest)
 #include "DesktopLimitsTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/status-item/edgedIcon.h"
+#include "tests/world/TestProgram.h"
 
 #include <QImage>
 #include <QPainter>
@@ -73,5 +74,5 @@ private Q_SLOTS:
     void noIconStaysNoIcon() { QCOMPARE(contrastOn(Qt::black, edgedIcon(QIcon()), 22), 0); }
 };
 
-QTEST_MAIN(EdgedIconTest)
+VELMORA_WIDGETS_TEST(EdgedIconTest)
 #include "EdgedIconTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/FrontmostApplication.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -376,5 +377,5 @@ private:
     std::optional<QSignalSpy> m_activated;
 };
 
-QTEST_MAIN(FrontmostApplicationTest)
+VELMORA_WIDGETS_TEST(FrontmostApplicationTest)
 #include "FrontmostApplicationTest.moc"

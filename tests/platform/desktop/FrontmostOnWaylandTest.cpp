@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/FrontmostApplication.h"
 #include "tests/world/Sway.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -177,5 +178,5 @@ private:
     std::unique_ptr<FrontmostApplication> m_front;
 };
 
-QTEST_MAIN(FrontmostOnWaylandTest)
+VELMORA_WIDGETS_TEST(FrontmostOnWaylandTest)
 #include "FrontmostOnWaylandTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/FrontmostApplication.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QDir>
@@ -142,5 +143,5 @@ private:
     std::unique_ptr<FrontmostApplication> m_front;
 };
 
-QTEST_MAIN(HostileClientTest)
+VELMORA_WIDGETS_TEST(HostileClientTest)
 #include "HostileClientTest.moc"

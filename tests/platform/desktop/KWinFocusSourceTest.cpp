@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/kwin/KWinFocusSource.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDBusConnection>
 #include <QFile>
@@ -125,5 +126,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(KWinFocusSourceTest)
+VELMORA_EVENTS_TEST(KWinFocusSourceTest)
 #include "KWinFocusSourceTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/LoginItem.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -273,5 +274,5 @@ private:
     std::unique_ptr<LoginItem> m_item;
 };
 
-QTEST_GUILESS_MAIN(LoginItemTest)
+VELMORA_EVENTS_TEST(LoginItemTest)
 #include "LoginItemTest.moc"

@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/Sway.h"
+#include "tests/world/TestProgram.h"
 
 #include <QStandardPaths>
 #include <QTest>
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PasteboardOnWaylandTest)
+VELMORA_WIDGETS_TEST(PasteboardOnWaylandTest)
 #include "PasteboardOnWaylandTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11Connection.h"
+#include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -303,5 +304,5 @@ private:
     QProcessEnvironment m_withoutBus;
 };
 
-QTEST_GUILESS_MAIN(RunningInstanceTest)
+VELMORA_EVENTS_TEST(RunningInstanceTest)
 #include "RunningInstanceTest.moc"

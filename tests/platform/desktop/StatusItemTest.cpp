@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "StatusBars.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -296,5 +297,5 @@ private:
     }
 };
 
-QTEST_MAIN(StatusItemTest)
+VELMORA_WIDGETS_TEST(StatusItemTest)
 #include "StatusItemTest.moc"

@@ -2,6 +2,7 @@
 #include "platform/linux/status-item/StatusNotifierSearch.h"
 
 #include "StatusBars.h"
+#include "tests/world/TestProgram.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -170,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(StatusNotifierSearchTest)
+VELMORA_WIDGETS_TEST(StatusNotifierSearchTest)
 #include "StatusNotifierSearchTest.moc"

@@ -2,6 +2,7 @@
 #include "platform/linux/x11/UserTime.h"
 
 #include "platform/linux/x11/X11Connection.h"
+#include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
 #include <QGuiApplication>
@@ -127,5 +128,5 @@ private:
     QTemporaryDir m_place;
 };
 
-QTEST_MAIN(UserTimeTest)
+VELMORA_WIDGETS_TEST(UserTimeTest)
 #include "UserTimeTest.moc"
