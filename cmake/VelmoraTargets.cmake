@@ -90,7 +90,7 @@ function(velmora_tests name)
     foreach(class IN LISTS classes)
         add_test(NAME ${name}.${class}
             COMMAND ${PROJECT_SOURCE_DIR}/tests/world/${world} $<TARGET_FILE:${name}_tests> ${class})
-        set_tests_properties(${name}.${class} PROPERTIES TIMEOUT 120)
+        set_tests_properties(${name}.${class} PROPERTIES TIMEOUT 300)
     endforeach()
     foreach(class IN LISTS tests_NEUTRAL)
         set_tests_properties(${name}.${class} PROPERTIES LABELS neutral)
@@ -102,7 +102,7 @@ endfunction()
 function(velmora_test_in name class suffix variable)
     add_test(NAME ${name}.${class}.${suffix}
         COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}_tests> ${class})
-    set_tests_properties(${name}.${class}.${suffix} PROPERTIES TIMEOUT 120 ENVIRONMENT "${variable}")
+    set_tests_properties(${name}.${class}.${suffix} PROPERTIES TIMEOUT 300 ENVIRONMENT "${variable}")
 endfunction()
 
 # velmora_bench(NAME SOURCES file... LINKS library...)

@@ -3,6 +3,7 @@
 
 #include "tests/app/AppRig.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QTest>
 #include <QThread>
@@ -10,6 +11,7 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -57,7 +59,7 @@ private Q_SLOTS:
         SlowDisk::startCounting();
         takeAside(rig, u"Second.png"_s);
         QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation-2.png"_s);
-        QTest::qWait(500);
+        QVERIFY(Waiting::settles([] { return SlowDisk::mainThreadCalls().size(); }, 500ms));
         const QByteArrayList calls = SlowDisk::mainThreadCalls();
         qInfo() << calls.size() << "calls";
         QVERIFY2(calls.size() <= mostCalls, calls.join('\n').constData());

@@ -2,6 +2,7 @@
 #include "detection/ScreenshotFolder.h"
 #include "filesystem/FileUrls.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -14,6 +15,7 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// What a screenshot tool's settings say is followed while the program runs.
 class ScreenshotFolderMovesTest : public QObject
@@ -50,7 +52,7 @@ private Q_SLOTS:
         const auto preferences = makeScreenshotPreferences();
         ScreenshotFolder folder(*preferences);
         folder.current();
-        QTest::qWait(200);
+        Waiting::letPass(200ms);
         qint64 shortest = 1'000'000;
         for (const char *place : {"/srv/one", "/srv/two", "/srv/three"}) {
             QElapsedTimer timer;
@@ -77,7 +79,7 @@ private Q_SLOTS:
         const auto preferences = makeScreenshotPreferences();
         ScreenshotFolder folder(*preferences);
         folder.current();
-        QTest::qWait(200);
+        Waiting::letPass(200ms);
         QCOMPARE(QProcess::execute(u"kwriteconfig5"_s,
                                    {u"--file"_s, u"spectaclerc"_s, u"--group"_s, u"Save"_s,
                                     u"--key"_s, u"defaultSaveLocation"_s, u"file:///srv/kde/"_s}),

@@ -3,6 +3,7 @@
 
 #include "detection/ScreenshotFolderResolver.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -142,7 +143,7 @@ private Q_SLOTS:
             ScreenshotFolderResolver::currentScreenshotFolder(*rig.platform.screenshotPreferences)
                 .toLocalFile();
         QVERIFY(QDir().mkpath(folder));
-        QTest::qWait(300);
+        Waiting::letPass(300ms);
 
         Blocking blocking;
         auto shortest = 10s - 0ns;
@@ -155,7 +156,7 @@ private Q_SLOTS:
             const QString detected = u"detected "_s + folder + u'/' + name;
             QTRY_VERIFY(!rig.log.messagesWith(detected).isEmpty());
             shortest = std::min(shortest, blocking.longest());
-            QTest::qWait(50);
+            Waiting::letPass(50ms);
         }
         QVERIFY2(shortest < longestBlock, qPrintable(QString::number(shortest / 1us)));
         QVERIFY2(!QFile::exists(m_outside->filePath(u"started"_s)), "a program was started");
@@ -190,11 +191,13 @@ private Q_SLOTS:
         // It stores a file where it should store a folder.
         QVERIFY(make(m_outside->filePath(u"shot.png"_s)));
         QVERIFY(setXfceFolder(m_outside->filePath(u"shot.png"_s)));
-        QTest::qWait(300);
+        Waiting::letPass(300ms);
         QVERIFY(make(two + u"/c.png"_s));
         QVERIFY(isDetected(two + u"/c.png"_s));
-        QTest::qWait(500);
-        QCOMPARE(rig.log.messagesWith(u"detected "_s + m_outside->path()).size(), 4);
+        const auto detected = [&] {
+            return rig.log.messagesWith(u"detected "_s + m_outside->path()).size();
+        };
+        QVERIFY(Waiting::staysTrue([&] { return detected() == 4; }, 500ms));
         QVERIFY(QFile::remove(xfceFile()));
     }
 

@@ -3,6 +3,7 @@
 #include "tests/detection/PoorFolderEvents.h"
 #include "tests/detection/Watched.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDir>
 #include <QFile>
@@ -82,19 +83,19 @@ private Q_SLOTS:
             QVERIFY(QDir().rmdir(m_folder));
         Watched watched(m_folder);
         watched->start();
-        QTest::qWait(600);
+        QVERIFY(Waiting::settles(sleepsOfWatcher, 600ms));
         const int before = sleepsOfWatcher();
         QVERIFY(before > 0);
-        QTest::qWait(2000);
+        Waiting::letPass(2000ms);
         QCOMPARE(sleepsOfWatcher(), before);
 
         if (!exists)
             QVERIFY(QDir().mkdir(m_folder));
         QVERIFY(write(inFolder("a.png")));
         QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
-        QTest::qWait(600);
+        QVERIFY(Waiting::settles(sleepsOfWatcher, 600ms));
         const int afterwards = sleepsOfWatcher();
-        QTest::qWait(2000);
+        Waiting::letPass(2000ms);
         QCOMPARE(sleepsOfWatcher(), afterwards);
     }
 
@@ -105,14 +106,14 @@ private Q_SLOTS:
         letAllScansPass();
         QVERIFY(write(inFolder("a")) && setDate(inFolder("a"), FileTimes::now() - 180s + 1500ms) &&
                 FolderActions::rename(inFolder("a"), inFolder("a.png")));
-        QTest::qWait(800);
+        Waiting::letPass(800ms);
         const int before = sleepsOfWatcher();
-        QTest::qWait(400);
+        Waiting::letPass(400ms);
         QCOMPARE(sleepsOfWatcher(), before);
         QTRY_VERIFY_WITH_TIMEOUT(sleepsOfWatcher() > before, 1500);
-        QTest::qWait(200);
+        Waiting::letPass(200ms);
         const int afterwards = sleepsOfWatcher();
-        QTest::qWait(1000);
+        Waiting::letPass(1000ms);
         QCOMPARE(sleepsOfWatcher(), afterwards);
     }
 
@@ -136,11 +137,11 @@ private Q_SLOTS:
             return std::make_unique<PoorFolderEvents>(FolderEvents::Coverage::Nothing);
         });
         watched->start();
-        QTest::qWait(500);
+        Waiting::letPass(500ms);
         auto least = 10s - 0ns;
         for (int attempt = 0; attempt < 3; ++attempt) {
             const auto before = used();
-            QTest::qWait(2000);
+            Waiting::letPass(2000ms);
             least = std::min(least, used() - before);
         }
         // 1 % of the time is for the listing. The rest is for the ticks, for this test itself, and

@@ -3,10 +3,13 @@
 
 #include "tests/detection/Watched.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QTemporaryDir>
 
 #include <atomic>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -39,7 +42,7 @@ class RescansTest : public QObject
 private Q_SLOTS:
     void theFolderIsLookedAtTenTimesASecond()
     {
-        const int looks = looksDuring([] { QTest::qWait(1000); });
+        const int looks = looksDuring([] { Waiting::letPass(1000ms); });
         QVERIFY2(looks >= 7 && looks <= 11, qPrintable(QString::number(looks)));
     }
 
@@ -49,10 +52,10 @@ private Q_SLOTS:
             for (int i = 0; i < 3; ++i) {
                 if (tell)
                     tellSomething();
-                QTest::qWait(20);
+                Waiting::letPass(20ms);
                 if (tell)
                     tellSomething();
-                QTest::qWait(450);
+                Waiting::letPass(450ms);
             }
         };
         const int ticks = looksDuring([&pass] { pass(false); });

@@ -4,6 +4,7 @@
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -15,6 +16,7 @@
 #include <mutex>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -76,8 +78,7 @@ private Q_SLOTS:
         ScreenshotFolder folder(preferences);
         for (int i = 0; i < 100; ++i)
             QCOMPARE(folder.current(), url(u"/srv/shots"_s));
-        QTest::qWait(100);
-        QCOMPARE(preferences.reads, 1);
+        QVERIFY(Waiting::staysTrue([&] { return preferences.reads == 1; }, 100ms));
     }
 
     void aSlowSystemKeepsNobodyWaitingAndIsHeardLater()
@@ -111,7 +112,8 @@ private Q_SLOTS:
         QVERIFY(timer.elapsed() < 5000);
         preferences.isSlow = false;
         preferences.released.release();
-        QTest::qWait(100);
+        // The thread that was left behind still reads.
+        Waiting::letPass(100ms);
     }
 
     void changesOfTheSettingsAreFollowed()
@@ -127,8 +129,7 @@ private Q_SLOTS:
         const qsizetype told = changes.size();
         QVERIFY(told >= 1);
         preferences.change(u"/srv/three"_s);
-        QTest::qWait(100);
-        QCOMPARE(changes.size(), told);
+        QVERIFY(Waiting::staysTrue([&] { return changes.size() == told; }, 100ms));
     }
 
     void whatIsNoFolderIsNoAnswer()
@@ -143,9 +144,8 @@ private Q_SLOTS:
         const QSignalSpy changes(&folder, &ScreenshotFolder::changed);
         preferences.change(file);
         QTRY_COMPARE(preferences.reads, 2);
-        QTest::qWait(100);
+        QVERIFY(Waiting::staysTrue([&] { return changes.isEmpty(); }, 100ms));
         QCOMPARE(folder.current(), url(directory.path()));
-        QCOMPARE(changes.size(), 0);
         // One that is missing may come.
         const QString missing = directory.filePath(u"missing"_s);
         preferences.change(missing);
@@ -162,9 +162,8 @@ private Q_SLOTS:
         folder.choose(url(u"/srv/chosen/"_s));
         QCOMPARE(folder.current(), url(u"/srv/chosen"_s));
         QCOMPARE(preferences.storedLocation, u"/srv/chosen"_s);
-        QTest::qWait(100);
+        QVERIFY(Waiting::staysTrue([&] { return changes.isEmpty(); }, 100ms));
         QCOMPARE(folder.current(), url(u"/srv/chosen"_s));
-        QCOMPARE(changes.size(), 0);
         folder.choose(QUrl(u"smb://server/share"_s));
         QCOMPARE(folder.current(), url(u"/srv/chosen"_s));
     }
@@ -175,7 +174,7 @@ private Q_SLOTS:
         preferences.storedLocation = u"/srv/one"_s;
         ScreenshotFolder folder(preferences);
         QCOMPARE(folder.current(), url(u"/srv/one"_s));
-        QTest::qWait(50);
+        QVERIFY(Waiting::settles([&] { return preferences.reads.load(); }, 50ms));
         preferences.isSlow = true;
         preferences.change(u"/srv/two"_s);
         QTRY_COMPARE(preferences.reads, 2);
@@ -184,9 +183,8 @@ private Q_SLOTS:
         preferences.isSlow = false;
         preferences.released.release();
         QTRY_COMPARE(preferences.reads, 3);
-        QTest::qWait(100);
+        QVERIFY(Waiting::staysTrue([&] { return changes.isEmpty(); }, 100ms));
         QCOMPARE(folder.current(), url(u"/srv/chosen"_s));
-        QCOMPARE(changes.size(), 0);
     }
 };
 

@@ -5,6 +5,7 @@
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/Watched.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
@@ -249,7 +250,7 @@ private Q_SLOTS:
     void aFileThatCameJustBeforeTheFolderBecameTheOneIsNew()
     {
         QVERIFY(moveIn(inFolder("old.png"), FileTimes::now() - 1s));
-        QTest::qWait(100);
+        Waiting::letPass(100ms);
         const FileTime since = FileTimes::now();
         QVERIFY(write(inFolder("shot.png")));
         Watched watched(m_folder);
@@ -306,8 +307,7 @@ private Q_SLOTS:
         watched->start();
         QVERIFY(write(inFolder("a.png")));
         // The main thread hears nothing meanwhile, so the report is queued.
-        QSemaphore never;
-        QVERIFY(!never.tryAcquire(1, 300));
+        Waiting::letPassUnheard(300ms);
         watched.reset();
         letAllScansPass();
         QCOMPARE(watched.names(), QStringList());

@@ -3,10 +3,9 @@
 
 #include "detection/ScreenshotWatcher.h"
 #include "filesystem/FileUrls.h"
+#include "tests/world/Waiting.h"
 
 #include <QCoreApplication>
-#include <QSemaphore>
-#include <QTest>
 #include <QThread>
 
 /// A watcher of a folder, and what it has reported.
@@ -47,13 +46,13 @@ private:
 /// Long enough for all three rescans and several ticks.
 inline void letAllScansPass()
 {
-    QTest::qWait(400);
+    Waiting::letPass(std::chrono::milliseconds(400));
 }
 
 /// The same without the main thread's event loop, as while its owner is busy.
 inline void letAllScansPassUnheard()
 {
-    QSemaphore().tryAcquire(1, 400);
+    Waiting::letPassUnheard(std::chrono::milliseconds(400));
 }
 
 inline QStringList fileNames(std::initializer_list<const char *> list)

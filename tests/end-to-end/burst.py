@@ -36,7 +36,7 @@ class Burst(case.EndToEnd):
         dropped = {}
         for number in range(count):
             due = start + seconds * number / count
-            desktop.wait_until(lambda: time.monotonic() >= due, "its turn")
+            desktop.let_pass(due - time.monotonic())
             title, png = pages[number % len(pages)]
             name = f"{prefix} {number:03}.png"
             dropped[name] = (title, with_comment(png, name))

@@ -221,7 +221,7 @@ class Interferences(case.EndToEnd):
         while remaining > 0:
             remaining -= self.interfere()
             pause = self.random.uniform(0, LONGEST_PAUSE_SECONDS)
-            desktop.stays(lambda: True, pause)
+            desktop.let_pass(pause)
         self.assertTrue(self.velmora.is_running)
         self.wait_for_quiet()
         self.check_contents()

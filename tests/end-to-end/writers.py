@@ -47,7 +47,7 @@ class Writers(case.EndToEnd):
         """Opens the file anew for each part."""
         for number, part in enumerate(parts):
             if number > 0:
-                desktop.stays(lambda: True, pause)
+                desktop.let_pass(pause)
             with path.open("ab") as file:
                 file.write(part)
 

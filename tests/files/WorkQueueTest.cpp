@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "files/WorkQueue.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QElapsedTimer>
 #include <QSemaphore>
@@ -75,14 +76,13 @@ private Q_SLOTS:
 
     void whatHasNotBegunIsDroppedAtTheEnd()
     {
-        QSemaphore mayEnd;
         QSemaphore hasBegun;
         bool hasBegunSecond = false;
         {
             WorkQueue queue;
             queue.add([&]() -> WorkQueue::Outcome {
                 hasBegun.release();
-                mayEnd.tryAcquire(1, 300);
+                Waiting::letPassUnheard(300ms);
                 return {};
             });
             queue.add([&]() -> WorkQueue::Outcome {

@@ -6,12 +6,15 @@ usage: formatted.py ROOT CLANG-FORMAT
 """
 
 import pathlib
+import shutil
 import subprocess
 import sys
 
 
 def main():
     root, clang_format = pathlib.Path(sys.argv[1]), sys.argv[2]
+    if not shutil.which(clang_format):
+        sys.exit(f"{clang_format} is missing; its package is in scripts/packages.txt")
     sources = [
         path
         for folder in sorted(root.iterdir())

@@ -4,6 +4,7 @@
 #include "platform/linux/desktop-records/fileUri.h"
 #include "tests/world/SlowDisk.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -144,14 +145,14 @@ private Q_SLOTS:
     {
         m_records->fileMoved(url(u"/p/a.png"_s), url(u"/p/b.png"_s));
         m_records->fileMoved(url(u"/p/b.png"_s), url(u"/p/c.png"_s));
-        QTest::qWait(300);
+        Waiting::letPass(300ms);
         QVERIFY(write(listPath(), listWith("file:///p/a.png")));
         QTRY_COMPARE_WITH_TIMEOUT(read(listPath()), listWith("file:///p/c.png"), patience);
         // There and back again.
         m_records->fileMoved(url(u"/p/c.png"_s), url(u"/p/a.png"_s));
         QTRY_COMPARE_WITH_TIMEOUT(read(listPath()), listWith("file:///p/a.png"), patience);
-        QTest::qWait(6000);
-        QCOMPARE(read(listPath()), listWith("file:///p/a.png"));
+        QVERIFY(Waiting::staysTrue([&] { return read(listPath()) == listWith("file:///p/a.png"); },
+                                   6s));
     }
 
     void noPlaceStandsThereTwice()
@@ -213,7 +214,7 @@ private Q_SLOTS:
         for (const QString &path : orphans)
             QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(path), patience);
         // A thumbnailer that was at work comes late.
-        QTest::qWait(300);
+        Waiting::letPass(300ms);
         QVERIFY(write(orphans.first(), "thumbnail"));
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(orphans.first()), patience);
         QVERIFY(QFile::exists(other));
@@ -242,7 +243,7 @@ private Q_SLOTS:
         QVERIFY(write(marker, "thumbnail"));
         m_records->fileTrashed(url(u"/p/marker.png"_s));
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(marker), patience);
-        QTest::qWait(500);
+        Waiting::letPass(500ms);
         QVERIFY(QFile::exists(thumbnail(u"normal"_s, fileUri(from))));
         QCOMPARE(read(listPath()), listWith(fileUri(from)));
     }
@@ -252,7 +253,7 @@ private Q_SLOTS:
         QVERIFY(write(listPath(), listWith("file:///p/a.png")));
         SlowDisk::startCounting();
         m_records->fileMoved(url(u"/p/a.png"_s), url(u"/p/b.png"_s));
-        QTest::qWait(1500);
+        Waiting::letPass(1500ms);
         const QByteArrayList calls = SlowDisk::mainThreadCalls();
         QVERIFY2(calls.isEmpty(), calls.join('\n').constData());
         QCOMPARE(read(listPath()), listWith("file:///p/b.png"));

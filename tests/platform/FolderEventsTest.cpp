@@ -3,6 +3,7 @@
 
 #include "tests/world/PrivateMount.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -19,6 +20,8 @@
 #include <unistd.h>
 
 using Coverage = FolderEvents::Coverage;
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -264,8 +267,7 @@ private Q_SLOTS:
         const QString missing = m_folder + u'/' + folder;
         QCOMPARE(m_events->arm(missing), Coverage::Missing);
         QVERIFY(write(path("something else")));
-        QTest::qWait(100);
-        QCOMPARE(m_gone->count(), 0);
+        QVERIFY(Waiting::staysTrue([&] { return m_gone->isEmpty(); }, 100ms));
         QVERIFY(QDir().mkpath(path("three/four")) && QDir().mkpath(missing));
         const bool isArmed = QTest::qWaitFor(
             [&] { return m_gone->count() > 0 && m_events->arm(missing) == Coverage::All; });
@@ -297,8 +299,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(path("real/inner/Shots")));
         QVERIFY(::symlink("real", raw(path("link")).constData()) == 0);
         QCOMPARE(m_events->arm(path("link/inner/Shots")), Coverage::All);
-        QTest::qWait(50);
-        QCOMPARE(m_gone->count(), 0);
+        QVERIFY(Waiting::staysTrue([&] { return m_gone->isEmpty(); }, 50ms));
         const QByteArray command = "cd '" + raw(m_folder) + "' && " + act;
         QCOMPARE(::system(command.constData()), 0);
         QTRY_COMPARE(m_gone->count(), 1);
@@ -313,7 +314,7 @@ private Q_SLOTS:
         const QString folder = place.filePath(QStringLiteral("inner"));
         QVERIFY(QDir().mkdir(folder));
         QCOMPARE(m_events->arm(folder), Coverage::All);
-        QTest::qWait(50);
+        QVERIFY(Waiting::settles([&] { return m_gone->count(); }, 50ms));
         const qsizetype before = m_gone->count();
         QVERIFY(::mount("tmpfs", raw(folder).constData(), "tmpfs", 0, nullptr) == 0);
         QTRY_COMPARE(m_gone->count(), before + 1);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -11,6 +12,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -107,7 +109,7 @@ private Q_SLOTS:
         QCOMPARE(preferences->desktopToolFolder(), QDir::homePath() + u"/Pictures"_s);
         QCOMPARE(set(settings[0].first, settings[0].second, u"/srv/mine"_s), 0);
         QTRY_COMPARE(preferences->desktopToolFolder(), u"/srv/mine"_s);
-        QTest::qWait(100);
+        QVERIFY(Waiting::settles([&] { return changes.size(); }, 100ms));
 
         const qsizetype before = changes.size();
         QVERIFY(QDir().mkpath(shells));

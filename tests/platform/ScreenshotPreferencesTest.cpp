@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ScreenshotPreferences.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QDate>
 #include <QDir>
@@ -14,6 +15,8 @@
 #include <QTest>
 
 #include <sys/stat.h>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -547,22 +550,24 @@ private Q_SLOTS:
             const qsizetype before = changes.size();
             return act() && QTest::qWaitFor([&] { return changes.size() > before; });
         };
+        const auto settles = [&changes] {
+            return Waiting::settles([&] { return changes.size(); }, 50ms);
+        };
         QVERIFY(isTold([&] { return writeFile(path, "made"); }));
-        QTest::qWait(50);
+        QVERIFY(settles());
         QVERIFY(isTold([&] { return writeFile(path, "written again"); }));
-        QTest::qWait(50);
+        QVERIFY(settles());
         QVERIFY(isTold([&] {
             return writeFile(path + u'~', "put in its place") &&
                    ::rename(QFile::encodeName(QString(path + u'~')).constData(),
                             QFile::encodeName(path).constData()) == 0;
         }));
-        QTest::qWait(50);
+        QVERIFY(settles());
         QVERIFY(isTold([&] { return QFile::remove(path); }));
-        QTest::qWait(50);
+        QVERIFY(settles());
         const qsizetype before = changes.size();
         QVERIFY(writeFile(path + QStringLiteral(".other"), "nobody cares"));
-        QTest::qWait(100);
-        QCOMPARE(changes.size(), before);
+        QVERIFY(Waiting::staysTrue([&] { return changes.size() == before; }, 100ms));
     }
 
     void whatKdesToolWritesIsReadBack()

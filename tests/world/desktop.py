@@ -48,6 +48,11 @@ def stays(condition, seconds):
     return True
 
 
+def let_pass(seconds):
+    """Lets time pass, where time itself is the subject: the pace of a user or of a writer."""
+    time.sleep(max(0, seconds))
+
+
 def appears(path, seconds):
     """Whether the file is there before the time is over."""
     return not stays(lambda: not path.exists(), seconds)

@@ -3,9 +3,12 @@
 #include "tests/platform/desktop/StatusBars.h"
 #include "tests/world/Sway.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -40,8 +43,10 @@ private Q_SLOTS:
         const Sway sway;
         qputenv("WAYLAND_DISPLAY", sway.display().toUtf8());
         const auto limits = makeDesktopLimits();
-        QTest::qWait(1000);
-        QVERIFY(!limits->missing().contains(DesktopLimit::ApplicationInFront));
+        const auto tells = [&] {
+            return !limits->missing().contains(DesktopLimit::ApplicationInFront);
+        };
+        QVERIFY(Waiting::staysTrue(tells, 1s));
     }
 
     void aWaylandDesktopThatTellsNothingLacksTheApplicationInFront()
