@@ -66,8 +66,10 @@ void ActiveApplication::observe()
 
 void ActiveApplication::consider(const Application &application)
 {
-    if (isCustomerApp(application.localizedName, application.bundleIdentifier))
-        m_lastActiveAppName = application.localizedName;
+    if (!isCustomerApp(application.localizedName, application.bundleIdentifier))
+        return;
+    m_lastActiveAppName = application.localizedName;
+    m_isTold = !application.localizedName.isEmpty();
 }
 
 bool ActiveApplication::isCustomerApp(const QString &name,

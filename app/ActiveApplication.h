@@ -21,6 +21,9 @@ public:
     /// The application's localised name; "screenshot" until there has been one.
     QString lastActiveAppName() const { return m_lastActiveAppName; }
 
+    /// Whether the system has told that name.
+    bool isTold() const { return m_isTold; }
+
     /// Asks what is in front, for a screenshot that has just been taken.
     void refresh();
 
@@ -35,4 +38,5 @@ private:
 
     FrontmostApplication &m_frontmost;
     QString m_lastActiveAppName = QStringLiteral("screenshot");
+    bool m_isTold = false;
 };

@@ -137,8 +137,10 @@ void VelmoraApp::takeIn(const QUrl &url)
 
     if (behavior != CopyBehavior::none)
         m_actions.copyNew(screenshot, behavior);
-    screenshot->whenOpened(this, [this, itemID, trayAreas, screenshot = screenshot.get()] {
-        suggestName(itemID, *screenshot, trayAreas);
+    const auto kind = m_activeApplication.isTold() ? ScreenshotNamer::AppName::Known
+                                                   : ScreenshotNamer::AppName::Assumed;
+    screenshot->whenOpened(this, [this, itemID, trayAreas, kind, screenshot = screenshot.get()] {
+        suggestName(itemID, *screenshot, trayAreas, kind);
     });
 }
 
@@ -161,12 +163,12 @@ BlindAreas VelmoraApp::trayAreasUntilNow() const
 }
 
 void VelmoraApp::suggestName(const QUuid &itemID, const Screenshot &screenshot,
-                             const BlindAreas &trayAreas)
+                             const BlindAreas &trayAreas, ScreenshotNamer::AppName kind)
 {
     if (!m_trayController.fileURL(itemID))
         return;
     const QFuture<QString> suggestion = m_namer.suggestFilename(
-        screenshot.held(), screenshot.url(), screenshot.applicationName(), trayAreas);
+        screenshot.held(), screenshot.url(), screenshot.applicationName(), trayAreas, kind);
     m_suggestions.insert(itemID, suggestion);
     whenFinished(suggestion, this, [this, itemID](const QString &filename) {
         m_suggestions.remove(itemID);

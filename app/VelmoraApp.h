@@ -59,8 +59,8 @@ private:
     void folderChanged(const QUrl &folder);
     void takeIn(const QUrl &url);
     BlindAreas trayAreasUntilNow() const;
-    void suggestName(const QUuid &itemID, const Screenshot &screenshot,
-                     const BlindAreas &trayAreas);
+    void suggestName(const QUuid &itemID, const Screenshot &screenshot, const BlindAreas &trayAreas,
+                     ScreenshotNamer::AppName kind);
 
     void perform(const QString &action);
     void showRecentScreenshots();

@@ -23,9 +23,9 @@ QFuture<QString> ScreenshotNamer::suggestFilename(const QUrl &fileURL, const QSt
 
 QFuture<QString> ScreenshotNamer::suggestFilename(const ScreenshotImages::Held &file,
                                                   const QUrl &fileURL, const QString &appName,
-                                                  const BlindAreas &blindAreas)
+                                                  const BlindAreas &blindAreas, AppName kind)
 {
-    return m_suggestions->add({fileURL, appName, blindAreas, file});
+    return m_suggestions->add({fileURL, appName, blindAreas, kind == AppName::Assumed, file});
 }
 
 QString ScreenshotNamer::splitCamelCase(const QString &text)

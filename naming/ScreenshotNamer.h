@@ -34,9 +34,13 @@ public:
     QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName,
                                      const BlindAreas &blindAreas = {});
 
+    /// An assumed application gives way to the one that the picture itself tells of, if any.
+    enum class AppName { Known, Assumed };
+
     /// The same for a file that has been opened; `fileURL` gives the extension.
     QFuture<QString> suggestFilename(const ScreenshotImages::Held &file, const QUrl &fileURL,
-                                     const QString &appName, const BlindAreas &blindAreas = {});
+                                     const QString &appName, const BlindAreas &blindAreas = {},
+                                     AppName kind = AppName::Known);
 
     // What follows is NameFile's and NameTokens', under the names by which others know it.
 

@@ -2,8 +2,11 @@
 #include "naming/SuggestionQueue.h"
 
 #include "core/lowerThreadPriority.h"
+#include "imaging/HeldScreenshot.h"
+#include "imaging/pictureTexts.h"
 #include "naming/NameFile.h"
 #include "naming/NameWords.h"
+#include "naming/applicationOfPicture.h"
 #include "platform/TextRecognizer.h"
 
 #include <QSemaphore>
@@ -101,7 +104,8 @@ void SuggestionQueue::work(const SuggestionPointer &suggestion)
 
 QString SuggestionQueue::suggestedName(const Suggestion &suggestion)
 {
-    NameWords words(suggestion.request.appName);
+    const QString appName = applicationOf(suggestion.request);
+    NameWords words(appName);
     const QImage image = picture(suggestion);
     if (!image.isNull()) {
         const auto &areas = suggestion.request.blindAreas;
@@ -110,8 +114,16 @@ QString SuggestionQueue::suggestedName(const Suggestion &suggestion)
             [&](const QString &line) { return words.add(line); },
             [&] { return isCancelled(suggestion); });
     }
-    return NameFile::nameFromWords(words.words(), suggestion.request.appName,
-                                   suggestion.request.fileURL);
+    return NameFile::nameFromWords(words.words(), appName, suggestion.request.fileURL);
+}
+
+QString SuggestionQueue::applicationOf(const Request &request)
+{
+    if (!request.isAppNameAssumed || !request.file)
+        return request.appName;
+    const std::shared_ptr<OpenFile> file = request.file->open();
+    const QString told = file ? applicationOfPicture(pictureTexts(file->descriptor())) : QString();
+    return told.isEmpty() ? request.appName : told;
 }
 
 QImage SuggestionQueue::picture(const Suggestion &suggestion)

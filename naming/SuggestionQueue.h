@@ -29,6 +29,7 @@ public:
         QUrl fileURL; ///< gives the name's extension
         QString appName;
         BlindAreas blindAreas;
+        bool isAppNameAssumed = false; ///< the picture may know better
         ScreenshotImages::Held file;
     };
 
@@ -50,6 +51,7 @@ private:
     void start(const SuggestionPointer &suggestion);
     void work(const SuggestionPointer &suggestion);
     QString suggestedName(const Suggestion &suggestion);
+    static QString applicationOf(const Request &request);
     QImage picture(const Suggestion &suggestion);
     bool isCancelled(const Suggestion &suggestion) const;
 

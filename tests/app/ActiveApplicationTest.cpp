@@ -39,6 +39,7 @@ private Q_SLOTS:
     {
         SteeredFrontmostApplication frontmost;
         QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("screenshot"));
+        QVERIFY(!ActiveApplication(frontmost).isTold());
     }
 
     void theApplicationInFrontAtTheStartCounts()
@@ -46,6 +47,7 @@ private Q_SLOTS:
         SteeredFrontmostApplication frontmost;
         frontmost.inFront = application("Writer", "org.example.Writer");
         QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("Writer"));
+        QVERIFY(ActiveApplication(frontmost).isTold());
     }
 
     void anActivationCountsOnceObserved()

@@ -65,7 +65,9 @@ class Deb(unittest.TestCase):
                      f"metainfo/{ID}.metainfo.xml", f"icons/hicolor/scalable/apps/{ID}.svg",
                      f"icons/hicolor/symbolic/apps/{ID}-symbolic.svg", "doc/velmora/copyright"):
             self.assertTrue((self.share / name).is_file(), name)
-        self.assertTrue(os.access(self.files / "usr/bin/velmora", os.X_OK))
+        for program in ("velmora", "velmora-name"):
+            self.assertTrue(os.access(self.files / "usr/bin" / program, os.X_OK), program)
+            self.assertTrue((self.share / f"man/man1/{program}.1.gz").is_file(), program)
         self.assertEqual([path.name for path in self.files.iterdir()], ["usr"])
 
     def test_the_bus_is_told_where_the_program_will_stand(self):

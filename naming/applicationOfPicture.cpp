@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "naming/applicationOfPicture.h"
+
+#include "imaging/pictureTexts.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// What stands before the application's name in the title of a window.
+constexpr QStringView separators[] = {u" — ", u" – ", u" - "};
+
+/// An application's name is shorter; what is longer is a title's last words.
+constexpr qsizetype longestName = 40;
+
+/// Programs that make pictures of other programs' windows, and libraries that write them down.
+constexpr QStringView makers[] = {
+    u"screenshot", u"spectacle", u"flameshot", u"ksnip",          u"screengrab", u"grim",
+    u"scrot",      u"maim",      u"shutter",   u"imagemagick",    u"gdk-pixbuf", u"libpng",
+    u"qt",         u"cairo",     u"ffmpeg",    u"graphicsmagick",
+};
+
+QString endOfTitle(const QString &title)
+{
+    qsizetype begin = 0;
+    for (const QStringView separator : separators) {
+        const qsizetype at = title.lastIndexOf(separator);
+        if (at >= 0)
+            begin = std::max(begin, at + separator.size());
+    }
+    // A title of one part may be a document's.
+    return begin > 0 ? title.mid(begin).trimmed() : QString();
+}
+
+bool isMaker(const QString &software)
+{
+    return std::any_of(std::begin(makers), std::end(makers), [&software](QStringView maker) {
+        return maker == u"qt" ? software.compare(maker, Qt::CaseInsensitive) == 0
+                              : software.contains(maker, Qt::CaseInsensitive);
+    });
+}
+
+} // namespace
+
+QString applicationOfPicture(const PictureTexts &texts)
+{
+    const QString application = endOfTitle(texts.windowTitle);
+    if (!application.isEmpty() && application.size() <= longestName)
+        return application;
+    return texts.software.size() <= longestName && !isMaker(texts.software) ? texts.software
+                                                                            : QString();
+}
