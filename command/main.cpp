@@ -4,7 +4,7 @@
 #include "command/exitStatus.h"
 #include "command/runs.h"
 
-#include <QtGlobal>
+#include <QCoreApplication>
 
 namespace
 {
@@ -20,6 +20,10 @@ int main(int argc, char **argv)
     const CommandLine line = parseCommandLine(argc, argv);
     if (!line.options)
         return line.status;
+    // The thread that makes it is the main one, to which image plugins belong. Without it that
+    // would be the first thread to read a picture, and they would outlive it.
+    int arguments = 1;
+    const QCoreApplication application(arguments, argv);
     Console console;
     switch (line.options->mode) {
     case CommandOptions::Mode::Name:
