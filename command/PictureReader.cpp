@@ -2,7 +2,9 @@
 #include "command/PictureReader.h"
 
 #include "filesystem/Descriptor.h"
+#include "imaging/pictureTexts.h"
 #include "naming/NameWords.h"
+#include "naming/applicationOfPicture.h"
 #include "platform/FileWriters.h"
 #include "platform/TextRecognizer.h"
 
@@ -66,7 +68,10 @@ PictureReading PictureReader::read(const QByteArray &path)
         reading.failure = "not a picture that can be read";
     } else {
         reading.identity = *identity;
-        recognize(image, reading);
+        recognize(image,
+                  m_appName.isEmpty() ? applicationOfPicture(pictureTexts(file.number()))
+                                      : m_appName,
+                  reading);
     }
     return reading;
 }
@@ -82,9 +87,10 @@ QImage PictureReader::picture(int descriptor)
     }
 }
 
-void PictureReader::recognize(const QImage &picture, PictureReading &reading)
+void PictureReader::recognize(const QImage &picture, const QString &appName,
+                              PictureReading &reading)
 {
-    NameWords words(m_appName);
+    NameWords words(appName);
     const auto onLine = [&](const QString &line) {
         if (m_wanted == Wanted::Words)
             return words.add(line);

@@ -31,6 +31,7 @@ class PictureReader
 public:
     enum class Wanted { Words, Lines };
 
+    /// @param appName what the pictures show; where it is empty, they may tell it themselves
     PictureReader(Wanted wanted, const QString &appName);
     ~PictureReader();
     Q_DISABLE_COPY_MOVE(PictureReader)
@@ -39,7 +40,7 @@ public:
 
 private:
     QImage picture(int descriptor);
-    void recognize(const QImage &picture, PictureReading &reading);
+    void recognize(const QImage &picture, const QString &appName, PictureReading &reading);
 
     const Wanted m_wanted;
     const QString m_appName;

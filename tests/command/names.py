@@ -6,12 +6,20 @@ import base64
 import json
 import os
 import pathlib
+import struct
 import subprocess
 import unittest
+import zlib
 
 from command_case import COMMAND, PAGES, CommandCase, digests, tool_name
 
 LOG = pathlib.Path("/tmp/Velmora.log")
+
+
+def chunk(kind, content):
+    """A part of a PNG file; the first one, of 25 bytes, follows the signature's eight."""
+    return (struct.pack(">I", len(content)) + kind + content +
+            struct.pack(">I", zlib.crc32(kind + content)))
 
 
 class Names(CommandCase):
@@ -29,6 +37,15 @@ class Names(CommandCase):
         self.put(tool_name(1))
         self.assertEqual(self.lines("--app", "Google Chrome", tool_name(1)),
                          [[tool_name(1), "chrome-quarterly-budget-meeting.png"]])
+
+    def test_the_application_may_stand_in_the_picture_file(self):
+        page = self.page().read_bytes()
+        (self.folder / tool_name(1)).write_bytes(
+            page[:33] + chunk(b"tEXt", b"windowTitle\0Budget - Mozilla Firefox") + page[33:])
+        self.assertEqual(self.lines(tool_name(1)),
+                         [[tool_name(1), "mozilla-quarterly-budget-meeting.png"]])
+        self.assertEqual(self.lines("--app", "Editor", tool_name(1)),
+                         [[tool_name(1), "editor-quarterly-budget-meeting.png"]])
 
     def test_the_order_is_that_of_the_arguments(self):
         for number in range(12):
