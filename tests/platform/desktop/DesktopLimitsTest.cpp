@@ -23,7 +23,11 @@ class DesktopLimitsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { qunsetenv("WAYLAND_DISPLAY"); }
+    void cleanup()
+    {
+        qunsetenv("WAYLAND_DISPLAY");
+        qunsetenv("SWAYSOCK");
+    }
 
     void aStatusBarThatComesLateIsMissingUntilThen()
     {
@@ -36,7 +40,7 @@ private Q_SLOTS:
         QCOMPARE(changes.size(), 1);
     }
 
-    void aCompositorThatTellsOfItsWindowsLacksNothing()
+    void aCompositorThatTellsOfItsWindowsLacksNoApplicationInFront()
     {
         if (!Sway::isInstalled())
             QSKIP("sway or setpriv is not installed");
@@ -47,6 +51,12 @@ private Q_SLOTS:
             return !limits->missing().contains(DesktopLimit::ApplicationInFront);
         };
         QVERIFY(Waiting::staysTrue(tells, 1s));
+    }
+
+    void swayLacksAPlaceForTheTray()
+    {
+        qputenv("SWAYSOCK", "/run/user/1000/sway-ipc.sock");
+        QCOMPARE(makeDesktopLimits()->missing(), QList{DesktopLimit::TrayPlace});
     }
 
     void aWaylandDesktopThatTellsNothingLacksTheApplicationInFront()
