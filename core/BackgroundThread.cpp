@@ -6,11 +6,11 @@
 #include <mutex>
 #include <thread>
 
-/// What the thread keeps when its owner has gone.
+/// Shared with the thread, which may outlive its owner.
 struct BackgroundThread::Shared {
     std::mutex lock;
     std::condition_variable changed;
-    std::deque<std::function<void()>> tasks; ///< the first one is under way
+    std::deque<std::function<void()>> tasks; ///< the first one is running
     bool isStarted = false;
     bool mayEnd = false;
 
@@ -41,7 +41,7 @@ BackgroundThread::~BackgroundThread()
     waitUntilIdle(m_longestWait);
     const std::scoped_lock locker(m_shared->lock);
     m_shared->mayEnd = true;
-    // What has not begun by now is for nobody any more.
+    // Tasks that have not begun are no longer needed.
     if (m_shared->tasks.size() > 1)
         m_shared->tasks.erase(m_shared->tasks.begin() + 1, m_shared->tasks.end());
     m_shared->changed.notify_all();
@@ -70,7 +70,8 @@ size_t BackgroundThread::tasksLeft() const
     return m_shared->tasks.size();
 }
 
-/// Nobody waits for the thread itself, only for what it does: it may be one that is left behind.
+/// Detached, since a task may never return. waitUntilIdle() waits for the tasks, not for the
+/// thread.
 void BackgroundThread::start()
 {
     m_shared->isStarted = true;

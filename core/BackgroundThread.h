@@ -10,24 +10,25 @@
 #include <type_traits>
 #include <utility>
 
-/// One thread that does what it is given, one thing after the other.
+/// One thread that runs its tasks one after the other.
 ///
-/// What it is given may never end: a call on a dead network folder does not. The thread is then
-/// left behind, with what it holds, and the program goes on and ends without it. So tasks own what
-/// they use, or share it; none may refer to an object that can be gone.
+/// A task may never return, for example a call on a dead network mount. The thread is then
+/// abandoned with everything it holds, and the program goes on, and exits, without it. So tasks
+/// must own or share what they use, and must not refer to an object that may be destroyed before
+/// them.
 class BackgroundThread
 {
 public:
-    /// Starts no thread before there is something to do.
-    /// @param longestWait how long the destructor waits for what is still to be done
+    /// The thread starts with the first task.
+    /// @param longestWait how long the destructor waits for unfinished tasks
     explicit BackgroundThread(std::chrono::milliseconds longestWait);
     ~BackgroundThread();
     Q_DISABLE_COPY_MOVE(BackgroundThread)
 
-    /// Never waits. Any thread.
+    /// Never blocks. Any thread.
     void run(std::function<void()> task);
 
-    /// The same for work with a result. Never waits. The future of work that is dropped is
+    /// Like run(), for work with a result. Never blocks. If the work is dropped, its future is
     /// cancelled.
     template <typename Work>
     QFuture<std::invoke_result_t<Work>> ask(Work work)
@@ -42,11 +43,11 @@ public:
         return promise->future();
     }
 
-    /// Waits until everything has been done that was given before, at most so long. False when
-    /// that was not long enough. Any thread but this one.
+    /// Waits at most `longestWait` until all earlier tasks are done. False if they are not. Any
+    /// thread but the background one.
     bool waitUntilIdle(std::chrono::milliseconds longestWait) const;
 
-    /// How many tasks have not ended. Any thread.
+    /// The number of unfinished tasks. Any thread.
     size_t tasksLeft() const;
 
 private:

@@ -11,7 +11,7 @@ namespace
 
 struct Line {
     QByteArray text;
-    /// In the group that is looked for; empty where the line is none of its values.
+    /// Set only if the line is a value of the group.
     QString key;
 };
 
@@ -25,7 +25,7 @@ QByteArray headerOf(const QByteArray &group)
     return '[' + group + ']';
 }
 
-/// What stands before the first group belongs to "General" too.
+/// Lines before the first group belong to "General" too.
 QList<Line> linesOf(const QByteArray &text, const QByteArray &group)
 {
     QList<Line> lines;
@@ -45,13 +45,13 @@ QList<Line> linesOf(const QByteArray &text, const QByteArray &group)
     return lines;
 }
 
-/// Takes a value's text apart, from left to right.
+/// Parses the text of a value, from left to right.
 class ValueReader
 {
 public:
     explicit ValueReader(const QByteArray &text) : m_text(QString::fromUtf8(text)) {}
 
-    /// The parts between the commas.
+    /// The parts between commas.
     QStringList parts()
     {
         while (m_at < m_text.size()) {
@@ -74,7 +74,7 @@ public:
 private:
     static bool isSeparator(QChar letter) { return letter == u',' || letter == u';'; }
 
-    /// Spaces around a part count only in quotes.
+    /// Spaces around a part count only if they are quoted.
     void take(QChar letter)
     {
         const bool isSpace = !m_isQuoted && (letter == u' ' || letter == u'\t');
@@ -131,11 +131,12 @@ private:
     qsizetype m_at = 0;
     bool m_isQuoted = false;
     QString m_part;
-    qsizetype m_kept = 0; ///< so much of the part is no space at its end
+    qsizetype m_kept = 0; ///< length of the part without trailing spaces
     QStringList m_parts;
 };
 
-/// "@" begins what is no string; doubled it is one. Nothing for what only QSettings understands.
+/// "@" marks a value that is not a string; "@@" is an escaped "@". Nothing for values that only
+/// QSettings understands.
 std::optional<QString> stringOf(const QString &part)
 {
     if (!part.startsWith(u'@'))
@@ -199,7 +200,7 @@ QByteArray escapedLetters(const QString &string)
     return result + plain.toUtf8();
 }
 
-/// In quotes where it holds what would end it outside of them.
+/// Quoted if it contains a character that would otherwise end it.
 QByteArray written(QString string)
 {
     if (string.startsWith(u'@'))
@@ -225,7 +226,7 @@ QByteArray textOf(const QVariant &value)
     return parts.join(", ");
 }
 
-/// Where a new value goes: behind the last line of the group that holds something.
+/// Where a new value goes: after the last non-empty line of the group.
 qsizetype endOfGroup(QList<Line> &lines, const QByteArray &group)
 {
     const auto header = std::find_if(lines.begin(), lines.end(), [&group](const Line &line) {

@@ -7,18 +7,18 @@
 #include <QString>
 #include <QVariant>
 
-/// The values of a group of a settings file, in the form that QSettings gives such
-/// files: a value is a string, or a list of strings. Values that can't be understood are left out.
+/// Reads and writes one group of a settings file in the format of QSettings. A value is a string or
+/// a list of strings. Values that cannot be parsed are left out.
 ///
-/// QSettings itself reads and writes by path, and there it waits: for a pipe to be written, and for
-/// a lock that may be anything and may have been left by anybody.
+/// QSettings itself is not used because it opens files by path and can block there: on a pipe that
+/// nobody writes to, or on a lock that is stale or not a file at all.
 namespace IniText
 {
 
 QHash<QString, QVariant> values(const QByteArray &text, const QByteArray &group = "General");
 
-/// The text with these values changed; an invalid one takes its key out. Everything else, comments
-/// and other groups too, stays as it is. Keys are of letters, digits, "-" and "_".
+/// The text with these values changed; an invalid value removes its key. Everything else, including
+/// comments and other groups, is unchanged. Keys consist of letters, digits, "-" and "_".
 QByteArray changed(const QByteArray &text, const QMap<QString, QVariant> &changes,
                    const QByteArray &group = "General");
 

@@ -8,36 +8,36 @@
 
 #include <memory>
 
-/// Where one domain of preferences lies on the disk: its values by key, each a string or a list of
-/// strings. All calls block for the disk; any thread, one at a time.
+/// One domain of preferences on disk: its values by key, each a string or a list of strings. All
+/// calls block for the disk. Any thread, but only one at a time.
 ///
 /// The domain "velmora" is the program's own.
 class SettingsFile
 {
 public:
     using Values = QHash<QString, QVariant>;
-    /// An invalid value takes its key out.
+    /// An invalid value removes its key.
     using Changes = QMap<QString, QVariant>;
 
     explicit SettingsFile(const QString &domain);
     ~SettingsFile();
     Q_DISABLE_COPY_MOVE(SettingsFile)
 
-    /// The file, for who looks at it or watches it.
+    /// The path of the file, for reading or watching it.
     const QString &path() const;
 
-    /// What is stored now. A domain that is not there, or whose place something else has taken
-    /// (a pipe, a folder, a link, a huge file), is empty; one that the disk can't tell of just now
-    /// is as it was last.
+    /// The values that are stored now. Empty if the domain does not exist or something else has its
+    /// path (a pipe, a folder, a link, a huge file). If the disk reports an error, the values of
+    /// the last successful read.
     const Values &read();
 
-    /// Makes what is there already the user's alone, as what is stored anew always is, and clears
-    /// away what a killed writer has left.
+    /// Makes an existing file private to the user, as new files always are, and removes what a
+    /// killed writer left behind.
     void tidy();
 
-    /// Stores the changes beside what is stored already, whole or not at all: whoever reads the
-    /// domain finds what was there before or all of it. What has taken the domain's place is set
-    /// aside, never lost. False when the disk did not take them.
+    /// Adds the changes to what is stored, atomically: a reader finds the old values or all of the
+    /// new ones. Something else at the file's path is renamed, never lost. False if the disk
+    /// refused.
     bool write(const Changes &changes);
 
 private:

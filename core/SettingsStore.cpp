@@ -12,27 +12,27 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-/// For the first values, which the program needs to begin with.
+/// For the first values, which the program needs to start.
 constexpr auto longestWaitForFirstRead = 50ms;
-/// A third of a frame of the screen.
+/// A third of a frame.
 constexpr auto longestWaitForChanges = 5ms;
-/// A disk that was slow once is not waited for again so soon.
+/// After a slow answer, reads do not wait for the disk for this long.
 constexpr auto timeOfImpatience = 1s;
-/// For one who has time.
+/// For callers that can wait.
 constexpr auto longestRead = 60s;
-/// Before the program ends.
+/// At program exit.
 constexpr auto longestWaitAtEnd = 2s;
 
 } // namespace
 
-/// What the thread keeps if it is left behind.
+/// Shared with the thread, which may outlive the store.
 struct SettingsStore::State {
     explicit State(const QString &domain) : path(), file(domain) { path = file.path(); }
 
     QString path;
-    SettingsFile file; ///< the thread's own
+    SettingsFile file; ///< used by the thread only
 
-    std::mutex lock; ///< of everything below
+    std::mutex lock; ///< guards everything below
     SettingsFile::Values stored;
     SettingsFile::Changes unstored;
     bool isRead = false;
@@ -51,7 +51,7 @@ struct SettingsStore::State {
         isRead = true;
     }
 
-    /// What the disk has refused is tried again with what is set next.
+    /// Changes that the disk refused are tried again with the next change.
     void store()
     {
         SettingsFile::Changes changes;
@@ -65,7 +65,7 @@ struct SettingsStore::State {
         stored = values;
         isRead = true;
         for (auto each = changes.cbegin(); isStored && each != changes.cend(); ++each) {
-            // It may have been set again meanwhile.
+            // It may have been set again in the meantime.
             if (unstored.value(each.key()) == each.value())
                 unstored.remove(each.key());
         }

@@ -11,41 +11,41 @@
 
 /// The values of one domain of preferences, each a string or a list of strings. Any thread.
 ///
-/// They are in memory: they are read, and written, by a thread of the store's own, and nobody waits
-/// for the disk. Yet a change that another process has made is seen at the next read: each read has
-/// the thread ask the file system whether there is one. An ordinary disk answers at once; from one
-/// that does not, the change is seen as soon as it has been read.
+/// The values are kept in memory. The store's own thread reads and writes them, so callers never
+/// wait for a slow disk. Changes by another process are still seen at the next read, because each
+/// read makes the thread ask the file system for changes. An ordinary disk answers at once; with a
+/// slow one, the change is seen once it has been read.
 class SettingsStore
 {
 public:
-    /// Begins to read the domain.
+    /// Starts to read the domain.
     explicit SettingsStore(const QString &domain);
-    /// Waits until what was set is stored, but not for a disk that does not answer.
+    /// Waits until all changes are stored, but gives up on a disk that does not answer.
     ~SettingsStore();
 
     /// The file that holds the domain.
     QString fileName() const;
 
-    /// Invalid where there is none, and where the disk has not yet told. Takes some milliseconds at
-    /// most, and some hundredths of one as a rule.
+    /// Invalid if there is no such value, or if the disk has not answered yet. Takes a few
+    /// milliseconds at most, and usually a few hundredths of one.
     QVariant value(const QString &key) const;
     QStringList allKeys() const;
 
-    /// Seen by all reads from now on, and stored soon after. A string, a list of strings, or a
-    /// boolean, which is the string "true" or "false".
+    /// Visible to all reads from now on, and stored soon after. The value is a string, a list of
+    /// strings, or a boolean, which is stored as the string "true" or "false".
     void setValue(const QString &key, const QVariant &value);
     void remove(const QString &key);
-    /// Waits until it is known what there is to remove.
+    /// Waits until the domain has been read, so that it knows which keys to remove.
     void clear();
 
-    /// Reads what another process may have stored, however long that takes. Any thread but one that
-    /// somebody waits for.
+    /// Reads what another process may have stored, however long that takes. Do not call it on a
+    /// thread that must not block.
     void readAgain() const;
 
-    /// Whether the domain has been read, or has been within this time.
+    /// Whether the domain is read before the time is up.
     bool waitUntilRead(std::chrono::milliseconds longestWait) const;
 
-    /// Whether all that was set is stored, or has been within this time.
+    /// Whether all changes are stored before the time is up.
     bool waitUntilStored(std::chrono::milliseconds longestWait) const;
 
 private:

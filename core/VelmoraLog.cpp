@@ -17,10 +17,10 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Before the program ends.
+/// At program exit.
 constexpr auto longestWaitAtExit = 1s;
 
-/// So many lines wait for a disk that does not answer; those after them are lost.
+/// While the disk does not answer, at most this many lines wait; later ones are lost.
 constexpr size_t mostWaitingLines = 1000;
 
 constexpr int safeFlags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
@@ -32,9 +32,9 @@ bool isRegularFile(int descriptor)
     return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// Appends, or creates the file. Two opens, since one with O_CREAT is refused for another user's
-/// file in a sticky folder even where appending is allowed; and once more where somebody else has
-/// created the file in between.
+/// Opens the file for appending, or creates it. Two opens are needed: in a sticky folder, O_CREAT
+/// is refused for another user's file even where appending is allowed. A third one covers a file
+/// that another process created in between.
 int openLog(const char *path)
 {
     int descriptor = ::open(path, safeFlags | O_APPEND);
@@ -64,7 +64,7 @@ void appendLine(const QByteArray &path, const QByteArray &line)
 
 BackgroundThread &writer()
 {
-    // Never destroyed: a thread that was left behind may still have something to say.
+    // Never destroyed: an abandoned thread may still write to the log.
     static BackgroundThread &thread = *new BackgroundThread(0ms);
     struct WriteAtExit {
         ~WriteAtExit() { thread.waitUntilIdle(longestWaitAtExit); }

@@ -5,5 +5,5 @@
 #include <QString>
 
 /// The timestamp in log lines and fallback names: "yyyyMMdd-HHmmss" in the user's locale and the
-/// system's time zone, for instance 20260115-093012.
+/// system's time zone, for example 20260115-093012.
 QString velmoraTimestamp(const QDateTime &moment = QDateTime::currentDateTime());

@@ -31,7 +31,7 @@ SmallFile failure()
     }
 }
 
-/// The file may have grown or shrunk since it had the expected size.
+/// The file may have grown or shrunk since its size was read.
 SmallFile readAll(int descriptor, qsizetype expected)
 {
     QByteArray content(expected + 1, Qt::Uninitialized);
@@ -60,8 +60,7 @@ SmallFile readSmallFile(const QString &path, Links links)
 {
     const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
-    // Merely opening a device or a pipe may do something; so the kind is looked at before and
-    // after.
+    // Opening a device or a pipe can have side effects, so the type is checked before and after.
     const int found = links == Links::Follow ? ::stat(name.constData(), &status)
                                              : ::lstat(name.constData(), &status);
     if (found != 0)

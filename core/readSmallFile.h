@@ -6,29 +6,29 @@
 
 #include <optional>
 
-/// Far more than any file of settings holds; what is larger is something else.
+/// Far larger than any settings file.
 constexpr qint64 largestSmallFile = 1 << 20; // bytes
 
 enum class Links { Follow, Refuse };
 
-/// What stands at a path, as far as it can be read as a file of settings.
+/// The result of reading a path as a settings file.
 struct SmallFile {
     enum class State {
-        Absent, ///< nothing stands there
-        Read,   ///< a regular file, and this is all of it
-        Unfit,  ///< something else, too large, or not for this user to read
-        Failed, ///< the disk could not say
+        Absent, ///< nothing is there
+        Read,   ///< a regular file; `content` is all of it
+        Unfit,  ///< something else, too large, or not readable by this user
+        Failed, ///< the disk reported an error
     };
 
     State state = State::Absent;
     QByteArray content;
 };
 
-/// Reads the file at `path`. Whatever stands there (a pipe, a device, a link to one, a huge file),
-/// opening it neither waits nor does anything, and never more than `largestSmallFile` is read. A
-/// refused link is unfit; links among the folders above are followed. Any thread; blocks for the
-/// disk.
+/// Reads the file at `path`. Whatever is there (a pipe, a device, a link to one, a huge file),
+/// opening it neither blocks nor has side effects, and at most `largestSmallFile` bytes are read.
+/// With Links::Refuse, a link at `path` is unfit; links among its parent folders are followed. Any
+/// thread; blocks for the disk.
 SmallFile readSmallFile(const QString &path, Links links);
 
-/// The content, or nothing.
+/// The content if it could be read.
 std::optional<QByteArray> contentOfSmallFile(const QString &path, Links links);

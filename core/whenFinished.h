@@ -6,8 +6,8 @@
 #include <type_traits>
 #include <utility>
 
-/// Calls `handler` with the future's result, from the event loop of the thread that `receiver`
-/// lives on, unless the future was cancelled or `receiver` is gone by then. Called on that thread.
+/// Calls `handler` with the future's result from the event loop of `receiver`'s thread, unless the
+/// future was cancelled or `receiver` has been destroyed by then. Must be called on that thread.
 ///
 /// Used instead of QFuture::then with a context, because in Qt 6.4 the context must outlive the
 /// future.

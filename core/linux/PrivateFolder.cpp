@@ -21,7 +21,7 @@ constexpr mode_t ownersFile = S_IRUSR | S_IWUSR;
 constexpr mode_t ownersFolder = S_IRWXU;
 constexpr mode_t everybodyElse = S_IRWXG | S_IRWXO;
 
-/// A writer is done in milliseconds.
+/// A writer holds the lock for milliseconds.
 constexpr auto longestWaitForLock = 1s;
 constexpr auto timeBetweenTries = 5ms;
 
@@ -34,7 +34,7 @@ bool makeFolders(const QByteArray &path)
            ::mkdir(path.constData(), ownersFolder) == 0;
 }
 
-/// Opens what stands there without following a link, waiting or reading.
+/// Opens whatever is there without following a link, blocking or reading.
 int openAsItIs(const QByteArray &path)
 {
     return ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
@@ -133,7 +133,7 @@ bool PrivateFolder::setAside(const QString &name) const
     return moveAside(pathOf(name));
 }
 
-/// Hidden, and of a name that no user gives a copy of the file.
+/// Hidden, with a name that no user would give to a copy of the file.
 QByteArray PrivateFolder::draftOf(const QString &name) const
 {
     return m_path + "/." + QFile::encodeName(name) + ".new";
@@ -144,7 +144,7 @@ QByteArray PrivateFolder::pathOf(const QString &name) const
     return m_path + '/' + QFile::encodeName(name);
 }
 
-/// On the folder itself: no file is needed that could be left behind, or be something else.
+/// Locks the folder itself. A lock file could be left behind, or be something else.
 PrivateFolder::Lock::Lock(const PrivateFolder &folder)
     : m_folder(::open(folder.m_path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {

@@ -4,28 +4,28 @@
 #include <QByteArray>
 #include <QString>
 
-/// A folder whose files are their owner's alone. All calls block for the disk. Any thread.
+/// A folder whose files are private to their owner. All calls block for the disk. Any thread.
 class PrivateFolder
 {
 public:
     explicit PrivateFolder(const QString &path);
 
-    /// Makes the folder and those above it where they are missing. False where that can't be.
+    /// Creates the folder and its missing parents. False on failure.
     bool make() const;
 
-    /// Takes from everybody else what they may do with the folder and with the file of that name,
-    /// and removes what a killed writer of the file has left.
+    /// Removes all other users' permissions from the folder and from the file of that name, and
+    /// removes what a killed writer of the file left behind.
     void tidy(const QString &name) const;
 
-    /// Gives the file of that name this content, and the disk time to keep it, in one step: there
-    /// is the old file or the new one, whole. What stands there and is no file is not replaced.
+    /// Replaces the file's content in one step and flushes it to the disk: there is always the
+    /// complete old file or the complete new one. Does not replace anything but a file.
     bool replace(const QString &name, const QByteArray &content) const;
 
-    /// Gives whatever has that name another one that nothing has.
+    /// Renames whatever has that name to a free name.
     bool setAside(const QString &name) const;
 
-    /// While it lives nobody else who asks for it has it. The system frees it when its holder dies.
-    /// Who can't have it within a second goes on without, since who holds it may be stopped.
+    /// An advisory lock on the folder. The system releases it when its holder dies. After waiting
+    /// for a second the caller goes on without it, since its holder may be stopped.
     class Lock
     {
     public:

@@ -22,8 +22,8 @@ QString folderPath()
            QStringLiteral("/velmora");
 }
 
-/// Tells one state of a file from another. File systems count time in steps of some milliseconds:
-/// what was changed so shortly before it was read may be changed again without another date.
+/// Distinguishes two states of a file. File systems keep time in steps of some milliseconds: a file
+/// that changed just before it was read may change again without getting a new date.
 class Stamp
 {
 public:

@@ -27,7 +27,7 @@ std::shared_ptr<unsigned char> allocateLargeMemory(std::size_t bytes)
         return nullptr;
     auto *const aligned =
         reinterpret_cast<unsigned char *>(roundedUp(reinterpret_cast<std::uintptr_t>(start)));
-    // If the system refuses, the pages are small, and nothing else changes.
+    // If the system refuses, the pages are small and nothing else changes.
     ::madvise(aligned, pages, MADV_HUGEPAGE);
     return {aligned, [start, mapped](unsigned char *) { ::munmap(start, mapped); }};
 }

@@ -6,14 +6,14 @@
 namespace
 {
 
-/// About a tenth of an ordinary thread's share. SCHED_IDLE would make a name wait until somebody's
-/// compilation has ended.
+/// About a tenth of an ordinary thread's share. With SCHED_IDLE, a name would have to wait for a
+/// running compilation to end.
 constexpr int niceness = 10;
 
 } // namespace
 
 void lowerThreadPriority()
 {
-    // On Linux, unlike in POSIX, 0 means the calling thread and not the whole process.
+    // On Linux, unlike in POSIX, 0 means the calling thread, not the whole process.
     ::setpriority(PRIO_PROCESS, 0, niceness);
 }

@@ -20,7 +20,7 @@ void releaseFreeMemory()
 namespace
 {
 
-/// Only segments that are never written: the others hold what the program has changed.
+/// Only releases read-only segments; the others hold data that the program has changed.
 int releaseSegments(dl_phdr_info *library, size_t, void *)
 {
     const auto pageSize = static_cast<uintptr_t>(::sysconf(_SC_PAGESIZE));

@@ -3,7 +3,7 @@
 
 #include <QSettings>
 
-/// The system's own preference store, which keeps its files itself.
+/// The system's own preference store, which manages its files itself.
 struct SettingsFile::Private {
     QSettings store;
     QString path;
@@ -13,8 +13,8 @@ struct SettingsFile::Private {
 namespace
 {
 
-/// Qt makes a domain's name of a host's, turned around, and an application's. The program's own is
-/// that of its bundle, "app.velmora.Velmora"; others are named by themselves.
+/// Qt builds a domain's name from a reversed host name and an application name. The program's own
+/// domain is its bundle identifier, "app.velmora.Velmora"; other domains go by their own names.
 QSettings storeOf(const QString &domain)
 {
     const bool isOwn = domain == QStringLiteral("velmora");

@@ -3,7 +3,7 @@
 
 #include <sys/mman.h>
 
-/// Pages are of one size here, for which an ordinary program has no choice.
+/// An ordinary program cannot choose the page size here.
 std::shared_ptr<unsigned char> allocateLargeMemory(std::size_t bytes)
 {
     void *const start =

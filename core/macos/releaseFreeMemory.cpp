@@ -5,12 +5,12 @@
 
 void releaseFreeMemory()
 {
-    // Of all zones, as much as there is.
+    // From all zones, as much as possible.
     ::malloc_zone_pressure_relief(nullptr, 0);
 }
 
-/// The system does so by itself.
+/// The system does this itself.
 void releaseCode() {}
 
-/// The system's allocator has no such setting; releaseFreeMemory() gives back what it keeps.
+/// The system's allocator has no such setting; releaseFreeMemory() returns what it keeps.
 void keepLittleFreeMemory() {}
