@@ -47,7 +47,7 @@ void FolderFollower::release()
     m_listing.setReported(false);
 }
 
-/// A default one where no folder can be reached.
+/// A default-constructed identity if no folder can be reached.
 FolderFollower::Identity FolderFollower::identityOfFolder() const
 {
     struct stat status = {};
@@ -56,8 +56,8 @@ FolderFollower::Identity FolderFollower::identityOfFolder() const
     return {status.st_dev, status.st_ino};
 }
 
-/// Armed for certain only when the path led to one folder before and after; the next look tries
-/// again otherwise.
+/// The events are certain to belong to this folder only if the path led to it before and after.
+/// Otherwise the next look tries again.
 void FolderFollower::arm(const Identity &identity)
 {
     m_coverage = m_events->arm(QFile::decodeName(m_path));

@@ -10,9 +10,9 @@
 
 #include <sys/types.h>
 
-/// The screenshot files of the folder that stands at a path, followed by its events. The folder
-/// may be missing, be removed, return, be replaced or be reached through links that change: each
-/// look() asks what stands at the path now, and arms the events anew when that is another folder.
+/// The screenshot files of the folder at a path, kept current by its events. The folder may be
+/// missing, be removed, come back, be replaced or be reached through links that change: each look()
+/// checks which folder is at the path now, and arms the events again if it is another one.
 ///
 /// Lives on the thread of its events.
 class FolderFollower : public QObject
@@ -22,18 +22,19 @@ public:
     FolderFollower(const QUrl &folder, std::unique_ptr<FolderEvents> events);
     ~FolderFollower() override;
 
-    /// Brings candidates() to what they are at `now`, and tells whether they are others than
-    /// before or have another modification date.
+    /// Updates candidates() to the state at `now`. Returns whether they changed: other files, or
+    /// another modification date.
     bool look(FileTime now);
     const FolderListing::Files &candidates() const { return m_listing.candidates(); }
 
-    /// Whether something may change without changed(), so that one has to look again and again.
+    /// Whether something may change without changed() being emitted, so that look() must be called
+    /// regularly.
     bool hasUnreported() const;
 
-    /// When the next candidate gets too old; `FileTime::max()` when there is none.
+    /// When the next candidate becomes too old; `FileTime::max()` if there is none.
     FileTime nextAgeing() const { return m_listing.nextAgeing(); }
 
-    /// Nothing is reported any more, and no descriptor stays open.
+    /// Stops all reports and closes all descriptors.
     void release();
 
 Q_SIGNALS:

@@ -22,11 +22,11 @@ using namespace std::string_view_literals;
 
 constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "tiff"sv};
 
-/// At most this many unreported entries are checked per look, in turn; a folder full of files with
-/// several names must not cost more than that while nothing happens.
+/// At most this many unreported entries are checked per look, in turn, so that a folder full of
+/// files with several names costs no more than this while nothing happens.
 constexpr int unreportedEntriesPerLook = 50;
 
-/// Listing again and again may take 1 % of the time.
+/// A pause of 100 times the listing's duration, so that regular listing takes 1 % of the time.
 constexpr int pausePerListing = 100;
 
 bool isVisibleImage(const QByteArray &name)
@@ -90,7 +90,7 @@ void FolderListing::listAgain()
 
 bool FolderListing::look(FileTime now)
 {
-    // A clock that was set back makes candidates of files that had been too old.
+    // If the clock was set back, files that were too old may be candidates again.
     m_listAgain = m_listAgain || now < m_now;
     m_now = now;
     m_altered = false;
@@ -164,8 +164,9 @@ void FolderListing::lookAtChangedEntries()
         lookAt(name);
 }
 
-/// Age alone drops no candidate: its date may have moved on unreported, by a mapped file or a
-/// descriptor that was opened before the file had its name.
+/// Candidates whose time is up are checked again before they are dropped. Their date may have
+/// changed unreported, through a mapping or a descriptor that was opened before the file had its
+/// name.
 void FolderListing::gatherAged()
 {
     if (m_now < m_nextAgeing)
@@ -201,7 +202,8 @@ void FolderListing::lookAt(const QByteArray &name)
         forget(name);
         return;
     }
-    // A new name for an old file: what is written through it is reported by this name only.
+    // A new name for an old file: from now on, writes through this name are reported under it
+    // alone.
     const auto unreported = m_unreported.find(name);
     if (hasSeveralNames(status) &&
         (unreported == m_unreported.end() || unreported->second != status.st_ino))
@@ -214,7 +216,7 @@ void FolderListing::lookAt(const QByteArray &name)
         forget(name);
 }
 
-/// The file that the entry is, if it is a candidate.
+/// The entry as a file, if it is a candidate.
 std::optional<FolderListing::File> FolderListing::judge(const QByteArray &name,
                                                         const struct stat &status)
 {
@@ -242,7 +244,7 @@ void FolderListing::forget(const QByteArray &name)
     m_altered = m_files.remove(name) || m_altered;
 }
 
-/// Empty where the name can't be said in a URL.
+/// Empty if the name cannot be expressed in a URL.
 QUrl FolderListing::urlOf(const QByteArray &name) const
 {
     if (const auto known = m_files.constFind(name); known != m_files.cend())

@@ -12,28 +12,28 @@
 #include <map>
 #include <optional>
 
-/// The screenshot files that one folder holds at a moment. Where every change of an entry is
-/// reported, only the entries that were reported, and those of which nothing can be reported, are
-/// looked at. Both ways have the same outcome.
+/// The current screenshot files of one folder. Where the file system reports every change of an
+/// entry, only the reported entries are checked, and those whose changes cannot be reported. Both
+/// ways have the same result.
 ///
-/// Where changes are not reported, a look asks for the folder's own modification date, and lists
-/// the folder when that has moved: a file that comes, goes or gets another name is seen at once.
-/// Writing into a file moves it not, and neither does what happens within one tick of the file
-/// system's clock. So the folder is listed in any case after a pause: long enough that listing
-/// takes 1 % of the time, and at most `longestPause`. That is how late such a change is seen. Its
-/// outcome is another than that of listing at each look only where a file's date changes to an old
-/// one and back within one pause: it is not seen as new a second time.
+/// Where changes are not reported, a look checks the folder's own modification date, and lists the
+/// folder if that has changed: a file that is added, removed or renamed is seen at once. Writing
+/// into a file does not change that date, and neither does a second change within one tick of the
+/// file system's clock. So the folder is also listed after a pause: long enough that listing takes
+/// 1 % of the time, and at most `longestPause`. Such a change is seen that late. The result differs
+/// from listing at each look in only one case: a file's date changes to an old one and back within
+/// one pause, and the file is not seen as new a second time.
 ///
 /// A candidate is an entry of any kind that is not hidden, whose extension is "png", "jpg", "jpeg",
-/// "heic" or "tiff" in any case, and whose own modification date is less than `candidatePeriod` ago
-/// or in the future. A name that is not UTF-8 has no URL and is never a candidate. A folder that
-/// can't be listed holds none.
+/// "heic" or "tiff" in any case, and whose own modification date is in the future or less than
+/// `candidatePeriod` ago. A name that is not UTF-8 has no URL and is never a candidate. A folder
+/// that cannot be listed has no candidates.
 ///
-/// One blind spot where changes are reported: an old file with a single name is given a second one
-/// in another folder and rewritten through that. The system reports neither, and the next listing
-/// finds it.
+/// One blind spot where changes are reported: an old file with a single name gets a second name in
+/// another folder and is rewritten through that one. The system reports neither, and only the next
+/// listing finds it.
 ///
-/// Any one thread; look() blocks for the file system.
+/// Not thread-safe. look() blocks for the file system.
 class FolderListing
 {
 public:
@@ -49,29 +49,29 @@ public:
 
     explicit FolderListing(const QUrl &folder);
 
-    /// From now on, whether entriesChanged() and listAgain() are called for every change that is
-    /// made to an entry by its name in the folder. At first they are not. Where they are or were,
-    /// the next look() lists.
+    /// Whether entriesChanged() and listAgain() are called, from now on, for every change that is
+    /// made to an entry by its name in the folder. Initially false. The next look() lists the
+    /// folder if they are called now, or were before.
     void setReported(bool reported);
     void entriesChanged(const QStringList &names);
     void listAgain();
 
-    /// Brings candidates() to what they are at `now`, and tells whether they are others than
-    /// before or have another modification date.
+    /// Updates candidates() to the state at `now`. Returns whether they changed: other files, or
+    /// another modification date.
     bool look(FileTime now);
 
     const Files &candidates() const { return m_files; }
 
-    /// Whether something may change that nobody reports, so that one has to look again and again.
+    /// Whether something may change unreported, so that look() must be called regularly.
     bool hasUnreported() const { return !m_isReported || m_listAgain || !m_unreported.empty(); }
 
-    /// When the next candidate gets too old; `FileTime::max()` when there is none.
+    /// When the next candidate becomes too old; `FileTime::max()` if there is none.
     FileTime nextAgeing() const { return m_nextAgeing; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    /// Which folder stands at the path, and when an entry of it last came or went.
+    /// Which folder is at the path, and when an entry of it was last added or removed.
     struct FolderState {
         FolderState() = default;
         explicit FolderState(const struct stat &status);
@@ -105,8 +105,8 @@ private:
     Clock::time_point m_nextListing;
     Files m_files;
     QSet<QByteArray> m_changed;
-    /// Images whose changes are not reported by their name, with their inode: folders, whose date
-    /// follows their own content, and files with several names.
+    /// Images whose changes are not reported under their name, with their inode: files with several
+    /// names, and folders, whose date follows their own content.
     std::map<QByteArray, ino_t> m_unreported;
     QByteArray m_lastUnreported;
 };

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// UTF-8 sorts as its code points do; canonically equal names sort as one.
+/// UTF-8 sorts in the order of its code points. Canonically equivalent names get the same key.
 QByteArray sortKey(const QUrl &url)
 {
     return FileUrls::lastPathComponent(url).normalized(QString::NormalizationForm_C).toUtf8();

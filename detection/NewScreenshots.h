@@ -7,9 +7,9 @@
 #include <QSet>
 #include <QUrl>
 
-/// Which candidates of a folder are new: those that the scan before did not see, that nobody asked
-/// to ignore, and that were modified no earlier than `grace` before the watcher was made. Any one
-/// thread.
+/// Finds the new candidates of a folder: those that the previous scan did not see, that are not to
+/// be ignored, and that were modified no earlier than `grace` before the watcher was created. Not
+/// thread-safe.
 class NewScreenshots
 {
 public:
@@ -17,17 +17,17 @@ public:
 
     explicit NewScreenshots(FileTime startedAt);
 
-    /// The files that are there at the start, which are known. Those whose status was changed at
-    /// `cameSince` or later came while the start was under way, and are not.
+    /// Takes the existing files as known, except those whose status changed at `cameSince` or
+    /// later: these arrived while the watcher was starting.
     void start(const FolderListing::Files &candidates, FileTime cameSince = FileTime::max());
 
-    /// The new files, by file name in the order of its Unicode code points.
+    /// The new files, sorted by file name in code point order.
     QList<QUrl> scan(const FolderListing::Files &candidates);
 
-    /// The file is never new, for as long as this object lives.
+    /// The file is never reported as new, for the lifetime of this object.
     void ignore(const QUrl &url);
 
-    /// The file is new at the next scan, if it is there and nobody asked to ignore it.
+    /// The file is new at the next scan, if it exists then and is not ignored.
     void forget(const QUrl &url) { m_knownFiles.remove(url); }
 
 private:

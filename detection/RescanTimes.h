@@ -5,8 +5,8 @@
 #include <optional>
 #include <set>
 
-/// When a folder is looked at again after its events: three times after each, and no event cancels
-/// the looks of one before it. Knows no clock: every call says what time it is.
+/// When to rescan a folder after its events: three times after each event. A later event does not
+/// cancel the rescans of an earlier one. Has no clock: every call passes the time.
 class RescanTimes
 {
 public:
@@ -14,13 +14,13 @@ public:
 
     void eventAt(Time now);
 
-    /// Whether a look is due, which it is once for all that are.
+    /// Whether a rescan is due. All rescans that are due count as one.
     bool takeDue(Time now);
 
-    /// How long until the next one; nothing when there is none.
+    /// The time until the next rescan; nothing if there is none.
     std::optional<std::chrono::milliseconds> next(Time now) const;
 
 private:
-    /// To the millisecond, so that a storm of events makes no storm of timers.
+    /// Rounded to milliseconds, so that a storm of events does not make a storm of timers.
     std::set<std::chrono::time_point<std::chrono::steady_clock, std::chrono::milliseconds>> m_times;
 };

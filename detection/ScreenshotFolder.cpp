@@ -13,13 +13,13 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Reading two small files takes a millisecond; a busy machine at login a little longer.
+/// Reading two small files takes a millisecond, or a little longer on a busy machine at login.
 constexpr auto longestWaitForFirstAnswer = 100ms;
 
-/// The end of the program waits this long for a reading that hangs.
+/// At program exit, the wait for a read that hangs.
 constexpr auto longestWaitAtTheEnd = 1s;
 
-/// What stands at a path and is no folder. A folder that is missing may come.
+/// Whether something other than a folder is at the path. A missing folder may still appear.
 bool isSomethingElse(const QUrl &folder)
 {
     const QFileInfo info(folder.toLocalFile());
@@ -28,7 +28,7 @@ bool isSomethingElse(const QUrl &folder)
 
 } // namespace
 
-/// What the first reading hands to whoever waits for it.
+/// The result of the first read, for a caller that waits for it.
 struct ScreenshotFolder::FirstAnswer {
     QUrl folder;
     QSemaphore done;
@@ -62,7 +62,7 @@ void ScreenshotFolder::choose(const QUrl &folder)
         return;
     ScreenshotFolderResolver::setScreenshotFolder(m_preferences, folder);
     m_folder = FileUrls::standardized(folder);
-    // What is being read may be from before.
+    // A read in progress may still return the old value.
     m_isOutdated = m_isResolving;
 }
 

@@ -9,29 +9,29 @@
 
 #include <memory>
 
-/// The folder in which the system saves screenshots: the one answer for all who ask. It is found
-/// out in the background, remembered, and followed when the system's or the desktop tool's
-/// settings change. A setting that names something else than a folder is no answer; the folder
-/// before it stays. Main thread.
+/// The folder in which the system saves screenshots, for everything in the program that needs it.
+/// It is determined in the background, cached, and updated when the settings of the system or of
+/// the desktop's screenshot tool change. A setting that names something other than a folder is
+/// ignored, and the previous folder stays. Main thread.
 class ScreenshotFolder : public QObject
 {
     Q_OBJECT
 public:
-    /// Begins to find out. The preferences outlive this object.
+    /// Starts to determine the folder. The preferences must outlive this object.
     explicit ScreenshotFolder(ScreenshotPreferences &preferences, QObject *parent = nullptr);
     ~ScreenshotFolder() override;
 
-    /// Standardised; it need not exist. Answers from memory. Only the first call may wait a moment
-    /// for the first answer; where that takes long, the home's "Desktop" stands in for it, and
-    /// changed() tells of the answer.
+    /// Standardised; it need not exist. Answers from memory. Only the first call may wait, briefly,
+    /// for the first result. If that takes too long, the answer is "Desktop" in the user's home,
+    /// and changed() reports the result later.
     QUrl current();
 
-    /// Makes the system save in `folder` (`ScreenshotFolderResolver::setScreenshotFolder`), which
-    /// is the answer from now on. A URL that is no local one changes nothing.
+    /// Makes the system save to `folder` (`ScreenshotFolderResolver::setScreenshotFolder`), which
+    /// is the answer from now on. A URL that is not local changes nothing.
     void choose(const QUrl &folder);
 
 Q_SIGNALS:
-    /// The settings name another folder than current() did, and not by choose().
+    /// The settings now name another folder than current() did, and not because of choose().
     void changed(const QUrl &folder);
 
 private:

@@ -23,7 +23,7 @@ namespace
 
 using namespace std::string_view_literals;
 
-/// One more than the watcher takes.
+/// One extension more than the watcher accepts.
 constexpr std::array imageExtensions = {"png"sv, "jpg"sv, "jpeg"sv, "heic"sv, "tiff"sv, "tif"sv};
 
 constexpr size_t longestUserEntry = 16384;
@@ -44,7 +44,7 @@ QString homeOfUser(const QString &name)
     return found ? QFile::decodeName(found->pw_dir) : QString();
 }
 
-/// The path with a leading "~" or "~user" replaced; as it stands when there is no such user.
+/// The path with a leading "~" or "~user" expanded; unchanged if there is no such user.
 QString expandTilde(const QString &path)
 {
     if (!path.startsWith(u'~'))
@@ -68,14 +68,14 @@ FileTime modificationDateAt(int folder, const char *path)
     return FileTimes::modified(status);
 }
 
-/// The folder's next entry; null at its end, and with an error where it can't be read.
+/// The folder's next entry; null at its end, and, with errno set, if it cannot be read.
 const dirent *nextEntry(DIR *folder)
 {
     errno = 0;
     return ::readdir(folder);
 }
 
-/// Nothing where the folder can't be read to its end.
+/// Nothing if the folder cannot be read completely.
 std::optional<std::vector<DatedFile>> imagesIn(const QString &path)
 {
     DIR *const folder = ::opendir(QFile::encodeName(path).constData());

@@ -11,7 +11,7 @@ namespace
 
 constexpr auto tickInterval = 100ms;
 
-/// A file of the far future has this long.
+/// For files dated far in the future.
 constexpr std::chrono::milliseconds longestTimer = 24h;
 
 RescanTimes::Time steadyNow()
@@ -51,7 +51,7 @@ void ScreenshotScanner::start(FileTime newSince, FileTime calledAt,
     m_newScreenshots.start(m_follower->candidates(),
                            startedLate ? std::min(newSince, calledAt) : newSince);
     connect(&*m_follower, &FolderFollower::changed, this, [this] { scanAndScheduleRescans(); });
-    // What came meanwhile is in the snapshot already, and no event tells of it again.
+    // Files in the snapshot that count as new cause no further event.
     scan();
 }
 
@@ -66,7 +66,7 @@ void ScreenshotScanner::stop()
 
 void ScreenshotScanner::scan()
 {
-    // The same candidates as at the last scan hold nothing new.
+    // Unchanged candidates contain nothing new.
     const bool altered = m_follower->look(FileTimes::now());
     startTickOrAgeing();
     if (!altered && m_hasScanned)

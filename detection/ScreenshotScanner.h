@@ -13,12 +13,12 @@
 #include <memory>
 #include <optional>
 
-/// What a ScreenshotWatcher does on its own thread: it scans the folder when its events tell of a
-/// change, three times shortly after, and ten times a second. Where its events tell of everything,
-/// a scan that follows no event would find nothing: there the tick stands still, and only a
-/// candidate that gets too old has a timer.
+/// The part of a ScreenshotWatcher that runs on its thread. It scans the folder when an event
+/// reports a change, three times shortly after, and ten times a second. Where events report every
+/// change, a scan without an event would find nothing, so the tick stops there, and a timer runs
+/// only for the next candidate that becomes too old.
 ///
-/// May be made on another thread and moved; the constructor and `ignore` touch no file.
+/// May be created on another thread and moved: the constructor and `ignore` access no file.
 class ScreenshotScanner : public QObject
 {
     Q_OBJECT
@@ -28,19 +28,19 @@ public:
     ScreenshotScanner(const QUrl &folder, FileTime startedAt, MakeFolderEvents makeFolderEvents);
     ~ScreenshotScanner() override;
 
-    /// Takes the snapshot of what is known and begins to scan.
-    /// @param newSince the snapshot's files that came at this moment or later are new
-    /// @param startedLate whether, after the snapshot, those that came since `calledAt` are new
-    ///                    too, since nobody waited for it
+    /// Takes a snapshot of the known files and starts to scan.
+    /// @param newSince files in the snapshot that arrived at this time or later are new
+    /// @param startedLate if it is set once the snapshot is taken, files that arrived since
+    ///        `calledAt` are new, too, because the caller did not wait for the snapshot
     void start(FileTime newSince, FileTime calledAt, const std::atomic_bool &startedLate);
 
-    /// Ends the events and the ticks. Rescans that are under way still happen.
+    /// Stops the events and the tick. Rescans that are scheduled still happen.
     void stop();
 
     void ignore(const QUrl &url) { m_newScreenshots.ignore(url); }
 
-    /// The file was gone when its report `number` arrived. It is reported again if it is back and
-    /// that was its last report.
+    /// The file no longer existed when its report `number` arrived. If that was its last report, it
+    /// is reported again once it is back.
     void missed(const QUrl &url, int number);
 
 Q_SIGNALS:

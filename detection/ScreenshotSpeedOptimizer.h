@@ -6,19 +6,19 @@
 #include <QString>
 #include <QStringList>
 
-/// Turns off the wait that the system puts between taking a screenshot and saving it, and runs the
-/// commands that the system's settings need.
+/// Turns off the system's delay between taking a screenshot and saving it, and runs the commands
+/// that the system's settings need.
 namespace ScreenshotSpeedOptimizer
 {
 
-/// False too where nothing, or no boolean, is stored. Main thread.
+/// Also false if no value, or a value that is not a boolean, is stored. Main thread.
 bool isAppleThumbnailDisabled(const ScreenshotPreferences &preferences);
 
-/// Main thread; returns when the system's tools have been told.
+/// Returns once the system's tools have been notified. Main thread.
 void disableAppleThumbnail(ScreenshotPreferences &preferences);
 
-/// Runs a program, by its path, and waits until it ends. Its status and its output are ignored; one
-/// that can't be started is logged. Any thread.
+/// Runs the program at this path and waits until it ends. Its exit status and output are ignored. A
+/// program that cannot be started is logged. Any thread.
 void run(const QString &executable, const QStringList &arguments);
 
 } // namespace ScreenshotSpeedOptimizer

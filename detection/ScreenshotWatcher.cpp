@@ -20,14 +20,14 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// About one frame of the screen: long enough to list thousands of files.
+/// About one frame: long enough to list thousands of files.
 constexpr auto longestWaitForSnapshot = 20ms;
 
-/// A listing on a dead network folder may never end; the program ends without its thread.
+/// Listing a dead network mount may never return; the program then exits without this thread.
 constexpr auto longestWaitForThread = 1s;
 
-/// A thread that is left to end by itself. The application waits for it at its own end, since a
-/// thread must not outlive what Qt itself clears away then.
+/// A thread that ends on its own. The application waits for it at exit, because a thread must not
+/// outlive what Qt destroys then.
 class LeftThread : public QObject
 {
 public:
@@ -46,14 +46,14 @@ private:
     QThread *m_thread;
 };
 
-/// Also a link that leads nowhere stands there.
+/// True also for a dangling symbolic link.
 bool stands(const QUrl &url)
 {
     struct stat status = {};
     return ::lstat(QFile::encodeName(url.toLocalFile()).constData(), &status) == 0;
 }
 
-/// What start() and the snapshot have to tell each other.
+/// Shared between start() and the snapshot.
 struct Start {
     QSemaphore done;
     std::atomic_bool late = false;
@@ -146,7 +146,7 @@ void ScreenshotWatcher::timerEvent(QTimerEvent *)
             Qt::QueuedConnection);
         return;
     }
-    // A copy, since the callback may end the watcher.
+    // A copy, since the callback may destroy the watcher.
     const auto callback = m_onNewScreenshot;
     callback(url);
 }

@@ -17,40 +17,41 @@
 class QThread;
 class ScreenshotScanner;
 
-/// Calls its owner once for every image file that newly appears in one folder after the watcher
-/// was made. The folder need not exist. Never fails: a folder that can't be listed holds nothing;
-/// one without events is looked at ten times a second, as `FolderListing` says.
+/// Calls its owner once for every image file that appears in a folder after the watcher was
+/// created. The folder need not exist. Never fails: a folder that cannot be listed counts as empty,
+/// and a folder without events is checked ten times a second, as described in `FolderListing`.
 ///
-/// A file that another program puts in the place of one whose call is queued is no second file; one
-/// that is gone when its call is due is reported when it is back.
+/// If another program replaces a file whose callback is still queued, that is not a second new
+/// file. A file that is gone when its callback is due is reported once it is back.
 ///
-/// All listing happens on a thread of its own, "velmora.screenshot-watcher". Lives on the main
-/// thread. Started and stopped once; another folder takes another watcher.
+/// All listing happens on the watcher's own thread, "velmora.screenshot-watcher". Lives on the main
+/// thread. Can be started and stopped once; watching another folder takes another watcher.
 class ScreenshotWatcher : public QObject
 {
     Q_OBJECT
 public:
-    /// @param folderURL the watched folder, fixed
-    /// @param onNewScreenshot called on the main thread with each new file's standardised URL, each
-    ///        call in a turn of the event loop of its own, so that many at once don't hold up what
-    ///        the user does; never after the watcher is gone
+    /// @param folderURL the folder to watch
+    /// @param onNewScreenshot called on the main thread with the standardised URL of each new file,
+    ///        each time from its own turn of the event loop, so that many new files do not block
+    ///        user input; never called once the watcher is destroyed
     /// @param makeFolderEvents called on the watcher's thread
     ScreenshotWatcher(const QUrl &folderURL, std::function<void(const QUrl &)> onNewScreenshot,
                       std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents,
                       QObject *parent = nullptr);
     ~ScreenshotWatcher() override;
 
-    /// The files that are there now are known, but for those that came at `newSince` or later; what
-    /// comes after the return is new. Waits a moment for the listing of the folder, but not for a
+    /// Files that exist now are known, except those that arrived at `newSince` or later. Files that
+    /// arrive after this returns are new. Waits briefly for the folder's listing, but not for a
     /// large or slow one.
     void start(FileTime newSince = FileTime::max());
 
-    /// Soon after, no descriptor is open and no tick comes. A rescan that is under way and calls
-    /// that are queued still happen.
+    /// Soon after this, no descriptor is open and no tick runs. Rescans that are scheduled and
+    /// callbacks that are queued still happen.
     void stop();
 
-    /// The file is never reported from now on, whether or not it exists: also not by a call that
-    /// is queued already, since the folder may have told of it before the owner could. Any thread.
+    /// The file is never reported from now on, whether or not it exists. That includes a callback
+    /// that is already queued, because the folder's event may come before the owner's call. Any
+    /// thread.
     void ignore(const QUrl &url);
 
 private:
@@ -65,7 +66,7 @@ private:
 
     std::function<void(const QUrl &)> m_onNewScreenshot;
     QMutex m_ignoredLock;
-    /// Standardised, as the scanner keeps them too.
+    /// Standardised, as in the scanner.
     QSet<QUrl> m_ignored;
     QQueue<Report> m_reports;
     QBasicTimer m_nextTurn;
