@@ -7,6 +7,6 @@
 
 #include <functional>
 
-/// The areas of a picture with so many pixels in which nothing is to be read. Asked once the
-/// picture's size is known, from any thread; may be empty.
+/// Returns the areas of a picture of this size, in pixels, that must not be read; may be empty.
+/// Called on any thread once the picture's size is known.
 using BlindAreas = std::function<QList<QRect>(QSize picture)>;

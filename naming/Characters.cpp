@@ -12,8 +12,8 @@ constexpr char16_t firstCombiningMark = 0x0300;
 constexpr char32_t zeroWidthNonJoiner = 0x200C;
 constexpr char32_t zeroWidthJoiner = 0x200D;
 
-/// Whether each code unit is a character of its own. (Below the combining marks only the pair of
-/// carriage return and line feed is one character.)
+/// Whether each code unit is a character of its own. (Below the combining marks, the only character
+/// of two units is a carriage return with a line feed.)
 bool isSimple(QStringView text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar unit) {

@@ -5,8 +5,8 @@
 #include <QString>
 #include <QStringView>
 
-/// Text as a reader sees it: a character is a letter with all its marks (a grapheme cluster), and
-/// what kind it is follows from the Unicode properties. All functions are pure.
+/// Text as a reader sees it: a character is a letter with all its marks (a grapheme cluster),
+/// classified by its Unicode properties. All functions are pure.
 namespace Characters
 {
 
@@ -14,7 +14,7 @@ QList<QStringView> split(QStringView text);
 
 qsizetype count(QStringView text);
 
-/// The longest beginning of at most `maximum` characters.
+/// The first `maximum` characters, or the whole text if it is shorter.
 QString first(const QString &text, qsizetype maximum);
 
 bool isUpperCase(QStringView character);
@@ -25,7 +25,7 @@ bool isLowerCase(QStringView character);
 bool isLetterOrNumber(char32_t codePoint);
 bool isMark(char32_t codePoint);
 
-/// Whether the code point belongs to the character before it, whatever that is.
+/// Whether the code point always belongs to the character before it.
 bool continuesCharacter(char32_t codePoint);
 
 } // namespace Characters

@@ -14,8 +14,8 @@ namespace
 
 constexpr qsizetype maximumParts = 8;
 constexpr qsizetype maximumBaseCharacters = 58;
-/// What file systems take for a whole name, less the extension and a number. Only letters that are
-/// built of several signs come near it.
+/// The longest name that file systems accept, less an extension and a number. Only names whose
+/// letters consist of several code points come near it.
 constexpr qsizetype maximumBaseBytes = 240;
 
 constexpr QLatin1Char hyphen('-');

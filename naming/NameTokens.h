@@ -4,20 +4,20 @@
 #include <QString>
 #include <QStringList>
 
-/// The words that a name may be made of. All functions are pure; any thread.
+/// The words that a name can be made of. All functions are pure; any thread.
 namespace NameTokens
 {
 
-/// A space before each capital that follows a small letter.
+/// Inserts a space before each capital that follows a lower-case letter.
 QString splitCamelCase(const QString &text);
 
-/// The text's runs of letters and numbers, folded and in lower case.
+/// The runs of letters and numbers in the text, folded and in lower case.
 QStringList tokens(const QString &text);
 
-/// The tokens of three or more characters that are no stop words, each once.
+/// The tokens of at least three characters that are not stop words, without duplicates.
 QStringList meaningfulTokens(const QStringList &tokens);
 
-/// The application's one alias, or up to two tokens of its name.
+/// The application's alias, or else up to two tokens of its name.
 QStringList applicationTokens(const QString &appName);
 
 } // namespace NameTokens

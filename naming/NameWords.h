@@ -4,19 +4,20 @@
 #include <QString>
 #include <QStringList>
 
-/// Collects, line by line, the words of a screenshot's name: the application's first token and the
-/// first few meaningful words of the text that are not too long, no mere numbers and none of the
-/// application's. The words are the same as if all lines had been given at once, joined by spaces.
+/// Collects the words of a screenshot's name, line by line: the application's first token and the
+/// first few meaningful words of the text. Words that are too long, are plain numbers or belong to
+/// the application's name are skipped. The result is the same as if all lines came at once, joined
+/// by spaces.
 class NameWords
 {
 public:
     static constexpr qsizetype maximumTextWords = 4;
-    /// Longer words are none, but paths, keys and misreadings.
+    /// Longer runs are not words but paths, keys and misreadings.
     static constexpr qsizetype maximumCharacters = 24;
 
     explicit NameWords(const QString &appName);
 
-    /// Takes the next line of text. False when no further line can change the words.
+    /// Adds the next line of text. False if no further line can change the words.
     bool add(const QString &line);
 
     QStringList words() const;

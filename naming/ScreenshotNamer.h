@@ -20,29 +20,28 @@ class TextRecognizer;
 class ScreenshotNamer
 {
 public:
-    /// Readies the recogniser in the background. Both must outlive this object.
+    /// Warms up the recogniser in the background. Both must outlive this object.
     ScreenshotNamer(TextRecognizer &recognizer, ScreenshotImages &images);
-    /// Abandons what is being recognised and returns within a second; the futures are cancelled.
+    /// Stops the recognition in progress and returns within a second; the futures are cancelled.
     ~ScreenshotNamer();
 
-    /// Reads the picture on a background thread and answers with a name, never empty; without
-    /// readable text the application's name or the fallback name. The newest request is served
-    /// first; cancelling its future ends it. Any thread; the file may be renamed as soon as this
-    /// returns.
+    /// Reads the picture on a background thread and returns a name, never empty. Without readable
+    /// text it is the application's name or the fallback name. The newest request is served first;
+    /// cancelling its future ends it. Any thread. The file may be renamed as soon as this returns.
     ///
-    /// @param blindAreas what is not to be read, because it is none of the screenshot's own
+    /// @param blindAreas areas not to read, because they are not part of the screenshot itself
     QFuture<QString> suggestFilename(const QUrl &fileURL, const QString &appName,
                                      const BlindAreas &blindAreas = {});
 
-    /// An assumed application gives way to the one that the picture itself tells of, if any.
+    /// An assumed application is replaced by the one that the picture itself names, if any.
     enum class AppName { Known, Assumed };
 
-    /// The same for a file that has been opened; `fileURL` gives the extension.
+    /// The same for a file that is already open; `fileURL` gives the extension.
     QFuture<QString> suggestFilename(const ScreenshotImages::Held &file, const QUrl &fileURL,
                                      const QString &appName, const BlindAreas &blindAreas = {},
                                      AppName kind = AppName::Known);
 
-    // What follows is NameFile's and NameTokens', under the names by which others know it.
+    // These forward to NameFile and NameTokens, under the names that callers know.
 
     static QString fallbackName(const QString &appName, const QUrl &fileURL);
     static QString sanitize(const QString &name, const QString &fallback);

@@ -16,10 +16,10 @@
 namespace
 {
 
-/// How often a thread that waits for pixels looks whether they are still wanted.
+/// How often a thread that waits for pixels checks whether they are still wanted.
 constexpr std::chrono::milliseconds cancellationInterval{50};
 
-/// Pixels on their way from one thread to another.
+/// A picture on its way from one thread to another.
 struct Delivery {
     QImage picture;
     QSemaphore arrived;
@@ -33,7 +33,7 @@ SuggestionQueue::SuggestionQueue(TextRecognizer &recognizer, ScreenshotImages &i
     prepare();
 }
 
-/// The recogniser gets ready while the picture becomes complete and is decoded.
+/// The recogniser warms up while the picture is completed and decoded.
 void SuggestionQueue::prepare()
 {
     m_threads.start([this] {

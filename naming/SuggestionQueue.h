@@ -17,9 +17,9 @@
 
 class TextRecognizer;
 
-/// Reads the text of screenshots in threads of low priority, at most one a core, the newest
-/// screenshot first. What waits for its turn, or for its file to be complete, holds no pixels and
-/// no thread. Any thread.
+/// Reads the text of screenshots on low-priority threads, at most one per core, newest screenshot
+/// first. A request that waits for its turn, or for its file to be complete, holds no pixels and no
+/// thread. Any thread.
 class SuggestionQueue : public std::enable_shared_from_this<SuggestionQueue>
 {
 public:
@@ -29,14 +29,14 @@ public:
         QUrl fileURL; ///< gives the name's extension
         QString appName;
         BlindAreas blindAreas;
-        bool isAppNameAssumed = false; ///< the picture may know better
+        bool isAppNameAssumed = false; ///< the picture's own texts take precedence
         ScreenshotImages::Held file;
     };
 
     QFuture<QString> add(const Request &request);
 
-    /// Cancels everything and returns when nothing runs any more; recogniser and images may go
-    /// then. Whatever is added later is cancelled.
+    /// Cancels everything and returns when no thread runs any more. The recogniser and the images
+    /// may be destroyed then. Requests that are added later are cancelled.
     void stop();
 
 private:
@@ -61,5 +61,5 @@ private:
     std::mutex m_mutex;
     std::unordered_set<SuggestionPointer> m_unfinished; ///< guarded by the mutex
     int m_lastPriority = 0;                             ///< guarded by the mutex
-    QThreadPool m_threads;                              ///< started from under the mutex
+    QThreadPool m_threads;                              ///< started with the mutex held
 };

@@ -9,7 +9,7 @@ struct Alias {
     QStringView token;
 };
 
-// The last three never match, for their words are stop words.
+// The last three never match, because their words are stop words.
 constexpr Alias aliases[] = {
     {u"google-chrome", u"chrome"},
     {u"microsoft-edge", u"edge"},

@@ -3,6 +3,6 @@
 
 #include <QString>
 
-/// The one token that stands for the application whose tokens are joined to `key`; a null string
-/// where there is none.
+/// The token that replaces the application's own tokens, which are joined to `key`; a null string
+/// if there is none.
 QString applicationAlias(const QString &key);

@@ -12,13 +12,13 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// What stands before the application's name in the title of a window.
+/// What separates the application's name from the rest of a window's title.
 constexpr QStringView separators[] = {u" — ", u" – ", u" - "};
 
-/// An application's name is shorter; what is longer is a title's last words.
+/// An application's name is shorter than this; anything longer is the end of the title.
 constexpr qsizetype longestName = 40;
 
-/// Programs that make pictures of other programs' windows, and libraries that write them down.
+/// Programs that capture other programs' windows, and libraries that write picture files.
 constexpr QStringView makers[] = {
     u"screenshot", u"spectacle", u"flameshot", u"ksnip",          u"screengrab", u"grim",
     u"scrot",      u"maim",      u"shutter",   u"imagemagick",    u"gdk-pixbuf", u"libpng",
@@ -33,7 +33,7 @@ QString endOfTitle(const QString &title)
         if (at >= 0)
             begin = std::max(begin, at + separator.size());
     }
-    // A title of one part may be a document's.
+    // A title with only one part may be the name of a document.
     return begin > 0 ? title.mid(begin).trimmed() : QString();
 }
 

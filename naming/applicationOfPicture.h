@@ -5,6 +5,6 @@
 
 struct PictureTexts;
 
-/// The application that a picture shows, or that made it, as far as its own texts tell; empty
-/// otherwise. A screenshot tool and a library are no applications here. Any thread.
+/// The application that a picture shows or that created it, according to its own texts; empty if
+/// they do not say. Screenshot tools and libraries do not count. Any thread.
 QString applicationOfPicture(const PictureTexts &texts);

@@ -24,8 +24,8 @@ bool marksAreAccents(char32_t base)
     }
 }
 
-/// Spells folded letters out that stand for several ("ß" for "ss", a ligature for its letters),
-/// which QString::toCaseFolded() leaves alone. Such letters are known by their upper case.
+/// Expands folded letters that stand for several ("ß" to "ss", a ligature to its letters), which
+/// QString::toCaseFolded() leaves alone. Such letters become longer in upper case.
 QString spelledOut(const QString &text)
 {
     QString spelled;
