@@ -4,10 +4,10 @@
 #include <QString>
 #include <QUrl>
 
-/// A screenshot that holds the words that somebody searched for.
+/// A screenshot that contains the words of a search.
 struct SearchHit {
     QUrl url;
-    /// The line of its text in which they stand; empty where only its name holds them.
+    /// The line of its text that contains them; empty if only its name does.
     QString line;
 
     bool operator==(const SearchHit &) const = default;

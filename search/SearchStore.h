@@ -7,44 +7,44 @@
 
 #include <optional>
 
-/// The database file of the search: it alone is opened and set aside here. Its owner alone may read
-/// it. All calls block for the disk; one thread, which must be the same from `open` to `close`.
+/// The database file of the search; only this class opens it and sets it aside. Only its owner can
+/// read it. All calls block for the disk. From `open` to `close`, all must come from one thread.
 class SearchStore
 {
 public:
-    /// `$XDG_DATA_HOME/velmora`, or what stands for it on this system.
+    /// `$XDG_DATA_HOME/velmora`, or this system's equivalent.
     static QString defaultFolder();
 
-    /// Touches nothing.
+    /// Accesses no file.
     explicit SearchStore(const QString &folder);
     ~SearchStore();
     Q_DISABLE_COPY_MOVE(SearchStore)
 
-    /// Whether there is something to open.
+    /// Whether there is a file to open.
     bool exists() const;
 
-    /// Opens the file; makes it, empty, where there is none and it may be made. What has its name
-    /// and is no database of ours is given another name first. False when that can't be.
+    /// Opens the file. If there is none, creates an empty one, if `missing` allows it. Anything
+    /// else with that name is renamed first. False on failure.
     enum class Missing { Make, Leave };
     bool open(Missing missing);
     bool isOpen() const { return m_isOpen; }
     void close();
 
-    /// Gives the file another name that nothing has.
+    /// Renames the file to a free name.
     bool setAside();
 
-    /// Deletes the file and all that was ever set aside or written beside it.
+    /// Deletes the file and everything that was ever set aside or written beside it.
     bool remove();
 
-    /// A query that has been run; nothing when it failed.
+    /// Runs a statement; nothing if it failed.
     std::optional<QSqlQuery> run(const QString &statement, const QVariantList &values = {});
 
-    // A transaction's changes are kept whole or not at all.
+    // A transaction's changes are kept completely or not at all.
     bool begin();
     bool commit();
     void rollBack();
 
-    /// Whether what failed last failed because the file is damaged or none of ours.
+    /// Whether the last failure was because the file is damaged or not ours.
     bool isBroken() const { return m_isBroken; }
 
 private:

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// A longer query is none that somebody typed.
+/// Nobody types a longer query.
 constexpr qsizetype maximumTerms = 16;
 
 bool isWrittenWithoutSpaces(char32_t codePoint)
@@ -28,7 +28,7 @@ bool isWrittenWithoutSpaces(char32_t codePoint)
     }
 }
 
-/// With a space around each character that is a word of its own.
+/// Puts spaces around each character that is a word of its own.
 QString spaced(const QString &token)
 {
     QString text;
@@ -51,7 +51,7 @@ QString SearchTerms::indexed(const QString &text)
         words << spaced(token);
     if (text.isUpper() || text.isLower())
         return words.join(u' ');
-    // The parts of words such as "pullRequest", which stand as one word above.
+    // Adds the parts of words such as "pullRequest", which are one word above.
     for (const QString &run : text.split(u' ', Qt::SkipEmptyParts)) {
         const QString split = NameTokens::splitCamelCase(run);
         if (split.size() == run.size())

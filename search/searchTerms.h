@@ -4,20 +4,21 @@
 #include <QString>
 #include <QStringList>
 
-/// How text becomes the words that are searched for. Case and accents are folded as in file names:
+/// How text is split into the words to search for. Case and accents are folded as in file names:
 /// "Café" and "cafe" are one word. All functions are pure; any thread.
 namespace SearchTerms
 {
 
-/// What the index holds of a text: its words, separated by spaces. "pullRequest" counts as three:
-/// the whole, and its parts. Scripts without spaces between words give one word a character.
+/// The words of a text as the index stores them, separated by spaces. "pullRequest" counts as
+/// three: the whole word and its two parts. In scripts without spaces between words, each character
+/// is a word.
 QString indexed(const QString &text);
 
-/// The words of what a user has typed.
+/// The words of a query.
 QStringList ofQuery(const QString &query);
 
-/// The words as SQLite's full-text search asks for them: all of them, each as the beginning of a
-/// word. Empty when there are none.
+/// The words as a query of SQLite's full-text search: all must occur, each as the beginning of a
+/// word. Empty if there are none.
 QString expression(const QStringList &terms);
 
 } // namespace SearchTerms

@@ -25,7 +25,7 @@ QRegularExpression expression(const QString &pattern)
                                            QRegularExpression::UseUnicodePropertiesOption);
 }
 
-/// The check that every payment card's number passes.
+/// The check that every payment card number passes.
 bool passesLuhn(QStringView digits)
 {
     int sum = 0;
@@ -38,7 +38,7 @@ bool passesLuhn(QStringView digits)
     return sum % 10 == 0;
 }
 
-/// The check of ISO 13616: the first four characters go to the end, letters count from ten on.
+/// The check of ISO 13616: the first four characters move to the end, and letters count from ten.
 bool passesIban(QStringView account)
 {
     int rest = 0;
@@ -51,8 +51,8 @@ bool passesIban(QStringView account)
     return rest == 1;
 }
 
-/// Groups that stand beside each other, perhaps with a sign or a line's end between them, and that
-/// together have between `least` and `most` characters and pass the check.
+/// Finds adjacent groups, perhaps with a separator or line break between them, that together have
+/// between `least` and `most` characters and pass the check.
 template <typename Check>
 void findGroups(const QString &text, const QRegularExpression &group, qsizetype least,
                 qsizetype most, Check check, QList<Span> &found)
@@ -96,8 +96,8 @@ void findAccounts(const QString &text, QList<Span> &found)
         found);
 }
 
-/// Whether a run of letters and digits is none that somebody would write: long, with digits in
-/// several places, or with capitals everywhere.
+/// Whether a person is unlikely to have written this run of letters and digits: it is long and has
+/// digits, either in several places or among capitals throughout.
 bool looksRandom(QStringView run)
 {
     constexpr qsizetype least = 16;
@@ -122,7 +122,7 @@ bool looksRandom(QStringView run)
 
 void findKeys(const QString &text, QList<Span> &found)
 {
-    // What their makers mark as such.
+    // Keys and tokens with a known prefix.
     static const QRegularExpression marked = expression(
         u"\\b(sk|pk|rk)[-_](live|test|proj|ant)?[-_]?[\\w-]{8,}|\\bgh[pousr]_\\w{8,}"
         "|\\bgithub_pat_\\w+|\\bglpat-[\\w-]+|\\bxox[abeprs]-[\\w-]+|\\bAKIA[0-9A-Z]{12,}"
@@ -134,7 +134,7 @@ void findKeys(const QString &text, QList<Span> &found)
         const auto match = each.next();
         found.append({match.capturedStart(), match.capturedEnd()});
     }
-    // The whole word goes, so that no end of it stays.
+    // The whole word is removed, so that no part of it remains.
     static const QRegularExpression word = expression(u"[A-Z0-9+/=_.~-]{16,}"_s);
     static const QRegularExpression run = expression(u"[A-Z0-9+/]+"_s);
     for (Matches words = word.globalMatch(text); words.hasNext();) {
@@ -148,7 +148,7 @@ void findKeys(const QString &text, QList<Span> &found)
     }
 }
 
-/// In the line of a word such as "verification code", and in the two below it.
+/// On the line of a word such as "verification code", and on the next two.
 void findCodes(const QString &text, QList<Span> &found)
 {
     static const QRegularExpression label = expression(
@@ -172,7 +172,7 @@ void findCodes(const QString &text, QList<Span> &found)
     }
 }
 
-/// The rest of the line, or the next line where the word ends its own.
+/// The rest of the line, or the next line if the word is the last on its own.
 void findPasswords(const QString &text, QList<Span> &found)
 {
     static const QRegularExpression label = expression(
@@ -200,7 +200,7 @@ QString without(const QString &text, QList<Span> spans)
         const qsizetype begin = std::max(from, span.begin);
         if (span.end <= begin)
             continue;
-        // Lines stay lines.
+        // Keep the line breaks.
         const auto breaks = QStringView(text).sliced(begin, span.end - begin).count(u'\n');
         kept += breaks > 0 ? QString(breaks, u'\n') : u" "_s;
         from = span.end;
