@@ -14,7 +14,7 @@ namespace
 using ImageType = PasteboardContents::ImageType;
 using Picture = PasteboardContents::Picture;
 
-/// What has no type of its own on the clipboard stands there as PNG.
+/// Images without a clipboard type of their own are offered as PNG.
 ImageType imageType(const QUrl &url)
 {
     const QString extension = FileUrls::pathExtension(url.toLocalFile()).toLower();
@@ -27,9 +27,9 @@ ImageType imageType(const QUrl &url)
     return ImageType::Png;
 }
 
-/// Nothing when the file can't be read. The bytes are kept and not the place: by the time that
-/// somebody wants the decoded picture the file may be elsewhere. A file of too many bytes is kept
-/// open in their place, and offered decoded only.
+/// Nothing if the file cannot be read. Keeps the bytes rather than the path, because the file may
+/// have moved by the time another program asks for the decoded picture. A file that is too large is
+/// kept open instead, and offered only in decoded form.
 std::optional<Picture> picture(const QUrl &url)
 {
     const std::shared_ptr<OpenFile> file = OpenFile::open(url.toLocalFile());
@@ -45,7 +45,7 @@ std::optional<Picture> picture(const QUrl &url)
     return Picture{*bytes, imageType(url), [content = *bytes] { return decodeImage(content); }};
 }
 
-/// A file reference counts as put there whatever the system says.
+/// A file reference counts as copied, whatever the system reports.
 bool put(Pasteboard &pasteboard, PasteboardContents contents)
 {
     const bool hasFile = contents.file.has_value();

@@ -3,7 +3,7 @@
 
 #include <QUrl>
 
-/// Where a renamed file was and where it is: two places in one folder.
+/// The old and new location of a renamed file, both in the same folder.
 struct RenameResult {
     QUrl oldURL;
     QUrl newURL;

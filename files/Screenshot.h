@@ -14,9 +14,9 @@
 
 class HeldIdentity;
 
-/// One screenshot, shared by all who deal with it: which file it is, where it is now, and which
-/// application was in front when it was taken. Made on the main thread, and used there where
-/// nothing else is said.
+/// One screenshot, shared by everything that handles it: which file it is, where it is now, and
+/// which application was in front when it was taken. Created on the main thread, and used there
+/// unless stated otherwise.
 class Screenshot : public QObject
 {
     Q_OBJECT
@@ -26,53 +26,54 @@ public:
     Screenshot(const QUrl &url, const QString &applicationName, ScreenshotImages &images);
     ~Screenshot() override;
 
-    /// Where the file is, as far as the program has moved it itself; standardised. Any thread.
+    /// Where the file is, standardised. Follows only moves by this program. Any thread.
     QUrl url() const;
 
-    /// The application in front.
+    /// The application that was in front.
     QString applicationName() const { return m_applicationName; }
 
-    /// Opens the file and remembers which one it is; once, however often it is called. Any other
-    /// thread; blocks.
+    /// Opens the file and records its identity. Later calls do nothing. Any thread but the main
+    /// one; blocks.
     void open();
 
-    /// Lets those who wait for the opening take what they need. Then the file is let go, so that
-    /// its disk can be unmounted; which file it is stays known.
+    /// Emits opened(), so that receivers can take what they need. Then closes the file, so that its
+    /// disk can be unmounted; the file's identity is kept.
     void tellOpened();
 
-    /// Calls `then` when the file has been opened or could not be, unless `receiver` is gone; at
-    /// once where that is known.
+    /// Calls `then` once the file has been opened or could not be, unless `receiver` has been
+    /// destroyed. Calls it at once if that has already happened.
     void whenOpened(QObject *receiver, std::function<void()> then);
 
-    /// The same when nobody writes the file any more, or the wait for that is over.
+    /// The same, once no program writes the file any more or the wait for that is over.
     void whenComplete(QObject *receiver, std::function<void()> then);
 
-    /// For those who have just been told that the file is open; null when there was none.
+    /// The open file; null after letGo(), or if there was no file. Use it in the callbacks that
+    /// learn that the file is open.
     Held held() const;
 
     void letGo();
 
-    /// Whether the file at the place is this one and no other. Any other thread; blocks.
+    /// Whether the file at `place` is this very file. Any thread but the main one; blocks.
     bool isAt(const QUrl &place) const;
 
-    /// The program has moved the file. Any other thread; blocks.
+    /// Records that the program has moved the file. Any thread but the main one; blocks.
     enum class Place { Folder, Trash };
     void moved(const QUrl &url, Place place);
 
-    /// Opens the file once more, where it is now. Any other thread; blocks.
+    /// Opens the file again, where it is now. Any thread but the main one; blocks.
     void openAgain();
 
-    /// Whether the program has moved it to the trash. Any thread.
+    /// Whether the program has moved the file to the trash. Any thread.
     bool isInTrash() const;
 
-    /// Once the user has typed, the program no longer renames by itself.
+    /// Once the user has typed a name, the program no longer renames the file itself.
     bool isNamedByUser() const { return m_isNamedByUser; }
     void setNamedByUser() { m_isNamedByUser = true; }
 
 Q_SIGNALS:
     void opened();
 
-    /// Something that was asked for has not been done a moment later.
+    /// An action on this screenshot is not finished after a short delay.
     void takesLong(const QString &work);
 
 private:
@@ -84,12 +85,12 @@ private:
     std::optional<QFuture<void>> m_completion;
 
     std::mutex m_opening;
-    mutable std::mutex m_mutex; ///< held for a moment only, guards what follows
+    mutable std::mutex m_mutex; ///< held only briefly; guards the members below
     QUrl m_url;
     Place m_place = Place::Folder;
     Held m_held;
-    /// Null where there was no file. Follows the file when another program writes it anew in its
-    /// place, until this program moves it.
+    /// Null if there was no file. If another program replaces the file by writing it again, this
+    /// follows it, until this program moves the file.
     std::shared_ptr<const HeldIdentity> m_identity;
     bool m_isOpen = false;
 };

@@ -42,7 +42,7 @@ ScreenshotRename ScreenshotMoves::rename(Screenshot &screenshot, const QString &
         return rename;
     const QUrl target = rename.result->newURL;
     if (!screenshot.isAt(target)) {
-        // Somebody put another file there at the last moment.
+        // Another program put a different file there at the last moment.
         moveFile(target, source);
         return failure(noSuchFile());
     }

@@ -12,24 +12,24 @@
 class Screenshot;
 class SystemTrash;
 
-/// What is done to a screenshot's file, and to no other: a file that has taken its place is left
-/// alone, which counts as no such file. The screenshot knows its new place when these return. One
-/// at a time, on a thread other than the main one; block.
+/// Operations on a screenshot's file. A file that has replaced it is left alone, and the operation
+/// fails with "no such file". When they return, the screenshot knows its new location. One at a
+/// time, on any thread but the main one; all block.
 namespace ScreenshotMoves
 {
 
-/// An empty file is one that somebody is about to fill: `Filled` leaves it as it is.
+/// An empty file is about to be filled by its writer; `Filled` leaves it unchanged.
 enum class Only { Filled, Any };
 ScreenshotRename rename(Screenshot &screenshot, const QString &name, Only only);
 
 struct Trashing {
     std::error_code error;
-    /// Present exactly when there is no error.
+    /// Set if and only if there is no error.
     std::optional<TrashResult> result;
 };
 Trashing trash(Screenshot &screenshot, SystemTrash &systemTrash);
 
-/// @return none when the file is back at `action.before`
+/// @return no error if the file is back at `action.before`
 std::error_code undo(Screenshot &screenshot, SystemTrash &systemTrash,
                      const UndoableAction &action);
 

@@ -3,7 +3,7 @@
 
 #include <QUrl>
 
-/// Where a trashed file was and where it lies in the trash, standardised.
+/// Where a trashed file was, and where it is in the trash, standardised.
 struct TrashResult {
     QUrl originalURL;
     QUrl trashedURL;

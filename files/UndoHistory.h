@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// The latest renames and trashes, at most ten, which the status menu takes back one by one, newest
-/// first. It lives as long as the process. Main thread.
+/// The latest renames and moves to the trash, at most ten, which the status menu undoes one by one,
+/// newest first. It lives as long as the process. Main thread.
 class UndoHistory : public QObject
 {
     Q_OBJECT
@@ -21,15 +21,16 @@ public:
 
     bool canUndo() const { return !m_actions.isEmpty(); }
 
-    /// "Undo Rename" or "Undo Trash" after the newest action, "Undo Last Action" without one.
+    /// "Undo Rename" or "Undo Trash", depending on the newest action; "Undo Last Action" without
+    /// one.
     QString title() const;
 
     void push(const UndoableAction &action);
 
-    /// The newest action, which leaves the history; nothing when there is none.
+    /// Removes and returns the newest action; nothing if there is none.
     std::optional<UndoableAction> takeNewest();
 
-    /// The action has been taken back elsewhere: its newest entry leaves the history.
+    /// Removes the newest entry of an action that was undone elsewhere.
     void remove(const UndoableAction &action);
 
 Q_SIGNALS:

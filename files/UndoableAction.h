@@ -3,7 +3,7 @@
 
 #include <QUrl>
 
-/// A rename or a trash that can be reversed.
+/// A rename, or a move to the trash, that can be undone.
 struct UndoableAction {
     enum class Kind { Rename, Trash };
 

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// For what is under way when nobody wants to hear of it any more.
+/// For the running job when the queue is destroyed.
 constexpr auto longestWaitForThread = 1s;
 
 struct Job {
@@ -25,7 +25,7 @@ struct WorkQueue::Shared {
     std::mutex mutex;
     // Both guarded by the mutex.
     std::deque<std::shared_ptr<Job>> done;
-    /// Null when the queue is gone.
+    /// Null once the queue is destroyed.
     WorkQueue *owner = nullptr;
 
     bool isWanted()
@@ -64,7 +64,7 @@ void WorkQueue::add(std::function<Outcome()> work)
 bool WorkQueue::finish(std::chrono::milliseconds limit)
 {
     const QDeadlineTimer deadline(limit);
-    // Telling may ask for more.
+    // An outcome may add more work.
     do {
         const bool isIdle =
             m_thread.waitUntilIdle(std::chrono::milliseconds(deadline.remainingTime()));

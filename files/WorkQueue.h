@@ -9,25 +9,26 @@
 #include <functional>
 #include <memory>
 
-/// Does work aside, one piece after the other in the order in which it was asked for, and hands
-/// each outcome back to the thread of its owner.
+/// Runs jobs one after the other on a background thread, in the order in which they were added, and
+/// runs the outcome of each on the owner's thread.
 class WorkQueue : public QObject
 {
     Q_OBJECT
 public:
-    /// What is to be done with the outcome, in the owner's thread.
+    /// What to do with the result, on the owner's thread.
     using Outcome = std::function<void()>;
 
     explicit WorkQueue(QObject *parent = nullptr);
 
-    /// Work that has not begun is dropped, and no outcome is told any more. Waits a moment for what
-    /// is under way; work that hangs (a dead network disk) is left behind with its thread.
+    /// Drops jobs that have not begun, and all outcomes. Waits briefly for the running job; a job
+    /// that hangs (on a dead network mount) is abandoned with its thread.
     ~WorkQueue() override;
 
-    /// `work` must not fail by exception. What it has captured is released in the owner's thread.
+    /// `work` must not throw. Its captures are destroyed on the owner's thread.
     void add(std::function<Outcome()> work);
 
-    /// Waits until everything is done and told, for at most `limit`. False when it was not.
+    /// Waits at most `limit` until all jobs are done and their outcomes have run. False if the time
+    /// was not enough.
     bool finish(std::chrono::milliseconds limit);
 
 private:

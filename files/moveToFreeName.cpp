@@ -8,7 +8,7 @@ MovedFile moveToFreeName(const QUrl &source, const QUrl &wanted)
 {
     QUrl candidate = wanted;
     for (int counter = 2;; ++counter) {
-        // A copy to another file system is only begun where it has a chance.
+        // Do not copy to another file system if the name is already taken.
         const std::error_code error = FileUrls::exists(candidate)
                                           ? std::make_error_code(std::errc::file_exists)
                                           : moveFile(source, candidate);

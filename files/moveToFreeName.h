@@ -5,14 +5,14 @@
 
 #include <system_error>
 
-/// What became of a move.
+/// The result of a move.
 struct MovedFile {
     std::error_code error;
-    /// Where the file is now; where it was when `error` is set.
+    /// Where the file is now; its old location if `error` is set.
     QUrl location;
 };
 
-/// Moves a file to `wanted` or, while something stands there, to the first free of "base-2.ext",
-/// "base-3.ext", … beside it. Somebody who takes a name at the last moment only makes the counter
-/// go on: nothing is ever replaced. Any thread; blocks.
+/// Moves a file to `wanted` or, if that is taken, to the first free of "base-2.ext", "base-3.ext",
+/// … beside it. If a name is taken at the last moment, the counter goes on: nothing is ever
+/// replaced. Any thread; blocks.
 MovedFile moveToFreeName(const QUrl &source, const QUrl &wanted);

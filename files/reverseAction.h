@@ -7,9 +7,9 @@
 
 class SystemTrash;
 
-/// Takes an action back: moves the file from where the action left it to where it was before, and
-/// out of the trash's own notes. Only when a file stands there and nothing stands where it was; no
-/// other name is tried, nothing is replaced, and a failure changes nothing. Any thread; blocks.
+/// Undoes an action: moves the file from where the action left it back to where it was, and removes
+/// the trash's record of it. Requires that the file exists and its old place is free. No other name
+/// is tried, nothing is replaced, and a failure changes nothing. Any thread; blocks.
 ///
-/// @return none when the file is back at `action.before`.
+/// @return no error if the file is back at `action.before`
 std::error_code reverseAction(SystemTrash &trash, const UndoableAction &action);

@@ -3,7 +3,7 @@
 
 #include <QUrl>
 
-/// What a row of the recent screenshots' window asks for.
+/// A request from a row of the recent screenshots' window.
 struct RecentScreenshotAction {
     enum class Kind { Copy, Reveal, Trash };
 

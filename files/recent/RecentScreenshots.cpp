@@ -38,7 +38,7 @@ QList<QUrl> existing(const QList<QUrl> &urls)
     return found;
 }
 
-/// Asks only for files of the folder: others may lie where nobody answers.
+/// Checks only files in the folder: others may be on a disk that does not answer.
 QList<QUrl> newestIn(const QUrl &folder, const QList<QUrl> &candidates,
                      const std::function<ScreenshotFolderAccess::Date(const QUrl &)> &dateOf)
 {
@@ -115,7 +115,7 @@ void RecentScreenshots::load()
     });
 }
 
-/// Behind what has been added meanwhile.
+/// Puts the stored files after those added in the meantime.
 void RecentScreenshots::takeStored(const QStringList &paths)
 {
     QList<QUrl> urls = m_urls;
@@ -191,7 +191,7 @@ void RecentScreenshots::lookUp(const Work &work, void (RecentScreenshots::*takeO
     });
 }
 
-/// It may be stuck; whoever waits for it waits for another one from now on.
+/// The listing may be stuck, so its thread is left to it and a new one is made.
 void RecentScreenshots::abandonListing()
 {
     ++m_listing;
@@ -225,7 +225,7 @@ QList<QUrl> RecentScreenshots::withChangesMeanwhile(const QList<QUrl> &urls) con
     return firstOf(changed);
 }
 
-/// Not before it is known what is stored already.
+/// Does nothing until the stored list has been read.
 void RecentScreenshots::save()
 {
     if (m_isLoaded)

@@ -13,23 +13,22 @@
 #include <memory>
 #include <optional>
 
-/// What the recent list must know of the screenshot folder. None of it fails.
+/// What the recent list needs to know of the screenshot folder. These functions do not fail.
 struct ScreenshotFolderAccess {
     using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 
     /// The current screenshot folder. Called on the main thread.
     std::function<QUrl()> folder;
-    /// At most so many screenshots of a folder, newest first; nothing when the folder can't be
-    /// read, or is none. Called on a background thread, since it may take its time, or never
-    /// return.
+    /// At most `limit` screenshots of a folder, newest first; nothing if the folder does not exist
+    /// or cannot be read. Called on a background thread, because it may take long or never return.
     std::function<std::optional<QList<QUrl>>(const QUrl &folder, int limit)> newestFiles;
-    /// When a file was last modified; a moment before all others where that can't be read. Called
-    /// on a background thread.
+    /// When a file was last modified; earlier than any real date if that cannot be read. Called on
+    /// a background thread.
     std::function<Date(const QUrl &)> modificationDate;
 };
 
-/// The latest screenshots, newest first, at most ten, no two equal, kept from one launch to the
-/// next. Main thread, which asks no file system for anything: what exists, and since when, is
+/// The latest screenshots, newest first, at most ten, without duplicates, kept across launches.
+/// Main thread, which never accesses the file system: which files exist, and their dates, are
 /// looked up in the background.
 class RecentScreenshots : public QObject
 {
@@ -39,41 +38,41 @@ public:
     /// Does not wait for a listing.
     ~RecentScreenshots() override;
 
-    /// Those that lie in the folder; standardised. None while the folder can't be read.
+    /// The screenshots in the folder, standardised. Empty while the folder cannot be read.
     QList<QUrl> urls() const;
 
-    /// The folder as of the last change or refresh.
+    /// The folder at the last change or refresh.
     QUrl folder() const;
 
-    /// Whether the folder has been listed, or found unreadable, since it became the folder. Until
-    /// then urls() are those that were known to lie in it.
+    /// Whether the current folder has been listed or found unreadable. Until then, urls() are the
+    /// files already known to be in it.
     bool isListed() const { return m_isListed; }
 
-    /// Takes over the stored list, as soon as it has been read. Soon after, those that are gone
-    /// have left it.
+    /// Takes over the stored list as soon as it has been read. Soon after, files that no longer
+    /// exist are removed.
     void load();
 
-    /// Puts a file at the front, stores the list, and has it refreshed.
+    /// Adds a file at the front, stores the list and refreshes it.
     void add(const QUrl &url);
 
-    /// Takes a file out, stores the list, and has it refreshed; a file that is still in the folder
-    /// comes back.
+    /// Removes a file, stores the list and refreshes it. A file that is still in the folder comes
+    /// back.
     void remove(const QUrl &url);
 
-    /// Has the list made anew, soon, of its own files and the folder's newest, by modification
-    /// date. What is gone or lies in another folder leaves it. Of a folder that can't be read
-    /// nothing is known: the list, and what is stored of it, stay as they are.
+    /// Soon rebuilds the list from its own files and the newest in the folder, sorted by
+    /// modification date. Files that are gone or in another folder are dropped. If the folder
+    /// cannot be read, nothing is known about it, so the list and the stored copy stay as they are.
     ///
-    /// Requests that come while the folder is listed are served by one more listing; those for
-    /// another folder do not wait for it.
+    /// Requests during a listing share one more listing. A request for another folder does not wait
+    /// for the running one.
     void refresh();
 
 Q_SIGNALS:
-    /// The list has been made anew, or could not be: the listing is done.
+    /// A listing is done, whether or not the list could be rebuilt.
     void refreshed();
 
 private:
-    /// Absent when the folder can't be read.
+    /// Nothing if the folder cannot be read.
     using List = std::optional<QList<QUrl>>;
     using Work = std::function<List()>;
 
@@ -87,7 +86,7 @@ private:
     void save();
 
     ScreenshotFolderAccess m_access;
-    /// Of any folder; as it is stored.
+    /// Files in any folder, as stored.
     QList<QUrl> m_urls;
     QUrl m_folder;
     bool m_isLoaded = true;
@@ -95,10 +94,10 @@ private:
     bool m_isReadable = true;
     bool m_isListing = false;
     bool m_isOutdated = false;
-    /// Since the listing that is under way has begun.
+    /// Changes since the current listing began.
     QList<QUrl> m_added;
     QSet<QUrl> m_removed;
-    /// Tells the listing that is waited for from those that nobody waits for any more.
+    /// Distinguishes the listing that is waited for from abandoned ones.
     int m_listing = 0;
     std::unique_ptr<BackgroundThread> m_background;
     std::unique_ptr<BackgroundThread> m_loader;

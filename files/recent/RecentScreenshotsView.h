@@ -9,8 +9,8 @@ class QLabel;
 class QScrollArea;
 
 /// The content of the recent screenshots' window: a header with the count and the folder, and a row
-/// for each file that exists. It is built once of what it is given and does not watch the files.
-/// Main thread.
+/// for each file that exists. It does not change once built, and does not watch the files. Main
+/// thread.
 class RecentScreenshotsView : public PaletteView
 {
     Q_OBJECT
@@ -19,13 +19,14 @@ public:
     enum class Files { MayBeMissing, AreThere };
 
     /// @param urls newest first
-    /// @param files AreThere when somebody has looked already: then the disk is not asked
-    /// @param onAction called for each button that is pressed; the view may be deleted later, but
-    /// not within the call
+    /// @param files AreThere if the caller has already checked that they exist: then the disk is
+    ///        not accessed
+    /// @param onAction called whenever a button is pressed; must not delete the view during the
+    ///        call
     RecentScreenshotsView(const QList<QUrl> &urls, const QUrl &folder, const OnAction &onAction,
                           Files files = Files::MayBeMissing, QWidget *parent = nullptr);
 
-    /// As given.
+    /// As passed to the constructor.
     const QList<QUrl> &urls() const { return m_urls; }
     QUrl folder() const { return m_folder; }
 
@@ -36,9 +37,10 @@ public:
     int scrollPosition() const;
     void setScrollPosition(int position);
 
-    /// Which of all buttons has the keyboard, in reading order; -1 when none has it.
+    /// The index of the button with keyboard focus among all buttons, in reading order; -1 if none
+    /// has it.
     int focusedButton() const;
-    /// The last button where there are not so many. False for -1 and where there are none.
+    /// Takes the last button if there are fewer. False for -1 and if there are no buttons.
     bool setFocusedButton(int index);
 
 private:

@@ -15,7 +15,7 @@ namespace
 
 constexpr qsizetype maximumKept = 20;
 
-/// As many pixels as the screen with the finest ones needs.
+/// In pixels of the screen with the highest pixel density.
 QSize onFinestScreen(QSize points)
 {
     return (QSizeF(points) * qGuiApp->devicePixelRatio()).toSize();

@@ -14,24 +14,24 @@
 class ImageView;
 class ScreenshotImages;
 
-/// The small pictures of the recent screenshots' window. Those shown last are kept, so that a list
-/// that is made anew shows the files that stay at once. Main thread.
+/// The thumbnails of the recent screenshots' window. The latest are kept, so that a rebuilt list
+/// shows the files that remain in it at once. Main thread.
 class RecentThumbnails
 {
 public:
-    /// @param size of a picture, in points
+    /// @param size of a thumbnail, in points
     RecentThumbnails(ScreenshotImages &images, QSize size);
 
-    /// Shows the file's picture in the view: at once the one that was here last, or else the file's
-    /// icon, until the file has been looked at and read in the background. What is no picture keeps
-    /// the icon. The disk is never waited for.
+    /// Shows the file's thumbnail in the view. At first that is the last one known for this file,
+    /// or the file's icon, until the file has been checked and read in the background. A file that
+    /// is not a picture keeps the icon. Never waits for the disk.
     void show(const QUrl &file, ImageView *view);
 
 private:
     struct Thumbnail {
-        QUrl url; ///< where it was last
+        QUrl url; ///< where it was last seen
         FileIdentity file;
-        QImage image; ///< null where there is none: it is not looked for again
+        QImage image; ///< null if it has none; then it is not read again
     };
 
     void showFile(const Thumbnail &file, ImageView *view);
