@@ -6,7 +6,7 @@
 class RowStack;
 class ScreenshotRowView;
 
-/// A new row's way to its place: it fades in and slides there from the right, in 0.18 seconds. Ends
+/// A new row's arrival: it fades in and slides to its place from the right, in 0.18 seconds. Ends
 /// with the row, and deletes itself.
 class ArrivalAnimation : public QVariantAnimation
 {

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QLabel>
 
-/// A word in a small rounded box, centred; a word that is too wide for it is drawn narrower.
+/// A word centred in a small rounded box. A word that is too wide for the box is condensed.
 class BadgeLabel : public QLabel
 {
     Q_OBJECT

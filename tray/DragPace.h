@@ -9,19 +9,19 @@
 #include <chrono>
 #include <memory>
 
-/// Slows the pointer's moves down while something is dragged, in all windows of the program: no two
-/// come closer than `shortestPause`, and the last one always comes.
+/// Limits the rate of mouse moves during a drag, in all windows of the program: at most one per
+/// `shortestPause`. The last one is always delivered.
 ///
-/// The drag tells the target of every move without waiting for its answer. A file manager that has
-/// to ask for what is dragged, and is told of the next move before it knows, may refuse the drop
-/// from then on: Thunar did so in one drag of five, and in none of sixty at this pace.
+/// A drag sends every move to the target without waiting for its answer. A file manager that first
+/// has to ask what is being dragged, and gets the next move before it knows, may refuse the drop
+/// from then on. Thunar did so in one drag of five, and in none of sixty at this pace.
 class DragPace : public QObject
 {
 public:
-    /// A frame of a display at 60 Hz, so that the picture under the pointer moves smoothly.
+    /// One frame at 60 Hz, so that the picture under the pointer moves smoothly.
     static constexpr std::chrono::milliseconds shortestPause{16};
 
-    /// Once the drag has begun: what was installed last sees the moves first.
+    /// Call this once the drag has begun: the event filter installed last sees the moves first.
     void begin();
 
     bool eventFilter(QObject *receiver, QEvent *event) override;
@@ -31,7 +31,7 @@ private:
     void deliver();
 
     QBasicTimer m_pause;
-    std::unique_ptr<QMouseEvent> m_waiting; ///< the last move that came during the pause
+    std::unique_ptr<QMouseEvent> m_waiting; ///< the latest move during the pause
     QPointer<QObject> m_receiver;
     bool m_isDelivering = false;
 };

@@ -12,8 +12,8 @@
 namespace
 {
 
-/// A file as other programs take it from a drag: its address, its plain path for those who want
-/// text, and its name for those who make a file of their own from what they get.
+/// Describes the dragged file to other programs: its URL, its plain path for those that want text,
+/// and its name for those that create a file of their own from the data.
 void describe(const QUrl &file, QMimeData &data)
 {
     data.setUrls({file});
@@ -47,7 +47,7 @@ void DraggableImageView::mouseMoveEvent(QMouseEvent *event)
 {
     if (!m_press || !(event->buttons() & Qt::LeftButton))
         return;
-    // On the screen, for the row may move under the pointer when another one arrives.
+    // On the screen, because the row may move under the pointer when another one arrives.
     const QPoint way = event->globalPosition().toPoint() - m_press->onScreen;
     if (way.manhattanLength() < QApplication::startDragDistance())
         return;
@@ -68,7 +68,7 @@ void DraggableImageView::drag(QPoint from)
     m_dragged = new QMimeData;
     describe(m_fileURL, *m_dragged);
 
-    // The row may go while the user drags, the window stays.
+    // The row may be removed during the drag; the window stays.
     auto *drag = new QDrag(window());
     drag->setMimeData(m_dragged);
     drag->setPixmap(picture());

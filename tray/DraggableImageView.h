@@ -9,8 +9,8 @@
 
 #include <optional>
 
-/// A picture from which its file can be dragged into other programs, as a copy. Without a picture
-/// there is no drag. Main thread.
+/// A picture that can be dragged into other programs as a copy of its file. Without a picture
+/// nothing can be dragged. Main thread.
 class DraggableImageView : public ImageView
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 
     QUrl fileURL() const { return m_fileURL; }
 
-    /// The file has moved. A drag that is under way carries the new place from now on.
+    /// The file has moved. A drag in progress carries the new location from now on.
     void setFileURL(const QUrl &url);
 
 Q_SIGNALS:

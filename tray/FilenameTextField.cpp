@@ -45,7 +45,7 @@ FilenameTextField::FilenameTextField(const QString &name, QWidget *parent) : QLi
 
 bool FilenameTextField::event(QEvent *event)
 {
-    // Otherwise a shortcut elsewhere in the program could take the key away.
+    // Otherwise a shortcut elsewhere in the program could consume the key.
     if (event->type() == QEvent::ShortcutOverride &&
         isEditingKey(*static_cast<QKeyEvent *>(event))) {
         event->accept();
@@ -122,7 +122,7 @@ void FilenameTextField::paintBackground()
     painter.drawRoundedRect(QRectF(rect()), cornerRadius, cornerRadius);
 }
 
-/// Where QLineEdit puts the text, so that nothing jumps when the editing begins.
+/// Where QLineEdit draws the text, so that nothing jumps when editing begins.
 QRect FilenameTextField::textArea() const
 {
     constexpr int lineEditMargin = 2;

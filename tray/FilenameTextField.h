@@ -3,8 +3,8 @@
 
 #include <QLineEdit>
 
-/// The editable file name. While nobody edits it, a long name is cut in its middle, and its
-/// tool tip says it whole. It handles the editing keys itself, with Control as well as with Meta.
+/// The editable file name. While it is not being edited, a long name is elided in the middle, and
+/// its tool tip shows all of it. It handles the editing keys itself, with Control as well as Meta.
 /// Main thread.
 class FilenameTextField : public QLineEdit
 {
@@ -13,10 +13,10 @@ public:
     explicit FilenameTextField(const QString &name, QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// The user has pressed the mouse in the field.
+    /// The user has pressed a mouse button in the field.
     void pressed();
 
-    /// The user has changed the text, or has begun to compose a character.
+    /// The user has changed the text, or started to compose a character.
     void edited();
 
 protected:
@@ -27,8 +27,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// Select all, copy, paste or cut, for A, C, V or X with exactly Control or exactly Meta.
-    /// False for every other key.
+    /// Select all, copy, paste or cut, for A, C, V or X with exactly Control or exactly Meta. False
+    /// for every other key.
     bool performEditingKey(const QKeyEvent &event);
 
     QRect textArea() const;

@@ -8,43 +8,42 @@
 
 #include <optional>
 
-/// Where the tray's panel stood on the desktop. All in device pixels, in the coordinates that the
-/// screens share.
+/// Where the tray's panel was on the desktop. All values are device pixels, in the coordinates
+/// common to all screens.
 struct PanelPlace {
     QRect panel;
-    /// The screen that the panel stood on.
+    /// The screen that the panel was on.
     QRect screen;
     /// All screens together.
     QRect desktop;
 
-    /// The part that the panel covers of a screenshot with this many pixels. A screenshot as large
-    /// as the desktop shows all of it, one as large as the screen shows that screen. Empty for
-    /// every other size: what such a picture shows is not known.
+    /// The part that the panel covers of a screenshot of this size in pixels. A screenshot as large
+    /// as the desktop shows all of it, and one as large as the screen shows that screen. Empty for
+    /// any other size, because it is unknown what such a picture shows.
     QRect inPicture(QSize pixels) const;
 
     bool operator==(const PanelPlace &) const = default;
 };
 
-/// The places where the panel was visible during the last minute. A screenshot's file appears a
-/// moment after its pixels were taken, so whoever wants to know what it shows has to ask for the
-/// past. Not thread-safe.
+/// Where the panel was visible during the last minute. A screenshot's file appears a moment after
+/// its pixels were captured, so what it shows depends on the past. Not thread-safe.
 class PanelHistory
 {
 public:
-    /// From this moment on the panel is visible at this place.
+    /// The panel is visible at this place from now on.
     void shown(const PanelPlace &place, FileTime now);
 
-    /// From this moment on the panel is not visible.
+    /// The panel is no longer visible.
     void hidden(FileTime now);
 
-    /// Every place where the panel was at some time between the two moments, the oldest first.
+    /// Every place where the panel was between the two times, oldest first.
     QList<PanelPlace> between(FileTime from, FileTime to) const;
 
 private:
     struct Stay {
         PanelPlace place;
         FileTime begin;
-        /// Absent while the panel stands there.
+        /// Nothing while the panel is still there.
         std::optional<FileTime> end;
     };
 

@@ -101,7 +101,7 @@ QLayout *layOutName(const RowControls &controls)
     return column;
 }
 
-/// By the file's name the controls of one row can be told from those of another.
+/// The file's name distinguishes the controls of this row from those of others.
 void nameAfterFile(QWidget *row, DraggableImageView *thumbnail)
 {
     const auto name = [row, thumbnail] {
@@ -114,8 +114,8 @@ void nameAfterFile(QWidget *row, DraggableImageView *thumbnail)
     QObject::connect(thumbnail, &DraggableImageView::fileURLChanged, row, name);
 }
 
-/// The four symbols fill less than the buttons' width and stand at its end. With the undo button
-/// they need ten points more, which the name gives.
+/// The four symbols are narrower than the width reserved for the buttons, and are right-aligned in
+/// it. With the undo button they need ten points more, which come from the name.
 QLayout *layOutButtons(const RowControls &controls)
 {
     auto *buttons = new QHBoxLayout;

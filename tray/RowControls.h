@@ -12,7 +12,7 @@ class PaletteView;
 class QWidget;
 class StatusLabel;
 
-/// The controls of one row, in the order in which Tab visits them. They belong to the row.
+/// The controls of one row, in tab order. The row owns them.
 struct RowControls {
     PaletteView *accentView;
     DraggableImageView *thumbnailView;
@@ -26,5 +26,5 @@ struct RowControls {
     BezelButton *closeButton;
 };
 
-/// Makes a row's controls and lays them out in it.
+/// Creates a row's controls and lays them out in it.
 RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename);

@@ -9,17 +9,17 @@
 
 class QTimer;
 
-/// The moments at which rows are closed by themselves. Main thread.
+/// When rows are dismissed automatically. Main thread.
 class RowDismissals : public QObject
 {
     Q_OBJECT
 public:
     using QObject::QObject;
 
-    /// The row is due after `delay` from now, in place of whatever was planned for it.
+    /// Makes the row due after `delay`, instead of any time scheduled before.
     void schedule(const QUuid &id, std::chrono::milliseconds delay);
 
-    /// Nothing happens where nothing is planned.
+    /// Does nothing if nothing is scheduled.
     void cancel(const QUuid &id);
 
 Q_SIGNALS:

@@ -6,7 +6,7 @@
 void RowStack::insertAtTop(QWidget *row)
 {
     row->setParent(this);
-    // Its place among the children is the one in which it is read out.
+    // Screen readers read rows in the order of the children.
     row->lower();
     m_rows.prepend(row);
     for (int i = 1; i < m_rows.size(); ++i)
@@ -19,7 +19,7 @@ void RowStack::remove(QWidget *row)
 {
     m_rows.removeOne(row);
     m_offsets.remove(row);
-    // Hidden with the keyboard it would pass it on to a control of another row.
+    // If it were hidden with keyboard focus, Qt would move the focus to a control of another row.
     if (row->isAncestorOf(window()->focusWidget()))
         window()->setFocus();
     row->hide();

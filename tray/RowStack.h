@@ -12,7 +12,7 @@ class RowStack : public QWidget
 public:
     using QWidget::QWidget;
 
-    /// Takes ownership, and makes the row the first by Tab too.
+    /// Takes ownership. The row also becomes the first in tab order.
     void insertAtTop(QWidget *row);
 
     /// Hides the row and deletes it when control returns to the event loop.

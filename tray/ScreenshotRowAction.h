@@ -8,7 +8,7 @@
 
 #include <variant>
 
-/// What a tray row asks of its controller. Each case carries the row's id.
+/// A request from a tray row to its controller. Each carries the row's id.
 struct ScreenshotRowAction {
     struct Copy {
     };

@@ -28,7 +28,7 @@ namespace
 
 constexpr double cornerRadius = 10;
 
-/// Sharp on whichever screen the row comes to stand.
+/// Enough pixels for any screen that the row may appear on.
 QSize pixelsOf(QSize points)
 {
     return points * qGuiApp->devicePixelRatio();
@@ -36,10 +36,10 @@ QSize pixelsOf(QSize points)
 
 } // namespace
 
-/// One rename, from the moment when it is asked for.
+/// One rename, from its request on.
 struct ScreenshotRowView::Rename {
     ScreenshotActions::By by;
-    /// What stands in the name.
+    /// The text of the name field.
     QString text;
     std::optional<QString> successMessage;
     Renamed renamed;
@@ -57,7 +57,7 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &s
     , m_veil(new PaletteView(this))
 {
     setCornerRadius(cornerRadius);
-    // Tab then takes the row's controls together, and in their order.
+    // So that Tab visits the row's controls together and in their order.
     setFocusPolicy(Qt::TabFocus);
     setFocusProxy(m_controls.filenameField);
     m_veil->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -106,8 +106,8 @@ void ScreenshotRowView::setArrival(double arrival)
     updateVeil();
 }
 
-/// A row of less than full opacity lets the tray's one colour through. Laying that colour over the
-/// row gives the same pixels, at a fraction of what drawing the row aside and blending it costs.
+/// A translucent row shows the tray's single colour. Painting that colour over the row gives the
+/// same pixels, at a fraction of the cost of drawing the row off-screen and blending it.
 void ScreenshotRowView::updateVeil()
 {
     const double alpha = m_alpha * m_arrival;
@@ -182,7 +182,8 @@ void ScreenshotRowView::requestRename(const Rename &rename)
         return;
     m_hasTypedName = false;
     const QString current = FileUrls::lastPathComponent(fileURL());
-    // A name that another file's has made longer than a user's may be would not stay as it is.
+    // Sanitising could shorten the current name, because a counter may have made it longer than a
+    // typed name may be.
     const QString name =
         rename.text == current ? current : ScreenshotNamer::sanitize(rename.text, current);
     if (name == current && !m_isRenaming) {
@@ -221,7 +222,7 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
     }
 }
 
-/// What the user types at this moment stays, and what the file is being renamed to.
+/// Keeps a name that the user is typing or that the file is being renamed to.
 void ScreenshotRowView::showName()
 {
     if (!m_hasTypedName && !m_isRenaming)

@@ -17,9 +17,9 @@
 class ScreenshotActions;
 class ScreenshotImages;
 
-/// One row of the tray: a screenshot's picture, its name to edit, and what can be done with it. It
-/// has its file renamed, trashed and restored, shows the outcome and tells its controller. Main
-/// thread; the services outlive it.
+/// One row of the tray: a screenshot's picture, its editable name, and buttons. It requests the
+/// renaming, trashing and restoring of its file, shows the outcome and reports it to its
+/// controller. Main thread; the services must outlive it.
 class ScreenshotRowView : public PaletteView
 {
     Q_OBJECT
@@ -43,37 +43,38 @@ public:
 
     void setNewest(bool isNewest);
 
-    /// How much of the row has arrived, 0 to 1: it fades in.
+    /// How far the row has faded in, from 0 to 1.
     void setArrival(double arrival);
 
     /// Shows a status text for two seconds.
     void setStatus(const QString &text);
 
-    /// Puts a suggestion into the name and, on demand, has the file renamed to it as soon as it is
-    /// complete; nothing at all once the user has edited the name.
+    /// Shows a suggested name and, if `autoRename` is set, renames the file to it as soon as the
+    /// file is complete. Does nothing once the user has edited the name.
     void updateSuggestedFilename(const QString &name, bool autoRename);
 
-    // Each answer comes later, when the file has been dealt with, and also when the row is gone by
-    // then. It does not come after a failure, which the row shows.
+    // The callbacks run after the file operation, even if the row has been deleted by then. They do
+    // not run after a failure, which the row shows.
 
     using Renamed = std::function<void(const RenameResult &)>;
     using Trashed = std::function<void(const TrashResult &)>;
     using Restored = std::function<void(const QUrl &)>;
 
-    /// Renames the file to the name in the field, sanitised and made free, and says so: with
-    /// `successMessage` or, without, with the new name. No answer where the name stays.
+    /// Renames the file to the name in the field, sanitised and made unique. The status then shows
+    /// `successMessage` or, without one, the new name. `renamed` is not called if the name stays
+    /// the same.
     void renameFile(const std::optional<QString> &successMessage, Renamed renamed);
 
     void moveToTrash(Trashed trashed);
     void performUndo(const UndoableAction &action, Restored restored);
 
-    /// The row is about to go. What the user has typed and not yet committed is committed, as by
-    /// leaving the name, or forgotten.
+    /// The row is about to be removed. A name that the user has typed but not committed is
+    /// committed, as if the field had lost focus, or forgotten.
     enum class TypedName { Commit, Forget };
     void retire(TypedName typed);
 
 Q_SIGNALS:
-    /// The user has clicked into the name, to type there.
+    /// The user has clicked into the name to edit it.
     void nameClicked();
 
 protected:
@@ -110,9 +111,9 @@ private:
     double m_arrival = 1;
     std::optional<UndoableAction> m_pendingUndo;
     bool m_userEditedFilename = false;
-    /// What the user has typed and not yet committed stands in the name.
+    /// Whether the field contains a name that the user has typed but not committed.
     bool m_hasTypedName = false;
-    /// The text to which the file is being renamed.
+    /// The text that the file is being renamed to.
     std::optional<QString> m_isRenaming;
     bool m_isTrashing = false;
     bool m_isUndoing = false;

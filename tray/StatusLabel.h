@@ -10,6 +10,7 @@ class StatusLabel : public ElidedLabel
 public:
     explicit StatusLabel(QWidget *parent = nullptr);
 
-    /// Shows a text for two seconds. A text set meanwhile keeps its own time; `setText()` has none.
+    /// Shows a text for two seconds. A text set in the meantime stays for its own time; one set
+    /// with `setText()` stays.
     void showBriefly(const QString &text);
 };

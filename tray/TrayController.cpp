@@ -86,7 +86,7 @@ QUuid TrayController::addScreenshot(const ScreenshotPointer &screenshot,
 
     trimRows();
     updateFreshness();
-    // While the user types a name the tray stays where they look.
+    // While the user types a name, the tray stays on their screen.
     if (!m_panel->isActiveWindow())
         m_screen.choose();
     layoutPanel();
@@ -96,13 +96,13 @@ QUuid TrayController::addScreenshot(const ScreenshotPointer &screenshot,
     return id;
 }
 
-/// Begins before the panel is shown, so that its first picture is the animation's first.
+/// Starts before the panel is shown, so that the first picture is already part of the animation.
 void TrayController::animateArrival(ScreenshotRowView *row)
 {
     new ArrivalAnimation(*m_stackView, row);
 }
 
-/// A trimmed row's dismissal stays planned; when it is due there is no row.
+/// A removed row's dismissal stays scheduled; once due, it finds no row.
 void TrayController::trimRows()
 {
     while (m_rowOrder.size() > maximumRows) {
@@ -226,7 +226,7 @@ void TrayController::handle(const ScreenshotRowAction &action)
                action.what);
 }
 
-/// Whatever the setting for new screenshots says, the button copies the picture and the file.
+/// The button copies picture and file, whatever the setting for new screenshots.
 void TrayController::copy(ScreenshotRowView &row)
 {
     m_actions.copy(row.screenshot(), CopyBehavior::imageAndFile,

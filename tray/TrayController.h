@@ -24,9 +24,9 @@ class ScreenshotActions;
 class ScreenshotImages;
 class ScreenshotRowView;
 
-/// The floating tray: at most three rows, the newest on top, in the corner that the user has
-/// chosen, of the screen where they work. It carries out what the rows ask for. Main thread; the
-/// services outlive it.
+/// The floating tray: at most three rows, newest on top, in the chosen corner of the screen where
+/// the user works. It performs the actions that the rows request. Main thread; the services must
+/// outlive it.
 class TrayController : public QObject
 {
     Q_OBJECT
@@ -35,40 +35,40 @@ public:
                    QObject *parent = nullptr);
     ~TrayController() override;
 
-    // Each may be empty.
+    // The callbacks may be empty.
 
-    /// After a rename made through the tray: the file's new place.
+    /// Called after a rename through the tray, with the file's new location.
     std::function<void(const QUrl &url)> onRenamed;
-    /// After `onRenamed`, for the undo history.
+    /// Called after `onRenamed`, for the undo history.
     std::function<void(const QUrl &oldURL, const QUrl &newURL)> onRenameUndoable;
     std::function<void(const QUrl &originalURL, const QUrl &trashedURL)> onTrashUndoable;
-    /// After a row has undone an action: where the file is now.
+    /// Called after a row has undone an action, with the file's current location.
     std::function<void(const UndoableAction &action, const QUrl &url)> onUndoPerformed;
-    /// After a row has left the tray, for whatever reason.
+    /// Called after a row has left the tray, for whatever reason.
     std::function<void(const QUuid &itemID)> onRowGone;
 
-    /// Shows a new row, on top, without taking the keyboard.
+    /// Adds a new row on top, without taking keyboard focus.
     QUuid addScreenshot(const ScreenshotPointer &screenshot, const QString &suggestedFilename);
 
-    // What follows does nothing for a row that is gone.
+    // The functions below do nothing for a row that no longer exists.
 
     void updateSuggestion(const QUuid &itemID, const QString &filename, bool autoRename);
     void markNaming(const QUuid &itemID);
 
-    /// Where the row's file is now; absent when there is no such row.
+    /// Where the row's file is now; nothing if there is no such row.
     std::optional<QUrl> fileURL(const QUuid &itemID) const;
 
-    /// Whether some row shows this file.
+    /// Whether a row shows this file.
     bool containsScreenshot(const QUrl &url) const;
 
-    /// Where the tray was visible at some time between the two moments, as far as they lie within
-    /// the last minute.
+    /// Where the tray was visible between the two times, within the last minute.
     QList<PanelPlace> placesBetween(FileTime from, FileTime to) const;
 
-    /// Commits what the user has typed and not yet committed, since the program is about to end.
+    /// Commits the names that the user has typed but not committed, since the program is about to
+    /// exit.
     void commitTypedNames();
 
-    /// Moves the tray to where the settings and the screen want it.
+    /// Moves the tray to the place given by the settings and the screen.
     void layoutPanel();
 
 private:

@@ -28,7 +28,7 @@ std::optional<QRect> TrayScreen::visibleFrame() const
     return m_screen ? std::optional(m_screen->availableGeometry()) : std::nullopt;
 }
 
-/// What the other screens are is known when the event has been dealt with.
+/// Queued, because the remaining screens are only known after this event.
 void TrayScreen::screenRemoved(const QScreen *screen)
 {
     if (screen != m_screen)

@@ -10,7 +10,7 @@
 
 class PanelWindow;
 
-/// The screen on which the tray stands. Main thread; the service outlives it.
+/// The screen that the tray is on. Main thread; `panelWindow` must outlive it.
 class TrayScreen : public QObject
 {
     Q_OBJECT
@@ -20,11 +20,12 @@ public:
     /// Takes the screen where the user is working now.
     void choose();
 
-    /// The part of the screen that no bar of the desktop covers; absent when there is no screen.
+    /// The part of the screen that no desktop bar covers; nothing if there is no screen.
     std::optional<QRect> visibleFrame() const;
 
 Q_SIGNALS:
-    /// The visible frame has changed by itself: a bar has come or gone, or the screen has.
+    /// The visible frame has changed on its own: a desktop bar has appeared or gone, or the screen
+    /// has changed.
     void changed();
 
 private:

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QString>
 
-/// How a row looks: as the newest one, which stands out, or as one of the earlier ones.
+/// How a row looks: as the newest one, which is highlighted, or as an older one.
 struct RowStyle {
     QString freshness;
     QColor freshnessText;
@@ -13,7 +13,7 @@ struct RowStyle {
     QColor background;
     int borderWidth = 0;
     QColor border;
-    /// The opacity of the row as a whole.
+    /// The opacity of the whole row.
     double alpha = 1;
 };
 

@@ -8,7 +8,7 @@ QRect trayFrame(const QRect &available, int rows, TrayPosition position)
     using namespace TrayMeasures;
     const int height = rowHeight * rows + rowSpacing * (std::max(rows, 1) - 1) + 2 * inset;
 
-    // Distances of the tray from the left and from the bottom edge of the available part.
+    // Distances of the tray from the left and bottom edges of the available area.
     const int farthestRight = available.width() - width - screenMargin;
     const int farthestUp = available.height() - height - screenMargin;
     const bool right = position == TrayPosition::bottomRight || position == TrayPosition::topRight;

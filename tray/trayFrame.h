@@ -17,7 +17,7 @@ constexpr int screenMargin = 44;
 
 } // namespace TrayMeasures
 
-/// Where the tray with this many rows stands: in the chosen corner of the screen's `available`
-/// part, a margin away from its edges. On a screen that is too small the left and the bottom
-/// margin are kept.
+/// The geometry of a tray with this many rows: in the chosen corner of the screen's available area,
+/// a margin away from its edges. On a screen that is too small, the left and bottom margins are
+/// kept.
 QRect trayFrame(const QRect &available, int rows, TrayPosition position);
