@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What Ctrl+C and its kind do: the first one asks the command to finish what it has in hand, the
-/// second one ends it at once.
+/// Handles Ctrl+C and similar signals: the first one asks the command to finish the pictures in
+/// progress, the second one ends it at once.
 namespace Interruption
 {
 
-/// Called once, before threads are started. A signal that is ignored already (nohup) stays so.
+/// Installs the handlers. Call it once, before threads are started. A signal that is already
+/// ignored (nohup) stays ignored.
 void expect();
 
-/// The signal that came; 0 when none has come. Any thread.
+/// The signal that was received; 0 if there was none. Any thread.
 int signal();
 
 } // namespace Interruption

@@ -17,14 +17,14 @@ constexpr char prefix[] = "renames-";
 constexpr char suffix[] = ".journal";
 constexpr int digits = 6;
 
-/// $XDG_STATE_HOME, which must be absolute to count, or its default.
+/// $XDG_STATE_HOME if it is absolute, or its default.
 QByteArray stateHome()
 {
     const QByteArray chosen = qgetenv("XDG_STATE_HOME");
     return chosen.startsWith('/') ? chosen : qgetenv("HOME") + "/.local/state";
 }
 
-/// The number of the journal of this name; 0 for any other file.
+/// The number of the journal with this name; 0 for any other file.
 int numberOf(const QByteArray &name)
 {
     if (!name.startsWith(prefix) || !name.endsWith(suffix))
@@ -76,7 +76,7 @@ std::error_code JournalFolder::flush() const
     const Descriptor folder(::open(m_path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder)
         return lastError();
-    // Some file systems can't, and say so.
+    // Some file systems cannot do this and return EINVAL.
     return ::fsync(folder.number()) == 0 || errno == EINVAL ? std::error_code() : lastError();
 }
 

@@ -6,24 +6,24 @@
 #include <system_error>
 #include <vector>
 
-/// The folder of the rename journals, which are numbered.
+/// The folder that contains the numbered rename journals.
 class JournalFolder
 {
 public:
     JournalFolder();
 
-    /// Makes it, with the folders above, for the user alone.
+    /// Creates the folder and its missing parents, accessible to the user only.
     std::error_code make() const;
 
-    /// Of the journals that are there, sorted.
+    /// The numbers of the existing journals, sorted.
     std::vector<int> numbers() const;
 
     QByteArray pathOf(int number) const;
 
-    /// Returns when the names in it are on the disk.
+    /// Flushes the names in the folder to the disk.
     std::error_code flush() const;
 
-    /// Removes the journals of runs that have ended, up to but without this number.
+    /// Removes the journals with lower numbers, except those of runs that have not ended.
     void removeOlderThan(int number) const;
 
 private:

@@ -31,7 +31,8 @@ Naming Namer::name(const PictureReading &reading)
     }
 }
 
-/// The path is free now. If it had a counter, a picture that wants the path without it may have it.
+/// The path is free now. If it had a counter, a picture that wants the path without one may now
+/// take it.
 void Namer::forget(const QByteArray &path)
 {
     m_counters.remove(path);
@@ -40,7 +41,7 @@ void Namer::forget(const QByteArray &path)
 
 QByteArray Namer::wantedName(const PictureReading &reading) const
 {
-    // Its old name tells at least when it was taken.
+    // Its old name at least says when it was taken.
     if (reading.words.isEmpty())
         return FilePaths::nameOf(reading.path);
     const QUrl file = FileUrls::fromPath(u'/' + FilePaths::nameText(reading.path));
@@ -69,7 +70,7 @@ std::error_code Renamer::take(const PictureReading &reading, const QByteArray &n
 {
     if (FilePaths::isTaken(newPath))
         return std::make_error_code(std::errc::file_exists);
-    // What was read may have given way to another file in the meantime.
+    // Another file may have replaced the picture since it was read.
     const std::optional<FileIdentity> identity = identityOf(reading.path);
     if (!identity || !identity->sameContent(reading.identity))
         return std::make_error_code(std::errc::no_such_file_or_directory);

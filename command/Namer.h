@@ -13,13 +13,13 @@
 
 class RenameJournal;
 
-/// What became of one picture's name.
+/// The result of naming one picture.
 struct Naming {
-    QByteArray newPath; ///< the old one where the name stays
-    QByteArray failure; ///< why it could not be named; empty when it could
+    QByteArray newPath; ///< the old path if the name stays
+    QByteArray failure; ///< why it could not be named; empty on success
 };
 
-/// Gives pictures the names that their words make, each free in its folder. One thread.
+/// Names pictures by the words in them. Each name is unique in its folder. Not thread-safe.
 class Namer
 {
 public:
@@ -30,7 +30,7 @@ public:
     Naming name(const PictureReading &reading);
 
 protected:
-    /// Gives the file this name. `std::errc::file_exists` has the next one tried.
+    /// Gives the file this name. After `std::errc::file_exists`, the next candidate is tried.
     virtual std::error_code take(const PictureReading &reading, const QByteArray &newPath) = 0;
 
 private:
@@ -38,11 +38,11 @@ private:
     void forget(const QByteArray &path);
 
     const QString m_appName;
-    /// The last counter that a wanted path got: all before it are taken.
+    /// The last counter used for each wanted path; all lower ones are taken.
     QHash<QByteArray, int> m_counters;
 };
 
-/// Only says which names there would be, and touches nothing.
+/// Only determines the names, without changing any file.
 class Preview : public Namer
 {
 public:
@@ -56,14 +56,14 @@ private:
     QSet<QByteArray> m_left;
 };
 
-/// Renames, and writes each rename into the journal first.
+/// Renames the files. Each rename is written to the journal first.
 class Renamer : public Namer
 {
 public:
-    /// @param journal must outlive this
+    /// @param journal must outlive this object
     Renamer(const QString &appName, RenameJournal &journal);
 
-    /// The journal takes nothing any more, so nothing more is renamed.
+    /// The journal can no longer be written, so nothing more is renamed.
     bool hasLostJournal() const { return m_hasLostJournal; }
 
 protected:

@@ -15,13 +15,13 @@
 namespace
 {
 
-/// All pixels at a time, in bytes: two 4K screens, or one picture of `namedLimits`.
+/// The limit for all pixels in memory, in bytes: two 4K screens, or one picture of `namedLimits`.
 constexpr qint64 pixelBytes = 72'000'000;
 
-/// Of a larger picture, which is four 4K screens, only the upper part is read.
+/// Of a picture larger than this (two 4K screens), only the upper part is read.
 constexpr PictureLimits namedLimits{17'000'000, 1'000'000};
 
-/// Even opening a device or a pipe can have an effect.
+/// Opening a device or a pipe can have side effects.
 bool isRegular(const QByteArray &path)
 {
     struct stat status = {};

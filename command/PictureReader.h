@@ -15,23 +15,24 @@
 class FileWriters;
 class TextRecognizer;
 
-/// What was found in a picture file.
+/// The result of reading a picture file.
 struct PictureReading {
     QByteArray path;
-    QByteArray failure; ///< why it could not be read; empty when it could
+    QByteArray failure; ///< why it could not be read; empty on success
     FileIdentity identity;
-    QStringList words; ///< of the name
-    QStringList lines; ///< all of the text, where that is wanted
+    QStringList words; ///< the words of its name
+    QStringList lines; ///< all of its text, if requested
 };
 
-/// Reads pictures from path to words. Any thread, several at once: together they hold no more
-/// pixels than the budget says, so that some may have to wait for others.
+/// Reads the words in picture files. Any thread, also several at once: together they stay within
+/// one pixel budget, so some may have to wait for others.
 class PictureReader
 {
 public:
     enum class Wanted { Words, Lines };
 
-    /// @param appName what the pictures show; where it is empty, they may tell it themselves
+    /// @param appName the application that the pictures show; if empty, the pictures' own texts may
+    ///        name it
     PictureReader(Wanted wanted, const QString &appName);
     ~PictureReader();
     Q_DISABLE_COPY_MOVE(PictureReader)
@@ -51,6 +52,6 @@ private:
     std::condition_variable m_roomReturned;
 };
 
-/// The identity of the regular file at the path, which need not be readable; nothing when there is
-/// none. Links are followed.
+/// The identity of the regular file at the path, which need not be readable; nothing if there is
+/// none. Follows links.
 std::optional<FileIdentity> identityOf(const QByteArray &path);

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr auto timeBetweenLines = 100ms;
-/// Of the bar itself, in characters; without room for the shorter one there is none.
+/// The bar's length in characters. If there is no room for the shorter one, there is no bar.
 constexpr int longestBar = 40;
 constexpr int shortestBar = 8;
 
@@ -66,7 +66,7 @@ QByteArray Progress::line(qsizetype done, qsizetype total, std::chrono::duration
         text += ", " + QByteArray::number(rate, 'f', rate < 10 ? 1 : 0) + "/s, " +
                 clockText(double(total - done) / rate) + " left";
     }
-    // The last column stays free: some terminals wrap when it is written.
+    // The last column stays free, because some terminals wrap when it is written.
     const int room = width - 1 - int(text.size()) - int(qstrlen("[] "));
     const double share = total > 0 ? double(done) / double(total) : 1;
     if (room >= shortestBar)

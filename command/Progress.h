@@ -5,8 +5,8 @@
 
 #include <chrono>
 
-/// The progress bar at the bottom of a terminal: how many are done, how many a second, and how long
-/// the others will take.
+/// The progress bar at the bottom of a terminal: how many pictures are done, how many per second,
+/// and how long the rest will take.
 class Progress
 {
 public:
@@ -16,10 +16,10 @@ public:
     ~Progress();
     Q_DISABLE_COPY_MOVE(Progress)
 
-    /// Shows the state as it is now, not more often than an eye can follow.
+    /// Updates the bar, but not more often than is visible.
     void show(qsizetype done);
 
-    /// The line that is shown.
+    /// The text of the bar for a terminal of this width.
     static QByteArray line(qsizetype done, qsizetype total, std::chrono::duration<double> since,
                            int width);
 

@@ -14,7 +14,7 @@ namespace
 
 constexpr auto timeBetweenCalls = 100ms;
 
-/// So many pictures may be read ahead of one that takes long.
+/// At most this many pictures are read ahead of a slow one.
 constexpr std::size_t farthestAhead = 64;
 
 } // namespace

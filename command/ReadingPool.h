@@ -13,22 +13,23 @@
 #include <thread>
 #include <vector>
 
-/// Reads pictures in threads, one a core, and hands the readings over in the order of the pictures.
-/// What has been read and not been taken yet stays few. Used by one thread.
+/// Reads pictures on several threads, one per core, and returns the readings in the order of the
+/// pictures. The number of readings that wait to be taken is limited. Used from one thread.
 class ReadingPool
 {
 public:
     using Work = std::function<PictureReading(const QByteArray &path)>;
-    /// Asked before each picture, from any thread. True: no further one is begun.
+    /// Called before each picture, on any thread. If it returns true, no further picture is
+    /// started.
     using Stopped = std::function<bool()>;
 
     ReadingPool(std::vector<QByteArray> paths, Work work, Stopped stopped);
-    /// Returns when the pictures in hand have been read.
+    /// Waits until the pictures in progress have been read.
     ~ReadingPool();
     Q_DISABLE_COPY_MOVE(ReadingPool)
 
-    /// The next picture's reading; waits for it. Nothing after the last, or after the last that was
-    /// begun. `whileWaiting` is called ten times a second.
+    /// Waits for the next picture's reading. Nothing after the last picture, or after the last that
+    /// was started. `whileWaiting` is called ten times a second.
     std::optional<PictureReading> next(const std::function<void()> &whileWaiting);
 
 private:
@@ -44,6 +45,6 @@ private:
     std::size_t m_begun = 0;
     std::size_t m_taken = 0;
     std::map<std::size_t, PictureReading> m_ready;
-    bool m_ended = false; ///< nothing more is begun
+    bool m_ended = false; ///< no further picture is started
     std::vector<std::thread> m_threads;
 };

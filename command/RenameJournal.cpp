@@ -18,7 +18,7 @@ namespace
 constexpr mode_t ownersFile = S_IRUSR | S_IWUSR;
 constexpr qint64 largestJournal = 1'000'000'000; // bytes
 
-/// One line: numbers and percent-encoded paths, which hold neither tabs nor line ends.
+/// One line of numbers and percent-encoded paths, which contain neither tabs nor line breaks.
 QByteArray lineOf(const RenameJournal::Entry &entry)
 {
     const FileIdentity &identity = entry.identity;
@@ -47,13 +47,13 @@ std::optional<RenameJournal::Entry> entryOf(const QByteArray &line)
     return entry;
 }
 
-/// Held by the process until the descriptor is closed, however the process ends.
+/// Held until the descriptor is closed, however the process ends.
 bool lock(const Descriptor &file)
 {
     return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
 }
 
-/// Whether the file still has its name: somebody may have removed it before it was locked.
+/// Whether the file still has its name: another process may have removed it before it was locked.
 bool hasName(const Descriptor &file)
 {
     struct stat status = {};
@@ -115,7 +115,7 @@ std::unique_ptr<RenameJournal> RenameJournal::openLast(std::error_code &error)
             return nullptr;
         }
         const auto identity = fileIdentity(file.number());
-        // One that its run did not come to fill goes with its object.
+        // A journal that its run never wrote to is removed by its destructor.
         std::unique_ptr<RenameJournal> journal(
             new RenameJournal(path, std::move(file), identity ? identity->size : 1));
         if (!journal->entries().empty())
@@ -141,7 +141,7 @@ std::error_code RenameJournal::append(const Entry &entry)
     const QByteArray line = lineOf(entry);
     if (!writeAll(m_file.number(), line, m_size)) {
         const std::error_code error = lastError();
-        // What it left would run into the next line.
+        // An incomplete line would corrupt the next one.
         [[maybe_unused]] const int truncated = ::ftruncate(m_file.number(), m_size);
         return error;
     }
@@ -153,7 +153,7 @@ std::vector<RenameJournal::Entry> RenameJournal::entries() const
 {
     std::vector<Entry> found;
     const QByteArray content = readWhole(m_file.number(), largestJournal).value_or(QByteArray());
-    // What follows the last line end was never finished.
+    // A line without a line break at its end was never completed.
     const QByteArray whole = content.left(content.lastIndexOf('\n') + 1);
     for (const QByteArray &line : whole.split('\n')) {
         if (std::optional<Entry> entry = entryOf(line))

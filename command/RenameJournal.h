@@ -11,14 +11,14 @@
 #include <system_error>
 #include <vector>
 
-/// What was renamed, so that it can be taken back: a file for each run of the command, in
-/// $XDG_STATE_HOME/velmora, the user's alone. Each rename is on the disk before it happens, so the
-/// journal may name one that did not happen, but never lacks one that did. A run holds a lock on
-/// its journal for as long as it lives.
+/// The renames of one run of the command, kept so that they can be undone: one file per run in
+/// $XDG_STATE_HOME/velmora, private to the user. Each rename is on disk before it happens, so the
+/// journal may contain a rename that did not happen, but never lacks one that did. A run locks its
+/// journal for as long as it lives.
 class RenameJournal
 {
 public:
-    /// The last so many runs can be taken back.
+    /// This many runs can be undone.
     static constexpr int runsKept = 100;
 
     struct Entry {
@@ -27,24 +27,25 @@ public:
         QByteArray newPath;
     };
 
-    /// Begins the journal of a new run. Null, and the error, when that is not possible.
+    /// Creates the journal of a new run. Null, with `error` set, on failure.
     static std::unique_ptr<RenameJournal> begin(std::error_code &error);
 
-    /// Opens the last run's. Null without an error where there is none; with
-    /// `std::errc::resource_unavailable_try_again` while that run is still at work.
+    /// Opens the journal of the last run. Null without an error if there is none. Null with
+    /// `std::errc::resource_unavailable_try_again` while that run is still in progress.
     static std::unique_ptr<RenameJournal> openLast(std::error_code &error);
 
-    /// A journal without entries is removed.
+    /// Removes the journal if it has no entries.
     ~RenameJournal();
     Q_DISABLE_COPY_MOVE(RenameJournal)
 
-    /// Returns when the entry is on the disk. After an error the journal is as it was before.
+    /// Returns once the entry is on disk. After an error the journal is unchanged.
     std::error_code append(const Entry &entry);
 
-    /// What was appended, in that order. What a dying run did not finish writing is left out.
+    /// The entries in the order in which they were appended. An entry that a killed run did not
+    /// complete is left out.
     std::vector<Entry> entries() const;
 
-    /// When all has been taken back.
+    /// Removes the journal once all its renames have been undone.
     void remove();
 
     const QByteArray &path() const { return m_path; }
@@ -54,5 +55,5 @@ private:
 
     QByteArray m_path;
     Descriptor m_file;
-    qint64 m_size; ///< bytes that hold entries
+    qint64 m_size; ///< length of all entries in bytes
 };

@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// What stands before the date, in lower case and composed form. Word, blank and date may be parted
-/// by the signs of `separators` in any case, so that "Screenshot_", "Screenshot - " and the like
-/// need no line of their own.
+/// The words before the date, in lower case and composed form. What may separate them from the date
+/// is part of the expression below, so "Screenshot_", "Screenshot - " and the like need no line of
+/// their own.
 constexpr QStringView openings[] = {
     u"screenshot",
     u"screenshot from",
@@ -81,7 +81,7 @@ constexpr QStringView openings[] = {
     u"ksnip", // tools' own names
 };
 
-/// What follows an opening, or stands alone: a date, a time, what some tools add, a counter.
+/// What follows an opening: a date, a time, additions by some tools, a counter.
 const QRegularExpression &momentAfterOpening()
 {
     static const QRegularExpression expression(
@@ -95,7 +95,7 @@ const QRegularExpression &momentAfterOpening()
     return expression;
 }
 
-/// Names without a word in front. "2026-11-21_07-00", "20261121_07h00m12s_grim",
+/// Names that start with the date: "2026-11-21_07-00", "20261121_07h00m12s_grim",
 /// "2026-11-21-070012_hyprshot", "2026-11-21T07:00:12,123456789+01:00".
 const QRegularExpression &momentAlone()
 {

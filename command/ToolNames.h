@@ -3,13 +3,13 @@
 
 #include <QString>
 
-/// File names as screenshot tools give them. Any thread; pure.
+/// The file names that screenshot tools choose. Any thread; pure.
 namespace ToolNames
 {
 
-/// Whether the name, with its extension, is one that a tool gives by itself: the moment of the
-/// screenshot, alone or after the tool's word for a screenshot in one of its languages, and perhaps
-/// a counter. Whatever else stands in a name was written by somebody.
+/// Whether a tool chose this name (with its extension): the time of the screenshot, alone or after
+/// the tool's word for a screenshot in one of its languages, possibly with a counter. A name that
+/// contains anything else was chosen by a person.
 bool isToolName(const QString &name);
 
 } // namespace ToolNames

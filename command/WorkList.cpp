@@ -21,7 +21,7 @@ namespace
 
 using namespace std::string_view_literals;
 
-/// Those of the pictures that can be decoded.
+/// The extensions of pictures that can be decoded.
 constexpr std::array imageExtensions = {"png"sv,  "jpg"sv, "jpeg"sv, "heic"sv,
                                         "tiff"sv, "tif"sv, "webp"sv};
 

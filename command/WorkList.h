@@ -7,7 +7,8 @@
 
 #include <vector>
 
-/// The pictures that a command line speaks of, in its order; those of a folder by name. Each once.
+/// The pictures that a command line refers to, in its order; those in a folder are sorted by name.
+/// Each appears once.
 struct WorkList {
     struct Failure {
         QByteArray path;
@@ -15,10 +16,11 @@ struct WorkList {
     };
 
     std::vector<QByteArray> pictures;
-    qsizetype leftAlone = 0; ///< have names of their own
+    qsizetype leftAlone = 0; ///< pictures that a person has named
     std::vector<Failure> failures;
 
-    /// Reads the folders, and standard input where it is asked for. Only text is wanted of all
-    /// pictures; names are given to those that have the name of a tool, unless all are asked for.
+    /// Reads the folders and, if requested, standard input. If names are wanted, takes only
+    /// pictures with a name chosen by a tool, unless all are requested. If text is wanted, takes
+    /// all.
     static WorkList of(const CommandOptions &options);
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What the command ends with. After a signal it is 128 and the signal's number, as shells have it.
+/// The command's exit status. After a signal it is 128 plus the signal's number, as in shells.
 namespace ExitStatus
 {
 

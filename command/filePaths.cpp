@@ -22,7 +22,7 @@ QByteArray octal(char byte)
     return '\\' + QByteArray::number(uchar(byte), 8).rightJustified(3, '0');
 }
 
-/// Where the extension's dot stands, or the end.
+/// The position of the extension's dot, or the end.
 qsizetype endOfBase(const QByteArray &path)
 {
     const QByteArray extension = FileUrls::pathExtension(FilePaths::nameText(path)).toUtf8();

@@ -23,8 +23,8 @@ int preview(const CommandOptions &options, Console &console, Report &report)
                         });
 }
 
-/// Reports what became of the picture; ends where going on would rename without a journal, or
-/// without anybody being told.
+/// Reports the picture's result. Stops if renaming could no longer be recorded in the journal, or
+/// no longer be reported.
 Going rename(Renamer &renamer, const PictureReading &reading, Report &report)
 {
     const Naming naming = renamer.name(reading);

@@ -6,6 +6,6 @@
 #include <optional>
 #include <vector>
 
-/// The names of what stands in a folder, sorted by their bytes; nothing, and `errno`, when it can't
+/// The names of a folder's entries, sorted by their bytes; nothing, with `errno` set, if it cannot
 /// be read.
 std::optional<std::vector<QByteArray>> namesInFolder(const QByteArray &folder);

@@ -8,15 +8,15 @@
 
 #include <functional>
 
-/// Whether the next picture is wanted.
+/// Whether to go on with the next picture.
 enum class Going {
     On,
-    EndsAfter,  ///< this one was the last
-    EndsBefore, ///< nothing was done with this one
+    EndsAfter,  ///< this picture was the last
+    EndsBefore, ///< this picture was not handled
 };
 
-/// Reads the pictures of the list, one a core, and hands over those that could be read in the order
-/// of the list; the others are reported. Shows the progress. A signal, or a handler that is done,
-/// ends it early; then it says how many are left. Returns the exit status.
+/// Reads the pictures of the list, one per core. Passes those that could be read to `handle`, in
+/// the order of the list, and reports the others. Shows the progress. A signal, or the result of
+/// `handle`, ends it early; then it reports how many are left. Returns the exit status.
 int readPictures(WorkList list, PictureReader &reader, Console &console, Report &report,
                  const std::function<Going(const PictureReading &)> &handle);

@@ -15,9 +15,9 @@ namespace
 
 using Entry = RenameJournal::Entry;
 
-/// Whether a file is the one that was renamed, perhaps changed since. A device may have another
-/// number today; and where the file system doesn't say when a file was made, its number alone may
-/// be another file's by now.
+/// Whether a file is the one that was renamed, even if it was changed since. Compares no device
+/// numbers, because they may change. Where the file system does not record when a file was created,
+/// its serial number alone is not enough: it may have been reused.
 bool isFileOf(const Entry &entry, const std::optional<FileIdentity> &found)
 {
     if (!found)
@@ -27,7 +27,7 @@ bool isFileOf(const Entry &entry, const std::optional<FileIdentity> &found)
     return isSame || (found->size == then.size && found->modified == then.modified);
 }
 
-/// Takes the renames of a journal back, the last one first.
+/// Undoes the renames of a journal, the last one first.
 class Undoing
 {
 public:
@@ -36,7 +36,7 @@ public:
     {
     }
 
-    /// False when a signal, or a closed output, ended it early.
+    /// False if a signal or a closed output ended it early.
     bool run()
     {
         return std::all_of(m_entries.rbegin(), m_entries.rend(), [this](const Entry &entry) {
@@ -44,7 +44,7 @@ public:
         });
     }
 
-    /// Some files stand where they were renamed to, and could be taken back later.
+    /// Some files are still where they were moved to, so undoing them can be tried again.
     bool mayBeTriedAgain() const { return m_mayBeTriedAgain; }
 
 private:
@@ -65,7 +65,7 @@ private:
                                 "can't be renamed: " + QByteArray::fromStdString(error.message()));
     }
 
-    /// The rename did not happen, or under another name, or was taken back before a kill.
+    /// The rename did not happen, or happened under another name, or was undone before a kill.
     bool isWhereItWas(const Entry &entry) const
     {
         return isFileOf(entry, identityOf(entry.oldPath)) ||

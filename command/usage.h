@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What --help prints.
+/// The output of --help.
 extern const char *const usageText;
