@@ -15,7 +15,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         for (const char *name : {
-                 // GNOME, in its languages and their counters
+                 // GNOME, with translations and counters
                  "Screenshot from 2023-01-31 09-05-59.png",
                  "Screenshot From 2024-11-02 23-59-01.png",
                  "Screenshot From 2024-11-02 23-59-01-1.png",
@@ -56,7 +56,7 @@ private Q_SLOTS:
                  "Screenshot_2023-01-31_09-05-59-1.png",
                  "Screenshot at 2023-01-31 09-05-59.png",
                  "Screenshot from 2023-01-31 09.05.59.png",
-                 // tools of their own
+                 // other tools
                  "2026-11-21_07-00.png",
                  "2026-11-21_07-00_1.png",
                  "2026-11-21_07-00-12.jpg",

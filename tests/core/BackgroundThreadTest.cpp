@@ -96,7 +96,7 @@ private Q_SLOTS:
         QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()).constData());
         stuck->mayEnd.release();
         stuck->ended.acquire();
-        // The thread lets go of what it held, and has not begun anything more.
+        // The thread has released what it held, and has not started another task.
         QTRY_COMPARE(stuck.use_count(), 1L);
         QVERIFY(!stuck->wentOn);
     }

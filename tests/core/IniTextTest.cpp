@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Letters that mean something in such files, and some that don't.
+/// Some letters have a meaning in such files, some do not.
 QString randomString(QRandomGenerator &random)
 {
     static const QString letters =
@@ -24,7 +24,7 @@ QString randomString(QRandomGenerator &random)
 
 } // namespace
 
-/// QSettings is the judge: what one has written the other must understand.
+/// QSettings is the reference: each must be able to read what the other has written.
 class IniTextTest : public QObject
 {
     Q_OBJECT

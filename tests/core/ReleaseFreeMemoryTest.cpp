@@ -12,7 +12,7 @@
 namespace
 {
 
-/// How much of the files that the program has mapped is in memory, in kB.
+/// How much of the program's mapped files is in memory, in kB.
 int mappedFiles()
 {
     QFile status(QStringLiteral("/proc/self/status"));

@@ -178,7 +178,7 @@ private Q_SLOTS:
         fill(path(), "[General]\ntrayDuration=0\n");
         begin();
         for (int i = 0; i < 200; ++i) {
-            // In place, replaced, and of one size.
+            // Written in place or replaced, but always of the same size.
             const QByteArray text =
                 QByteArray("[General]\ntrayDuration=") + QByteArray::number(100 + i) + '\n';
             if (i % 2 == 0) {
@@ -364,7 +364,7 @@ private Q_SLOTS:
             for (int i = 0; i < 50; ++i)
                 m_store->value(key);
         });
-        // The first read waits 50 ms, the others together 5.
+        // The first read waits 50 ms, all others together 5 ms.
         QVERIFY2(taken < 300, QByteArray::number(taken).constData());
         m_store->setValue(other, QStringLiteral("set before it was read"));
         QTRY_COMPARE_WITH_TIMEOUT(value(), QStringLiteral("x"), 10'000);

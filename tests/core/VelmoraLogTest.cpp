@@ -41,7 +41,7 @@ void fill(const QString &path, const QByteArray &content)
     QCOMPARE(file.write(content), content.size());
 }
 
-/// The lines without their line feeds; what follows the last line feed counts as one more.
+/// The lines without their line feeds. The text after the last line feed counts as another line.
 QList<QByteArray> linesOf(const QString &path)
 {
     return contentOf(path).split('\n');
@@ -167,7 +167,7 @@ private Q_SLOTS:
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner |
                                                             QFile::ExeOwner | QFile::ReadOther |
                                                             QFile::ExeOther));
-        // Permissions do not bind root: as root the line is written by somebody else.
+        // Permissions do not restrict root, so root writes this line as another user.
         const uid_t user = ::geteuid();
         QVERIFY(user != 0 || ::seteuid(nobody) == 0);
         VelmoraLog::append(m_path, QStringLiteral("line"));
@@ -255,7 +255,7 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(VelmoraLogTest)
 
-/// A program that ends right after it has written.
+/// A program that exits right after writing to the log.
 static const TestProgram::Entry saysSomething("say", [](int argc, char *argv[]) {
     const QCoreApplication application(argc, argv);
     const QString words = QCoreApplication::arguments().value(1);

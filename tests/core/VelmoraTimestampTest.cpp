@@ -19,7 +19,7 @@ private Q_SLOTS:
 
     void aMomentIsToldInTheSystemsTimeZone()
     {
-        // The zone of the tests is Europe/Berlin.
+        // The tests run in the time zone Europe/Berlin.
         const QDateTime summer(QDate(2026, 7, 1), QTime(22, 30), Qt::UTC);
         QCOMPARE(velmoraTimestamp(summer), QStringLiteral("20260702-003000"));
         const QDateTime winter(QDate(2026, 12, 31), QTime(23, 59, 59), Qt::UTC);

@@ -20,7 +20,7 @@ using FolderActions::write;
 namespace
 {
 
-/// The number of one of this process's threads; empty while there is none of that name.
+/// The id of one of this process's threads; empty if there is none with that name.
 QString threadNamed(const QByteArray &name)
 {
     const QDir tasks(u"/proc/self/task"_s);
@@ -32,7 +32,7 @@ QString threadNamed(const QByteArray &name)
     return {};
 }
 
-/// How often the watcher's thread has gone to sleep, which it does after each time it was woken.
+/// How often the watcher's thread has gone to sleep, which it does after each wake-up.
 int sleepsOfWatcher()
 {
     QFile status(u"/proc/self/task/"_s + threadNamed("velmora.screens") + u"/status"_s);
@@ -44,7 +44,7 @@ int sleepsOfWatcher()
     return text.mid(begin, text.indexOf('\n', begin) - begin).trimmed().toInt();
 }
 
-/// The processor's time that this whole process has used.
+/// The processor time that this process has used.
 std::chrono::nanoseconds used()
 {
     timespec time = {};
@@ -62,7 +62,8 @@ class AtRestTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        // Not where all programs have their temporary files, since the way there is watched too.
+        // Not in the common temporary folder, because the watched folder's parents are watched,
+        // too.
         m_directory = std::make_unique<QTemporaryDir>(u"/dev/shm/velmora-XXXXXX"_s);
         QVERIFY(m_directory->isValid());
         m_folder = m_directory->path() + u"/Shots"_s;
@@ -144,8 +145,8 @@ private Q_SLOTS:
             Waiting::letPass(2000ms);
             least = std::min(least, used() - before);
         }
-        // 1 % of the time is for the listing. The rest is for the ticks, for this test itself, and
-        // for what a busy machine makes them cost; listing at each tick took 457 ms.
+        // Listing takes 1 % of the time. The rest is for the ticks, for this test itself, and for
+        // the overhead of a busy machine. Listing at each tick took 457 ms.
         QVERIFY2(least < 100ms, qPrintable(QString::number(least / 1us)));
 
         QVERIFY(write(inFolder("new.png")));

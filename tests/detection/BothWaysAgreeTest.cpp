@@ -26,7 +26,7 @@ Dates datesOf(const FolderListing::Files &files)
     return dates;
 }
 
-/// What the folder holds, as the plainest listing tells it.
+/// The content of the folder, as found by the simplest possible listing.
 Dates plainListing(const QString &folder, FileTime now)
 {
     Dates dates;
@@ -62,8 +62,8 @@ QString described(const Dates &dates, FileTime now)
 
 } // namespace
 
-/// Following the folder by its events alone, and asking first whether it has moved where nothing
-/// is reported, have the outcome of listing it each time, whatever happens.
+/// Two ways give the same result as listing the folder each time, whatever happens: following it by
+/// events alone and, where nothing is reported, first checking whether it has changed.
 class BothWaysAgreeTest : public QObject
 {
     Q_OBJECT
@@ -103,7 +103,7 @@ private Q_SLOTS:
             const Dates expected = plainListing(history.folder(), now);
             QCOMPARE(described(datesOf(lister.candidates()), now), described(expected, now));
             const bool agree = QTest::qWaitFor([&] {
-                // Where nothing goes unreported, nobody looks but after an event.
+                // If everything is reported, look() is only called after an event.
                 if (follower.hasUnreported() || now >= follower.nextAgeing())
                     follower.look(now);
                 return datesOf(follower.candidates()) == expected;
@@ -127,7 +127,7 @@ private Q_SLOTS:
                 followed.ignore(news.first());
                 asked.ignore(news.first());
             }
-            // The clock goes on, and once in a while it is set back, which is told.
+            // The clock advances. Sometimes it is set back, and the watcher is informed.
             const bool isSet = history.random(30) == 0;
             skew += std::chrono::seconds(isSet ? 60 - history.random(200) : history.random(60));
             if (isSet) {

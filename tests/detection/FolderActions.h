@@ -7,7 +7,7 @@
 
 #include <chrono>
 
-/// What other programs do in a screenshot folder. False where the system refuses.
+/// What other programs do in a screenshot folder. False if the system refuses.
 namespace FolderActions
 {
 
@@ -16,10 +16,10 @@ bool write(const QString &path, const QByteArray &content = "picture");
 /// For names that are not UTF-8.
 bool writeRaw(const QByteArray &path);
 
-/// Sets the date of the entry itself, also of a link.
+/// Sets the date of the entry itself, even if it is a link.
 bool setDate(const QString &path, FileTime date);
 
-/// A file of that date, moved in at once as a whole.
+/// Moves in a complete file with that date, in one step.
 bool moveIn(const QString &path, FileTime date);
 
 bool rename(const QString &path, const QString &newPath);

@@ -15,7 +15,7 @@ using FolderActions::moveIn;
 using FolderActions::setDate;
 using FolderActions::write;
 
-/// Time is steered: files get their dates around a noon of long ago.
+/// Time is simulated: files get dates around noon of a day long ago.
 class FolderListingTest : public QObject
 {
     Q_OBJECT
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QVERIFY(moveIn(path("b.png"), m_noon - 1h));
         follow();
         m_listing->look(m_noon);
-        // Now a.png and b.png are one file, and only the rename is told.
+        // Now a.png and b.png are the same file, and only the rename is reported.
         QVERIFY(QFile::remove(outside));
         QVERIFY(FolderActions::link(path("b.png"), outside));
         QVERIFY(FolderActions::rename(outside, path("a.png")));
@@ -230,7 +230,8 @@ private Q_SLOTS:
 
     void whereNothingIsReportedTheFolderIsListedWhenItHasMovedAndElseSeldom()
     {
-        // Listing it takes a millisecond or more, so the next one is due a tenth of a second later.
+        // Listing takes a millisecond or more, so the next listing is due a tenth of a second
+        // later.
         for (int i = 0; i < 3000; ++i)
             QVERIFY(FolderActions::writeRaw(QFile::encodeName(m_folder + u"/%1.png"_s.arg(i))));
         QVERIFY(moveIn(path("old.png"), m_noon - 1h));

@@ -85,7 +85,7 @@ private Q_SLOTS:
     {
         NewScreenshots screenshots(startedAt);
         screenshots.start({});
-        // U+FF5E comes before U+1F4F7, though not as UTF-16.
+        // U+FF5E sorts before U+1F4F7, but not in UTF-16.
         QCOMPARE(
             joined(screenshots.scan(files({"b.png", "Z.png", "\U0001F4F7.png", "a.png",
                                            "\uFF5E.png", "é.png", "Shot 10.png", "Shot 9.png"}))),

@@ -3,7 +3,7 @@
 
 #include "platform/FolderEvents.h"
 
-/// Events of a system that has none, or that says so little.
+/// Events of a system that reports none, or only some.
 class PoorFolderEvents : public FolderEvents
 {
 public:

@@ -65,7 +65,7 @@ QString RandomHistory::anyName()
     return QString::fromUtf8(names[static_cast<size_t>(random(static_cast<int>(names.size())))]);
 }
 
-/// Many at the borders of what is recent.
+/// Many dates are close to the limit of what counts as recent.
 FileTime RandomHistory::anyDate(FileTime now)
 {
     switch (random(4)) {

@@ -9,12 +9,12 @@
 
 #include <random>
 
-/// A folder reached through a parent that may be a link, a place beside it, and what a user and
-/// their programs may do there: one random act after the other, on real files. An act that the
-/// system refuses does nothing.
+/// A folder reached through a parent that may be a link, a second folder beside it, and what a user
+/// and their programs may do there: one random action after the other, on real files. An action
+/// that the system refuses does nothing.
 ///
-/// One act is left out, giving a second name outside to a file of the folder, since nobody can
-/// tell the folder's watcher of it.
+/// One action is left out: giving a file of the folder a second name outside, because no event can
+/// report that to the folder's watcher.
 class RandomHistory
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     QString folder() const { return m_parent + QStringLiteral("/Shots"); }
 
-    /// Does something, to files with dates around `now`, and says what.
+    /// Performs an action on files with dates around `now`, and describes it.
     QString act(FileTime now);
 
     int random(int below);

@@ -3,7 +3,7 @@
 
 #include "platform/ScreenshotPreferences.h"
 
-/// Preferences in memory, with commands to return.
+/// Preferences in memory, with the commands to return.
 class RememberedPreferences : public ScreenshotPreferences
 {
 public:

@@ -12,7 +12,7 @@ class RescanTimesTest : public QObject
 
     const RescanTimes::Time m_start = RescanTimes::Time(1h);
 
-    /// When looks are due, in milliseconds after the start, asked each millisecond.
+    /// When rescans are due, in milliseconds after the start, checked every millisecond.
     QString looks(RescanTimes &times) const
     {
         QStringList moments;

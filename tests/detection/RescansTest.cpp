@@ -14,8 +14,8 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Where nothing can be watched, each look at the folder tries to watch it. Here the looks are
-/// counted, and yet something is told when the test wants it.
+/// Where nothing can be watched, each look at the folder tries to watch it again. This class counts
+/// those attempts, and can still report changes for the test.
 class CountingFolderEvents : public FolderEvents
 {
 public:
@@ -34,7 +34,7 @@ private:
 
 } // namespace
 
-/// How often and when the folder is looked at.
+/// How often and when the folder is checked.
 class RescansTest : public QObject
 {
     Q_OBJECT
@@ -60,7 +60,8 @@ private Q_SLOTS:
         };
         const int ticks = looksDuring([&pass] { pass(false); });
         const int looks = looksDuring([&pass] { pass(true); });
-        // Six events: one look at once and three later ones each. A busy machine makes one of two.
+        // Six events cause one scan at once and three rescans each. A busy machine may merge two of
+        // them.
         QVERIFY2(looks - ticks >= 19, qPrintable(QString::number(looks - ticks)));
         QVERIFY2(looks - ticks <= 26, qPrintable(QString::number(looks - ticks)));
     }

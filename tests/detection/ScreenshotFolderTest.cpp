@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Preferences of a slow system, which others change meanwhile.
+/// Preferences of a slow system, which other programs change in the meantime.
 class SlowPreferences : public RememberedPreferences
 {
 public:
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QVERIFY(timer.elapsed() < 5000);
         preferences.isSlow = false;
         preferences.released.release();
-        // The thread that was left behind still reads.
+        // The abandoned thread is still reading.
         Waiting::letPass(100ms);
     }
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QTRY_COMPARE(preferences.reads, 2);
         QVERIFY(Waiting::staysTrue([&] { return changes.isEmpty(); }, 100ms));
         QCOMPARE(folder.current(), url(directory.path()));
-        // One that is missing may come.
+        // A missing folder may appear later.
         const QString missing = directory.filePath(u"missing"_s);
         preferences.change(missing);
         QTRY_COMPARE(folder.current(), url(missing));

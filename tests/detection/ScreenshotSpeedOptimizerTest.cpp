@@ -17,7 +17,7 @@ QStringList shell(const char *script, const QString &argument = {})
     return {QStringLiteral("-c"), QString::fromUtf8(script), argument};
 }
 
-/// What is logged from its making on, by this test and whoever else runs.
+/// What this test, and anything else that is running, has logged since this object was created.
 class LogSince
 {
 public:
@@ -84,7 +84,7 @@ private Q_SLOTS:
     {
         const QTemporaryDir directory;
         const QString marker = directory.filePath(QStringLiteral("ended"));
-        // More than a pipe holds, and an input that is at its end.
+        // More output than a pipe holds, and an input that is at its end.
         ScreenshotSpeedOptimizer::run(
             QStringLiteral("/bin/sh"),
             shell("head -c 1000000 /dev/zero; head -c 1000000 /dev/zero >&2; cat; touch \"$0\"",

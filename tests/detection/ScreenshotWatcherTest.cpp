@@ -39,7 +39,7 @@ class ScreenshotWatcherTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        // The watchers of the tests before end in the background.
+        // The watchers of earlier tests end in the background.
         QTRY_COMPARE(openInotifyDescriptors(), 0);
         m_directory = std::make_unique<QTemporaryDir>();
         m_folder = m_directory->path() + QStringLiteral("/Shots");
@@ -135,7 +135,7 @@ private Q_SLOTS:
         Watched watched(m_folder);
         watched->start();
         QVERIFY(write(inFolder("ours.png")));
-        // The watcher sees the file while its owner is still busy with having put it there.
+        // The watcher sees the file while its owner is still busy putting it there.
         letAllScansPassUnheard();
         watched->ignore(QUrl::fromLocalFile(inFolder("ours.png")));
         letAllScansPass();
@@ -204,7 +204,7 @@ private Q_SLOTS:
         watcher.start();
         QTRY_VERIFY(openInotifyDescriptors() > 0);
         letAllScansPass();
-        // Where a turn of the event loop ends, it says the one or the other.
+        // Emitted whenever a turn of the event loop ends.
         const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
         connect(loop, &QAbstractEventDispatcher::aboutToBlock, &watcher, [&] { note(turn); });
         connect(loop, &QAbstractEventDispatcher::awake, &watcher, [&] { note(turn); });
@@ -306,7 +306,7 @@ private Q_SLOTS:
         Watched watched(m_folder);
         watched->start();
         QVERIFY(write(inFolder("a.png")));
-        // The main thread hears nothing meanwhile, so the report is queued.
+        // The main thread is blocked in the meantime, so the report is queued.
         Waiting::letPassUnheard(300ms);
         watched.reset();
         letAllScansPass();
@@ -345,7 +345,6 @@ private Q_SLOTS:
     }
 
 private:
-    /// Notes each event that reaches the watcher.
     QString inFolder(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
 
     std::unique_ptr<QTemporaryDir> m_directory;

@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <QThread>
 
-/// A watcher of a folder, and what it has reported.
+/// A watcher of a folder and the files it has reported.
 class Watched
 {
 public:
@@ -49,7 +49,7 @@ inline void letAllScansPass()
     Waiting::letPass(std::chrono::milliseconds(400));
 }
 
-/// The same without the main thread's event loop, as while its owner is busy.
+/// The same, with the main thread's event loop blocked, as while its owner is busy.
 inline void letAllScansPassUnheard()
 {
     Waiting::letPassUnheard(std::chrono::milliseconds(400));

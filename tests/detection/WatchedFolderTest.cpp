@@ -22,7 +22,7 @@ using FolderActions::write;
 namespace
 {
 
-/// Events whose system does not answer before somebody releases it.
+/// Events of a system that hangs until it is released.
 class HangingFolderEvents : public PoorFolderEvents
 {
 public:
@@ -41,7 +41,7 @@ private:
     QSemaphore &m_released;
 };
 
-/// Makes the process that of an ordinary user, whom permissions bind, until its end.
+/// Gives the process an ordinary user's rights, so that permissions apply, until destroyed.
 class OrdinaryUser
 {
 public:
@@ -64,7 +64,7 @@ private:
 
 } // namespace
 
-/// What becomes of the watched folder itself.
+/// What happens to the watched folder itself.
 class WatchedFolderTest : public QObject
 {
     Q_OBJECT
@@ -204,7 +204,7 @@ private Q_SLOTS:
         QVERIFY(!write(folder + QStringLiteral("/b.png")));
         letAllScansPass();
         QVERIFY(::chmod(closed.constData(), 0700) == 0);
-        // What could not be seen for a while is seen as new.
+        // Files that could not be seen for a while count as new.
         QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png"}));
         QVERIFY(write(folder + QStringLiteral("/b.png")));
         QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png", "b.png"}));
@@ -262,7 +262,7 @@ private Q_SLOTS:
             watched->start();
             timer.start();
         }
-        // Another folder may have been chosen: nobody waits for the one before.
+        // Another folder may have been chosen, so nothing waits for the previous one.
         QVERIFY(timer.elapsed() < 500);
         released.release();
         letAllScansPass();

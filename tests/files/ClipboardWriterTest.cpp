@@ -51,7 +51,7 @@ private Q_SLOTS:
     {
         m_files = std::make_unique<TestFiles>();
         m_log = std::make_unique<LogTail>();
-        // The other program says that it is ready a moment before it owns the clipboard.
+        // The other program reports that it is ready just before it owns the clipboard.
         XClip::take("before");
         QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray("before"));
     }

@@ -5,7 +5,7 @@
 
 #include <QList>
 
-/// Notes what the desktop is told.
+/// Records what the desktop is informed of.
 class FakeDesktopRecords : public DesktopRecords
 {
 public:

@@ -3,7 +3,7 @@
 
 #include "platform/Pasteboard.h"
 
-/// A clipboard in memory that can be told to refuse.
+/// A clipboard in memory that can be made to refuse.
 class FakePasteboard : public Pasteboard
 {
 public:

@@ -7,8 +7,7 @@
 
 #include <QTemporaryDir>
 
-/// A trash in a folder of its own that can be told to refuse, or to keep to itself where a file
-/// went.
+/// A trash in a folder of its own that can be made to refuse, or not to report where a file went.
 class FakeSystemTrash : public SystemTrash
 {
 public:

@@ -6,14 +6,14 @@
 #include <QFile>
 #include <QStringList>
 
-/// What is written to the program's log from now on. Tests of one machine share that file, so each
-/// looks only for lines about its own folder.
+/// What is written to the program's log from now on. All tests on a machine share that file, so
+/// each checks only lines about its own folder.
 class LogTail
 {
 public:
     LogTail() : m_start(QFile(written()).size()) {}
 
-    /// The messages, without their stamps, that hold `text`.
+    /// The messages that contain `text`, without their timestamps.
     QStringList messagesWith(const QString &text) const
     {
         QFile log(written());
@@ -29,7 +29,7 @@ public:
     }
 
 private:
-    /// The log with all that this program has to say so far.
+    /// The log, once this program has written all its lines so far.
     static QString written()
     {
         VelmoraLog::waitUntilWritten(std::chrono::seconds(10));

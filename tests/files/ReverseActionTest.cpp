@@ -14,7 +14,7 @@ class ReverseActionTest : public QObject
 
     static QString s(const char *text) { return QString::fromUtf8(text); }
 
-    /// An action of each kind that was made on the file "old.png".
+    /// Performs an action of this kind on the file "old.png".
     static UndoableAction done(UndoableAction::Kind kind, const TestFiles &files,
                                FakeSystemTrash &trash)
     {

@@ -31,7 +31,7 @@ public:
     void reveal(const QUrl &) override {}
 };
 
-/// A trash that takes its time.
+/// A trash that waits until the test lets it continue.
 class GatedTrash : public FakeSystemTrash
 {
 public:
@@ -49,7 +49,7 @@ public:
     QSemaphore gate;
 };
 
-/// So that a file may be told to be still written.
+/// Lets the test pretend that a file is still being written.
 class SteeredFileWriters : public FileWriters
 {
 public:
@@ -164,7 +164,7 @@ private Q_SLOTS:
         copy(shot);
         rename(shot, u"d.png"_s);
         trash(shot);
-        // The file is not touched before the answer to the call.
+        // The file is not accessed before the call returns.
         QVERIFY(m_copied == std::nullopt);
         finish();
         QCOMPARE(m_renamed.result,
@@ -191,7 +191,7 @@ private Q_SLOTS:
         finish();
         QCOMPARE(m_records.moves, (QList<std::pair<QUrl, QUrl>>{{a, b}, {b, a}, {trashed, a}}));
         QCOMPARE(m_records.trashed, QList{a});
-        // What fails is no move.
+        // A failed action is not a move.
         undo(shot, UndoableAction::rename(a, b));
         finish();
         QVERIFY(m_undone);
@@ -412,7 +412,7 @@ private Q_SLOTS:
         report(other);
         QCOMPARE(reported, QStringList{u"other.png"_s});
         rename(shot, u"b.png"_s);
-        // The folder may tell of it before the program knows that it has been done.
+        // The folder may report the file before the program knows that the rename is done.
         while (!FileUrls::exists(m_files->url(u"b.png"_s)))
             QThread::yieldCurrentThread();
         report(m_files->url(u"b.png"_s));
@@ -436,7 +436,7 @@ private Q_SLOTS:
         QCOMPARE(names(), QStringList{u"a.png"_s});
         QCOMPARE(kept.size(), 1);
         QCOMPARE(kept[0][0].toUrl(), place);
-        // The screenshot is not told.
+        // The screenshot is not informed.
         QCOMPARE(shot->url(), m_files->url(u"b.png"_s));
     }
 

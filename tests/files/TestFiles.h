@@ -7,14 +7,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-/// A folder of real files that is gone at the end of a test.
+/// A folder of real files that is deleted at the end of a test.
 class TestFiles
 {
 public:
     QUrl folder() const { return FileUrls::fromPath(m_folder.path()); }
     QUrl url(const QString &name) const { return FileUrls::child(folder(), name); }
 
-    /// Makes a file whose content is `content`, or its name.
+    /// Creates a file with `content`, or with its own name as content.
     QUrl make(const QString &name, const QByteArray &content = {}) const
     {
         write(url(name), content.isEmpty() ? name.toUtf8() : content);
@@ -28,7 +28,7 @@ public:
             qFatal("can't write %s", qUtf8Printable(url.toLocalFile()));
     }
 
-    /// Empty also when there is no file.
+    /// Also empty if the file does not exist.
     static QByteArray read(const QUrl &url)
     {
         QFile file(url.toLocalFile());

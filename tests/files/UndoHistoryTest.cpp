@@ -24,7 +24,7 @@ class UndoHistoryTest : public QObject
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<UndoHistory> m_history;
 
-    /// An action on no file at all.
+    /// An action on a file that does not exist.
     UndoableAction numbered(int number) const
     {
         return UndoableAction::rename(m_files->url(QString::number(number)),

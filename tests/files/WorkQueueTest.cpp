@@ -42,7 +42,7 @@ private Q_SLOTS:
         const auto count = [&told]() -> WorkQueue::Outcome { return [&told] { ++told; }; };
         for (int i = 0; i < 10; ++i)
             queue.add(count);
-        // An outcome that asks for more.
+        // An outcome that adds more work.
         queue.add([&queue, count]() -> WorkQueue::Outcome {
             return [&queue, count] { queue.add(count); };
         });

@@ -57,7 +57,7 @@ struct stat statusOf(const QUrl &url)
 
 } // namespace
 
-/// Each promise on one file system and from one to another.
+/// Tests each promise within one file system and between two.
 class MoveFileTest : public QObject
 {
     Q_OBJECT

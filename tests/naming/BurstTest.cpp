@@ -40,7 +40,7 @@ qsizetype openDescriptors()
     return QDir(QStringLiteral("/dev/fd")).entryList(QDir::Files | QDir::System).size();
 }
 
-/// Of this process, in megabytes.
+/// In megabytes, for this process.
 qint64 residentMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
@@ -49,7 +49,7 @@ qint64 residentMemory()
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1'000'000;
 }
 
-/// Sanitizers keep freed memory for themselves.
+/// Sanitizers keep freed memory.
 constexpr bool memoryIsMeasurable =
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     false;
@@ -108,7 +108,7 @@ private Q_SLOTS:
         thumbnails.clear();
 
         const auto isCalmAgain = [&] {
-            // Each thread of the two pools may have one.
+            // Each thread of the two pools may have one open.
             return openDescriptors() <= descriptorsBefore + 2 * QThread::idealThreadCount() &&
                    (!memoryIsMeasurable || residentMemory() <= memoryBefore + 20);
         };

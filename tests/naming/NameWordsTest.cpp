@@ -8,7 +8,7 @@
 namespace
 {
 
-/// Pieces of text that meet every rule, and characters that join or separate in unusual ways.
+/// Pieces of text that exercise every rule, and characters that join or separate in unusual ways.
 const QStringList &pieces()
 {
     static const QStringList list =

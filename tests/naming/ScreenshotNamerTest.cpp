@@ -164,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(meaningful(hindi), QStringList{QStringLiteral("दस्तावेज़")});
         QCOMPARE(meaningful({QStringLiteral("𐐨𐐨")}), QStringList());
         QCOMPARE(meaningful({QStringLiteral("𐐨𐐨𐐨")}).size(), 1);
-        // Twenty-four characters of two code points each are a word, twenty-five are none.
+        // Twenty-four characters of two code points each are a word; twenty-five are not.
         const QString letter = QStringLiteral("कि");
         QCOMPARE(named((letter.repeated(24) + QStringLiteral(" x")).toUtf8().constData(), ""),
                  letter.repeated(24) + QStringLiteral(".png"));

@@ -25,8 +25,8 @@ namespace
 
 constexpr int patience = 20'000; // milliseconds
 
-/// Gives the lines it was told to give, and notes how it was called. A picture's width tells which
-/// screenshot it is.
+/// Returns the lines that the test has set, and records how it was called. A picture's width
+/// identifies the screenshot.
 class FakeRecognizer : public TextRecognizer
 {
 public:
@@ -81,7 +81,7 @@ public:
     int running() const { return m_running; }
 
     QStringList lines;
-    std::atomic_bool held = false; ///< a recognition goes on when it may pass the gate
+    std::atomic_bool held = false; ///< each recognition waits at the gate
     QSemaphore gate;
     std::atomic_bool warm = false;
     std::atomic_int linesGiven = 0;
@@ -112,7 +112,7 @@ class SuggestFilenameTest : public QObject
     QString path(const QString &name) const { return m_folder->filePath(name); }
     QUrl url(const QString &name) const { return QUrl::fromLocalFile(path(name)); }
 
-    /// A screenshot that is told by its width.
+    /// A screenshot that is identified by its width.
     QUrl screenshot(int width) const
     {
         const QString name = QStringLiteral("%1.png").arg(width);
@@ -126,7 +126,7 @@ class SuggestFilenameTest : public QObject
         return QTest::qWaitFor(condition, patience);
     }
 
-    /// An empty string when no name comes.
+    /// An empty string if no name arrives.
     QString suggested(const QUrl &file, const char *appName)
     {
         const auto name = m_namer->suggestFilename(file, QString::fromUtf8(appName));
@@ -225,7 +225,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
         file.write(png.left(png.size() / 2));
         const auto slow = m_namer->suggestFilename(url(QStringLiteral("slow.png")), QString());
-        // Others need not wait for it, even where there is but one core.
+        // Others do not have to wait for it, even on a single core.
         for (int width = 20; width < 30; ++width)
             QCOMPARE(suggested(screenshot(width), ""), QStringLiteral("budget.png"));
         QVERIFY(!slow.isFinished());

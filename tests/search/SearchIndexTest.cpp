@@ -40,7 +40,7 @@ QStringList namesOf(const QList<SearchHit> &hits)
     return names;
 }
 
-/// Holds the database as another program does that writes and stops in the middle.
+/// Locks the database, like another program that is stopped in the middle of a write.
 class Holder
 {
 public:
@@ -75,7 +75,7 @@ class SearchIndexTest : public QObject
     QString folder() const { return m_data->filePath(u"velmora"_s); }
     QString path() const { return folder() + u"/search.db"_s; }
 
-    /// A screenshot that has been read.
+    /// Adds a screenshot that has already been read.
     QUrl screenshot(SearchIndex &index, const QString &name, const QStringList &lines,
                     const QString &application = {}) const
     {
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(namesOf(index.find(u"lighthouse"_s, 10)), QStringList{u"stays.png"_s});
         QVERIFY(index.setFolder(m_files->folder(), {entryOf(stays)}));
         QCOMPARE(index.progress().all, 1);
-        // Another file under its name has not its text.
+        // Another file with the same name does not have its text.
         m_files->make(u"gone.png"_s, "else");
         QCOMPARE(namesOf(index.find(u"lighthouse"_s, 10)), QStringList{u"stays.png"_s});
     }

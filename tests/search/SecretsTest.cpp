@@ -6,8 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// What looks like a secret is not kept; what does not, is. All numbers are made up or examples of
-/// the standards.
+/// Anything that looks like a secret is removed; all else is kept. The numbers are made up or
+/// examples from the standards.
 class SecretsTest : public QObject
 {
     Q_OBJECT
@@ -89,7 +89,7 @@ private Q_SLOTS:
 
     void aLongPageTakesNoTime()
     {
-        // Numbers in columns are the worst case of the search for cards.
+        // Numbers in columns are the worst case for finding card numbers.
         QStringList lines;
         for (int line = 0; line < 2000; ++line)
             lines << u"1 22 333 4444 55555 666666 7777777 password code 1234"_s;

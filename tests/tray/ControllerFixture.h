@@ -6,34 +6,34 @@
 
 #include <memory>
 
-/// A tray that keeps its rows until they are dismissed, and what it tells.
+/// A tray that keeps its rows until they are dismissed, with a record of its callbacks.
 class ControllerFixture
 {
 protected:
     void begin();
     void end();
 
-    /// Makes a screenshot and shows it under its own name.
+    /// Creates a screenshot and shows it under its own name.
     QUuid add(const char *file);
 
     /// Has the row's file renamed, and waits for the outcome.
     void suggest(const QUuid &id, const char *name);
 
-    /// Lets the panel have the keyboard.
+    /// Gives the panel keyboard focus.
     static void activate();
 
-    /// Replaces the name in a row's field by keystrokes.
+    /// Replaces the name in a row's field by typing.
     static void type(QWidget *row, const char *typed);
     /// Waits for the outcome.
     void click(QWidget *row, const char *accessibleName);
 
-    /// From top to bottom.
+    /// Top to bottom.
     static QStringList names();
     static QStringList badges();
 
     std::unique_ptr<TrayRig> m_rig;
     std::unique_ptr<TrayController> m_tray;
-    /// One line a callback, with the names of the files.
+    /// One line per callback, with the names of the files.
     QStringList m_told;
 
 private:

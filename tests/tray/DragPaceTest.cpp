@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Notes what it is told of the pointer.
+/// Records the mouse events that it gets.
 class Receiver : public QObject
 {
 public:

@@ -22,7 +22,7 @@ QString text(const char *literal)
     return QString::fromUtf8(literal);
 }
 
-/// A window of another process that takes drops.
+/// A window of another process that accepts drops.
 class OtherProgram
 {
 public:
@@ -41,13 +41,13 @@ public:
         m_process.waitForFinished();
     }
 
-    /// What followed the word on its line; absent as long as there is no such line.
+    /// The rest of the line that begins with this word; nothing while there is no such line.
     std::optional<QString> told(const QString &word) const
     {
         return m_told.contains(word) ? std::optional(m_told[word]) : std::nullopt;
     }
 
-    /// Called when a drag comes over the window, which is in the middle of QDrag::exec().
+    /// Called when a drag enters the window, which happens during QDrag::exec().
     std::function<void()> onOver;
 
 private:
@@ -66,7 +66,7 @@ private:
     QHash<QString, QString> m_told;
 };
 
-/// Works the mouse without waiting for it: this process may be in the middle of a drag.
+/// Operates the mouse without waiting for the result: this process may be in the middle of a drag.
 void xdotool(const QStringList &arguments)
 {
     QVERIFY(QProcess::startDetached(text("xdotool"), arguments));
@@ -204,7 +204,7 @@ private:
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
     }
 
-    /// The pointer is over the other program and no drag came with it.
+    /// The pointer is over the other program, and no drag came with it.
     void expectNoDrag()
     {
         QVERIFY(targetPlace.contains(QCursor::pos()));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Another program's window that takes what is dropped on it. It writes one line for each thing
-// that happens: "ready", "over" with the actions that the drag offers, and "dropped" with a JSON
-// object of what it got.
+// Another program's window that accepts drops. It writes one line per event: "ready", "over" with
+// the actions that the drag offers, and "dropped" with a JSON object of the data it received.
 //
 // usage: drop_target X Y WIDTH HEIGHT
 

@@ -89,7 +89,7 @@ private Q_SLOTS:
         QTest::newRow("Alt") << Qt::KeyboardModifiers(Qt::AltModifier);
     }
 
-    /// A plain line edit does what the default is.
+    /// A plain line edit shows the default behaviour.
     void otherModifiersAreLeftToTheDefault()
     {
         QFETCH(const Qt::KeyboardModifiers, modifiers);
@@ -167,12 +167,12 @@ private Q_SLOTS:
         m_field->setFixedWidth(200);
         QVERIFY(QTest::qWaitFor([this] { return m_field->width() == 200; }));
 
-        // Only the middle differs, and it is not seen.
+        // Only the middle differs, which is not visible.
         const QString filling(60, u'm');
         const QString one = text("begin") + filling + text("a") + filling + text("end.png");
         const QString other = text("begin") + filling + text("b") + filling + text("end.png");
         QCOMPARE(drawn(one), drawn(other));
-        // The beginning and the end are.
+        // The beginning and the end are visible.
         QVERIFY(drawn(one) != drawn(text("B") + one.mid(1)));
         QVERIFY(drawn(one) != drawn(one.chopped(1) + text("G")));
 

@@ -116,7 +116,7 @@ private Q_SLOTS:
         broken.close();
         QVERIFY(undo(UndoableAction::trash(result->originalURL, result->trashedURL)));
 
-        // The same request, made after the row's, is answered after it.
+        // The same request, made after the row's own, is answered after it.
         QFuture<QImage> answer = m_rig->images.thumbnail(m_url, {64, 50});
         QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), 20000);
         QVERIFY(answer.result().isNull());

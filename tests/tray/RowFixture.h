@@ -29,14 +29,14 @@ protected:
     BezelButton *button(const char *accessibleName) const;
     QString status() const;
 
-    // Each waits for the outcome; absent where the row gives no answer.
+    // Each waits for the outcome, and returns nothing if the row's callback is not called.
 
     std::optional<RenameResult> rename();
     std::optional<TrashResult> trash();
     std::optional<QUrl> undo(const UndoableAction &action);
     void suggest(const char *name);
 
-    /// Replaces the name in the field by keystrokes.
+    /// Replaces the name in the field by typing.
     void type(const char *typed);
 
     /// The actions of one kind that the row has sent.

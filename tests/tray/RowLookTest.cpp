@@ -75,7 +75,7 @@ private Q_SLOTS:
 
     void theNameFieldIsAsWideWithoutUndoAsTheColumnsAllow()
     {
-        // 604 less the insets, the bar, the picture, three gaps and the buttons' 208.
+        // 604 less the insets, the accent bar, the picture, three gaps and the buttons' 208.
         QCOMPARE(name()->width(), 604 - 16 - 4 - 64 - 3 * 10 - 208);
         name()->setText(text("new-name"));
         QVERIFY(rename());

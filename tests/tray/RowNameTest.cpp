@@ -169,7 +169,7 @@ private Q_SLOTS:
         QCOMPARE(m_rig->filesInFolder().size(), 2);
         QVERIFY(m_rig->filesInFolder().contains(got));
         QCOMPARE(sent<ScreenshotRowAction::Renamed>().size(), 1);
-        // Nor when the whole name is typed anew.
+        // Nor when the whole name is typed again.
         type(qUtf8Printable(got));
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();

@@ -33,7 +33,7 @@ QString nameOf(QWidget *widget)
 
 } // namespace
 
-/// What assistive technologies are told of the tray.
+/// What assistive technologies learn about the tray.
 class TrayAccessibilityTest : public QObject, ControllerFixture
 {
     Q_OBJECT

@@ -186,7 +186,7 @@ private Q_SLOTS:
         QCOMPARE(names(), QStringList{text("one.png")});
         QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("two.png")}));
         QVERIFY(m_told.isEmpty());
-        // What is typed on lands in no other row.
+        // Further typing does not go to another row.
         QVERIFY(!name(rows().first())->hasFocus());
     }
 

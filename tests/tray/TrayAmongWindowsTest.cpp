@@ -39,7 +39,7 @@ QPoint centerOf(const QWidget *widget)
     return widget->mapToGlobal(widget->rect().center());
 }
 
-/// Whether it holds now and all the time until a while later.
+/// Whether the condition holds now and keeps holding for a while.
 template <typename Condition>
 bool stays(Condition condition)
 {
@@ -48,8 +48,8 @@ bool stays(Condition condition)
 
 } // namespace
 
-/// The tray among the windows of other programs. What holds here has to hold under every window
-/// manager; this program is run under several.
+/// The tray among the windows of other programs. All of this must hold under every window manager;
+/// this program is run under several.
 class TrayAmongWindowsTest : public QObject
 {
     Q_OBJECT
@@ -304,7 +304,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
         {
             const WindowManager::Standstill standstill;
-            // The server keeps the mouse's clicks for the manager.
+            // The server holds back mouse clicks for the window manager.
             QTest::mouseClick(button(rows().first(), u"Dismiss"_s), Qt::LeftButton);
             QVERIFY(!panel()->isVisible());
             add(u"two.png"_s);
@@ -381,7 +381,7 @@ private:
         QTRY_COMPARE_WITH_TIMEOUT(name(rows().first())->text(), text, patience);
     }
 
-    /// Of a column of pixels that ends there.
+    /// A column of pixels that ends at `bottom`.
     QImage screenPicture(QPoint bottom, int height) const
     {
         const QString file = m_rig->place(u"screen.png"_s).toLocalFile();
@@ -393,7 +393,7 @@ private:
 
     QColor screenColor(QPoint place) const { return screenPicture(place, 1).pixelColor(0, 0); }
 
-    /// Whether the newest row stands on the screen, in front of everything.
+    /// Whether the newest row is visible on the screen, in front of everything.
     bool isSeen() const
     {
         const QImage picture = screenPicture(rows().first()->mapToGlobal(QPoint(300, 4)), 9);

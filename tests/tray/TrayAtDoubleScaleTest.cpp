@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
 
-/// The tray on a screen with two pixels a point.
+/// The tray on a screen with two pixels per point.
 class TrayAtDoubleScaleTest : public QObject, ControllerFixture
 {
     Q_OBJECT

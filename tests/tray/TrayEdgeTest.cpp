@@ -24,7 +24,7 @@ namespace
 constexpr int patience = 20000;
 constexpr int aWhile = 500;
 
-/// White, behind everything else, and noting where it is clicked.
+/// A white window behind everything else that records clicks.
 class Backdrop : public QWidget
 {
 public:
@@ -32,7 +32,7 @@ public:
     {
         setAttribute(Qt::WA_ShowWithoutActivating);
         setPalette(Qt::white);
-        // As large as the screen it would be a full-screen window.
+        // At the full size of the screen it would count as a full-screen window.
         setGeometry(QGuiApplication::primaryScreen()->geometry().adjusted(0, 1, 0, 0));
         show();
     }
@@ -170,7 +170,7 @@ private Q_SLOTS:
 private:
     static constexpr QColor white = QColor(255, 255, 255);
 
-    /// Not by a screenshot tool: some meddle with what the compositor does.
+    /// Does not use a screenshot tool, because some of them interfere with the compositor.
     static QImage screenPicture()
     {
         return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
@@ -196,7 +196,7 @@ private:
         return screen.pixel(place.left() + 300, place.top() + 4) == VelmoraPalette::tray().rgb();
     }
 
-    /// Nothing but the backdrop is seen around the place of one row and there.
+    /// Whether only the backdrop is visible at the place of one row and around it.
     static bool isBlank(const QImage &screen)
     {
         const QRect area = trayPlace(1).adjusted(-40, -40, 40, 40);
@@ -209,7 +209,7 @@ private:
         return true;
     }
 
-    /// The tray is there, its corners are cut off, and nothing lies around it.
+    /// Whether the tray is visible with its corners cut off and nothing around it.
     static bool isShapedAndPlain(const QImage &screen)
     {
         const QRect place = trayPlace(1);
@@ -225,7 +225,7 @@ private:
                screen.pixel(place.left() + 300, place.top() + 4) == VelmoraPalette::tray().rgb();
     }
 
-    /// How much darker the border is than the tray that it surrounds.
+    /// How much darker the border is than the tray.
     static int borderContrast(const QImage &screen)
     {
         const QPoint onBorder = trayPlace(1).topLeft() + QPoint(300, 0);

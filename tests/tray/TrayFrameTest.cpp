@@ -23,7 +23,7 @@ private Q_SLOTS:
     {
         QFETCH(const TrayPosition, position);
         QFETCH(const QPoint, corner);
-        // A bar of 30 points at the top and one of 56 at the bottom of 1600 by 1000.
+        // A screen of 1600 by 1000 with a bar of 30 points at the top and one of 56 at the bottom.
         const QRect available(0, 30, 1600, 914);
         QCOMPARE(trayFrame(available, 1, position), QRect(corner, QSize(620, 88)));
     }

@@ -46,7 +46,7 @@ QImage screenPicture(const TrayRig &rig)
     return QImage(file);
 }
 
-/// A bar along the bottom of the screen, for which window managers keep room.
+/// A bar along the bottom of the screen, for which window managers reserve space.
 class DesktopBar : public QWidget
 {
 public:
@@ -245,7 +245,7 @@ private Q_SLOTS:
             QCOMPARE(screen.pixelColor(corner), desktop);
         QCOMPARE(screen.pixelColor(place.left() + 300, place.top() + 4).rgb(),
                  VelmoraPalette::tray().rgb());
-        // Nothing on the way along the corner's curve is darker than the panel's edge.
+        // No pixel along the corner's curve is darker than the panel's edge.
         const int edge = screen.pixelColor(place.left() + 300, place.top()).lightness();
         for (int i = 0; i < 14; ++i) {
             const QColor color = screen.pixelColor(place.topLeft() + QPoint(i, i));
@@ -260,7 +260,7 @@ private:
         QVERIFY(QTest::qWaitForWindowExposed(panel()));
     }
 
-    /// The newest row has arrived at its place.
+    /// Waits until the newest row has reached its place.
     static void settle()
     {
         QTRY_COMPARE(rows().first()->x(), 8);

@@ -21,7 +21,7 @@ class QLabel;
 class QWidget;
 class ScreenshotRowView;
 
-/// Notes what it is asked to show; a file manager has no place in these tests.
+/// Records what it is asked to reveal. These tests do not start a file manager.
 class NotingFileBrowser : public FileBrowser
 {
 public:
@@ -30,19 +30,19 @@ public:
     QList<QUrl> revealed;
 };
 
-/// The system's services, as the tray uses them, and a folder with screenshots.
+/// The system's services as the tray uses them, and a folder with screenshots.
 class TrayRig
 {
 public:
     TrayRig();
     ~TrayRig();
 
-    /// Writes a picture of one colour and names its file.
+    /// Writes a picture of one colour and returns its file.
     QUrl screenshot(const QString &name, QColor color = Qt::red, QSize size = {640, 400}) const;
     QUrl place(const QString &name) const;
     QStringList filesInFolder() const;
 
-    /// Waits until every screenshot that was opened is complete, and all that was asked for done.
+    /// Waits until every opened screenshot is complete and all requested actions are done.
     void settle();
     ScreenshotPointer open(const QUrl &url);
 
@@ -60,14 +60,14 @@ public:
     ScreenshotActions actions;
 };
 
-/// What stands in the tray now.
+/// What the tray shows now.
 namespace TrayOnScreen
 {
 
-/// Null when there is none.
+/// Null if there is none.
 FloatingTrayPanel *panel();
 
-/// From top to bottom.
+/// Top to bottom.
 QList<ScreenshotRowView *> rows();
 
 FilenameTextField *name(const QWidget *row);
@@ -76,10 +76,10 @@ QString status(const QWidget *row);
 QString badge(const QWidget *row);
 BezelButton *button(const QWidget *row, const QString &accessibleName);
 
-/// What the row looks like within its tray.
+/// What the row looks like in its tray.
 QImage picture(QWidget *row);
 
 } // namespace TrayOnScreen
 
-/// The lines in the diagnostic log that hold the text.
+/// The lines of the diagnostic log that contain the text.
 QStringList logLinesWith(const QString &text);

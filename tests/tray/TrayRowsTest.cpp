@@ -236,7 +236,7 @@ private Q_SLOTS:
         QVERIFY2(watch.elapsed() >= 14990 && watch.elapsed() < 17000,
                  qPrintable(QString::number(watch.elapsed())));
         QCOMPARE(names(), (QStringList{text("three.png"), text("two.png")}));
-        // What was typed is not lost.
+        // The typed text is not lost.
         m_rig->settle();
         const QString typed = m_told.value(0).section(u' ', 1);
         QVERIFY2(typed.contains(u'x'), qPrintable(m_told.join(u'\n')));

@@ -16,7 +16,7 @@ using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
 
-/// The tray of a desktop with two screens side by side, of 800 by 1000 each.
+/// The tray on a desktop with two screens side by side, each 800 by 1000.
 class TrayScreensTest : public QObject, ControllerFixture
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
 
-/// The tray where Qt shows no window on any server, though an X server is there.
+/// The tray when Qt shows no windows on any server, although an X server is running.
 class TrayWithoutScreenTest : public QObject, ControllerFixture
 {
     Q_OBJECT

@@ -10,8 +10,8 @@
 #include <QSettings>
 #include <QTest>
 
-/// A program that is killed while it stores the recent list leaves a whole list, the one before or
-/// the new one, and the user's other choices.
+/// A program that is killed while it stores the recent list leaves a complete list, the old or the
+/// new one, and the user's other settings.
 class RecentListKilledTest : public QObject
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ private Q_SLOTS:
         for (int kill = 0; kill < kills; ++kill) {
             QProcess writer;
             writer.start(QStringLiteral(RECENT_LIST_WRITER), {folder.folder().toLocalFile()});
-            // A later round meets a later moment of the writing.
+            // Each round kills the writer at a later moment.
             for (int line = 0; line <= kill % 4; ++line) {
                 while (!writer.canReadLine())
                     QVERIFY2(writer.waitForReadyRead(patience),
@@ -55,7 +55,7 @@ private Q_SLOTS:
             QCOMPARE(distinct.size(), stored.size());
             QVERIFY2(known.contains(distinct), qPrintable(stored.join(u'\n')));
             QVERIFY(!stored.isEmpty() && stored.size() <= 10);
-            // At most one draft at a time: the next writer clears it away.
+            // There is at most one draft at a time, because the next writer removes it.
             QStringList left =
                 store.dir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
             left.removeAll(store.fileName());

@@ -29,7 +29,7 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-/// As another program finds it: this one's own settings know of a value before the disk does.
+/// As another program reads it: this program's own settings know a value before it is on disk.
 QStringList stored()
 {
     if (!VelmoraSettings::open().waitUntilStored(10s))
@@ -40,7 +40,7 @@ QStringList stored()
     return QSettings(path, QSettings::IniFormat).value(s("recentScreenshots")).toStringList();
 }
 
-/// A listing that does not end before the test lets it.
+/// A listing that does not end until the test lets it.
 struct StuckListing {
     std::binary_semaphore begun{0};
     std::binary_semaphore mayEnd{0};
@@ -78,7 +78,7 @@ class RecentScreenshotsTest : public QObject
                 ScreenshotFolderResolver::modificationDate};
     }
 
-    /// A file that was last modified so many minutes ago.
+    /// A file that was last modified this many minutes ago.
     static QUrl make(const TestFiles &files, const QString &name, int minutes)
     {
         const QUrl url = files.make(name);
@@ -91,7 +91,7 @@ class RecentScreenshotsTest : public QObject
     }
     QUrl make(const QString &name, int minutes) const { return make(*m_files, name, minutes); }
 
-    /// Waits until the list has been made anew.
+    /// Waits until the list has been refreshed.
     void settle() const
     {
         QSignalSpy refreshed(m_recent.get(), &RecentScreenshots::refreshed);
@@ -294,7 +294,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(names(), QStringList());
         QCOMPARE(stored(), pathsOf({file}));
-        // Not even when one more comes meanwhile.
+        // Not even if another one arrives in the meantime.
         const QUrl next = make(s("b.png"), 0);
         m_recent->add(next);
         settle();

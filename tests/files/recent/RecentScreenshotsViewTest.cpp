@@ -34,7 +34,7 @@ QColor textColor(const QWidget &label)
     return label.palette().color(label.foregroundRole());
 }
 
-/// A widget's place in the view.
+/// A widget's geometry within the view.
 QRect placeIn(const QWidget &view, const QWidget &widget)
 {
     return {widget.mapTo(&view, QPoint()), widget.size()};
@@ -66,7 +66,7 @@ class RecentScreenshotsViewTest : public QObject
             urls << m_files.make(s("shot %1.png").arg(i));
         return urls;
     }
-    /// The label with this text; fails the test where there is none.
+    /// The label with this text; fails the test if there is none.
     QLabel *label(const QString &text) const
     {
         const auto labels = m_view->findChildren<QLabel *>();

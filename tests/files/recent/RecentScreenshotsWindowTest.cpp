@@ -55,7 +55,7 @@ class RecentScreenshotsWindowTest : public QObject
     ScreenshotImages m_images{*m_writers};
     std::unique_ptr<TestFiles> m_files;
     QUrl m_folder;
-    QSemaphore m_mayList; ///< listings that may be made, where a test counts them
+    QSemaphore m_mayList; ///< permits listings, in tests that count them
     RecordingFileBrowser m_browser;
     FakeDesktopRecords m_records;
     FakePasteboard m_pasteboard;
@@ -65,7 +65,7 @@ class RecentScreenshotsWindowTest : public QObject
     std::unique_ptr<ScreenshotActions> m_actions;
     std::unique_ptr<RecentScreenshotsController> m_controller;
 
-    /// A picture of one colour, last modified so many minutes ago.
+    /// A picture of one colour that was last modified this many minutes ago.
     QUrl picture(const QString &name, QColor color, int minutes) const
     {
         QImage image(320, 240, QImage::Format_RGB32);
@@ -92,7 +92,7 @@ class RecentScreenshotsWindowTest : public QObject
             names << FileUrls::lastPathComponent(row->url());
         return names;
     }
-    /// Null while there is no such row.
+    /// Null if there is no such row.
     QImage thumbnail(int row) const
     {
         const RecentScreenshotRow *found = window().view()->rows().value(row);
@@ -308,7 +308,7 @@ private Q_SLOTS:
         QTRY_COMPARE(names().size(), 1);
         const QImage icon = thumbnail(0);
         QCOMPARE(icon.size(), QSize(48, 48));
-        // A picture behind it has been read by then, so the broken one has been tried.
+        // A picture further down has been read by then, so the broken one has been tried.
         picture(s("whole.png"), Qt::red, 9);
         m_recent->refresh();
         QTRY_COMPARE(names().size(), 2);

@@ -16,7 +16,7 @@ namespace
 
 using namespace Qt::StringLiterals;
 
-/// The real answers, counted: each attempt to read a file begins with one.
+/// Passes on the real answers and counts them: each attempt to read a file begins with one.
 class CountedFileWriters : public FileWriters
 {
 public:

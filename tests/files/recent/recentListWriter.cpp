@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Changes the stored recent list without end, and writes a line after each change.
+// Changes the stored recent list in an endless loop, and prints a line after each change.
 //
 // usage: recent_list_writer FOLDER [--once FILE]
 //
-// With a file it adds that one as the program does after its start, and ends when it is stored.
+// With a file, it adds only that one, as the program does after its start, and ends once it is
+// stored.
 
 #include "core/VelmoraSettings.h"
 #include "files/recent/RecentScreenshots.h"
