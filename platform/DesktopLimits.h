@@ -6,11 +6,11 @@
 
 #include <memory>
 
-/// What a desktop may not offer to programs.
+/// Something that a desktop may not offer to programs.
 enum class DesktopLimit {
     StatusItem,         ///< there is no status bar
-    TrayPlace,          ///< windows can't choose where they stand
-    ApplicationInFront, ///< it is not told, or not of every application
+    TrayPlace,          ///< windows can't choose their position
+    ApplicationInFront, ///< the desktop does not report it, or not for every application
 };
 
 /// What is missing on the running desktop. Main thread.
@@ -18,12 +18,13 @@ class DesktopLimits : public QObject
 {
     Q_OBJECT
 public:
-    /// What is known to be missing, in the order of the enumeration. Finding that out takes a
-    /// moment after the start, for a status bar many seconds; nothing is said to be missing before.
+    /// The features known to be missing, in the order of the enumeration. Finding that out takes a
+    /// moment after the start, many seconds for a status bar; nothing is reported as missing
+    /// before.
     virtual QList<DesktopLimit> missing() const = 0;
 
 Q_SIGNALS:
-    /// missing() is another one.
+    /// missing() has changed.
     void changed();
 };
 

@@ -11,8 +11,8 @@ class FileBrowser
 public:
     virtual ~FileBrowser() = default;
 
-    /// Opens the folder of the file and selects the file there; a file that is gone opens the
-    /// folder alone. Failures are silent.
+    /// Opens the file's folder and selects the file there; if the file is gone, only opens the
+    /// folder. Failures are silent.
     virtual void reveal(const QUrl &file) = 0;
 };
 

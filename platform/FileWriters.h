@@ -5,15 +5,15 @@
 
 #include <memory>
 
-/// Tells whether somebody still has a file open for writing, so that nobody reads a half-written
-/// picture. Any thread; returns at once.
+/// Tells whether any process still has a file open for writing, so that a half-written picture is
+/// not read. Any thread; returns at once.
 class FileWriters
 {
 public:
     enum class Answer {
         None,    ///< the last writer has closed the file
-        Some,    ///< somebody has the file open for writing
-        Unknown, ///< this file system or this file's owner does not let us ask
+        Some,    ///< a process has the file open for writing
+        Unknown, ///< this file system, or the file's owner, does not allow the check
     };
 
     virtual ~FileWriters() = default;

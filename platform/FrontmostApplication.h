@@ -9,7 +9,7 @@
 
 /// An ordinary application that the user works with.
 struct Application {
-    /// Empty where the system says that an application is in front, but not which.
+    /// Empty when the system reports that an application is in front, but not which one.
     QString localizedName;
     /// The application's identifier (on Linux the id of its desktop entry), if it has one.
     std::optional<QString> bundleIdentifier;
@@ -22,14 +22,14 @@ class FrontmostApplication : public QObject
 {
     Q_OBJECT
 public:
-    /// The application in front, or the one before it where panels, desktops, this program or a
-    /// screenshot tool are in front; absent where the system does not tell, or has not told yet:
+    /// The application in front; while a panel, the desktop, this program or a screenshot tool is
+    /// in front, the one before it. Absent when the system does not report it, or has not yet:
     /// activated() follows as soon as it does.
     virtual std::optional<Application> current() = 0;
 
 Q_SIGNALS:
-    /// The user has brought another application to the front. What was found out while nobody
-    /// listened is told to the first who does.
+    /// The user has brought another application to the front. If nothing was connected at the time,
+    /// the first receiver to connect gets the signal.
     void activated(const Application &application);
 };
 

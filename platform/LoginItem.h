@@ -12,10 +12,10 @@ class LoginItem
 public:
     virtual ~LoginItem() = default;
 
-    /// The real state, read afresh.
+    /// The actual state, read on each call.
     virtual bool isEnabled() const = 0;
 
-    /// @return the failure's description, or nothing.
+    /// @return a description of the failure, or nothing.
     virtual std::optional<QString> setEnabled(bool enabled) = 0;
 };
 

@@ -14,35 +14,36 @@ class PanelWindow : public QObject
 {
     Q_OBJECT
 public:
-    /// The type that the window must be made with so that it stays when the user turns to another
-    /// application.
+    /// The type to create the window with, so that it stays visible when the user switches to
+    /// another application.
     virtual Qt::WindowType windowType() const = 0;
 
-    /// The screen that new panels belong on: where the user is working, as far as the desktop
-    /// tells. Null when there is no screen.
+    /// The screen for new panels: the one that the user works on, as far as the desktop reports it.
+    /// Null when there is no screen.
     virtual QScreen *screen() const = 0;
 
-    /// Called once for each native window, before it is shown. Its content is a rectangle with
-    /// corners rounded by this radius, in points: the window gets a soft shadow where transparency
-    /// shows, and has its corners cut off where it does not. Neither changes the window's place or
+    /// Call it once for each native window, before showing it. The window's content is a rectangle
+    /// with corners rounded by this radius, in points. Where transparency shows, the window gets a
+    /// soft shadow; elsewhere its corners are cut off. Neither changes the window's position or
     /// size. A native window that was hidden is not shown again.
     virtual void prepare(QWindow &window, double cornerRadius) = 0;
 
-    /// Brings the shown window in front of the others, full-screen ones included where the desktop
-    /// allows that, and leaves the keyboard where it is. False when it can't be done with this
-    /// native window, for instance because the user has minimised it: then another one has to be
-    /// made and shown.
+    /// Brings the shown window in front of the others, even of full-screen ones where the desktop
+    /// allows that, and leaves the keyboard focus where it is. False when this native window can't
+    /// be brought to the front, for example because the user has minimised it: make and show
+    /// another one.
     virtual bool bringToFront(QWindow &window) = 0;
 
-    /// Gives the window the keyboard, because the user has clicked into it. No other click does.
+    /// Gives the window the keyboard focus, because the user has clicked into it. No other click
+    /// does.
     virtual void takeFocus(QWindow &window) = 0;
 
-    /// Gives the keyboard back to where it was before the window took it. To be called before the
-    /// window is hidden; nothing happens when it has not got the keyboard.
+    /// Returns the keyboard focus to where it was before the window took it. Call it before hiding
+    /// the window; without the focus it does nothing.
     virtual void giveFocusBack(QWindow &window) = 0;
 
-    /// Whether what is transparent in a window lets those behind it through. Where it does not it
-    /// is black. Read afresh.
+    /// Whether transparent parts of a window show what is behind it. Otherwise they are black.
+    /// Checked on each call.
     virtual bool showsTransparency() const = 0;
 
 Q_SIGNALS:

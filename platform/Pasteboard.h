@@ -19,8 +19,8 @@ struct PasteboardContents {
         /// The file's own bytes under their type; absent when the file could not be read.
         std::optional<QByteArray> bytes;
         ImageType type = ImageType::Png;
-        /// The decoded picture, for those who can't read `type`. Called at most once, when
-        /// somebody asks for it; a null image when it can't be decoded.
+        /// The decoded picture, for programs that can't read `type`. Called at most once, when a
+        /// program asks for it; returns a null image when decoding fails.
         std::function<QImage()> image;
     };
 
@@ -37,11 +37,11 @@ public:
 
     virtual void clear() = 0;
 
-    /// Replaces what is there. False when the system refused.
+    /// Replaces the clipboard's contents. False when the system refused.
     virtual bool write(PasteboardContents contents) = 0;
 
-    /// The file has moved: where our contents still name its old place, they name the new one from
-    /// now on. Otherwise nothing happens.
+    /// The file has moved: contents of ours that name its old path name the new one from now on.
+    /// Otherwise nothing happens.
     virtual void fileMoved(const QUrl &from, const QUrl &to) = 0;
 };
 

@@ -19,9 +19,9 @@
 #include <functional>
 #include <memory>
 
-/// All that the operating system does for the program. None of the members is ever null.
+/// All services of the operating system. No member is ever null.
 struct Platform {
-    /// Each watcher makes its own, on its own thread.
+    /// Each watcher makes one of its own, on its own thread.
     std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents;
     std::unique_ptr<DesktopLimits> desktopLimits;
     std::unique_ptr<DesktopRecords> desktopRecords;

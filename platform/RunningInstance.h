@@ -11,18 +11,19 @@ class RunningInstance : public QObject
 {
     Q_OBJECT
 public:
-    /// True when this process is now the one that runs. False when another one is: it has then been
-    /// asked to reopen, and this process should end. Blocks for two seconds at most. A process that
-    /// runs but does not answer is busy; it learns of this later and stays the running one, because
-    /// two processes working on one folder would be worse than a window that does not come up.
+    /// True when this process is now the running instance. False when another process is: it has
+    /// been asked to reopen, and this process should end. Blocks for two seconds at most. An
+    /// instance that does not answer is taken to be busy. It gets the request later and stays the
+    /// running one, because two processes working on one folder would be worse than a window that
+    /// does not appear.
     virtual bool claim() = 0;
 
 Q_SIGNALS:
     /// The user has opened the program again.
     void reopened();
 
-    /// The user has chosen one of the program's actions from outside, for instance from a dock: one
-    /// of "recent", "undo", "instant", "reveal", "quit".
+    /// The user has chosen one of the program's actions from outside, for example from a dock:
+    /// "recent", "undo", "instant", "reveal" or "quit".
     void actionRequested(const QString &name);
 };
 

@@ -18,8 +18,8 @@ class StatusItem
 public:
     virtual ~StatusItem() = default;
 
-    /// Shows the item. The actions, separators among them, stay the caller's and outlive this
-    /// object; the menu follows their titles and states.
+    /// Shows the item. The actions, which include separators, belong to the caller and must outlive
+    /// this object; the menu follows their titles and states.
     virtual void show(const QIcon &icon, const QString &toolTip,
                       const QList<QAction *> &actions) = 0;
 

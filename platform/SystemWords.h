@@ -4,18 +4,18 @@
 #include <QString>
 #include <QStringView>
 
-/// A text that would be false on the other system: it names a Mac, macOS or the Finder, or tells of
-/// what only one of the systems does.
+/// A text that would be false on the other system: it names a Mac, macOS or the Finder, or
+/// describes what only one of the systems does.
 struct SystemText {
     QStringView onMac;
     QStringView onLinux;
 
-    /// As it is true on the system that the program was built for.
+    /// The wording for the system that the program was built for.
     QString here() const;
 };
 
-/// All of the program's texts that are not the same on every system. The diagnostic log's lines are
-/// the same everywhere.
+/// All texts of the program that differ between systems. The lines of the diagnostic log are the
+/// same everywhere.
 namespace SystemWords
 {
 
@@ -58,8 +58,8 @@ inline constexpr SystemText folderAccess = {
     u"Choose the folder where your desktop saves screenshots. Velmora watches only that folder so "
     u"it can rename new screenshots."};
 
-/// What this desktop may lack (`DesktopLimit`), as what the program can't do there. A Mac lacks
-/// none of it.
+/// What the program can't do on a desktop that lacks something (`DesktopLimit`). A Mac lacks
+/// nothing.
 inline constexpr SystemText noStatusItem = {
     {}, u"has no icon in the status bar (start it again to open this window)"};
 inline constexpr SystemText noTrayPlace = {{}, u"can't choose where its tray stands"};

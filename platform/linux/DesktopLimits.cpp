@@ -43,7 +43,7 @@ public:
     QList<DesktopLimit> missing() const override { return {m_missing.begin(), m_missing.end()}; }
 
 private:
-    /// The same ways as those by which the application in front is learnt.
+    /// The same ways in which the application in front is found out.
     void askCompositor()
     {
         m_compositor = std::make_unique<WaylandConnection>();

@@ -26,11 +26,10 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// A file manager that has to be started first takes a while; one that takes longer is taken for
-/// broken.
+/// Starting a file manager takes a while; one that takes longer than this counts as broken.
 constexpr auto answerLimit = 3s;
 
-/// The bus name of whichever file manager comes first.
+/// The bus name shared by all file managers: the first one to start owns it.
 QString anyFileManager()
 {
     return u"org.freedesktop.FileManager1"_s;
@@ -41,9 +40,9 @@ bool isConfined()
     return QFileInfo::exists(u"/.flatpak-info"_s) || qEnvironmentVariableIsSet("SNAP");
 }
 
-/// One wish to see a file, and the ways to fulfil it, each tried when the one before has failed:
-/// the user's own file manager over the bus and by its command line, any file manager, the portal
-/// where the program is confined, and any program that opens a folder. Deletes itself.
+/// One request to show a file, and the ways to fulfil it, each tried when the one before has
+/// failed: the user's own file manager over the bus and by its command line, any file manager, the
+/// portal when the program is confined, and any program that opens a folder. Deletes itself.
 class Revelation : public QObject
 {
 public:
@@ -61,7 +60,7 @@ public:
         m_ways.append([this] { openFolder(); });
     }
 
-    /// @param startupId lets the file manager come to the front
+    /// @param startupId allows the file manager to come to the front
     void start(const QString &startupId)
     {
         m_startupId = startupId;
@@ -79,7 +78,7 @@ private:
 
     void tryNextWay() { m_ways.takeFirst()(); }
 
-    /// Calls, and goes on to the next way unless the call succeeds in time.
+    /// Sends the call, and tries the next way unless it succeeds in time.
     void send(const QDBusMessage &call)
     {
         const auto limit = std::chrono::milliseconds(answerLimit);
@@ -163,8 +162,8 @@ public:
     }
 
 private:
-    /// As the Startup Notification Protocol has it. The window manager takes the time from it when
-    /// the file manager's window asks for the focus.
+    /// In the format of the Startup Notification Protocol. The window manager reads the time from
+    /// it when the file manager's window asks for the focus.
     QString startupId(quint32 time)
     {
         if (time == 0)

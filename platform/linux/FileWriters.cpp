@@ -8,15 +8,16 @@
 namespace
 {
 
-/// Asks with a read lease, which the kernel grants only while nobody has the file open for
+/// Checks with a read lease, which the kernel grants only while no process has the file open for
 /// writing.
 class LeasedFileWriters : public FileWriters
 {
 public:
     Answer writersOf(int descriptor) override
     {
-        // Who opens the file for writing between the two lease calls waits for the second one, and
-        // this process gets a signal: by default SIGIO, which kills, but SIGURG is ignored.
+        // A process that opens the file for writing between the two lease calls waits for the
+        // second one, and this process gets a signal: by default SIGIO, which kills, whereas SIGURG
+        // is ignored.
         if (::fcntl(descriptor, F_SETSIG, SIGURG) != 0)
             return Answer::Unknown;
         if (::fcntl(descriptor, F_SETLEASE, F_RDLCK) == 0) {

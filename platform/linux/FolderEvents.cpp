@@ -25,11 +25,11 @@ constexpr uint32_t presenceMask =
     IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF;
 constexpr uint32_t contentMask = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB;
 
-/// A large file that is being written makes thousands of content events a second.
+/// Writing a large file causes thousands of content events a second.
 constexpr auto pauseBetweenContentReads = 20ms;
 
-/// What comes and goes is told at once. What is written comes in storms, so it has a queue of its
-/// own that is read at most once a pause, and never delays the other.
+/// Entries that come or go are reported at once. Writes come in bursts: they have a queue of their
+/// own, read at most once per pause, so that they never delay the others.
 class InotifyFolderEvents : public FolderEvents
 {
 public:

@@ -23,7 +23,7 @@ QString ownEntryPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + entryName();
 }
 
-/// The entry that an administrator has made for all users.
+/// The entry that an administrator has installed for all users.
 std::optional<QString> systemEntryPath()
 {
     QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
@@ -35,7 +35,7 @@ std::optional<QString> systemEntryPath()
     return std::nullopt;
 }
 
-/// Whether the running desktop is among those for which the entry is meant.
+/// Whether the entry is meant for the running desktop.
 bool isForThisDesktop(const DesktopEntry &entry)
 {
     const QStringList onlyIn = entry.list("OnlyShowIn");
@@ -54,7 +54,7 @@ bool canBeTried(const QString &program)
     return program.isEmpty() || !QStandardPaths::findExecutable(program).isEmpty();
 }
 
-/// An update may have replaced the file since this process was started from it.
+/// An update may have replaced the file since this process started from it.
 QString ownProgram()
 {
     QString path = QCoreApplication::applicationFilePath();
@@ -64,15 +64,15 @@ QString ownProgram()
     return path;
 }
 
-/// As any string value of a desktop entry.
+/// Escaped like any string value of a desktop entry.
 QString escaped(QString value)
 {
     return value.replace(u'\\', QStringLiteral("\\\\"));
 }
 
-/// A path as the only word of a command line: quoted as for a shell, its percent signs doubled,
-/// and the whole then escaped like any other value. (Some sessions look for the program before
-/// they undo the doubling and find none; nothing else that an entry can say helps those.)
+/// A path as a complete command line: quoted as for a shell, percent signs doubled, and the result
+/// escaped like any other value. (Some sessions look for the program before they undo the doubling,
+/// and find none; no other form of entry helps there.)
 QString commandLine(const QString &program)
 {
     QString word = QStringLiteral("\"");
@@ -106,8 +106,8 @@ QByteArray hidingEntry()
     return "[Desktop Entry]\nType=Application\nName=Velmora\nHidden=true\n";
 }
 
-/// What has taken the entry's place and is no file of its own (a pipe, a link that may lead
-/// anywhere) gets a name that no session starts.
+/// Renames what has taken the entry's place and is not a file of its own (a pipe, a link that may
+/// lead anywhere) to a name that no session starts.
 bool setAside(const QString &path)
 {
     for (int number = 1;; ++number) {

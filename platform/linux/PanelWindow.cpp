@@ -10,7 +10,7 @@
 namespace
 {
 
-/// Where the desktop lets ordinary programs say nothing more than what Qt says for them.
+/// For desktops where an ordinary program can't ask for more than Qt already does.
 class PlainPanelWindow : public PanelWindow
 {
 public:

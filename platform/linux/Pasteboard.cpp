@@ -12,7 +12,7 @@ namespace
 {
 
 /// A Wayland compositor lets a program set the clipboard only while it has the focus, which ours
-/// does not take; unless it has a way of its own for that.
+/// does not take, unless the compositor offers a way without it.
 class DesktopPasteboard : public Pasteboard
 {
 public:
@@ -50,7 +50,7 @@ private:
     bool isWithCompositor() const { return m_compositor && m_compositor->isAvailable(); }
 
     std::unique_ptr<CompositorClipboard> m_compositor;
-    /// The clipboard's own; gone as soon as somebody else has put something there.
+    /// Owned by the clipboard; null as soon as the clipboard holds something else.
     QPointer<ScreenshotMimeData> m_written;
 };
 

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// By the session bus; where there is none, by a lock and a socket.
+/// Uses the session bus; without one, a lock and a socket.
 class LinuxRunningInstance : public RunningInstance
 {
 public:
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    /// With all that the desktop asks of a window that wants to be in front.
+    /// Does all that the desktop requires of a window that wants to come to the front.
     void comeForward(const LaunchToken &token, const std::function<void()> &say)
     {
         m_userTime.renew([token, say](quint32) {

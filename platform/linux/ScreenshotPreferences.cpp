@@ -29,7 +29,7 @@ std::span<const ScreenshotTool> runningTools()
     return ScreenshotTools::toolsOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
-/// The folder, if a screenshot tool can save in it. A missing one may come.
+/// The folder, if a screenshot tool can save in it. It need not exist yet.
 std::optional<QString> usable(const std::optional<QString> &folder)
 {
     if (!folder || folder->isEmpty())
@@ -38,7 +38,8 @@ std::optional<QString> usable(const std::optional<QString> &folder)
     const QFileInfo info(path);
     if (info.exists() && !info.isDir())
         return std::nullopt;
-    // Whoever saves between all that stands in the home folder is not followed there.
+    // A tool that saves directly into the home folder, among everything else there, is not
+    // followed.
     const QString home = QDir::cleanPath(QDir::homePath());
     return path == home || info == QFileInfo(home) ? std::nullopt : std::optional(path);
 }
@@ -130,7 +131,7 @@ private:
     }
 
     mutable QMutex m_toolLock;
-    /// The last one that the tool's settings named.
+    /// The last folder that the tool's settings named.
     mutable std::optional<QString> m_toolFolder;
     /// A file beside the program's own preferences.
     SettingsStore m_domain{QStringLiteral("com.apple.screencapture")};
@@ -138,7 +139,7 @@ private:
     const std::function<void()> m_tellChange = [this] {
         QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);
     };
-    /// Made by the first who asks; last, since it tells of changes until its end.
+    /// Made on first use; last, because it reports changes until it is destroyed.
     mutable std::unique_ptr<FollowedSetting> m_setting;
 };
 

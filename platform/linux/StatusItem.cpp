@@ -12,8 +12,8 @@
 namespace
 {
 
-/// The item as Qt's tray icon, which talks to hosts of status items over the session bus, or embeds
-/// itself in the older tray.
+/// The item as Qt's tray icon, which talks to status notifier hosts over the session bus, or embeds
+/// itself in an XEmbed tray.
 class TrayStatusItem : public StatusItem
 {
 public:
@@ -32,7 +32,7 @@ public:
         m_search.start();
     }
 
-    /// The text is one that hosts of status items have no place for.
+    /// Status notifier hosts have no place for this text.
     void setTitle(const QString &) override {}
 
 private:
@@ -48,7 +48,7 @@ private:
             nameEmbeddedWindow();
     }
 
-    /// Hosts of status items read out the title, which is the application's name; the older tray
+    /// Status notifier hosts read out the title, which is the application's name. An XEmbed tray
     /// has only the window, which Qt leaves without a name.
     void nameEmbeddedWindow() const
     {
@@ -62,7 +62,7 @@ private:
         }
     }
 
-    /// A host that knows the installed symbol by its name gives it the colour of its bar.
+    /// A host that finds the installed symbol by its name draws it in the colour of its bar.
     QIcon iconFor(StatusNotifierSearch::StatusBar bar) const
     {
         const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
@@ -71,7 +71,7 @@ private:
         return edgedIcon(m_icon);
     }
 
-    /// Every click opens the menu, whatever it means elsewhere; some hosts open it themselves.
+    /// Any kind of click opens the menu; some hosts open it themselves.
     void popUp()
     {
         if (!m_menu->isVisible())

@@ -25,15 +25,15 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// The file that is to be trashed.
+/// The file to be trashed.
 struct Original {
     QUrl url;
     QByteArray path;
     QByteArray name;
-    /// Its folder, absolute and without links.
+    /// Its folder: an absolute path without links.
     QByteArray folder;
 
-    /// Its path as the trash notes it.
+    /// Its path as the trash's info file records it.
     QByteArray pathIn(const TrashFolder &trash) const
     {
         if (trash.top.isEmpty())
@@ -49,7 +49,7 @@ SystemTrash::Trashed failure(const std::error_code &error)
     return {error, std::nullopt};
 }
 
-/// The file system's own limit on names. Encrypted ones have a shorter one than usual.
+/// The file system's limit on the length of names. Encrypted ones have a lower one than usual.
 long maximumNameIn(const TrashFolder &trash)
 {
     const auto limit = [](const QByteArray &folder) {
@@ -59,8 +59,8 @@ long maximumNameIn(const TrashFolder &trash)
     return std::min(limit(trash.filesFolder()), limit(trash.infoFolder()));
 }
 
-/// The note is written first. It reserves the name, and without it no file manager could restore
-/// the file.
+/// The info file is written first: it reserves the name, and without it no file manager could
+/// restore the file.
 SystemTrash::Trashed moveInto(const TrashFolder &trash, const Original &original)
 {
     const QByteArray info =
@@ -100,7 +100,7 @@ public:
             const Trashed trashed =
                 near ? moveInto(*near, original)
                      : failure(std::make_error_code(std::errc::permission_denied));
-            // Files of a file system without a trash of its own are copied to the home trash.
+            // A file on a file system without a trash of its own is copied to the home trash.
             if (!trashed.error)
                 return trashed;
         }

@@ -12,17 +12,17 @@
 namespace
 {
 
-/// A Wayland compositor lets no ordinary window choose its place, stay above others or stand on
-/// all workspaces. Through XWayland the tray can do all three, so it goes there unless the user has
-/// decided otherwise.
+/// A Wayland compositor does not let an ordinary window choose its position, stay above others or
+/// be on all workspaces. XWayland lets the tray do all three, so the program uses it unless the
+/// user has chosen otherwise.
 void preferX11()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
-/// Several recognitions run side by side, each on one core; an engine that spreads over all cores
-/// slows all of them down.
+/// Several recognitions run in parallel, each on one core; an engine that uses all cores slows all
+/// of them down.
 void keepEnginesOnOneCore()
 {
     qputenv("OMP_THREAD_LIMIT", "1");
@@ -38,7 +38,7 @@ void silenceLibraries()
     }
 }
 
-/// How the signal handler reaches the event loop: writing to a pipe is all that it may safely do.
+/// Connects the signal handler to the event loop: writing to a pipe is all that it may safely do.
 int terminationPipe[2] = {-1, -1};
 
 void requestTermination(int)

@@ -4,7 +4,7 @@
 namespace
 {
 
-/// There is but one desktop here, and it has all that the program needs.
+/// There is only one desktop here, and it offers all that the program needs.
 class NoDesktopLimits : public DesktopLimits
 {
 public:

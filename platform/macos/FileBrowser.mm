@@ -13,7 +13,7 @@ class Finder : public FileBrowser
 public:
     void reveal(const QUrl &file) override
     {
-        // What is gone can't be selected.
+        // A file that is gone can't be selected.
         if (FileUrls::exists(file))
             [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ file.toNSURL() ]];
         else

@@ -4,8 +4,8 @@
 namespace
 {
 
-/// There are no read leases here, and nothing else that tells. The system's own screenshot tool
-/// moves its files into place when they are whole.
+/// There are no read leases here, and no other way to find out. The system's own screenshot tool
+/// moves its files into place when they are complete.
 class UnknownFileWriters : public FileWriters
 {
 public:

@@ -11,13 +11,13 @@
 namespace
 {
 
-/// The folder's own changes, and its end.
+/// Changes of the folder itself, and its end.
 constexpr unsigned long changes =
     DISPATCH_VNODE_WRITE | DISPATCH_VNODE_EXTEND | DISPATCH_VNODE_ATTRIB | DISPATCH_VNODE_RENAME;
 constexpr unsigned long end = DISPATCH_VNODE_DELETE | DISPATCH_VNODE_RENAME | DISPATCH_VNODE_REVOKE;
 
-/// A file system object source on the folder. It tells that something has happened and never to
-/// which entry, and nothing of what is written into a file that is there already.
+/// A file system object source on the folder. It reports that something has happened but not to
+/// which entry, and does not report writes to files that already exist.
 class VnodeFolderEvents : public FolderEvents
 {
 public:
@@ -46,13 +46,13 @@ public:
 
     void disarm() override
     {
-        // What an earlier watch has passed on is not told any more.
+        // Events that an earlier watch has already queued are ignored from now on.
         ++m_watch;
         if (!m_source)
             return;
         dispatch_source_cancel(m_source);
         m_source = nil;
-        // When this returns no handler runs any more, so that none outlives this object.
+        // When this returns, no handler is running, so none outlives this object.
         dispatch_sync(m_queue, ^{
                       });
     }

@@ -21,8 +21,8 @@ class WorkspaceFrontmostApplication : public FrontmostApplication
 public:
     WorkspaceFrontmostApplication()
     {
-        // Both come on the main thread, one after the other: the block never runs on an object
-        // that is gone.
+        // Both come on the main thread, one after the other, so the block never runs on a destroyed
+        // object.
         m_observer = [NSWorkspace.sharedWorkspace.notificationCenter
             addObserverForName:NSWorkspaceDidActivateApplicationNotification
                         object:nil

@@ -10,22 +10,22 @@
 namespace
 {
 
-/// Nothing of a title bar and no edges to drag. A panel with the second bit takes the keyboard when
-/// the user clicks into a name while the application that they work in stays the active one.
+/// No title bar and no edges to drag. With the second bit, a panel takes the keyboard when the user
+/// clicks into a name, while the application that they work in stays active.
 constexpr NSWindowStyleMask panelStyle =
     NSWindowStyleMaskFullSizeContentView | NSWindowStyleMaskNonactivatingPanel;
 
 constexpr NSWindowCollectionBehavior onAllSpaces =
     NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary;
 
-/// Qt makes a window of the type Tool an NSPanel, lets it become the key window and never the main
-/// window, and shows a window that is not to be activated without making it the key window.
+/// Qt makes a window of the type Tool an NSPanel, lets it become the key window but never the main
+/// window, and does not make it the key window when it shows one that is not to be activated.
 ///
-/// Qt gives the panel its own style, level and behaviour when it makes the native window and when
-/// the window's flags change, and not when it shows the window. The panel's flags never change, so
-/// what prepare() sets after createWinId() stays. Qt would also take the panel down to the ordinary
-/// level whenever the program stops being the active one, but only where a window has
-/// WA_MacAlwaysShowToolWindow; ours has not, and stays in view by `hidesOnDeactivate`.
+/// Qt sets the panel's style, level and behaviour when it makes the native window and when the
+/// window's flags change, not when it shows the window. The panel's flags never change, so what
+/// prepare() sets after createWinId() stays. Qt would also lower the panel to the normal level
+/// whenever the program becomes inactive, but only a window with WA_MacAlwaysShowToolWindow; ours
+/// does not have it, and stays visible through `hidesOnDeactivate`.
 class FloatingPanelWindow : public PanelWindow
 {
 public:
@@ -41,10 +41,10 @@ public:
         panel.collectionBehavior = onAllSpaces;
         panel.backgroundColor = NSColor.clearColor;
         panel.opaque = NO;
-        // The system draws it after what the window shows.
+        // The system computes it from what the window shows.
         panel.hasShadow = YES;
         panel.hidesOnDeactivate = NO;
-        // A click on a button leaves the keyboard where it is; takeFocus() asks for it.
+        // A click on a button does not take the keyboard; takeFocus() does.
         panel.becomesKeyOnlyIfNeeded = YES;
     }
 
@@ -52,7 +52,7 @@ public:
     QScreen *screen() const override
     {
         const NSRect frame = NSScreen.mainScreen.frame;
-        // AppKit counts from the lower edge of the first screen, Qt from its upper one.
+        // AppKit counts from the bottom of the first screen, Qt from its top.
         const NSRect first = [NSScreen.screens.firstObject frame];
         const CGFloat top = first.origin.y + first.size.height - frame.origin.y - frame.size.height;
         const QRectF wanted(frame.origin.x, top, frame.size.width, frame.size.height);
@@ -64,8 +64,8 @@ public:
         return QGuiApplication::primaryScreen();
     }
 
-    /// Qt's raise() would make the whole program the active one. A panel that has been put away
-    /// comes back with it.
+    /// Qt's raise() would activate the whole program. A panel that was put away comes back with
+    /// this.
     bool bringToFront(QWindow &window) override
     {
         [panelOf(window) orderFrontRegardless];
@@ -76,13 +76,13 @@ public:
     /// it is.
     void takeFocus(QWindow &window) override { window.requestActivate(); }
 
-    /// The system does so when the panel goes.
+    /// The system does this when the panel goes.
     void giveFocusBack(QWindow &) override {}
 
     bool showsTransparency() const override { return true; }
 
 private:
-    /// Messages to nil do nothing, should a window be no panel.
+    /// Messages to nil do nothing, should a window not be a panel.
     static NSPanel *panelOf(QWindow &window)
     {
         NSView *view = (__bridge NSView *)reinterpret_cast<void *>(window.winId());

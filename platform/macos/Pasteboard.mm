@@ -24,14 +24,14 @@ NSPasteboardType pasteboardType(ImageType type)
     return NSPasteboardTypePNG;
 }
 
-/// As the system reads the file's bytes; nil where they are no picture.
+/// The image as the system reads the file's bytes; nil when they are not a picture.
 NSImage *imageOf(const Picture &picture)
 {
     return picture.bytes ? [[NSImage alloc] initWithData:picture.bytes->toNSData()] : nil;
 }
 
-/// The picture stands there twice: as an image object, and as the file's own bytes, which keep
-/// their exact encoding for those who read it.
+/// The picture is written twice: as an image object, and as the file's own bytes, in their exact
+/// encoding, for programs that can read them.
 bool writePicture(NSPasteboard *board, const Picture &picture)
 {
     bool wrote = false;
@@ -74,7 +74,7 @@ public:
         return wrote;
     }
 
-    /// What lies on a pasteboard can't be changed, so it is written anew.
+    /// The contents of a pasteboard can't be changed, so they are written again.
     void fileMoved(const QUrl &from, const QUrl &to) override
     {
         if (!m_written)
@@ -88,7 +88,7 @@ public:
     }
 
 private:
-    /// Ours until somebody else puts something there, which changes the count.
+    /// Ours until something else is put there, which changes the count.
     std::optional<PasteboardContents> m_written;
     NSInteger m_changeCount = 0;
 };

@@ -12,8 +12,8 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::nanoseconds answerLimit = 2s;
 
-/// The system notes no date for a program that was started by its path; of two such programs the
-/// one with the lower number is the elder one, until numbers begin anew.
+/// The system records no date for a program that was started by its path. Of two such programs, the
+/// one with the lower process id is the older, until ids wrap around.
 bool isElder(NSRunningApplication *one, NSRunningApplication *other)
 {
     if (one.launchDate && other.launchDate)
@@ -21,7 +21,7 @@ bool isElder(NSRunningApplication *one, NSRunningApplication *other)
     return one.processIdentifier < other.processIdentifier;
 }
 
-/// A copy of the program that was there before this process.
+/// A copy of the program that started before this process.
 NSRunningApplication *elderInstance()
 {
     NSRunningApplication *own = NSRunningApplication.currentApplication;
@@ -37,7 +37,7 @@ NSRunningApplication *elderInstance()
     return nil;
 }
 
-/// Opening a bundle whose program runs is what the Dock does too.
+/// The Dock does the same: it opens the bundle of a program that is running.
 void askToReopen(NSRunningApplication *instance)
 {
     if (!instance.bundleURL)
@@ -51,8 +51,8 @@ void askToReopen(NSRunningApplication *instance)
     dispatch_semaphore_wait(answered, dispatch_time(DISPATCH_TIME_NOW, answerLimit.count()));
 }
 
-/// The system itself starts a bundle once and tells the copy that runs of each further opening.
-/// What is left is a start by the program's own path.
+/// The system starts a bundle only once and notifies the running copy of each further opening. What
+/// is left is a start by the program's own path.
 class BundleRunningInstance : public RunningInstance
 {
 public:

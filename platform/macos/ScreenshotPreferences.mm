@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Made anew for each read, so that a value that another process has stored meanwhile is seen.
+/// Made for each read, to see a value that another process has stored meanwhile.
 NSUserDefaults *screenCaptureDomain()
 {
     return [[NSUserDefaults alloc] initWithSuiteName:@"com.apple.screencapture"];
@@ -20,8 +20,8 @@ bool isBoolean(id value)
     return value && CFGetTypeID((__bridge CFTypeRef)value) == CFBooleanGetTypeID();
 }
 
-/// Through the system's own tool, so that the value lands in the system's domain, and then an end
-/// to the process that has read the old one.
+/// The system's own tool stores the value in the system's domain; then the process that has read
+/// the old value is ended.
 QList<SystemCommand> commandsToStore(const QStringList &keyAndValue)
 {
     return {
@@ -40,7 +40,7 @@ public:
         return stored ? std::optional(QString::fromNSString(stored)) : std::nullopt;
     }
 
-    /// The system's tool has no folder of its own beside "location".
+    /// The system's tool has no folder other than "location".
     std::optional<QString> desktopToolFolder() const override { return std::nullopt; }
 
     std::optional<bool> showsThumbnail() const override

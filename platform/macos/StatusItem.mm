@@ -8,7 +8,7 @@
 namespace
 {
 
-/// An item in the menu bar, of which Qt makes the menu: it follows the actions' titles and states.
+/// An item in the menu bar. Qt makes its menu, which follows the actions' titles and states.
 class MenuBarStatusItem : public StatusItem
 {
 public:
@@ -18,7 +18,7 @@ public:
             [NSStatusBar.systemStatusBar removeStatusItem:m_item];
     }
 
-    /// The system has the symbol, in the colour of its menu bar.
+    /// The system provides the symbol, in the colour of its menu bar.
     void show(const QIcon &, const QString &toolTip, const QList<QAction *> &actions) override
     {
         m_menu = std::make_unique<QMenu>();

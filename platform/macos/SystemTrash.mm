@@ -10,7 +10,7 @@
 namespace
 {
 
-/// The errors of the system's file manager, each with the system's own description of it.
+/// The errors of the system's file manager, with the system's own descriptions.
 class CocoaErrors : public std::error_category
 {
 public:
@@ -50,7 +50,7 @@ public:
         return {{}, QUrl::fromNSURL(location)};
     }
 
-    /// The trash notes nothing beside the file.
+    /// The trash keeps no record beside the file.
     std::error_code restore(const QUrl &trashed, const QUrl &original) override
     {
         return moveFile(trashed, original);

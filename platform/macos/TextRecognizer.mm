@@ -11,8 +11,8 @@
 namespace
 {
 
-/// Whether the middle of a line stands in one of the areas. The system counts from the lower left
-/// corner, in widths and heights of the picture.
+/// Whether the centre of a line is in one of the areas. The system's coordinates start at the lower
+/// left corner, as fractions of the picture's width and height.
 bool isLeftOut(VNObservation *line, const TextRecognizer::Page &page)
 {
     const CGRect box = static_cast<VNRecognizedTextObservation *>(line).boundingBox;
@@ -22,8 +22,8 @@ bool isLeftOut(VNObservation *line, const TextRecognizer::Page &page)
                        [middle](const QRect &area) { return area.contains(middle); });
 }
 
-/// The best reading of each line in the order of the request's results; nothing when one of them is
-/// no text.
+/// The best reading of each line, in the order of the request's results; empty when one of the
+/// results is not text.
 QStringList linesOf(VNRequest *request, const TextRecognizer::Page &page)
 {
     QStringList lines;
@@ -39,14 +39,14 @@ QStringList linesOf(VNRequest *request, const TextRecognizer::Page &page)
     return lines;
 }
 
-/// One of the formats that the system can make its own image of.
+/// In a format that the system can make its own image of.
 QImage convertible(const QImage &image)
 {
     return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                          : QImage::Format_RGB32);
 }
 
-/// All lines at once, when the request has been performed.
+/// All lines at once, after the request was performed.
 QStringList linesIn(const TextRecognizer::Page &page)
 {
     const CGImageRef bitmap = convertible(page.image).toCGImage();
@@ -83,7 +83,7 @@ public:
         }
     }
 
-    /// The first request of a process loads the model.
+    /// A process's first request loads the model.
     void warmUp() override
     {
         std::call_once(m_isWarm, [] {

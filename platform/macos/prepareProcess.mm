@@ -13,11 +13,12 @@
 namespace
 {
 
-/// The application's reference to its delegate does not keep it.
+/// The application's reference to its delegate is weak.
 VelmoraReopenDelegate *reopenDelegate = nil;
 
-/// An icon in the Dock, windows that can take the keyboard, and a light look whatever the system's
-/// setting is. The shared object exists from here on, and Qt uses it as it is.
+/// Gives the program an icon in the Dock, windows that can take the keyboard, and a light look
+/// whatever the system's setting is. The shared object exists from here on, and Qt uses it as it
+/// is.
 void prepareApplication()
 {
     NSApplication *application = NSApplication.sharedApplication;
@@ -27,7 +28,7 @@ void prepareApplication()
     application.delegate = reopenDelegate;
 }
 
-/// Frameworks complain straight to the standard error.
+/// Frameworks complain directly to standard error.
 void silenceLibraries()
 {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
@@ -47,13 +48,13 @@ void prepareProcess()
     }
 }
 
-/// The end that AppKit asks for, at log-out and by the Dock's menu, reaches Qt by itself.
+/// When AppKit ends the program, at log-out or from the Dock's menu, Qt hears of it by itself.
 void quitWhenTerminated(QCoreApplication &application)
 {
     static NSMutableArray<dispatch_source_t> *sources = [NSMutableArray array];
     QCoreApplication *const quitting = &application;
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        // The source is told of a signal that would end the process otherwise.
+        // The source gets a signal that would otherwise end the process.
         ::signal(signal, SIG_IGN);
         dispatch_source_t source =
             dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(signal), 0,

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// By the instance or class of their windows in lower case.
+/// The instance or class of their windows, in lower case.
 constexpr QStringView screenshotTools[] = {
     u"spectacle",
     u"org.kde.spectacle",
@@ -38,10 +38,10 @@ constexpr QStringView desktopsAndLaunchers[] = {
 };
 constexpr QStringView ownNames[] = {u"velmora", u"app.velmora.velmora"};
 
-/// No application has a longer name; what is longer is meant to do harm.
+/// No application has a longer name; a longer one is malicious.
 constexpr qsizetype longestName = 100;
 
-/// Of what a process shows of itself no more is read.
+/// At most this many bytes are read of what a process shows about itself.
 constexpr qint64 mostBytes = 1 << 18;
 
 bool isToolOrShell(const QString &name)
@@ -70,8 +70,8 @@ QString sandboxId(qint64 processId)
     return {};
 }
 
-/// The desktop entry that the process was launched by, as desktops note in its environment. The
-/// note is inherited, so it counts only where it names this very process.
+/// The desktop entry that the process was launched from, as desktops record it in its environment.
+/// Child processes inherit the record, so it counts only when it names this very process.
 QString launchedEntry(qint64 processId)
 {
     QFile file(QStringLiteral("/proc/%1/environ").arg(processId));
@@ -88,7 +88,7 @@ QString launchedEntry(qint64 processId)
     return forProcess == QByteArray::number(processId) ? QString::fromUtf8(path) : QString();
 }
 
-/// An id may be noted with or without its suffix, and as the path of the entry.
+/// An id may be recorded with or without its suffix, or as the path of the entry.
 QString bareId(const QString &noted)
 {
     const QString name = QFileInfo(noted).fileName();

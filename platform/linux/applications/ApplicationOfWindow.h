@@ -7,12 +7,12 @@
 
 #include <optional>
 
-/// Whether the user can be said to work in this window: it is no panel or desktop, not of this
-/// program and not of a screenshot tool or launcher, and says by a fair name what it is. Any
-/// thread.
+/// Whether this is a window that the user works in: it is not a panel or the desktop, does not
+/// belong to this program, a screenshot tool or a launcher, and gives a plausible name for its
+/// application. Any thread.
 bool isWorkingWindow(const FocusedWindow &window);
 
-/// The application that the window belongs to: its desktop entry's name in the user's language and
-/// its id; without an entry the window's class with its first letter raised, and no id. Any thread;
-/// reads one desktop entry.
+/// The application that the window belongs to: its desktop entry's name in the user's language, and
+/// the entry's id. Without an entry, the window's class with a capital first letter, and no id. Any
+/// thread; reads one desktop entry.
 Application applicationOf(const FocusedWindow &window, const DesktopEntries &entries);

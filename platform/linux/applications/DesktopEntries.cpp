@@ -12,11 +12,11 @@
 namespace
 {
 
-/// Folders below "applications" nest one deep; a link that leads back up must come to an end.
+/// Folders below "applications" nest one deep; the limit stops a link that leads back up.
 constexpr int deepestFolder = 4;
 
-/// File times step by some milliseconds: a folder that has changed this close to the time at which
-/// it was read may change again under the same time.
+/// File times advance in steps of some milliseconds: a folder that has changed this shortly before
+/// it was read may change again without a new time.
 constexpr qint64 timeStepNanoseconds = 50'000'000;
 
 constexpr qint64 absent = -1;
@@ -54,7 +54,7 @@ DesktopEntries DesktopEntries::read(const QStringList &folders)
     entries.m_readAt = now();
     for (const QString &folder : folders)
         entries.readFolder(folder, QString(), 0);
-    // Those that the user has deleted had their say in hiding others.
+    // Entries that the user has deleted were needed only to hide others.
     erase_if(entries.m_paths, [](const auto &item) { return item.value().isEmpty(); });
     return entries;
 }

@@ -10,11 +10,11 @@
 
 #include <optional>
 
-/// The applications that are installed for the user: which desktop entries there are, and which
-/// windows are theirs. A value, cheap to copy, that is read once and looked up from any thread.
+/// The applications installed for the user: which desktop entries there are, and which windows
+/// belong to them. A value, cheap to copy, read once and used from any thread.
 ///
 /// An entry's id is its path below the "applications" folder with "-" for "/" and without
-/// ".desktop". An entry in an earlier folder hides those of its id in later ones.
+/// ".desktop". An entry in an earlier folder hides those with the same id in later ones.
 class DesktopEntries
 {
 public:
@@ -25,19 +25,19 @@ public:
     /// entry.
     static DesktopEntries read(const QStringList &folders);
 
-    /// Whether entries have come or gone since. Any thread; looks at the folders only.
+    /// Whether entries were added or removed since. Any thread; looks only at the folders.
     bool isOutdated() const;
 
     bool contains(const QString &id) const { return m_paths.contains(id); }
 
-    /// The id of the entry that claims windows of this class or instance, to the letter.
+    /// The id of the entry that claims windows of exactly this class or instance.
     std::optional<QString> claimant(const QString &windowClass) const;
 
-    /// The id of the one entry whose id, or its last part after a dot, is this name when case does
-    /// not count; absent when several are.
+    /// The id of the one entry whose id, or its last part after a dot, equals this name, ignoring
+    /// case; absent when there are several.
     std::optional<QString> resembling(const QString &name) const;
 
-    /// Reads the entry afresh. Absent when it is not there (any more).
+    /// Reads the entry again. Absent when it does not exist (any more).
     std::optional<DesktopEntry> entry(const QString &id) const;
 
 private:

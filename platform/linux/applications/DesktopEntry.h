@@ -27,7 +27,7 @@ public:
     /// Absent when the key is missing or the value is no boolean.
     std::optional<bool> boolean(const char *key) const;
 
-    /// A launchable application that has not been deleted by its user.
+    /// Whether it is an application that can be launched and that the user has not deleted.
     bool isApplication() const;
 
 private:

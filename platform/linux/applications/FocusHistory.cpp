@@ -37,7 +37,7 @@ void FocusHistory::note(const std::optional<FocusedWindow> &window)
     readEntriesWhenOutdated();
 }
 
-/// At once: a moment later the window's process may be gone.
+/// Done at once: a moment later the window's process may be gone.
 void FocusHistory::identify()
 {
     if (m_entries && m_working)
@@ -58,7 +58,7 @@ void FocusHistory::announceSoon()
     QMetaObject::invokeMethod(this, &FocusHistory::announce, Qt::QueuedConnection);
 }
 
-/// The news is kept for the first who listens.
+/// With no receiver connected, the change is kept for the first one.
 void FocusHistory::announce()
 {
     static const QMetaMethod signal = QMetaMethod::fromSignal(&FrontmostApplication::activated);

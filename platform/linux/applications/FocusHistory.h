@@ -7,9 +7,9 @@
 
 #include <memory>
 
-/// The application that the user works in: the one of the window with the focus, or of the window
-/// before where a panel, a screenshot tool or this program has it. What is installed is read in the
-/// background, so nobody waits for it at the start of the program.
+/// The application that the user works in: the one whose window has the focus, or had it before a
+/// panel, a screenshot tool or this program took it. The installed applications are read in the
+/// background, so that the program's start does not wait for them.
 class FocusHistory : public FrontmostApplication
 {
 public:
@@ -31,12 +31,12 @@ private:
     void readEntries();
 
     std::unique_ptr<FocusSource> m_source;
-    /// Absent until they have been read for the first time.
+    /// Absent until they have been read once.
     std::optional<DesktopEntries> m_entries;
     bool m_isReading = false;
     /// The window that the user works in, or last worked in.
     std::optional<FocusedWindow> m_working;
     std::optional<Application> m_application;
-    /// Not announced yet.
+    /// A change that has not been announced yet.
     bool m_hasNews = false;
 };

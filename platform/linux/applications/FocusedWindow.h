@@ -4,14 +4,14 @@
 #include <QString>
 #include <QStringList>
 
-/// What a window says of the application that it belongs to.
+/// What a window says about the application that it belongs to.
 struct FocusedWindow {
-    /// The names by which desktop entries claim windows; on Wayland both are the application's id.
+    /// The names by which desktop entries claim windows; on Wayland both are the application id.
     QString instance;
     QString windowClass;
-    /// Ids of desktop entries that some toolkits note on their windows.
+    /// Ids of desktop entries that some toolkits set on their windows.
     QStringList notedIds;
-    /// 0 when it runs on another machine or nobody can tell.
+    /// 0 when the process runs on another machine or is unknown.
     qint64 processId = 0;
     /// False for panels, desktops, notifications and the like.
     bool isOrdinary = true;

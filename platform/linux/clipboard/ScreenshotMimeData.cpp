@@ -56,7 +56,7 @@ QVariant fileData(const QUrl &file, const QString &mimeType, QMetaType type)
             return QVariantList{file};
         return QByteArray(file.toEncoded() + "\r\n");
     }
-    // A line end after the last name would be an empty name to some.
+    // Some programs would take a line end after the last name for an empty name.
     if (mimeType == FileFormat::copiedFiles || mimeType == FileFormat::copiedFilesOfMate)
         return QByteArray("copy\n" + file.toEncoded());
     if (mimeType == FileFormat::cutSelection)

@@ -5,8 +5,8 @@
 
 #include <QMimeData>
 
-/// What one copy put on the clipboard. Each format is made when somebody asks for it, so that a
-/// file reference always tells where the file is now. Main thread.
+/// What one copy put on the clipboard. Each format is made on request, so that a file reference
+/// always gives the file's current path. Main thread.
 class ScreenshotMimeData : public QMimeData
 {
 public:
@@ -24,6 +24,6 @@ private:
     QVariant pictureData(const PasteboardContents::Picture &picture, const QString &mimeType) const;
 
     PasteboardContents m_contents;
-    /// Encoded when somebody has asked for it.
+    /// Encoded on the first request.
     mutable std::optional<QByteArray> m_png;
 };

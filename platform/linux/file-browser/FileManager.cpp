@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// The lists of default applications in the order in which they count: those of the running desktop
-/// come before the general one of the same folder.
+/// The lists of default applications, by precedence: the lists for the running desktop come before
+/// the general one of the same folder.
 QStringList listsOfDefaults()
 {
     QStringList names;
@@ -28,7 +28,7 @@ QStringList listsOfDefaults()
     return lists;
 }
 
-/// The first of the entries under that key that is installed.
+/// The first entry under that key that is installed.
 std::optional<QString> installed(const QString &list, const QByteArray &group)
 {
     const QString entries = KeyFile::value(list, group, "inode/directory").value_or(QString());
@@ -46,7 +46,7 @@ std::optional<FileManager> fileManager(const QString &desktopEntry)
 {
     if (desktopEntry == u"org.gnome.Nautilus.desktop")
         return FileManager{u"org.gnome.Nautilus"_s, u"nautilus"_s, {u"--select"_s}};
-    // Each of its windows has a bus name of its own.
+    // Each of its windows has its own bus name.
     if (desktopEntry == u"org.kde.dolphin.desktop")
         return FileManager{{}, u"dolphin"_s, {u"--select"_s}};
     if (desktopEntry.startsWith(u"caja"))

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// In the year 2200; the system itself ends counting in 2262.
+/// In the year 2200; the system's own count ends in 2262.
 constexpr time_t farFuture = 7'258'118'400;
 
 } // namespace
@@ -40,7 +40,7 @@ ClockWatch::~ClockWatch()
         ::close(m_timer);
 }
 
-/// A timer at a wall-clock time is cancelled by the system when that clock jumps.
+/// The system cancels a timer on the wall clock when that clock jumps.
 bool ClockWatch::arm()
 {
     const itimerspec never = {{0, 0}, {farFuture, 0}};

@@ -3,9 +3,9 @@
 
 #include <QObject>
 
-/// Tells when the system's clock was set, and when the machine wakes up: moments at which the wall
-/// clock has not gone on as timers have. Costs nothing while the clock goes on. Lives on one thread
-/// with an event loop.
+/// Reports when the system's clock was set and when the machine wakes up: then the wall clock and
+/// the timers have not advanced alike. Costs nothing otherwise. Lives on one thread with an event
+/// loop.
 class ClockWatch : public QObject
 {
     Q_OBJECT

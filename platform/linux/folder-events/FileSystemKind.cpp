@@ -23,7 +23,7 @@ constexpr std::array<unsigned int, 12> localFileSystems = {
     NILFS_SUPER_MAGIC, ECRYPTFS_SUPER_MAGIC,  zfsMagic,          bcachefsMagic,
 };
 
-/// Such a folder tells an entry by the spelling of whoever touched it.
+/// Such a folder reports an entry in the spelling used by the process that touched it.
 bool ignoresCase(int descriptor)
 {
     int flags = 0;

@@ -3,8 +3,8 @@
 
 #include <QByteArray>
 
-/// Whether every change in the folder is made by this machine and has one name, so that inotify
-/// tells of it: true for the local file systems that we know, false for network and user-space
-/// ones, for folders that take two spellings for one name, and for all that is unknown. Any
-/// thread; blocks for the file system.
+/// Whether inotify reports every change in the folder, because this machine makes all of them and
+/// an entry has only one name. True for the local file systems that we know; false for network and
+/// user-space ones, for folders that accept two spellings of one name, and for everything unknown.
+/// Any thread; blocks on the file system.
 bool tellsEveryChange(const QByteArray &folder);

@@ -15,8 +15,8 @@ namespace
 constexpr uint32_t goneMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
 constexpr size_t bufferSize = 65536;
 
-/// Reads that are made in a row, so that a storm of events does not keep the thread from its other
-/// duties.
+/// At most so many reads in a row, so that a burst of events does not keep the thread from its
+/// other work.
 constexpr int readsInARow = 16;
 
 void take(const inotify_event &event, const char *name, InotifyQueue::News &news)
@@ -25,7 +25,7 @@ void take(const inotify_event &event, const char *name, InotifyQueue::News &news
         news.folderGone = true;
         return;
     }
-    // Without a name it is the folder itself, or the queue has overflown.
+    // An event without a name is about the folder itself, or the queue has overflowed.
     const QByteArray raw(event.len > 0 ? name : "");
     const QString decoded = QFile::decodeName(raw);
     if (raw.isEmpty() || QFile::encodeName(decoded) != raw)
@@ -71,7 +71,7 @@ bool InotifyQueue::open(const QByteArray &folder, uint32_t mask)
 void InotifyQueue::close()
 {
     if (m_notifier) {
-        // It may be the one whose signal is being handled.
+        // This may be the notifier whose signal is being handled.
         m_notifier->setEnabled(false);
         m_notifier->deleteLater();
         m_notifier = nullptr;

@@ -14,16 +14,16 @@ class InotifyQueue : public QObject
 {
     Q_OBJECT
 public:
-    /// What has been told since the last read.
+    /// What has happened since the last read.
     struct News {
         QSet<QString> names;
-        bool lost = false;       ///< some events can't be told by a name, or were lost
+        bool lost = false;       ///< some events can't be reported by a name, or were lost
         bool folderGone = false; ///< the folder was deleted, moved or unmounted
     };
 
     ~InotifyQueue() override;
 
-    /// Watches `folder` for the events of `mask`; false, with nothing open, where that is not
+    /// Watches `folder` for the events in `mask`. False, with nothing left open, when that is not
     /// possible.
     bool open(const QByteArray &folder, uint32_t mask);
     void close();

@@ -26,7 +26,7 @@ constexpr uint32_t alwaysTold = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_
 constexpr int mostLinks = 40;
 constexpr size_t bufferSize = 4096;
 
-/// So that a storm of events does not keep the thread from its other duties.
+/// Limits how long a burst of events keeps the thread from its other work.
 constexpr int readsInARow = 16;
 
 QByteArray child(const QByteArray &folder, const QByteArray &name)
@@ -86,7 +86,7 @@ bool PathWatch::watch(const QByteArray &path, End end)
             folder = folderAbove(folder);
         if (name == "." || name == "..")
             continue;
-        // First the watch and then the look, so that nothing happens between.
+        // The watch comes before the look, so that nothing is missed in between.
         if (!watchEntry(folder, name, rest.isEmpty() ? Place::AtTheEnd : Place::OnTheWay, end))
             return false;
         isTold = isTold && tellsEveryChange(folder);

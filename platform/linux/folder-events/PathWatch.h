@@ -8,10 +8,10 @@
 
 class QSocketNotifier;
 
-/// Tells when a path may lead elsewhere, or to another content of a file: when one of the folders,
-/// links and files on its way is made, removed, renamed or replaced, when a folder before its end
-/// gets other permissions, when the file at its end was written, and when something is mounted.
-/// The path need not exist. Lives on one thread with an event loop.
+/// Reports when a path may lead elsewhere, or to other content: when a folder, link or file on the
+/// path is made, removed, renamed or replaced, when a folder before its end gets other permissions,
+/// when the file at its end was written, and when something is mounted. The path need not exist.
+/// Lives on one thread with an event loop.
 class PathWatch : public QObject
 {
     Q_OBJECT
@@ -21,9 +21,9 @@ public:
     PathWatch();
     ~PathWatch() override;
 
-    /// Watches the way to `path` too, and says whether changed() tells of everything. False on
-    /// file systems that other machines change, and where the way can't be watched. Any thread;
-    /// blocks for the file system.
+    /// Also watches `path`, and returns whether changed() reports every change. False on file
+    /// systems that other machines change, and where the path can't be watched. Any thread; blocks
+    /// on the file system.
     bool watch(const QByteArray &path, End end);
 
 Q_SIGNALS:
@@ -39,6 +39,6 @@ private:
     int m_events = -1;
     int m_mounts = -1;
     QMutex m_lock;
-    /// By watch: the entries of that folder that matter.
+    /// By watch: the entries of its folder that matter.
     QHash<int, QHash<QByteArray, Place>> m_names;
 };

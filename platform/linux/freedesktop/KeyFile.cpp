@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Absent when something is there that can't be read as such a file.
+/// Absent when there is something that can't be read as such a file.
 std::optional<QList<QByteArray>> linesOf(const QString &path)
 {
     const SmallFile file = readSmallFile(path, Links::Follow);

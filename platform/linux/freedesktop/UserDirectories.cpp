@@ -16,7 +16,7 @@ QByteArray keyOf(const QString &name)
     return "XDG_" + name.toUtf8() + "_DIR";
 }
 
-/// The file is read by shells too, in double quotes.
+/// Shells read the file too: values are in double quotes.
 QByteArray quoted(const QString &path)
 {
     QByteArray result = "\"";

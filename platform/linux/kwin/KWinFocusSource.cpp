@@ -25,8 +25,8 @@ QString objectPath()
     return u"/app/velmora/Velmora/Focus"_s;
 }
 
-/// Plasma 6 and Plasma 5 name the same things differently. Everything is told as text: what kind
-/// of number or bytes a property holds differs too.
+/// Plasma 6 and Plasma 5 use different names. Everything is sent as text, because the properties'
+/// types of numbers and bytes differ too.
 constexpr char scriptText[] = R"js(
 function tell(window) {
     const kind = !window ? "none"
@@ -96,7 +96,7 @@ void KWinFocusSource::Focus(const QString &instance, const QString &windowClass,
     Q_EMIT focusChanged(window);
 }
 
-/// One of that name may be left from a run that did not end well.
+/// A run that did not end cleanly may have left one with that name.
 void KWinFocusSource::load()
 {
     call(scripting(u"unloadScript"_s) << scriptName(), [this](const QDBusMessage &) {
@@ -105,7 +105,7 @@ void KWinFocusSource::load()
     });
 }
 
-/// Plasma 6 and Plasma 5 have their scripts at different places.
+/// Plasma 6 and Plasma 5 have their scripts at different object paths.
 void KWinFocusSource::run(int script)
 {
     for (const QString &folder : {u"/Scripting/Script"_s, u"/"_s})

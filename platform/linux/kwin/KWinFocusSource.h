@@ -10,9 +10,8 @@
 
 #include <functional>
 
-/// The window that KWin calls active. A script that KWin runs for this program tells of each change
-/// over the session bus; it is taken back at the end, and given anew to a KWin that comes again.
-/// Main thread.
+/// The window that KWin calls active. A script in KWin reports each change over the session bus; it
+/// is unloaded at the end, and loaded again when KWin restarts. Main thread.
 class KWinFocusSource : public FocusSource
 {
     Q_OBJECT
@@ -24,8 +23,8 @@ public:
     bool seesAllWindows() const override { return true; }
     void update() override {}
 
-    /// Whether KWin is there to be asked. Answers later, from the event loop, unless `context` has
-    /// gone.
+    /// Finds out whether KWin is running. Answers later, from the event loop, unless `context` is
+    /// gone by then.
     static void find(QObject *context, const std::function<void(bool isThere)> &found);
 
 public Q_SLOTS:

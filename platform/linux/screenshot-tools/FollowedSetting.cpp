@@ -15,7 +15,7 @@ namespace
 
 constexpr auto longestWait = 1s;
 
-/// Objects of GLib, each with what ends its use.
+/// GLib objects, each with the function that releases it.
 template <auto end>
 struct Ending {
     template <typename Object>
@@ -30,7 +30,7 @@ using Schema = std::unique_ptr<GSettingsSchema, Ending<g_settings_schema_unref>>
 using Settings = std::unique_ptr<GSettings, Ending<g_object_unref>>;
 using Value = std::unique_ptr<GVariant, Ending<g_variant_unref>>;
 
-/// A schema or a key that is missing would end the process; so both are looked for first.
+/// A missing schema or key would end the process, so both are checked first.
 Settings settingsWith(const FollowedSetting::Name &name)
 {
     GSettingsSchemaSource *const source = g_settings_schema_source_get_default();
@@ -58,7 +58,7 @@ public:
 
     ~Private()
     {
-        // Not the loop itself: it may not have begun to run.
+        // Not quit directly: the loop may not be running yet.
         g_main_context_invoke(m_context.get(), quit, m_loop.get());
         m_thread.join();
     }
@@ -84,7 +84,7 @@ private:
         d->m_changed();
     }
 
-    /// GLib tells of changes on the thread that has made the settings.
+    /// GLib reports changes on the thread that has made the settings.
     void run()
     {
         g_main_context_push_thread_default(m_context.get());
@@ -117,7 +117,7 @@ private:
     std::optional<QString> m_value;
     Context m_context;
     Loop m_loop;
-    std::thread m_thread; ///< last, since it uses all the others
+    std::thread m_thread; ///< last, because it uses all the others
 };
 
 FollowedSetting::FollowedSetting(const Name &name, std::function<void()> changed)

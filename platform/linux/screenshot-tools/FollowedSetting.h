@@ -7,8 +7,8 @@
 #include <memory>
 #include <optional>
 
-/// One string of the settings that GNOME and its relatives keep (GSettings), read and followed in
-/// this process by a thread of its own. Any thread.
+/// One string of the settings (GSettings) of GNOME and its relatives, read and followed in this
+/// process by a thread of its own. Any thread.
 class FollowedSetting
 {
 public:
@@ -21,8 +21,8 @@ public:
     FollowedSetting(const Name &name, std::function<void()> changed);
     ~FollowedSetting();
 
-    /// Absent where the schema or the key is not installed or is no string, and where the first
-    /// answer takes longer than a second. Answers from memory.
+    /// Absent when the schema or the key is not installed, when the value is not a string, and when
+    /// the first answer takes longer than a second. Answers from memory.
     std::optional<QString> value() const;
 
 private:

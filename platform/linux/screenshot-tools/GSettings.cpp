@@ -6,7 +6,7 @@
 namespace
 {
 
-/// The command speaks the text form of values: a string in quotes.
+/// The command takes values in text form: a string is in quotes.
 QString quoted(QString value)
 {
     value.replace(u'\\', QStringLiteral("\\\\")).replace(u'\'', QStringLiteral("\\'"));

@@ -7,11 +7,11 @@
 #include <QList>
 #include <QString>
 
-/// Writing the settings of GNOME and its relatives, through their own command. Any thread.
+/// Writes the settings of GNOME and its relatives through their own command. Any thread.
 namespace GSettings
 {
 
-/// The commands that store a string; none where the command is missing.
+/// The commands that store a string; none when their command is not installed.
 QList<SystemCommand> storeString(const FollowedSetting::Name &name, const QString &value);
 
 } // namespace GSettings

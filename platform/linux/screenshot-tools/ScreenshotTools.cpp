@@ -75,7 +75,7 @@ Folder cosmicFolder(const Folder &)
     return GnomeTools::picturesOrHome();
 }
 
-// grim and the scripts around it: the environment and the user's folders.
+// grim and its wrapper scripts: the environment and the user's folders.
 
 Folder grimFolder(const Folder &)
 {
@@ -101,7 +101,7 @@ Folder niriFolder(const Folder &)
     return NiriSettings::folder();
 }
 
-// A desktop that nothing is known of: where screenshots belong, if the user has said so.
+// An unknown desktop: the user's folder for screenshots, if one is set.
 
 Folder saidFolder(const Folder &)
 {

@@ -21,7 +21,7 @@ struct ScreenshotTool {
     /// empty when there is none.
     QString (*file)();
 
-    /// The setting of GNOME's kind that names the folder; without a schema when there is none.
+    /// The GSettings key that names the folder; without a schema when there is none.
     FollowedSetting::Name setting;
 
     /// Where the tool saves; absent when that is no folder of this machine, and where the tool
@@ -29,14 +29,14 @@ struct ScreenshotTool {
     /// @param setting the value of `setting`; absent where its schema is not installed
     std::optional<QString> (*folder)(const std::optional<QString> &setting);
 
-    /// Where the tool saves when its settings name no folder that is there; absent when unknown.
+    /// Where the tool saves when its settings name no existing folder; absent when unknown.
     std::optional<QString> (*usualFolder)();
 
     /// Makes the tool save there, and returns the commands that this takes. Nothing where the tool
     /// has no such setting. Not to be called where the schema of `setting` is not installed.
     QList<SystemCommand> (*storeFolder)(const QString &path);
 
-    /// Makes the tool save every screenshot at once; as above.
+    /// Makes the tool save every screenshot at once; otherwise as above.
     QList<SystemCommand> (*saveAtOnce)();
 };
 

@@ -21,7 +21,7 @@ std::optional<QString> value(const char *group, const char *key)
     return stored && !stored->isEmpty() ? stored : std::nullopt;
 }
 
-/// KDE's own tool writes the file with the lock that its programs respect.
+/// KDE's own tool writes the file under the lock that its programs respect.
 QList<SystemCommand> write(const QString &group, const QString &key, const QString &value)
 {
     for (const QString &name : {QStringLiteral("kwriteconfig6"), QStringLiteral("kwriteconfig5")}) {

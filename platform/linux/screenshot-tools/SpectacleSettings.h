@@ -8,22 +8,22 @@
 
 #include <optional>
 
-/// KDE's screenshot tool, whose groups and keys have changed with its versions. Read afresh on
-/// every call. Any thread.
+/// KDE's screenshot tool, whose groups and keys differ between versions. Read on each call. Any
+/// thread.
 namespace SpectacleSettings
 {
 
-/// The file that holds them.
+/// The file with its settings.
 QString file();
 
-/// Where it saves; absent when that is no folder of this machine.
+/// Where it saves; absent when that is not a folder of this machine.
 std::optional<QString> folder();
 
-/// The commands that make it save there; none where KDE's own tool for that is missing.
+/// The commands that make it save there; none when KDE's own tool for that is missing.
 QList<SystemCommand> storeFolder(const QString &path);
 
-/// The commands that make it save every screenshot at once; as it comes, it shows one and saves
-/// none.
+/// The commands that make it save every screenshot at once; by default it shows the screenshot and
+/// saves nothing.
 QList<SystemCommand> saveAtOnce();
 
 } // namespace SpectacleSettings

@@ -14,7 +14,7 @@ QString Translations::translated(const char *catalogue, const char *text)
     ::bind_textdomain_codeset(catalogue, "UTF-8");
     for (const QString &folder : folders) {
         ::bindtextdomain(catalogue, QFile::encodeName(folder).constData());
-        // A text without a translation comes back as the same pointer.
+        // Without a translation, the same pointer comes back.
         if (const char *const result = ::dgettext(catalogue, text); result != text)
             return QString::fromUtf8(result);
     }

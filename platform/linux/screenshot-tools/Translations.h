@@ -3,12 +3,12 @@
 
 #include <QString>
 
-/// Texts of other programs in the language of the session. Any thread, by one at a time.
+/// Texts of other programs in the language of the session. Any thread, one at a time.
 namespace Translations
 {
 
-/// What the program of that message catalogue makes of its own English text; the text itself where
-/// it is not installed or says the same.
+/// The translation of a program's English text in that message catalogue; the text itself when the
+/// catalogue is not installed or has no other text for it.
 QString translated(const char *catalogue, const char *text);
 
 } // namespace Translations

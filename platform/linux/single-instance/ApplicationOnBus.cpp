@@ -43,7 +43,7 @@ ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
 {
     if (!m_bus.isConnected())
         return Claim::Impossible;
-    // The object is registered before the name, so that whoever sees the name can call.
+    // The object is registered before the name, so that a process that sees the name can call it.
     m_bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
     QDBusMessage activate = QDBusMessage::createMethodCall(
         busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),

@@ -17,19 +17,19 @@ class ApplicationOnBus : public QObject, protected QDBusContext
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
     enum class Claim {
-        Ours,       ///< the name is this process's until it ends
-        Theirs,     ///< another process has it and has been told to come to the front
+        Ours,       ///< this process owns the name until it ends
+        Theirs,     ///< another process owns it and was asked to come to the front
         Impossible, ///< there is no session bus
     };
 
     ApplicationOnBus();
 
-    /// Blocks for two seconds at most when the other process does not answer. It is then taken to
-    /// be busy, because the bus would know if it had died; it receives the message later.
+    /// Blocks for two seconds at most when the other process does not answer. That process is then
+    /// taken to be busy, because the bus would know if it had died; it gets the message later.
     Claim claim(const LaunchToken &token);
 
 public Q_SLOTS:
-    // Called by other programs. An unknown action is answered with an error.
+    // Called by other programs. An unknown action gets an error reply.
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
     Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
     Q_SCRIPTABLE void ActivateAction(const QString &name, const QVariantList &parameters,

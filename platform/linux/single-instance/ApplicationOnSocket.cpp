@@ -23,14 +23,14 @@ namespace
 constexpr std::chrono::milliseconds answerTime = std::chrono::seconds(2);
 constexpr std::chrono::milliseconds lockTime{100};
 
-/// Longer than any token. Whoever sends more is not another instance.
+/// Longer than any token. A sender of more is not another instance.
 constexpr qsizetype longestCall = 1 << 16;
 
 constexpr QByteArrayView answer = "here\n";
 
 constexpr int callersInWaiting = 16;
 
-/// Absent for a path that is too long.
+/// Absent when the path is too long.
 std::optional<sockaddr_un> addressOf(const QString &path)
 {
     sockaddr_un address = {};
@@ -42,7 +42,7 @@ std::optional<sockaddr_un> addressOf(const QString &path)
     return address;
 }
 
-/// From now on a call on the socket that could block gives up after that time.
+/// From now on, a call on the socket gives up after blocking for this time.
 void limit(int descriptor, std::chrono::milliseconds time)
 {
     const timeval value = {time.count() / 1000, time.count() % 1000 * 1000};
@@ -68,7 +68,7 @@ bool isOursAlone(const QByteArray &folder)
            status.st_uid == ::getuid() && (status.st_mode & 077) == 0;
 }
 
-/// A folder that nobody else can write to; empty when there is none.
+/// A folder that no other user can write to; empty when there is none.
 QString privateFolder()
 {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
@@ -79,7 +79,7 @@ QString privateFolder()
     return isOursAlone(own) ? QFile::decodeName(own) : QString();
 }
 
-/// Whether the process that listens at the socket has answered.
+/// Whether the process that listens on the socket has answered.
 bool activateOther(const QString &socketPath, const LaunchToken &token, QDeadlineTimer deadline)
 {
     const std::optional<sockaddr_un> address = addressOf(socketPath);
@@ -100,7 +100,7 @@ bool activateOther(const QString &socketPath, const LaunchToken &token, QDeadlin
     return QByteArrayView(received, std::max<ssize_t>(0, length)) == answer;
 }
 
-/// A call, as it comes in. It ends with its answer, or without one where it is no call of ours.
+/// A call being received. It ends with an answer, or without one when it is not a valid call.
 class Caller : public QObject
 {
 public:
@@ -132,7 +132,7 @@ private:
         const QJsonDocument call = QJsonDocument::fromJson(m_call.left(end));
         if (end < 0 || !call.isObject())
             return;
-        // Who calls may have stopped waiting.
+        // The caller may have stopped waiting.
         sendAll(m_descriptor.number(), answer);
         m_handler(LaunchToken::fromPlatformData(call.object().toVariantMap()));
     }
@@ -162,7 +162,7 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
         }
         if (m_lock->error() != QLockFile::LockFailedError)
             return Claim::Impossible;
-        // The other process may not listen yet, or may be about to end: try again.
+        // The other process may not be listening yet, or may be about to end: try again.
         if (activateOther(socketPath, token, deadline))
             return Claim::Theirs;
     } while (!deadline.hasExpired());
@@ -175,7 +175,7 @@ void ApplicationOnSocket::listen(const QString &socketPath)
     m_socket.emplace(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!address || !*m_socket)
         return;
-    // The socket there was left behind by a process that has ended.
+    // A process that has ended left the socket behind.
     ::unlink(address->sun_path);
     if (::bind(m_socket->number(), reinterpret_cast<const sockaddr *>(&*address),
                sizeof *address) != 0)

@@ -11,16 +11,16 @@
 #include <memory>
 #include <optional>
 
-/// Keeps to one instance without a session bus: a lock that only one process of the user can hold,
-/// and a socket on which that process hears from others. Main thread.
+/// Keeps to one instance without a session bus: with a lock that only one of the user's processes
+/// can hold, and a socket on which other processes reach that one. Main thread.
 class ApplicationOnSocket : public QObject
 {
     Q_OBJECT
 public:
     enum class Claim {
-        Ours,       ///< the lock is this process's until it ends
-        Theirs,     ///< another process has it and has been told to come to the front
-        Impossible, ///< there is no place for a lock that is the user's alone
+        Ours,       ///< this process holds the lock until it ends
+        Theirs,     ///< another process holds it and was asked to come to the front
+        Impossible, ///< there is no place for a lock that only this user can write to
     };
 
     /// Blocks for two seconds at most when the other process runs but does not answer.

@@ -31,7 +31,7 @@ QString watcherPath()
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
-/// The bus answers with this when it was asked not to start the service.
+/// The bus replies with this when the service does not run and was not to be started.
 bool meansNobody(const QDBusError &error)
 {
     return error.type() == QDBusError::ServiceUnknown ||

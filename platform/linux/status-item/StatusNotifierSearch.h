@@ -10,17 +10,17 @@
 #include <optional>
 
 /// Waits until the session has a status bar. Qt looks for one only once, when the program first
-/// uses its tray icon, but right after login the status bar may start seconds later. The tray icon
-/// must therefore not be used before found().
+/// uses its tray icon, but right after login the status bar may start seconds later. So the tray
+/// icon must not be used before found().
 ///
-/// A host of status items is used as soon as there is one. The older XEmbed tray is used when no
-/// host has come in time. Main thread; never waits for another program.
+/// A status notifier host is used as soon as there is one, the XEmbed tray when no host has come in
+/// time. Main thread; never waits for another program.
 class StatusNotifierSearch : public QObject
 {
     Q_OBJECT
 public:
     enum class StatusBar {
-        Host,  ///< of status items, over the session bus
+        Host,  ///< for status notifier items, over the session bus
         Older, ///< a tray that embeds windows
     };
 
@@ -34,11 +34,11 @@ public:
     explicit StatusNotifierSearch(Patience patience);
     ~StatusNotifierSearch() override;
 
-    /// Called once.
+    /// Call it once.
     void start();
 
 Q_SIGNALS:
-    /// Sent once.
+    /// Emitted once.
     void found(StatusNotifierSearch::StatusBar statusBar);
 
 private Q_SLOTS:

@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-/// The older tray, in which programs embed X windows. Main thread.
+/// The older kind of tray, in which programs embed X windows. Main thread.
 class XembedTray : public QObject
 {
     Q_OBJECT

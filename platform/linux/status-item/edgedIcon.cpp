@@ -9,7 +9,7 @@
 namespace
 {
 
-/// The sizes that status bars ask for, and twice those for dense screens.
+/// The sizes that status bars ask for, and twice those for high-density screens.
 constexpr int sizes[] = {16, 22, 24, 32, 44, 48, 64};
 
 /// The edge is a 22nd of the icon wide.

@@ -59,7 +59,7 @@ QByteArray topOfFileSystem(QByteArray folder)
     return folder;
 }
 
-/// A link there could lead anywhere; without the sticky bit other users could remove the files.
+/// A link could lead anywhere; without the sticky bit other users could remove the files.
 bool isSafeCommonTrash(const QByteArray &path)
 {
     struct stat status = {};

@@ -63,7 +63,7 @@ QByteArray TrashInfo::nameInTrash(const QByteArray &name, int attempt, long maxi
     QByteArray end = QFile::encodeName(FileUrls::pathExtension(wanted));
     if (!end.isEmpty())
         end.prepend('.');
-    // In a name this long, what follows the last dot is text and not an extension.
+    // In a name this long, the text after the last dot is not an extension.
     if (end.size() > room / 2)
         end.clear();
     const QByteArray base = name.chopped(end.size());

@@ -63,7 +63,7 @@ void CompositorClipboard::begin()
 {
     using Device = zwlr_data_control_device_v1;
     using Offer = zwlr_data_control_offer_v1;
-    // What others put on the clipboard is none of our business.
+    // What other programs put on the clipboard is not read.
     static const auto drop = [](void *, Device *, Offer *offer) {
         if (offer)
             zwlr_data_control_offer_v1_destroy(offer);
@@ -86,7 +86,7 @@ void CompositorClipboard::begin()
 
 bool CompositorClipboard::offer(std::unique_ptr<QMimeData> data)
 {
-    // The new one takes the place of the old one, so that the clipboard is never empty in between.
+    // The new source replaces the old one, so that the clipboard is never empty in between.
     zwlr_data_control_source_v1 *const former = std::exchange(m_source, nullptr);
     m_data = std::move(data);
     addSource();
@@ -128,7 +128,7 @@ void CompositorClipboard::release()
     m_data.reset();
 }
 
-/// Whether the compositor has dealt with all that was asked of it.
+/// Whether the compositor has processed all requests so far.
 bool CompositorClipboard::isHeard()
 {
     bool isDone = false;

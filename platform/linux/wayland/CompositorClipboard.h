@@ -13,7 +13,7 @@ struct zwlr_data_control_device_v1;
 struct zwlr_data_control_manager_v1;
 struct zwlr_data_control_source_v1;
 
-/// The clipboard of a Wayland compositor that lets every client set it, also one without the focus.
+/// The clipboard of a Wayland compositor that lets every client set it, even without the focus.
 /// Main thread.
 class CompositorClipboard : public QObject
 {
@@ -21,11 +21,11 @@ public:
     CompositorClipboard();
     ~CompositorClipboard() override;
 
-    /// False where the compositor has no such way, and for a moment after the start.
+    /// False when the compositor does not offer this, and for a moment after the start.
     bool isAvailable() const { return m_device && m_connection.isAlive(); }
 
-    /// Offers the data until somebody else takes the clipboard; then it is deleted. False when the
-    /// compositor has not taken it within a tenth of a second, for which this may block.
+    /// Offers the data until another program takes the clipboard; then deletes it. False when the
+    /// compositor has not accepted it within a tenth of a second; may block for that long.
     bool offer(std::unique_ptr<QMimeData> data);
 
     void clear();

@@ -19,7 +19,7 @@ PipeWriter::PipeWriter(Descriptor pipe, QByteArray bytes, QObject *parent)
     , m_bytes(std::move(bytes))
     , m_notifier(m_pipe.number(), QSocketNotifier::Write)
 {
-    // A reader that has gone would end the program.
+    // Otherwise a reader that is gone would end the program.
     std::signal(SIGPIPE, SIG_IGN);
     ::fcntl(m_pipe.number(), F_SETFL, O_NONBLOCK);
     connect(&m_notifier, &QSocketNotifier::activated, this, &PipeWriter::write);

@@ -8,8 +8,8 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
-/// Writes bytes into a pipe as fast as its reader takes them, and closes it. One whose reader has
-/// gone, or takes nothing for half a minute, is given up. Deletes itself. Main thread.
+/// Writes bytes into a pipe as fast as the reader takes them, then closes it. Gives up when the
+/// reader is gone or takes nothing for half a minute. Deletes itself. Main thread.
 class PipeWriter : public QObject
 {
 public:

@@ -12,13 +12,13 @@ class WaylandConnection;
 struct zwlr_foreign_toplevel_handle_v1;
 struct zwlr_foreign_toplevel_manager_v1;
 
-/// The window that the compositor calls activated, as compositors of the wlroots kind tell every
-/// client. Main thread.
+/// The window that the compositor calls activated, which compositors like the wlroots ones report
+/// to every client. Main thread.
 class ToplevelFocusSource : public FocusSource
 {
 public:
-    /// Absent where the compositor does not tell. What it has must be known. The connection must
-    /// outlive the source.
+    /// Null when the compositor does not report it. The compositor's globals must be known. The
+    /// connection must outlive the source.
     static std::unique_ptr<ToplevelFocusSource> make(WaylandConnection &connection);
     ~ToplevelFocusSource() override;
 
@@ -28,7 +28,7 @@ public:
 private:
     using Handle = zwlr_foreign_toplevel_handle_v1;
 
-    /// A window's changes come one by one, and count when all of them have come.
+    /// A window's changes arrive one by one and take effect when all have arrived.
     struct Toplevel {
         QByteArray id;
         bool isActivated = false;

@@ -86,7 +86,7 @@ void WaylandConnection::update()
     flush();
 }
 
-/// One look at the socket: a compositor that sends without end must not keep this thread.
+/// Reads the socket once: a compositor that never stops sending must not block this thread.
 bool WaylandConnection::readEvents()
 {
     while (wl_display_prepare_read(m_display) != 0) {
@@ -107,7 +107,7 @@ void WaylandConnection::flush()
         wl_display_flush(m_display);
 }
 
-/// The objects on the connection stay until their owners destroy them; nothing comes any more.
+/// Objects on the connection stay until their owners destroy them, but nothing more arrives.
 void WaylandConnection::end()
 {
     m_hasEnded = true;

@@ -10,8 +10,8 @@
 class QDeadlineTimer;
 class QSocketNotifier;
 
-/// A connection of one's own to the Wayland compositor that WAYLAND_DISPLAY names: whatever goes
-/// wrong on it harms nobody else. It never waits for the compositor. Main thread.
+/// A separate connection to the Wayland compositor that WAYLAND_DISPLAY names: its errors affect
+/// nothing else. Only waitForInput() waits for the compositor. Main thread.
 class WaylandConnection : public QObject
 {
     Q_OBJECT
@@ -19,34 +19,34 @@ public:
     WaylandConnection();
     ~WaylandConnection() override;
 
-    /// False when there is no compositor (any more). Then nothing may be asked.
+    /// False when there is no compositor (any more). Then no requests are allowed.
     bool isAlive() const { return m_display && !m_hasEnded; }
 
-    /// Binds the compositor's object of this kind, up to `version`; null when it has none, and
-    /// before globalsKnown(). Whoever has bound it destroys it before this object.
+    /// Binds the compositor's global of this kind, up to `version`; null when there is none, and
+    /// before globalsKnown(). The caller destroys it before this object.
     template <typename Type>
     Type *bind(const wl_interface &interface, uint32_t version) const
     {
         return static_cast<Type *>(bindGlobal(interface, version));
     }
 
-    /// Takes in what the compositor has sent up to now.
+    /// Processes what the compositor has sent so far.
     void update();
 
-    /// Waits for the compositor and takes in what it has sent. False when nothing has come in time.
+    /// Waits for the compositor and processes what it has sent. False when nothing came in time.
     bool waitForInput(const QDeadlineTimer &deadline);
 
-    /// Sends what has been asked for.
+    /// Sends the requests made so far.
     void flush();
 
-    /// Tells when the compositor has dealt with all that was asked of it so far.
+    /// Signals when the compositor has processed all requests so far.
     wl_callback *sync() { return wl_display_sync(m_display); }
 
 Q_SIGNALS:
-    /// What the compositor has is known: nothing where there is none.
+    /// The compositor's globals are known; without a compositor there are none.
     void globalsKnown();
 
-    /// The compositor has sent something, all of which has been handed on.
+    /// The compositor has sent something, and all of it has been handed on.
     void inputRead();
 
 private:

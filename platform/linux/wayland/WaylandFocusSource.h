@@ -6,10 +6,10 @@
 
 #include <memory>
 
-/// The window with the focus on a Wayland desktop, in the best way that the desktop offers: what
-/// its compositor tells every client, a script in KWin, else the X server within it, which knows
-/// X11's windows only. Which it is turns out a moment after the start; until then, and where there
-/// is no way, nothing is told. Main thread.
+/// The window with the focus on a Wayland desktop, by the best way that the desktop offers: what
+/// its compositor reports to every client, a script in KWin, or else its X server, which knows X11
+/// windows only. The way is found a moment after the start; until then, and when there is none,
+/// nothing is reported. Main thread.
 class WaylandFocusSource : public FocusSource
 {
 public:

@@ -43,7 +43,7 @@ xcb_window_t BorrowedKeyboard::holder() const
     return reply ? reply->focus : xcb_window_t(XCB_WINDOW_NONE);
 }
 
-/// The server's own names for "none" and "under the pointer" are no windows.
+/// The server's special values for "none" and "under the pointer" are not windows.
 bool BorrowedKeyboard::canHaveIt(xcb_window_t window) const
 {
     if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == m_x11.root())
@@ -55,8 +55,8 @@ bool BorrowedKeyboard::canHaveIt(xcb_window_t window) const
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-/// Returns when the server has done it: over its own connection the program may go on to hide the
-/// window that had the keyboard, and the window manager would then look for another one.
+/// Returns when the server has done it. Otherwise the program, over its own connection, might hide
+/// the window while it has the keyboard, and the window manager would look for another one.
 void BorrowedKeyboard::give(xcb_window_t window)
 {
     const auto cookie =

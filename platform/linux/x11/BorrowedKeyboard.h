@@ -6,9 +6,9 @@
 class X11Connection;
 class X11WindowManager;
 
-/// The keyboard while a window has it that takes it from another program and gives it back. The
-/// window asks no window manager, it takes it, as X11 allows a program whose window the user has
-/// just clicked into. Main thread; the connection and the manager outlive it.
+/// The keyboard focus, for a window that borrows it from another program. The window does not ask
+/// the window manager: it takes the focus, as X11 allows a program whose window the user has just
+/// clicked into. Main thread; the connection and the manager must outlive it.
 class BorrowedKeyboard
 {
 public:
@@ -18,8 +18,8 @@ public:
 
     void take(xcb_window_t window);
 
-    /// To the window that had it before, or else to the active one. Nothing happens when the
-    /// keyboard has gone elsewhere meanwhile.
+    /// Gives the focus to the window that had it before, or else to the active one. Does nothing
+    /// when the focus has moved elsewhere meanwhile.
     void giveBack(xcb_window_t window);
 
 private:

@@ -9,7 +9,7 @@ namespace
 constexpr char activationVariable[] = "XDG_ACTIVATION_TOKEN";
 constexpr char startupVariable[] = "DESKTOP_STARTUP_ID";
 
-/// Qt takes both variables out of the environment when it starts; what the process was launched
+/// Qt removes both variables from the environment at its start; those that the process was launched
 /// with can still be read.
 QString launchVariable(const QByteArray &name)
 {

@@ -14,10 +14,10 @@ namespace
 
 constexpr uint8_t depthWithAlpha = 32;
 
-/// Sent in pieces, for a request has a greatest length.
+/// Sent in pieces, because the size of a request is limited.
 constexpr int rowsAPiece = 32;
 
-/// The visual for colours with alpha; 0 where the server has none.
+/// The visual for colours with alpha; 0 when the server has none.
 xcb_visualid_t visualWithAlpha(const X11Connection &x11)
 {
     for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(x11.get())); screen.rem > 0;
@@ -34,7 +34,7 @@ xcb_visualid_t visualWithAlpha(const X11Connection &x11)
     return 0;
 }
 
-/// The compositor must not add a shadow of its own to the shadow.
+/// Keeps the compositor from adding its own shadow to the shadow.
 void forbidFurtherShadow(X11Connection &x11, xcb_window_t window)
 {
     const uint32_t none = 0;
@@ -106,7 +106,7 @@ void ShadowWindow::hide()
     m_isMapped = false;
 }
 
-/// As the window's background, which the server then paints by itself.
+/// Draws it as the window's background, which the server then repaints by itself.
 void ShadowWindow::draw(const Caster &caster)
 {
     if (m_drawnSize == caster.place.size() && m_drawnScale == caster.scale)

@@ -7,9 +7,9 @@
 
 class X11Connection;
 
-/// A window that holds nothing but another window's soft shadow, for desktops with a compositor. It
-/// lies directly below that window, no window manager looks after it, and clicks go through it.
-/// Where the server has no windows with transparency it is never seen. Main thread.
+/// A window that shows nothing but another window's soft shadow, for desktops with a compositor. It
+/// lies directly below that window, no window manager manages it, and clicks go through it. Where
+/// the server has no transparent windows it is never seen. Main thread.
 class ShadowWindow
 {
 public:
@@ -18,17 +18,17 @@ public:
     Q_DISABLE_COPY_MOVE(ShadowWindow)
 
     struct Caster {
-        /// The top-level window on the server: the frame that the window manager has put around it.
+        /// The top-level window on the server: the window manager's frame around it.
         xcb_window_t window = XCB_WINDOW_NONE;
         /// In device pixels of the desktop.
         QRect place;
         /// Of the corners, in points.
         double radius = 0;
-        /// Device pixels a point.
+        /// Device pixels per point.
         double scale = 1;
     };
 
-    /// Shows the shadow, and follows the window to a new place and in the stack.
+    /// Shows the shadow, and follows the window's position and its place in the stack.
     void showBelow(const Caster &caster);
     void hide();
 

@@ -6,9 +6,9 @@
 namespace StartupNotification
 {
 
-/// Tells the desktop that what the user launched under this id is there, so that it stops showing
-/// him that it is coming. Only where the desktop shares an X server with this program; elsewhere
-/// nothing happens. Main thread.
+/// Tells the desktop that the program launched under this id has started, so that it stops its
+/// launch feedback. Does nothing unless the desktop shares an X server with this program. Main
+/// thread.
 void end(const QString &startupId);
 
 } // namespace StartupNotification

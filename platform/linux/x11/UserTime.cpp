@@ -45,7 +45,7 @@ bool UserTime::nativeEventFilter(const QByteArray &eventType, void *message, qin
         return false;
     const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
     if (change->window == m_window->winId() && change->atom == XCB_ATOM_WM_COMMAND) {
-        // Qt takes the time from the event after this.
+        // Queued, because Qt reads the time from the event only after this.
         for (const auto &goOn : std::exchange(m_waiting, {}))
             QMetaObject::invokeMethod(
                 m_window.get(), [goOn, time = change->time] { goOn(time); }, Qt::QueuedConnection);

@@ -8,9 +8,9 @@
 #include <memory>
 #include <vector>
 
-/// When the user was last at this program, as Qt knows it from X11's events. Window managers that
-/// guard the focus hold back a window whose program the user left before he was elsewhere; a
-/// program that has just been opened again has got no event yet that says so. Main thread.
+/// When the user was last active in this program, as Qt knows it from X11 events. Window managers
+/// that prevent focus stealing hold back a window if the user has been elsewhere since; a program
+/// that was just opened again has received no newer event yet. Main thread.
 class UserTime : public QAbstractNativeEventFilter
 {
 public:
@@ -18,17 +18,17 @@ public:
     ~UserTime() override;
     Q_DISABLE_COPY_MOVE(UserTime)
 
-    /// Goes on, from the event loop, with the X server's present time in milliseconds; 0 where
-    /// there is no X server.
+    /// Called from the event loop with the X server's current time in milliseconds; 0 without an X
+    /// server.
     using Continuation = std::function<void(quint32 time)>;
 
-    /// Takes the X server's present time for that of the user, where there is an X server.
+    /// Sets the user's time to the X server's current time, where there is an X server.
     void renew(Continuation goOn);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
-    /// Never shown; its changes come back with the server's time.
+    /// Never shown; changing it makes the server send its time.
     std::unique_ptr<QWindow> m_window;
     std::vector<Continuation> m_waiting;
 };

@@ -15,7 +15,7 @@
 namespace
 {
 
-/// The rows of a rectangle with rounded corners. A pixel belongs to it when its middle does.
+/// The rows of a rectangle with rounded corners. A pixel is inside when its centre is.
 std::vector<xcb_rectangle_t> roundedRows(QSize size, double radius)
 {
     const auto width = static_cast<uint16_t>(size.width());
@@ -62,7 +62,7 @@ void listen(const X11Connection &x11, xcb_window_t window, bool listens)
 
 } // namespace
 
-/// As the server has it, in device pixels.
+/// As the server reports it, in device pixels.
 struct WindowOutline::Geometry {
     QRect place;
     bool isVisible = false;
@@ -117,7 +117,7 @@ void WindowOutline::readEvent(const xcb_generic_event_t *event)
     }
 }
 
-/// Once for all the events that have come together.
+/// One update for all events that arrived together.
 void WindowOutline::updateSoon()
 {
     if (m_isOutdated)
@@ -161,8 +161,8 @@ void WindowOutline::followFrame()
         listen(m_x11, m_frame, true);
 }
 
-/// No size, no cut. Window managers may answer a new shape by placing the window anew, which is
-/// told as a change.
+/// An empty size means no cut. Window managers may reposition the window after a new shape, which
+/// is reported as a change.
 void WindowOutline::cutCorners(QSize size)
 {
     const double radius = m_radius * m_window->devicePixelRatio();

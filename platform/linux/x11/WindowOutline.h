@@ -10,15 +10,15 @@ class CompositorWatch;
 class QWindow;
 class X11Connection;
 
-/// The outline of a window with rounded corners. Where a compositor runs the window draws its
-/// corners itself and gets a soft shadow; elsewhere they are cut off, as finely as the screen's
-/// pixels are. Follows the window as the server tells of it, and the compositor. Main thread; the
-/// connection and the watch outlive it.
+/// The outline of a window with rounded corners. Under a compositor the window draws its corners
+/// itself and gets a soft shadow; otherwise they are cut off, as finely as the screen's pixels
+/// allow. Follows the window as the server reports it, and the compositor. Main thread; the
+/// connection and the watch must outlive it.
 class WindowOutline : public QObject
 {
     Q_OBJECT
 public:
-    /// @param radius the corners', in points
+    /// @param radius of the corners, in points
     WindowOutline(QWindow &window, double radius, X11Connection &x11, CompositorWatch &compositor);
 
     /// Brings everything up to date now.
@@ -38,9 +38,9 @@ private:
     X11Connection &m_x11;
     CompositorWatch &m_compositor;
     ShadowWindow m_shadow;
-    /// The window itself, or what the window manager has put around it.
+    /// The window itself, or the window manager's frame around it.
     xcb_window_t m_frame;
-    /// Of the window as its corners were last cut; empty while they are not.
+    /// The window's size when its corners were last cut; empty while they are not.
     QSize m_cutSize;
     double m_cutRadius = 0;
     bool m_isOutdated = false;

@@ -71,8 +71,7 @@ bool X11Connection::waitForInput(const QDeadlineTimer &deadline)
     return isAlive();
 }
 
-/// Only what one look at the socket brings: a server that sends without end must not keep this
-/// thread.
+/// Reads the socket only once: a server that never stops sending must not block this thread.
 void X11Connection::readEvents()
 {
     X11Owned<xcb_generic_event_t> event(xcb_poll_for_event(get()));

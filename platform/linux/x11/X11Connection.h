@@ -12,44 +12,44 @@
 class QDeadlineTimer;
 class QSocketNotifier;
 
-/// What the X server has sent and the receiver owns.
+/// Frees what the X server has sent; the receiver owns it.
 struct X11Free {
     void operator()(void *memory) const { std::free(memory); }
 };
 template <typename Type>
 using X11Owned = std::unique_ptr<Type, X11Free>;
 
-/// A connection of one's own to the X server: whatever goes wrong on it, a window that has died or
-/// a server that has gone, harms nobody else. Main thread.
+/// A separate connection to the X server: its errors, such as a window that has died or a server
+/// that is gone, affect nothing else. Main thread.
 class X11Connection : public QObject
 {
     Q_OBJECT
 public:
-    /// Asks for the root window's events of this mask.
+    /// Asks for the root window's events in this mask.
     explicit X11Connection(quint32 rootEvents);
     ~X11Connection() override;
 
-    /// False when there is no server (any more). Then nothing may be asked.
+    /// False when there is no server (any more). Then no requests are allowed.
     bool isAlive() const;
 
     xcb_connection_t *get() const { return m_connection.get(); }
     quint32 root() const { return m_root; }
     int screenNumber() const { return m_screenNumber; }
 
-    /// The atoms of these names, in one round trip.
+    /// The atoms with these names, in one round trip.
     QList<quint32> atoms(std::initializer_list<QByteArray> names);
 
-    /// To be called after replies have been taken: they may have brought events along, of which the
-    /// socket will not tell any more.
+    /// Call it after taking replies: events may have come with them that the socket does not signal
+    /// any more.
     void readEventsSoon();
 
-    /// Waits for the server and reads what it has sent. False when nothing has come in time.
+    /// Waits for the server and reads what it has sent. False when nothing came in time.
     bool waitForInput(const QDeadlineTimer &deadline);
 
 Q_SIGNALS:
     void eventArrived(const xcb_generic_event_t *event);
 
-    /// The server has sent something: events, all of which have been told, or replies.
+    /// The server has sent events, all of which were passed on, or replies.
     void inputRead();
 
 private:

@@ -11,20 +11,20 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// Dialogs of dialogs; more is a circle.
+/// Dialogs of dialogs; a longer chain is a loop.
 constexpr int longestChain = 8;
 
 /// Between two looks.
 constexpr auto pauseBetweenLooks = 30ms;
 
-/// A server that other programs keep busy answers late. Then what was known before must do.
+/// A server that other programs keep busy answers late. Then the last known state is used.
 constexpr auto answerLimit = 10ms;
 
-/// The questions to a window in the order in which they are asked.
+/// The requests about a window, in the order in which they are sent.
 enum Question : size_t { Class, Types, NotedByGtk, NotedByKde, Leader, Process };
 
-/// What a client says of its own process id may be a number of another machine or of a sandbox;
-/// the server knows.
+/// The process id that a client gives may come from another machine or a sandbox; the server knows
+/// the real one.
 unsigned int askProcess(xcb_connection_t *connection, xcb_window_t window)
 {
     const xcb_res_client_id_spec_t spec = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
@@ -61,7 +61,7 @@ X11FocusSource::X11FocusSource(bool seesAllWindows)
         "_GTK_APPLICATION_ID",
         "_KDE_NET_WM_DESKTOP_FILE",
     });
-    // To ask a server for what it lacks ends the connection.
+    // Requesting an extension that the server lacks ends the connection.
     const auto *extension = xcb_get_extension_data(m_connection.get(), &xcb_res_id);
     m_knowsProcesses = extension && extension->present;
     connect(&m_connection, &X11Connection::eventArrived, this, &X11FocusSource::readEvent);
@@ -75,7 +75,7 @@ X11FocusSource::X11FocusSource(bool seesAllWindows)
 void X11FocusSource::update()
 {
     const QDeadlineTimer deadline(answerLimit);
-    // A look that has begun may be older than the last change.
+    // A look that has already begun may predate the last change.
     while (m_replies && m_connection.waitForInput(deadline)) {
     }
     look();

@@ -7,14 +7,14 @@
 
 #include <QTimer>
 
-/// The window that an X server's window manager calls active, or the one for which it stands as a
-/// dialog. What windows say of themselves is asked without waiting for the answers, over a
-/// connection of its own: a window that dies meanwhile is no error, and however often other
-/// programs change the active window, it is looked at some tens of times a second at most.
+/// The window that an X server's window manager calls active, or the one that it is a dialog of.
+/// Windows are queried without waiting for the answers, over a connection of its own: a window that
+/// dies meanwhile is no error, and however often other programs change the active window, it is
+/// examined some tens of times a second at most.
 class X11FocusSource : public FocusSource
 {
 public:
-    /// @param seesAllWindows false for the X server within a Wayland desktop
+    /// @param seesAllWindows false for the X server of a Wayland desktop
     explicit X11FocusSource(bool seesAllWindows);
 
     bool seesAllWindows() const override { return m_seesAllWindows; }
@@ -38,8 +38,8 @@ private:
     QList<quint32> m_atoms;
     bool m_knowsProcesses = false;
 
-    /// The present look: the answers that are on their way, and the windows that were asked, each
-    /// the leader of the one before.
+    /// The current look: the replies still expected, and the windows queried, each the leader of
+    /// the one before.
     std::optional<X11Replies> m_replies;
     QList<quint32> m_asked;
     std::optional<FocusedWindow> m_found;

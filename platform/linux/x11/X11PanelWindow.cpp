@@ -35,8 +35,8 @@ X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
 
 X11PanelWindow::~X11PanelWindow() = default;
 
-/// Qt makes a tool window a dialogue of the program's group, and KWin hides those with the
-/// program's other windows when the user turns to another application.
+/// Qt makes a tool window a dialog of the program's group, and KWin hides those with the program's
+/// other windows when the user switches to another application.
 Qt::WindowType X11PanelWindow::windowType() const
 {
     return Qt::Window;
@@ -53,7 +53,7 @@ void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
     const xcb_window_t id = idOf(window);
     m_isNew = true;
     m_isUnmanaged = wouldBeHidden(window);
-    // Otherwise Qt asks for the keyboard at each click into a window that has not got it.
+    // Otherwise Qt asks for the keyboard focus at each click into a window that does not have it.
     window.setFlag(Qt::WindowDoesNotAcceptFocus);
     window.setFlag(Qt::BypassWindowManagerHint, m_isUnmanaged);
     makeGroupOfItsOwn(id);
@@ -64,7 +64,7 @@ void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
                      m_properties.atoms({"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
                                          "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"}));
     m_properties.set(id, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {allDesktops});
-    // The panel has a shadow of its own.
+    // The panel draws its own shadow.
     m_properties.set(id, "_COMPTON_SHADOW", XCB_ATOM_CARDINAL, {0});
     xcb_flush(m_connection);
     m_outline = std::make_unique<WindowOutline>(window, cornerRadius, m_own, m_compositor);
@@ -72,7 +72,7 @@ void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
 
 bool X11PanelWindow::bringToFront(QWindow &window)
 {
-    // Window managers put a window that has just been shown in front.
+    // Window managers put a newly shown window in front.
     if (std::exchange(m_isNew, false))
         return true;
     const xcb_window_t id = idOf(window);
@@ -106,15 +106,15 @@ bool X11PanelWindow::showsTransparency() const
     return m_compositor.isRunning();
 }
 
-/// Whether the window could be seen only without the window manager.
+/// Whether the window would be visible only without the window manager.
 bool X11PanelWindow::wouldBeHidden(const QWindow &window)
 {
     return m_manager.isShowingDesktop() ||
            m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
 }
 
-/// The screen that the window stands on, or will stand on when it is shown, in device pixels; Qt
-/// leaves a screen's corner where the system has it.
+/// The screen that the window is on, or will be on when it is shown, in device pixels. Qt does not
+/// scale the position of a screen's corner.
 QRect X11PanelWindow::screenOf(const QWindow &window)
 {
     const QScreen *found = QGuiApplication::screenAt(window.geometry().center());

@@ -12,17 +12,17 @@
 
 class WindowOutline;
 
-/// A panel on an X server, by its properties. Usually the window manager looks after it; where the
-/// manager would hide it, it is shown without the manager.
+/// A panel on an X server, made by window properties. Usually the window manager manages it; where
+/// the manager would hide it, it is shown unmanaged.
 ///
-/// Window managers learn late that a window was hidden. One that is shown again meanwhile they hide
-/// once more, take its properties away or keep in its old frame. So no native window is shown
+/// Window managers learn late that a window was hidden. If it is shown again before that, they hide
+/// it once more, take its properties away or keep it in its old frame. So no native window is shown
 /// twice.
 class X11PanelWindow : public PanelWindow
 {
     Q_OBJECT
 public:
-    /// @param connection the program's own, over which it shows its windows
+    /// @param connection the program's own, on which it shows its windows
     explicit X11PanelWindow(xcb_connection_t *connection);
     ~X11PanelWindow() override;
 

@@ -18,17 +18,17 @@ class X11Properties
 public:
     X11Properties(xcb_connection_t *connection, xcb_window_t root);
 
-    /// Asked of the server once each.
+    /// Asks the server only once for each.
     xcb_atom_t atom(const char *name);
     QList<quint32> atoms(std::initializer_list<const char *> names);
 
-    /// A property of whole numbers, at most 512 of them; empty when the window has none.
+    /// A property of integers, at most 512 of them; empty when the window has none.
     QList<quint32> numbers(xcb_window_t window, const char *property);
 
     void set(xcb_window_t window, const char *property, xcb_atom_t type,
              const QList<quint32> &values);
 
-    /// Asks the window manager for something about a window.
+    /// Sends the window manager a request about a window.
     void request(xcb_window_t window, const char *message, std::initializer_list<quint32> values);
 
     xcb_window_t root() const { return m_root; }

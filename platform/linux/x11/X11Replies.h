@@ -8,8 +8,8 @@
 
 #include <vector>
 
-/// Replies to requests that were sent together, taken without waiting for them. What is dropped
-/// before it has come is thrown away when it comes. Main thread.
+/// Replies to requests that were sent together, taken without waiting. Replies that come after this
+/// object was destroyed are discarded. Main thread.
 class X11Replies
 {
 public:
@@ -18,24 +18,24 @@ public:
     ~X11Replies();
     Q_DISABLE_COPY_MOVE(X11Replies)
 
-    /// Asks for a window's property, of which no more than a kilobyte is read.
+    /// Asks for a window's property; at most a kilobyte is read.
     void askProperty(xcb_window_t window, xcb_atom_t property);
 
-    /// Expects the reply to a request that was sent with the calls that report errors.
+    /// Expects the reply to a request sent with a call that reports errors.
     void expect(unsigned int sequence) { m_sequences.push_back(sequence); }
 
-    /// Whether all have come. Never blocks.
+    /// Whether all replies have come. Never blocks.
     bool haveCome();
 
-    /// The reply to the request of that number, counted from 0; null when it failed. All must have
-    /// come.
+    /// The reply to the request with this number, counted from 0; null when it failed. All replies
+    /// must have come.
     template <typename Reply>
     const Reply *reply(size_t index) const
     {
         return static_cast<const Reply *>(m_replies[index].get());
     }
 
-    /// A property's value; empty when it is missing, of another kind or longer than a kilobyte.
+    /// A property's value; empty when it is missing, of another type or longer than a kilobyte.
     QByteArray bytes(size_t index) const;
     QList<uint32_t> numbers(size_t index) const;
 

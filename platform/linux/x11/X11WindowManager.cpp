@@ -10,7 +10,7 @@ namespace
 
 constexpr quint32 allDesktops = 0xFFFFFFFF;
 
-/// In WM_STATE.
+/// A value of WM_STATE.
 constexpr quint32 iconic = 3;
 
 /// In messages, who sends them: the user, as a pager does.
@@ -110,7 +110,7 @@ bool X11WindowManager::putOnTop(xcb_window_t window)
     return true;
 }
 
-/// On the desktop, in device pixels.
+/// In device pixels of the desktop.
 QRect X11WindowManager::placeOf(xcb_window_t window) const
 {
     const X11Owned<xcb_get_geometry_reply_t> size(

@@ -7,8 +7,8 @@
 
 class X11Connection;
 
-/// What the window manager says about windows, and what it can be asked for. It may be slow: what
-/// it says is how things were when it was last at work. Main thread; the connection outlives it.
+/// What the window manager says about windows, and what it can be asked to do. It may be slow: its
+/// answers describe the state when it last ran. Main thread; the connection must outlive it.
 class X11WindowManager
 {
 public:
@@ -17,7 +17,7 @@ public:
     /// None when no window is active.
     xcb_window_t activeWindow();
 
-    /// While it shows the desktop some managers hide even a new window.
+    /// Some managers hide even a new window while the desktop is shown.
     bool isShowingDesktop();
 
     /// Whether a full-screen window, or one that covers all of this screen, hides a window that
@@ -25,8 +25,8 @@ public:
     /// while nothing is active. In device pixels; `window` itself does not count.
     bool hidesUnderFullScreen(xcb_window_t window, const QRect &screen);
 
-    /// Whether the window is not where new windows are seen: minimised, rolled up, on another
-    /// workspace or no longer kept above. A window that the manager has not seen yet is not.
+    /// Whether the window is not where new windows appear: minimised, rolled up, on another
+    /// workspace or no longer kept above. False for a window that the manager has not seen yet.
     bool hasPutAway(xcb_window_t window);
 
     /// Puts the window on top, without giving it the keyboard. False where it lies under another

@@ -10,16 +10,16 @@
 namespace
 {
 
-/// One of the two shadows that are laid over each other. Lengths in points.
+/// One of the two shadows that are drawn over each other. Lengths in points.
 struct Layer {
     double opacity;
-    /// Of the Gauss curve along which the shadow fades.
+    /// Of the Gaussian by which the shadow fades.
     double deviation;
-    /// How far the shadow lies below what casts it.
+    /// How far the shadow lies below the rectangle.
     double drop;
 };
 
-/// A thin one that makes the edge stand out, and a wide one that lifts the panel.
+/// A thin one that sharpens the edge, and a wide one that lifts the panel.
 constexpr std::array<Layer, 2> layers = {{{0.16, 1.6, 0.5}, {0.26, 9, 6}}};
 
 /// How far a point lies outside a rounded rectangle around the origin; negative inside.
@@ -31,7 +31,7 @@ double distanceOutside(double x, double y, QSizeF size, double radius)
     return outside + std::min(std::max(beyondX, beyondY), 0.0) - radius;
 }
 
-/// How dark the shadows of all layers are together at a point, given in points from the middle.
+/// How dark all layers together are at a point, given in points from the centre.
 double darkness(double x, double y, QSizeF size, double radius)
 {
     double light = 1;
@@ -42,7 +42,7 @@ double darkness(double x, double y, QSizeF size, double radius)
     return 1 - light;
 }
 
-/// The left half; the shadow is the same on both sides.
+/// Draws the left half only; the shadow is symmetric.
 void drawHalf(QImage &image, QSizeF size, double radius, double scale)
 {
     const double middleX = image.width() / 2.0;
@@ -50,7 +50,7 @@ void drawHalf(QImage &image, QSizeF size, double radius, double scale)
     for (int row = 0; row < image.height(); ++row) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(row));
         const double y = (row + 0.5 - middleY) / scale;
-        // Away from the corners a row is the same all along.
+        // Away from the corners, a row is uniform.
         const int corner = int(std::ceil((2 * shadowReach + radius) * scale));
         const int end = std::min((image.width() + 1) / 2, corner);
         for (int column = 0; column < end; ++column) {

@@ -3,15 +3,16 @@
 
 #import <AppKit/AppKit.h>
 
-/// The notification that the user has opened the program again, for instance by its icon in the
-/// Dock. Posted on the main thread.
+/// Posted when the user has opened the program again, for example by its icon in the Dock. On the
+/// main thread.
 extern NSNotificationName const velmoraReopened;
 
-/// Hears that the user has opened the program again. Made the application's delegate before Qt
+/// Learns that the user has opened the program again. It is the application's delegate before Qt
 /// makes its application object: Qt then puts its own delegate in front and passes on to this one
-/// what it finds implemented here.
+/// what is implemented here.
 ///
-/// Qt's own answer to the same event is a change of the application's state to active, which also
-/// comes each time that the user merely turns to the program, so nothing can be told from it.
+/// Qt's own reaction to the same event is to change the application's state to active. The state
+/// also changes whenever the user merely switches to the program, so it does not tell the two
+/// apart.
 @interface VelmoraReopenDelegate : NSObject <NSApplicationDelegate>
 @end
