@@ -9,16 +9,16 @@
 class FrontmostApplication;
 struct Application;
 
-/// The ordinary application that the user was last working in. System components and this program
-/// itself never count, so that the name is fit to stand in a file name. Main thread.
+/// The ordinary application that the user last worked in. System components and this program itself
+/// never count, so that the name is suitable for a file name. Main thread.
 class ActiveApplication : public QObject
 {
     Q_OBJECT
 public:
-    /// Starts with the application that is in front now.
+    /// Starts with the application that is in front at that time.
     explicit ActiveApplication(FrontmostApplication &frontmost, QObject *parent = nullptr);
 
-    /// The application's localised name; "screenshot" until there has been one.
+    /// The application's localised name; "screenshot" while there has been none.
     QString lastActiveAppName() const { return m_lastActiveAppName; }
 
     /// Whether the system has told that name.
@@ -27,7 +27,7 @@ public:
     /// Asks what is in front, for a screenshot that has just been taken.
     void refresh();
 
-    /// From now on each application that the user activates counts.
+    /// From now on, follows each application that the user activates.
     void observe();
 
     /// Whether an application counts as one that the user works in.

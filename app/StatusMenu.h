@@ -14,17 +14,17 @@ class StatusMenu : public QObject
 public:
     explicit StatusMenu(StatusItem &item, QObject *parent = nullptr);
 
-    /// The menu's items, top to bottom, separators among them. A window that adds them gives its
-    /// user their shortcuts.
+    /// The menu's items, top to bottom, including separators. A window that adds them offers their
+    /// shortcuts.
     QList<QAction *> actions() const { return m_actions; }
 
-    /// Puts the item into the status bar.
+    /// Shows the item in the status bar.
     void show();
 
     void updateStatusItemTitle();
 
-    /// Does what the item of this name does, asked for from outside: one of "recent", "undo",
-    /// "instant", "reveal", "quit". Other names, and items that are disabled, do nothing.
+    /// Triggers the item of this name, when asked from outside: "recent", "undo", "instant",
+    /// "reveal" or "quit". Other names and disabled items do nothing.
     void trigger(const QString &name);
 
     /// The undo item, whose title and state follow the undo history.

@@ -22,12 +22,12 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// After the launch, so that the tray and the menu are there first.
+/// Long enough after the launch that the tray and the menu come first.
 constexpr auto welcomeDelay = 350ms;
 
 constexpr auto timeToStoreFolder = 2s;
 
-/// A disk that takes longer than this must not keep the session from ending.
+/// A disk that takes longer than this must not delay the end of the session.
 constexpr auto longestWaitForFiles = 3s;
 
 } // namespace
@@ -100,7 +100,7 @@ void VelmoraApp::startWatching(const QUrl &folder, FileTime newSince)
     m_watcher->start(newSince);
 }
 
-/// A tool that remembers where it has saved stores that right after the screenshot.
+/// A tool that remembers its last folder stores it right after the screenshot.
 void VelmoraApp::folderChanged(const QUrl &folder)
 {
     startWatching(folder, FileTimes::now() - timeToStoreFolder);
@@ -122,8 +122,8 @@ void VelmoraApp::takeIn(const QUrl &url)
     }
     VelmoraLog::write(u"detected "_s + url.toLocalFile());
     m_activeApplication.refresh();
-    // Read before the recent list is stored: while the disk writes, another program's changes to
-    // the settings would go unseen.
+    // Read before the recent list is stored: while the settings are being written, another
+    // program's changes to them would go unnoticed.
     const CopyBehavior behavior = VelmoraSettings::copyBehavior();
     m_recentScreenshots.add(url);
 
@@ -144,8 +144,8 @@ void VelmoraApp::takeIn(const QUrl &url)
     });
 }
 
-/// A picture of the whole screen shows the tray as it stood when the picture was taken, which is a
-/// moment before its file appears; the tray's words are none of the screenshot's.
+/// A picture of the whole screen shows the tray as it was when the picture was taken, a moment
+/// before its file appears. The tray's words are not part of the screenshot's text.
 BlindAreas VelmoraApp::trayAreasUntilNow() const
 {
     constexpr std::chrono::seconds longestMoment{2};
@@ -221,20 +221,20 @@ void VelmoraApp::connectTray()
     m_trayController.onUndoPerformed = [this](const UndoableAction &action, const QUrl &url) {
         m_actions.tookBack(action, url);
     };
-    // Nobody waits for its name any more.
+    // Its name is no longer needed.
     m_trayController.onRowGone = [this](const QUuid &itemID) {
         m_suggestions.take(itemID).cancel();
     };
 }
 
-/// The program itself has put the file there: it is no new screenshot, but a recent one.
+/// The program itself has put the file there, so it is a recent screenshot but not a new one.
 void VelmoraApp::keep(const QUrl &url)
 {
     m_watcher->ignore(url);
     m_recentScreenshots.add(url);
 }
 
-/// A program that is started for one of its actions opens what that one opens, and nothing else.
+/// When started for one of its actions, the program opens only what that action opens.
 void VelmoraApp::perform(const QString &action)
 {
     m_welcomeSoon.stop();

@@ -25,13 +25,13 @@
 class ScreenshotWatcher;
 struct Platform;
 
-/// The coordinator: it owns the parts of the running program and takes each new screenshot along
-/// its road: detected, shown in the tray, copied, named, renamed. Main thread.
+/// The coordinator: it owns the parts of the running program and takes each new screenshot through
+/// them: detected, shown in the tray, copied, named, renamed. Main thread.
 class VelmoraApp : public QObject
 {
     Q_OBJECT
 public:
-    /// The platform outlives this object. Nothing happens before the launch.
+    /// The platform must outlive this object. Nothing happens before the launch.
     explicit VelmoraApp(Platform &platform, QObject *parent = nullptr);
     ~VelmoraApp() override;
 
@@ -41,14 +41,14 @@ public:
     /// The user has opened the program again: shows the welcome window.
     void applicationShouldHandleReopen();
 
-    /// Waits a moment for what is being done to files.
+    /// Waits a moment for file operations to finish.
     void applicationWillTerminate();
 
-    /// Watches `folder`, in place of the one that was watched before. Files that came into it at
-    /// `newSince` or later are new.
+    /// Watches `folder` instead of the previous one. Files that came into it at `newSince` or later
+    /// are new.
     void startWatching(const QUrl &folder, FileTime newSince = FileTime::max());
 
-    /// Takes a new screenshot along its road.
+    /// Takes a new screenshot through all its steps.
     void handleNewScreenshot(const QUrl &reported);
 
 private:
@@ -79,6 +79,6 @@ private:
     WelcomeController m_welcome;
     QTimer m_welcomeSoon;
     TrayController m_trayController;
-    QHash<QUuid, QFuture<QString>> m_suggestions; ///< awaited by their rows
+    QHash<QUuid, QFuture<QString>> m_suggestions; ///< their rows are waiting for them
     std::unique_ptr<ScreenshotWatcher> m_watcher;
 };

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// The diagnostic log is the program's only output: what libraries have to say is dropped.
+/// The diagnostic log is the program's only output: messages from libraries are dropped.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 } // namespace
@@ -20,10 +20,10 @@ int main(int argc, char *argv[])
 {
     qInstallMessageHandler(dropMessage);
     prepareProcess();
-    // They are read while the application is being made.
+    // They are read while the application object is being made.
     VelmoraSettings::open();
     QApplication application(argc, argv);
-    // The title of the status item, and what screen readers call the program.
+    // The title of the status item, and the program's name for screen readers.
     QApplication::setApplicationName(QStringLiteral("Velmora"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());

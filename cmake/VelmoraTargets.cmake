@@ -12,18 +12,18 @@ target_compile_definitions(velmora_strict INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(velmora_strict INTERFACE ${PROJECT_SOURCE_DIR})
 
-# What a program of the tsan preset needs to know of Qt; nothing elsewhere.
+# What a program of the tsan preset must know about Qt; empty for other presets.
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
     add_library(velmora_hand_overs OBJECT ${PROJECT_SOURCE_DIR}/tests/world/HandOvers.cpp)
     target_compile_features(velmora_hand_overs PRIVATE cxx_std_20)
-    # A member function stands at an even address.
+    # Member functions must have even addresses.
     target_compile_options(velmora_hand_overs PRIVATE -fno-sanitize=thread -falign-functions=16)
 else()
     add_library(velmora_hand_overs INTERFACE)
 endif()
 
-# Parsing Qt's headers is most of what a source costs: those that most sources need are compiled
-# once a kind of target. Sources still include what they use; nothing may rely on these lists.
+# Parsing Qt's headers is most of the cost of a source: those that most sources need are precompiled
+# once per kind of target. Sources still include what they use; nothing may rely on these lists.
 set(velmora_core_headers
     <algorithm> <chrono> <functional> <memory> <optional> <vector>
     <QByteArray> <QDir> <QFile> <QFuture> <QHash> <QList> <QObject> <QSettings> <QString>
@@ -54,8 +54,8 @@ function(velmora_room name)
     target_precompile_headers(velmora_${name} REUSE_FROM velmora_precompiled_${room_PRECOMPILED})
 endfunction()
 
-# What every test program is compiled and linked with. Qt tells each test its folders, which none
-# uses, and no two programs could share a precompiled header.
+# What every test program is compiled and linked with. Qt would give each test its own folders as
+# definitions, which no test uses and which keep programs from sharing a precompiled header.
 add_library(velmora_test_library INTERFACE)
 target_link_libraries(velmora_test_library INTERFACE Qt6::Network Qt6::Test Qt6::Widgets)
 target_compile_options(velmora_test_library INTERFACE

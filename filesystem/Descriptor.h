@@ -19,7 +19,7 @@ public:
     explicit operator bool() const { return m_number >= 0; }
     int number() const { return m_number; }
 
-    /// False when the system could not keep what was written.
+    /// False when the system could not store what was written.
     bool close()
     {
         const int number = std::exchange(m_number, -1);

@@ -12,7 +12,7 @@ QString lastComponent(const QString &path)
     return path.section(QLatin1Char('/'), -1, -1, QString::SectionSkipEmpty);
 }
 
-/// Where the extension's dot stands in the name, or -1 where the name has no extension.
+/// The position of the extension's dot in the name, or -1 when the name has no extension.
 qsizetype extensionDot(const QString &name)
 {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));

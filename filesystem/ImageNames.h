@@ -8,15 +8,15 @@
 #include <span>
 #include <string_view>
 
-/// Raw file names as folders list them. Any thread.
+/// Raw file names as listings of folders give them. Any thread.
 namespace ImageNames
 {
 
-/// Whether the file is not hidden and its extension is one of `extensions` (which are in lower
-/// case) in any case.
+/// Whether the file is not hidden and has one of `extensions` (which are in lower case), ignoring
+/// case.
 bool isVisible(std::string_view name, std::span<const std::string_view> extensions);
 
-/// The name as text; absent when it is not valid UTF-8, since no URL can hold it then.
+/// The name as text; absent when it is not valid UTF-8, because no URL can hold it then.
 std::optional<QString> decoded(const QByteArray &name);
 
 } // namespace ImageNames

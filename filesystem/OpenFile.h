@@ -14,8 +14,8 @@ struct FileIdentity {
     qint64 size = 0;          ///< bytes
     qint64 modified = 0;      ///< nanoseconds since 1970
     qint64 statusChanged = 0; ///< nanoseconds since 1970: the last change of any kind
-    /// Nanoseconds since 1970; 0 where the file system does not say. The number of a file that is
-    /// gone is soon another file's.
+    /// Creation, in nanoseconds since 1970; 0 when the file system does not report it. It is needed
+    /// because the number of a deleted file is soon another file's.
     qint64 made = 0;
 
     bool sameFile(const FileIdentity &other) const
@@ -29,11 +29,11 @@ struct FileIdentity {
 };
 
 /// A regular file that is open for reading. Opening never blocks on a pipe or a device. Reading
-/// does not move a position, so several threads may read from one object.
+/// moves no position, so that several threads may read from one object.
 class OpenFile
 {
 public:
-    /// Null when there is no regular file at the path or it may not be read.
+    /// Null when there is no regular file at the path, or it may not be read.
     static std::shared_ptr<OpenFile> open(const QString &path);
     ~OpenFile();
     Q_DISABLE_COPY_MOVE(OpenFile)
@@ -43,7 +43,7 @@ public:
     /// As it is now.
     std::optional<FileIdentity> identity() const;
 
-    /// Whether it has no name any more: it was deleted, or another file has taken its place.
+    /// Whether it no longer has a name: it was deleted, or another file has taken its place.
     bool isNameless() const;
 
 private:
@@ -52,16 +52,16 @@ private:
     int m_descriptor;
 };
 
-/// Of what is open as `descriptor`; nothing when that is no regular file.
+/// The identity of the file open as `descriptor`; nothing when it is not a regular file.
 std::optional<FileIdentity> fileIdentity(int descriptor);
 
-/// Of the regular file at the path.
+/// The identity of the regular file at the path.
 std::optional<FileIdentity> fileIdentity(const QString &path);
 
-/// Up to `maximum` bytes from the position `from`, fewer at the file's end. Returns how many; -1
-/// when they can't be read. The descriptor's position does not matter.
+/// Reads up to `maximum` bytes from the position `from`, fewer at the file's end. Returns how many,
+/// or -1 when they can't be read. The descriptor's position does not matter.
 qint64 readPart(int descriptor, qint64 from, char *to, qint64 maximum);
 
-/// The whole content. Nothing when it can't be read, is no regular file or has more than `maximum`
-/// bytes. The descriptor's position does not matter.
+/// The whole content. Nothing when it can't be read, is not a regular file or has more than
+/// `maximum` bytes. The descriptor's position does not matter.
 std::optional<QByteArray> readWhole(int descriptor, qint64 maximum);

@@ -13,7 +13,7 @@
 namespace
 {
 
-/// By now another file may stand at the path.
+/// By now another file may be at the path.
 std::error_code unlinkIfStill(const char *path, const struct stat &file)
 {
     struct stat found = {};

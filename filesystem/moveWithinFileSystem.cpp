@@ -23,8 +23,8 @@ bool isSameFile(const char *first, const char *second)
            a.st_ino == b.st_ino;
 }
 
-/// On a file system that ignores case, "Shot.png" can't be renamed to "shot.png" directly: it is in
-/// its own way.
+/// On a file system that ignores case, "Shot.png" can't be renamed to "shot.png" directly, because
+/// that name already exists: it is the file itself.
 std::error_code renameCaseOnly(const char *source, const char *destination)
 {
     const QByteArray between = QByteArray(source) + ".velmora-case";
@@ -37,7 +37,7 @@ std::error_code renameCaseOnly(const char *source, const char *destination)
 }
 
 /// For file systems without an exclusive rename: adds a second name, which never replaces another,
-/// and then removes the first.
+/// then removes the first.
 std::error_code linkAndUnlink(const char *source, const char *destination)
 {
     if (::linkat(AT_FDCWD, source, AT_FDCWD, destination, 0) != 0)
@@ -49,8 +49,8 @@ std::error_code linkAndUnlink(const char *source, const char *destination)
     return error;
 }
 
-/// For file systems without hard links too: creates an empty file of that name and replaces only
-/// that.
+/// For file systems that lack hard links too: creates an empty file with that name and replaces
+/// only that.
 std::error_code replacePlaceholder(const char *source, const char *destination)
 {
     Descriptor placeholder(

@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// The last one repeats.
+/// The last value repeats.
 constexpr std::array<std::chrono::milliseconds, 7> pauses = {2ms,  5ms,  10ms, 20ms,
                                                              50ms, 50ms, 100ms};
 

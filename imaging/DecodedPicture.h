@@ -3,12 +3,12 @@
 
 #include <QImage>
 
-/// What is held of a picture. All images are RGB32, or ARGB32_Premultiplied where something is
+/// What is kept of a picture. All images are RGB32, or ARGB32_Premultiplied when something is
 /// transparent.
 struct DecodedPicture {
-    /// The upper part, as large as it is: all of the picture but for huge ones.
+    /// The upper part in full size: the whole picture unless it is huge.
     QImage top;
-    /// All of the picture, scaled down when it is huge; else the same image.
+    /// The whole picture, scaled down when it is huge; else the same image.
     QImage overview;
 
     bool isNull() const { return overview.isNull(); }
@@ -20,7 +20,7 @@ struct DecodedPicture {
     }
 };
 
-/// How much of a picture is held, in pixels. One that exceeds both is huge.
+/// How much of a picture is kept, in pixels. One that exceeds both is huge.
 struct PictureLimits {
     qint64 top;
     qint64 overview;

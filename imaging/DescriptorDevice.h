@@ -3,8 +3,8 @@
 
 #include <QIODevice>
 
-/// Reads from an open descriptor without moving the descriptor's position. The descriptor stays
-/// the caller's. Open from the start; nothing is buffered.
+/// Reads from an open descriptor without moving the descriptor's position. The caller keeps the
+/// descriptor. Open from the start; nothing is buffered.
 class DescriptorDevice : public QIODevice
 {
 public:

@@ -9,7 +9,7 @@
 #include <memory>
 #include <mutex>
 
-/// Which file a held screenshot is; known also to those who do not hold it any more. Any thread.
+/// Identifies the file of a held screenshot, also for those that no longer hold it. Any thread.
 class HeldIdentity
 {
 public:
@@ -31,18 +31,18 @@ private:
     FileIdentity m_identity;
 };
 
-/// A screenshot file that can still be read when it has been renamed since. Any thread.
+/// A screenshot file that can still be read after it was renamed. Any thread.
 ///
-/// It is kept open as long as few others are; beyond that only its identity is kept, and the file
-/// is looked for under its old name and then in the folder. When it is gone from there because
-/// another file has taken its name, that one is the screenshot: it was written anew.
+/// It is kept open as long as few others are. Beyond that only its identity is kept, and the file
+/// is looked for under its old name and then in the folder. If it is not there because another file
+/// has taken its name, that file is the screenshot, written anew.
 class HeldScreenshot
 {
 public:
-    /// How many files are kept open at most.
+    /// The most files that are kept open.
     static constexpr int maximumOpen = 128;
 
-    /// The number of files that are kept open, common to all that share the bound.
+    /// The number of files kept open, shared by all that are subject to the same bound.
     using OpenCount = std::shared_ptr<std::atomic_int>;
 
     /// Null when there is no regular file.
@@ -53,11 +53,11 @@ public:
     /// As it was when the hold began.
     const FileIdentity &identity() const { return m_identity; }
 
-    /// The same, but of the newer file from when it is found to be written anew.
+    /// The same, but that of the newer file once the screenshot is found to be written anew.
     std::shared_ptr<const HeldIdentity> currentIdentity() const { return m_current; }
 
-    /// The file, open for reading; null when it is gone or may not be read. Another one than before
-    /// where it was written anew. Blocks.
+    /// The file, open for reading; null when it is gone or may not be read. A different file when
+    /// it was written anew. Blocks.
     std::shared_ptr<OpenFile> open() const;
 
 private:

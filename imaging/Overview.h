@@ -6,20 +6,20 @@
 
 #include <vector>
 
-/// Scales a picture down while its rows come from top to bottom: each pixel is the mean of a
+/// Scales a picture down while its rows come in from top to bottom: each pixel is the mean of a
 /// square. Premultiplied pixels stay premultiplied.
 class Overview
 {
 public:
-    /// The smallest squares with which a picture of this size has at most `maximumPixels`.
+    /// Uses the smallest squares with which a picture of this size has at most `maximumPixels`.
     Overview(QSize size, qint64 maximumPixels);
 
-    /// In bytes, all it will hold.
+    /// In bytes, for everything that it will hold.
     qint64 memory() const;
 
     void addRow(const QRgb *row);
 
-    /// When all rows have been added. A null image when there was no memory.
+    /// Call it after all rows were added. A null image when there was no memory.
     QImage picture(QImage::Format format) const;
 
 private:

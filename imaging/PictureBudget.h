@@ -7,16 +7,16 @@
 #include <memory>
 #include <mutex>
 
-/// Counts the memory that decoded pictures hold, with what decoders need beside them, so that all
-/// together stay below a bound whatever the files say. Any thread.
+/// Counts the memory that decoded pictures and their decoders need, so that the total stays below a
+/// bound whatever the files contain. Any thread.
 class PictureBudget : public std::enable_shared_from_this<PictureBudget>
 {
 public:
     // In bytes. Together with the clipboard's bytes (maximumClipboardBytes) they are 400 MB.
 
-    /// Of all screenshots that are decoded, kept for a moment, scaled and read.
+    /// For all screenshots that are being decoded, cached, scaled and read.
     static constexpr qint64 ofScreenshots = 216'000'000;
-    /// Of a picture that is decoded because somebody pastes it.
+    /// For a picture that is decoded because a program pastes it.
     static constexpr qint64 ofPasting = 120'000'000;
 
     explicit PictureBudget(qint64 total) : m_total(total) {}
@@ -31,7 +31,7 @@ public:
         ~Reservation();
         Q_DISABLE_COPY_MOVE(Reservation)
 
-        /// Returns what is more than this.
+        /// Returns what exceeds this.
         void reduceTo(qint64 bytes);
 
     private:
@@ -39,13 +39,13 @@ public:
         qint64 m_bytes;
     };
 
-    /// Null when there is not so much left.
+    /// Null when there is not that much left.
     std::shared_ptr<Reservation> reserve(qint64 bytes);
 
     bool hasRoom(qint64 bytes) const;
 
-    /// Called after each return, in whichever thread that happens; an empty function ends it. When
-    /// this returns, the former one is not running any more.
+    /// Sets what is called after each return, in whichever thread that happens; an empty function
+    /// ends it. Once this returns, the previous function is no longer running.
     void setOnReturn(std::function<void()> onReturn);
 
 private:

@@ -25,7 +25,7 @@ public:
     /// The picture of this file in this state, or a null picture. Counts as a use.
     DecodedPicture find(const FileIdentity &identity, Time now);
 
-    /// Drops what has not been used for its lifetime.
+    /// Drops the pictures that were not used for their lifetime.
     void dropUnused(Time now);
 
     void clear() { m_entries.clear(); }
@@ -39,5 +39,5 @@ private:
     };
     void dropSurplus();
 
-    QList<Entry> m_entries; ///< the last used one first
+    QList<Entry> m_entries; ///< the most recently used one first
 };

@@ -20,7 +20,7 @@ CompletionWait::Time now()
     return std::chrono::steady_clock::now();
 }
 
-/// Nothing for a file that is said to change in the future.
+/// Zero for a file whose last change is in the future.
 std::chrono::milliseconds unchangedFor(const FileIdentity &identity)
 {
     const qint64 changed = identity.statusChanged / 1'000'000;
@@ -97,11 +97,11 @@ void PictureLoader::probe(const WaitPointer &wait)
 
 void PictureLoader::decode(const WaitPointer &wait)
 {
-    // What waits for its turn in the pool keeps no file open.
+    // A file that waits for its turn in the pool is not kept open for it.
     const auto work = [this, wait] {
         const OpenFilePointer file = wait->file->open();
         const Decoding decoding = file ? decodePicture(file->descriptor(), m_budget) : Decoding();
-        // It may have been written anew meanwhile: then it has changed.
+        // If it was written anew meanwhile, it has changed.
         const OpenFilePointer standing = file ? wait->file->open() : nullptr;
         const OpenFilePointer &newest = standing ? standing : file;
         const std::optional<FileIdentity> identity = newest ? newest->identity() : std::nullopt;
@@ -135,7 +135,7 @@ void PictureLoader::postpone(const WaitPointer &wait, qint64 bytes)
 {
     m_pictures.clear();
     m_postponed.push_back({wait, bytes});
-    // Something may have been let go in the meantime.
+    // Memory may have been released in the meantime.
     resumePostponed();
 }
 
@@ -146,7 +146,7 @@ void PictureLoader::resumePostponed()
     const WaitPointer wait = m_postponed.back().wait;
     m_postponed.pop_back();
     probe(wait);
-    // The others are looked at when this one has taken its room.
+    // The others are tried once this one has taken its memory.
     QMetaObject::invokeMethod(this, &PictureLoader::resumePostponed, Qt::QueuedConnection);
 }
 

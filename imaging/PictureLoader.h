@@ -18,14 +18,13 @@
 #include <vector>
 
 /// Waits for files to be complete, and has them decoded. Lives in a thread with an event loop,
-/// which it never blocks for long; decoding and scaling take place in a pool, the newest file
-/// first.
+/// which it never blocks for long; decoding and scaling run in a pool, the newest file first.
 class PictureLoader : public QObject
 {
     Q_OBJECT
 public:
     explicit PictureLoader(FileWriters &writers);
-    /// Drops all requests; waits for the pictures that are being decoded at this moment.
+    /// Drops all requests, and waits for the pictures that are being decoded.
     ~PictureLoader() override;
 
     void load(const std::shared_ptr<HeldScreenshot> &file,
@@ -34,7 +33,7 @@ public:
 private:
     using Requests = std::vector<std::shared_ptr<PictureRequest>>;
 
-    /// A file that is waited for, and all who wait for it.
+    /// A file being waited for, and the requests for it.
     struct Wait {
         std::shared_ptr<HeldScreenshot> file;
         CompletionWait completion;
@@ -60,7 +59,7 @@ private:
 
     FileWriters &m_writers;
     std::map<FileKey, WaitPointer> m_waits;
-    /// What waits for other pictures to be let go, newest last.
+    /// Waits for other pictures to be released; newest last.
     struct Postponed {
         WaitPointer wait;
         qint64 bytes;

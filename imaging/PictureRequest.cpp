@@ -33,7 +33,7 @@ QImage PictureRequest::wanted(const DecodedPicture &picture) const
     const bool fits = whole.width() <= m_bounds.width() && whole.height() <= m_bounds.height();
     if (whole.isNull())
         return {};
-    // A thumbnail stays long: it must not keep the memory of a whole picture.
+    // A thumbnail lives long, so it must not keep the memory of a whole picture.
     if (fits)
         return whole.copy();
     return whole.scaled(m_bounds.expandedTo({1, 1}), Qt::KeepAspectRatio, Qt::SmoothTransformation);

@@ -8,14 +8,13 @@
 #include <QPromise>
 #include <QSize>
 
-/// Somebody's wish for a picture. One that is dropped is answered with a null image. One thread at
-/// a time.
+/// A request for a picture. Dropping it answers it with a null image. One thread at a time.
 class PictureRequest
 {
 public:
     enum class Kind {
         Top,        ///< the upper part: the whole picture unless it is huge
-        Thumbnail,  ///< the whole picture scaled down into bounds
+        Thumbnail,  ///< the whole picture scaled down to fit bounds
         Completion, ///< only that the wait is over
     };
 
@@ -27,7 +26,7 @@ public:
     QFuture<QImage> future() const { return m_promise.future(); }
     bool isCanceled() const { return m_promise.isCanceled(); }
 
-    /// Gives those who ask for the picture what they asked for. Scaling takes its time.
+    /// Answers each with the kind of picture that was asked for. Scaling takes time.
     void answer(const DecodedPicture &picture);
 
 private:

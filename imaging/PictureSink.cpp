@@ -10,7 +10,7 @@
 namespace
 {
 
-/// A row of more pixels is no screenshot's.
+/// No screenshot has longer rows.
 constexpr int maximumWidth = 1'000'000;
 
 constexpr qint64 pixelBytes = sizeof(QRgb);
@@ -20,7 +20,7 @@ qint64 pixelsIn(QSize size)
     return qint64(size.width()) * size.height();
 }
 
-/// The same pixels, which keep the reservation.
+/// The same pixels, holding the reservation.
 QImage keeping(const QImage &image, const std::shared_ptr<PictureBudget::Reservation> &reservation)
 {
     if (image.isNull())
@@ -115,7 +115,7 @@ bool PictureSink::isHuge() const
     return pixelsIn(size()) > std::max(m_limits.top, m_limits.overview);
 }
 
-/// The rows that are held and, of a huge picture, the one that is on its way.
+/// The rows that are kept and, for a huge picture, the one being decoded.
 qint64 PictureSink::rowBytes() const
 {
     return pixelBytes * size().width() * (m_heldRows + (isHuge() ? 1 : 0));

@@ -11,8 +11,8 @@
 #include <memory>
 #include <optional>
 
-/// Takes a picture from its decoder, row by row, and holds of it what the limits allow: however
-/// large it is, the rows that are not held cost nothing. One thread.
+/// Takes a picture from its decoder, row by row, and keeps what the limits allow: however large it
+/// is, the rows that are not kept cost nothing. One thread.
 class PictureSink
 {
 public:
@@ -28,28 +28,28 @@ public:
         QSize size;
         Alpha alpha = Alpha::None;
         Order order = Order::Downwards;
-        bool isTurned = false; ///< it will be, which takes its memory again for a moment
+        bool isTurned = false; ///< will be turned, which needs its memory once more for a moment
     };
 
     PictureSink(const PictureLimits &limits, std::shared_ptr<PictureBudget> budget);
 
-    /// Said first. False when the picture is not to be decoded: it is too large, or there is no
+    /// Call it first. False when the picture must not be decoded: it is too large, or there is no
     /// memory for it.
     ///
-    /// @param decoderBytes what the decoder needs for itself until it is done
+    /// @param decoderBytes what the decoder itself needs until it is done
     bool begin(const Layout &layout, qint64 decoderBytes);
 
-    /// Where the decoder writes this row, one QRgb a pixel.
+    /// Where the decoder writes this row, one QRgb per pixel.
     QRgb *row(int y);
 
-    /// The row is complete; called for each, from top to bottom.
+    /// The row is complete. Called for each row, from top to bottom.
     void finishRow(int y);
 
-    /// When all rows are complete and the decoder has freed its memory. Once. `turns` are what
-    /// makes the picture upright.
+    /// Call it once, when all rows are complete and the decoder has freed its memory. `turns` are
+    /// what makes the picture upright.
     DecodedPicture takePicture(QImageIOHandler::Transformations turns = {});
 
-    /// More than 0 when the budget had no room for so many bytes, but may have it later.
+    /// More than 0 when the budget had no room for this many bytes, but may have it later.
     qint64 lackingBytes() const { return m_lackingBytes; }
 
 private:

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// What the library holds of each pixel at most, while it decodes and converts.
+/// The most that the library holds per pixel, while it decodes and converts.
 constexpr qint64 decoderPixelBytes = 6;
 
 template <auto release>
@@ -40,7 +40,7 @@ Handle primaryPicture(heif_context *context)
                                                                               : Handle();
 }
 
-/// Decodes to 8 bits a channel; the library turns the picture upright by itself.
+/// Decodes to 8 bits per channel; the library turns the picture upright by itself.
 Pixels decode(const heif_image_handle *handle, heif_chroma chroma)
 {
     heif_image *image = nullptr;
@@ -100,7 +100,7 @@ bool decodeHeic(QIODevice &file, PictureSink &sink)
     const Context context(heif_context_alloc());
     if (!context)
         return false;
-    // Several pictures are decoded at once already.
+    // Several pictures are already being decoded at once.
     heif_context_set_max_decoding_threads(context.get(), 1);
     if (!succeeded(heif_context_read_from_reader(context.get(), &reader, &file, nullptr)))
         return false;

@@ -6,10 +6,10 @@
 class PictureSink;
 class QIODevice;
 
-/// Whether a file that begins like this is a picture of the family that decodeHeic() reads (HEIC,
-/// AVIF); some dozens of bytes tell.
+/// Whether a file with this beginning is a picture of the family that decodeHeic() reads (HEIC,
+/// AVIF); a few dozen bytes are enough.
 bool isHeic(const QByteArray &beginning);
 
-/// Decodes the file's primary picture, upright. False when the file is broken, cut short or refused
+/// Decodes the file's primary picture, upright. False when the file is broken, truncated or refused
 /// by the sink. Any thread.
 bool decodeHeic(QIODevice &file, PictureSink &sink);

@@ -23,7 +23,7 @@ using Transformations = QImageIOHandler::Transformations;
 
 constexpr qint64 signatureBytes = 64;
 
-/// A JPEG file says within these which side is up.
+/// A JPEG file states its orientation within these.
 constexpr qint64 headerBytes = 256 * 1024;
 
 enum class Format { None, Png, Jpeg, Tiff, Webp, Heic };
@@ -52,7 +52,7 @@ Transformations uprightJpeg(QIODevice &file)
     return reader.transformation();
 }
 
-/// What turns the picture upright; nothing where there is none.
+/// What turns the picture upright; nothing when there is no picture.
 std::optional<Transformations> decodeInto(PictureSink &sink, QIODevice &file)
 {
     const auto asItIs = [](bool done) {

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// A file of more scans than this is made to keep decoders busy; ten are usual.
+/// A file with more scans than this is made to keep decoders busy; ten are usual.
 constexpr int maximumScans = 100;
 
 constexpr long smallBuffers = 4'000'000;
@@ -40,7 +40,7 @@ Reader &readerOf(void *jpeg)
     std::longjmp(readerOf(jpeg).failed, 1);
 }
 
-/// At the end of the file there is no more, which ends the decoding.
+/// Called at the end of the file: there is no more, which ends the decoding.
 boolean fillBuffer(j_decompress_ptr jpeg)
 {
     Reader &reader = readerOf(jpeg);
@@ -88,7 +88,7 @@ void setUp(Reader &reader)
     reader.jpeg.progress = &reader.progress;
 }
 
-/// Of a picture that comes in several scans the library holds all blocks until it has the last.
+/// For a picture that comes in several scans, the library holds all blocks until the last scan.
 qint64 blockBytes(jpeg_decompress_struct &jpeg)
 {
     if (jpeg_has_multiple_scans(&jpeg) == FALSE)
@@ -103,7 +103,7 @@ qint64 blockBytes(jpeg_decompress_struct &jpeg)
     return bytes;
 }
 
-/// The four inks as most programs store them: inverted.
+/// CMYK as most programs store it: inverted.
 void makePixels(QRgb *row, JDIMENSION width)
 {
     auto *inks = reinterpret_cast<const JSAMPLE *>(row);
@@ -141,7 +141,8 @@ bool readRows(jpeg_decompress_struct &jpeg, bool isTurned, PictureSink &sink)
     return jpeg_finish_decompress(&jpeg) != FALSE;
 }
 
-/// The library leaves by a long jump when it fails: no object of ours may be left out on its way.
+/// The library leaves by a long jump when it fails, which must not skip the destructor of any
+/// object of ours.
 bool read(Reader &reader, bool isTurned, PictureSink &sink)
 {
     if (setjmp(reader.failed) != 0)

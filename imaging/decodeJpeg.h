@@ -5,7 +5,7 @@ class PictureSink;
 class QIODevice;
 
 /// Decodes a JPEG file from the device's position on, as it is stored: not turned upright. False
-/// when the file is broken, cut short (which other decoders fill with grey) or refused by the sink;
+/// when the file is broken, truncated (which other decoders fill with grey) or refused by the sink;
 /// what follows the picture's end does not matter. Any thread.
 ///
 /// @param isTurned whether turning the picture will need its memory again

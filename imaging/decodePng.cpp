@@ -25,7 +25,7 @@ void readBytes(png_structp png, png_bytep to, std::size_t size)
         png_error(png, "cut short");
 }
 
-/// A reader with its notes on the picture.
+/// The library's reader with its information about the picture.
 struct Reader {
     Reader() : png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore))
     {
@@ -47,7 +47,7 @@ void skipWhatIsNoPixels(png_structp png)
     png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_AS_DEFAULT, transparency, 1);
 }
 
-/// Whatever is stored, a row is given as pixels of one QRgb.
+/// Whatever the file stores, a row is delivered as one QRgb per pixel.
 void askForPixels(png_structp png)
 {
     png_set_expand(png);
@@ -62,7 +62,7 @@ void askForPixels(png_structp png)
     }
 }
 
-/// What the library holds itself: some rows as they are stored.
+/// What the library itself holds: some rows in their stored form.
 qint64 readerBytes(qint64 width)
 {
     constexpr qint64 rows = 4;
@@ -97,7 +97,8 @@ bool readRows(png_structp png, png_infop info, PictureSink &sink)
     return true;
 }
 
-/// The library leaves by a long jump when it fails: no object of ours may be left out on its way.
+/// The library leaves by a long jump when it fails, which must not skip the destructor of any
+/// object of ours.
 bool read(png_structp png, png_infop info, PictureSink &sink)
 {
     if (setjmp(png_jmpbuf(png)) != 0)

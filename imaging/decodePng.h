@@ -4,7 +4,7 @@
 class PictureSink;
 class QIODevice;
 
-/// Decodes a PNG file from the device's position on: any kind, eight bits a channel. Pixels only:
-/// colour profile and texts are left out. False when the file is broken, cut short or refused by
-/// the sink. Any thread.
+/// Decodes a PNG file of any kind from the device's position on, at eight bits per channel. Pixels
+/// only: colour profile and texts are skipped. False when the file is broken, truncated or refused
+/// by the sink. Any thread.
 bool decodePng(QIODevice &file, PictureSink &sink);

@@ -18,10 +18,10 @@ namespace
 
 using Transformations = QImageIOHandler::Transformations;
 
-/// The library refuses to allocate more at once.
+/// The library refuses larger single allocations.
 constexpr tmsize_t largestAllocation = 100'000'000;
 
-/// So many bytes of pixels are read at once, at least one strip or one row of tiles.
+/// So many bytes of pixels are read at a time, at least one strip or one row of tiles.
 constexpr qint64 bandBytes = 4'000'000;
 
 QIODevice &deviceOf(thandle_t handle)
@@ -56,7 +56,7 @@ toff_t sizeOf(thandle_t file)
     return toff_t(deviceOf(file).size());
 }
 
-/// It has been dealt with, and the console gets nothing.
+/// Counts as handled, so that nothing goes to the console.
 int handled(TIFF *, void *, const char *, const char *, va_list)
 {
     return 1;
@@ -86,7 +86,7 @@ struct Conversion {
         std::array<char, 1024> message = {};
         isReady = TIFFRGBAImageOK(tiff, message.data()) != 0 &&
                   TIFFRGBAImageBegin(&image, tiff, 1, message.data()) != 0;
-        // Rows come as they are stored; the picture is turned as a whole.
+        // Rows come as stored; the picture is turned as a whole.
         image.orientation = ORIENTATION_TOPLEFT;
         image.req_orientation = ORIENTATION_TOPLEFT;
     }
@@ -110,7 +110,7 @@ qint64 rowsTogether(TIFF *tiff, qint64 height)
     return std::clamp<qint64>(rows, 1, height);
 }
 
-/// A strip or a tile, as it is stored and unpacked; of each channel where they are stored apart.
+/// A strip or a tile, both stored and unpacked; one for each channel when they are stored apart.
 qint64 unpackingBytes(TIFF *tiff, const TIFFRGBAImage &image, qint64 fileSize)
 {
     const qint64 unpacked = TIFFIsTiled(tiff) != 0 ? TIFFTileSize(tiff) : TIFFStripSize(tiff);

@@ -9,5 +9,5 @@ class PictureSink;
 class QIODevice;
 
 /// Decodes the first picture of a TIFF file, as it is stored; returns what turns it upright.
-/// Nothing when the file is broken, cut short or refused by the sink. Any thread.
+/// Nothing when the file is broken, truncated or refused by the sink. Any thread.
 std::optional<QImageIOHandler::Transformations> decodeTiff(QIODevice &file, PictureSink &sink);

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// What the reader holds of each pixel: its picture, and what the library unpacks it from.
+/// What the reader holds per pixel: its picture, and what the library unpacks it from.
 constexpr qint64 decoderPixelBytes = 8;
 
 } // namespace

@@ -15,10 +15,10 @@ namespace
 
 using namespace std::string_view_literals;
 
-/// More than any picture has; a file that was made to be slow is not followed for ever.
+/// More than any picture has; stops at a file that was made to be slow.
 constexpr int mostParts = 100'000;
 
-/// A file that is read here and there.
+/// Reads a file at any position.
 class Bytes
 {
 public:
@@ -30,7 +30,7 @@ public:
 
     qint64 size() const { return m_size; }
 
-    /// So many bytes; empty where the file has not that many.
+    /// This many bytes; empty when the file does not have them.
     QByteArray at(qint64 position, qint64 count) const
     {
         if (position < 0 || position > m_size || count > m_size - position)
@@ -51,7 +51,7 @@ bool beginsWith(const QByteArray &bytes, std::string_view beginning)
     return bytes.startsWith(QByteArrayView(beginning.data(), qsizetype(beginning.size())));
 }
 
-/// A chunk is its length, its kind, its content and a checksum.
+/// A chunk consists of its length, its kind, its content and a checksum.
 bool reachesPngEnd(const Bytes &file)
 {
     qint64 position = 8;
@@ -71,7 +71,7 @@ bool endsAsJpeg(const Bytes &file)
     return file.at(file.size() - 2, 2) == "\xFF\xD9";
 }
 
-/// Boxes within boxes: those of the outermost level fill the file, and the pixels are in "mdat".
+/// Boxes within boxes: those of the outermost level fill the file, and "mdat" holds the pixels.
 bool reachesHeicEnd(const Bytes &file)
 {
     bool hasPixels = false;
@@ -86,7 +86,7 @@ bool reachesHeicEnd(const Bytes &file)
             const QByteArray large = file.at(position + 8, 8);
             size = large.isEmpty() ? 0 : qFromBigEndian<qint64>(large.constData());
         }
-        // One of no size goes on to wherever the end will be.
+        // A box without a size extends to the end of the file, wherever that will be.
         if (size < 8 || size > file.size() - position)
             return false;
         hasPixels = hasPixels || header.endsWith("mdat");
@@ -96,13 +96,14 @@ bool reachesHeicEnd(const Bytes &file)
     return hasPixels && hasDirectory && position == file.size();
 }
 
-/// The numbers of a TIFF, in the byte order that it begins with.
+/// The numbers of a TIFF, in the byte order that its header states.
 class Tiff
 {
 public:
     explicit Tiff(const Bytes &file) : m_file(file), m_isLittle(file.at(0, 2) == "II") {}
 
-    /// The first directory is there, and the strips or tiles that it names are within the file.
+    /// Whether the first directory is there, and the strips or tiles that it names are within the
+    /// file.
     bool isWhole() const
     {
         const qint64 directory = number(4, 4);
@@ -128,7 +129,7 @@ private:
     static constexpr int shortNumbers = 3;
     static constexpr int longNumbers = 4;
 
-    /// -1 where the file ends before.
+    /// -1 when the file ends before it.
     qint64 number(qint64 position, int bytes) const
     {
         const QByteArray raw = m_file.at(position, bytes);

@@ -8,7 +8,7 @@
 namespace
 {
 
-/// In bytes: three large pages, so that the rest of the last one costs at most a third more.
+/// In bytes: three large pages, so that the unused rest of the last one costs at most a third more.
 constexpr std::size_t worthLargePages = std::size_t(6) << 20;
 
 } // namespace

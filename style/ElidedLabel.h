@@ -3,10 +3,9 @@
 
 #include <QLabel>
 
-/// A label of plain text on one line that is cut with an ellipsis where it does not fit, and never
-/// asks for more room than its text needs. `text()` is always the whole text.
-/// Its tool tip is shown to the letter, on as many lines as it needs; without one, a text that is
-/// cut is shown whole.
+/// A label of plain text on one line, cut with an ellipsis where it does not fit. Never asks for
+/// more room than its text needs. `text()` is always the full text. Its tool tip is shown
+/// literally, on as many lines as it needs; without one, a cut text is shown in full.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT

@@ -19,8 +19,8 @@ QString themeIconName(const QMimeType &type)
     return {};
 }
 
-/// Empty where the theme has no icon for the type. Qt keeps the icons that it has found, but looks
-/// through all folders of the theme each time for one that is missing; so each type is looked for
+/// Empty when the theme has no icon for the type. Qt caches the icons that it has found, but
+/// searches all folders of the theme again for each missing one, so each type is looked up only
 /// once.
 QString knownThemeIconName(const QMimeType &type)
 {

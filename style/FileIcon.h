@@ -4,6 +4,6 @@
 #include <QIcon>
 #include <QUrl>
 
-/// The desktop theme's icon for files of this name, or the program's own where the theme has none;
+/// The desktop theme's icon for files with this name, or the program's own when the theme has none;
 /// never null. The file itself is not read and need not exist. Main thread.
 QIcon fileIcon(const QUrl &file);

@@ -18,8 +18,8 @@
 namespace
 {
 
-// What a window manager's title bar and borders add to the height, in points. They are known only
-// when the window stands on the screen, which is too late to choose its height.
+// The height that a window manager's title bar and borders add, in points. It is known only once
+// the window is on the screen, which is too late to choose the window's height.
 constexpr int usualFrame = 30;
 constexpr int largestFrame = 44;
 
@@ -32,7 +32,7 @@ int area(const QRect &rect)
     return rect.isEmpty() ? 0 : rect.width() * rect.height();
 }
 
-/// The screen that shows most of the frame; the main one where none shows any of it.
+/// The screen that shows most of the frame; the main one when none shows any of it.
 const QScreen *screenOf(const QRect &frame)
 {
     const QScreen *best = QGuiApplication::primaryScreen();
@@ -103,7 +103,7 @@ void FloatingWindow::setVisible(bool visible)
 {
     if (visible && !isVisible())
         place();
-    // A hidden window has no frame any more, and `pos()` may remember a time before it had one.
+    // A hidden window has no frame any more, and `pos()` may date from before it had one.
     if (!visible && isVisible()) {
         m_lastPlace = windowHandle()->framePosition();
         m_frame = windowHandle()->frameMargins();
@@ -150,8 +150,8 @@ void FloatingWindow::bringIntoReach()
         windowHandle()->setFramePosition(wanted);
 }
 
-/// Where the frame's corner must be so that all of the window can be reached, which takes a size
-/// for which that is possible.
+/// Where the frame's corner must be so that all of the window can be reached. Gives the window a
+/// size for which that is possible.
 QPoint FloatingWindow::placeInReach(QPoint corner)
 {
     const QSize frame(m_frame.left() + m_frame.right(),
@@ -164,7 +164,7 @@ QPoint FloatingWindow::placeInReach(QPoint corner)
 /// In the middle of the screen at first, later where it was.
 void FloatingWindow::place()
 {
-    // Only a place that is set before the window exists is that of its frame, title bar and all.
+    // Only a position set before the native window exists is that of its frame, title bar included.
     if (testAttribute(Qt::WA_WState_Created))
         destroy();
     if (m_lastPlace) {
@@ -190,7 +190,7 @@ void FloatingWindow::endDialogs()
     const auto dialogs = openDialogs();
     for (QDialog *dialog : dialogs) {
         dialog->hide();
-        // It may be what the dialog said that hides the window.
+        // Deleted later, because a signal of the dialog may be what hides the window.
         dialog->deleteLater();
     }
 }

@@ -10,27 +10,26 @@
 class QDialog;
 class QScreen;
 
-/// A window of the program in its light look. It stays above the windows of other programs.
-/// Closing it, by its title bar or with Ctrl+W, only hides it and never ends the program; its
-/// dialogs end with that.
+/// A window of the program in its light look. It stays above the windows of other programs. Closing
+/// it, by its title bar or with Ctrl+W, only hides it and ends its dialogs, never the program.
 ///
-/// It appears in the middle of the screen at first and later where it was, but always where all of
-/// it can be reached: also when screens become smaller, go or come. Main thread.
+/// It first appears in the middle of the screen, later where it was, but always where all of it can
+/// be reached, even when screens shrink, go or come. Main thread.
 class FloatingWindow : public QWidget
 {
     Q_OBJECT
 public:
-    /// @param titleBarButtons those beside the one that closes
+    /// @param titleBarButtons those besides the close button
     FloatingWindow(const QString &title, Qt::WindowFlags titleBarButtons,
                    QWidget *parent = nullptr);
 
-    /// Brings the window to the front with the keyboard, and the dialog that it has open before it.
+    /// Brings the window to the front with the keyboard focus, and its open dialog in front of it.
     void present();
 
     void setVisible(bool visible) override;
 
 protected:
-    /// Takes a size that is no larger than `room`, in points and without the title bar.
+    /// Chooses a size no larger than `room`, in points and without the title bar.
     virtual void fitInto(const QSize &room) = 0;
 
     void changeEvent(QEvent *event) override;
@@ -45,6 +44,6 @@ private:
     void endDialogs();
 
     std::optional<QPoint> m_lastPlace; ///< of the frame's corner
-    QMargins m_frame;                  ///< as wide as it was when it was last seen
+    QMargins m_frame;                  ///< as wide as when it was last visible
     bool m_isReachDue = false;
 };

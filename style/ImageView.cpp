@@ -63,7 +63,7 @@ QPixmap ImageView::picture()
     clip.addRoundedRect(QRectF({}, pixels), m_cornerRadius * ratio, m_cornerRadius * ratio);
     const QPoint corner((pixels.width() - scaled.width()) / 2,
                         (pixels.height() - scaled.height()) / 2);
-    // A brush and not a clip path: clipping has no smooth edge.
+    // A brush instead of a clip path, because clipping has no smooth edge.
     QBrush brush(scaled);
     brush.setTransform(QTransform::fromTranslate(corner.x(), corner.y()));
     QPainterPath frame;

@@ -6,8 +6,8 @@
 #include <QWidget>
 
 /// Shows a picture in the middle, scaled up or down in its proportions to fill the view, and
-/// clipped to the view's rounded corners. An opaque picture has a faint outline. An image for
-/// assistive technologies; whoever makes it says of what.
+/// clipped to the view's rounded corners. An opaque picture has a faint outline. Assistive
+/// technologies see an image; the creator sets its description.
 class ImageView : public QWidget
 {
     Q_OBJECT

@@ -11,7 +11,8 @@
 
 #include <memory>
 
-// The resources of a static library are registered by hand; the macro wants no namespace.
+// The resources of a static library are registered by hand, with a macro that must be used outside
+// namespaces.
 static void registerResources()
 {
     Q_INIT_RESOURCE(style);

@@ -7,8 +7,7 @@
 namespace VelmoraAssets
 {
 
-/// The logo; the symbol "camera.viewfinder" where it is missing; a null icon where that is missing
-/// too.
+/// The logo; without it the symbol "camera.viewfinder"; without that a null icon.
 QIcon logoImage();
 
 } // namespace VelmoraAssets

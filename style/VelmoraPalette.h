@@ -5,7 +5,7 @@
 #include <QPalette>
 
 /// The eleven fixed colours of the program's own views, in sRGB. They do not change with the
-/// desktop's theme. `coral` is a saturated blue, whatever its name says.
+/// desktop's theme. `coral` is a saturated blue, despite its name.
 namespace VelmoraPalette
 {
 
@@ -24,7 +24,7 @@ QColor tertiaryText();
 /// The colour with its alpha component replaced (0 to 1).
 QColor withAlpha(QColor color, double alpha);
 
-/// The light widget palette, made of the colours above, that every window of the program uses.
+/// The light widget palette, made of the colours above, for every window of the program.
 QPalette lightPalette();
 
 } // namespace VelmoraPalette

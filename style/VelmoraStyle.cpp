@@ -28,7 +28,7 @@ constexpr int iconSide = 16;
 constexpr int scrollBarWidth = 12;
 constexpr int scrollBarShortestHandle = 28;
 
-/// The bar has no arrow buttons: the groove is all of it.
+/// The bar has no arrow buttons: the groove fills it.
 QRect scrollBarRect(const QStyleOptionSlider &option, QStyle::SubControl subControl)
 {
     const bool horizontal = option.orientation == Qt::Horizontal;

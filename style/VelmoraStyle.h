@@ -4,8 +4,8 @@
 #include <QProxyStyle>
 
 /// The look of the program's push buttons, pop-ups, check boxes and scroll bars, in the palette's
-/// colours and the same on every desktop. What it doesn't draw itself is drawn by Qt's "fusion".
-/// `applyLightAppearance()` makes it the style of the application as a whole.
+/// colours and the same on every desktop. Qt's "fusion" style draws the rest.
+/// `applyLightAppearance()` makes it the style of the whole application.
 class VelmoraStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *returned) const override;
 
-    /// An alert that informs bears the program's logo.
+    /// An information alert shows the program's logo.
     QIcon standardIcon(StandardPixmap icon, const QStyleOption *option,
                        const QWidget *widget) const override;
 };

@@ -26,6 +26,6 @@ QAccessibleInterface *withGivenRole(const QString &, QObject *object)
 void setAccessibleRole(QWidget &widget, QAccessible::Role role)
 {
     widget.setProperty(roleProperty, static_cast<int>(role));
-    // A factory that is installed already is not installed again.
+    // Qt does not install the same factory twice.
     QAccessible::installFactory(withGivenRole);
 }

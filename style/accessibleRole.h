@@ -5,6 +5,6 @@
 
 class QWidget;
 
-/// Tells assistive technologies what a widget is where its class does not say it. Called while the
-/// widget is built, before anybody has asked for it; main thread.
+/// Tells assistive technologies what a widget is when its class does not. Call it while the widget
+/// is built, before its accessible interface is first requested; main thread.
 void setAccessibleRole(QWidget &widget, QAccessible::Role role);

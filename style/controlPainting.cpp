@@ -54,7 +54,7 @@ void drawLine(QPainter &painter, const QColor &color, double width,
     painter.drawPolyline(points.data(), int(points.size()));
 }
 
-/// In a square of 16 points with this corner.
+/// In a square of 16 points with this top left corner.
 void drawCheckMark(QPainter &painter, const QColor &color, const QPointF &corner)
 {
     drawLine(painter, color, 1.8,

@@ -7,12 +7,12 @@ class QStyleOption;
 class QStyleOptionMenuItem;
 class QStyleOptionSlider;
 
-/// How the program's controls are painted. Each fills the option's rectangle and reads the option's
-/// state; the painter must be antialiasing. Main thread.
+/// How the program's controls are painted. Each function fills the option's rectangle and follows
+/// the option's state; the painter must be antialiasing. Main thread.
 namespace ControlPainting
 {
 
-/// Points at a pop-up's trailing edge that belong to its arrows.
+/// The width of the arrows' area at a pop-up's trailing edge, in points.
 constexpr int popUpArrowWidth = 26;
 
 enum class Bezel { plain, accent };
@@ -23,13 +23,13 @@ void drawBezel(const QStyleOption &option, Bezel bezel, QPainter &painter);
 /// A check box of 16 by 16 points.
 void drawCheckBox(const QStyleOption &option, QPainter &painter);
 
-/// A chevron up and one down: the control opens a list to choose from.
+/// A chevron up and one down: the control opens a list.
 void drawPopUpArrows(const QStyleOption &option, QPainter &painter);
 
-/// A line of a pop-up's list: a check mark where it is the current one, then its text.
+/// A line of a pop-up's list: a check mark when it is the current one, then its text.
 void drawPopUpItem(const QStyleOptionMenuItem &option, QPainter &painter);
 
-/// A scroll bar's handle; nothing where there is nothing to scroll.
+/// A scroll bar's handle; nothing when there is nothing to scroll.
 void drawScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPainter &painter);
 
 } // namespace ControlPainting

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-/// The pop-ups of the user's three options, which show the stored values.
+/// The pop-ups for the user's three options; they show the stored values.
 class BehaviorSection : public QWidget
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ class ChecklistRow : public QWidget
 {
     Q_OBJECT
 public:
-    /// An empty detail takes no room.
+    /// An empty detail takes no space.
     ChecklistRow(const QString &title, const QString &detail, bool isDone,
                  QWidget *parent = nullptr);
 };

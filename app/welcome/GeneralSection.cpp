@@ -40,7 +40,7 @@ GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWi
         changeFolder->setToolTip(SystemWords::keyHasFixedFolder.here());
     connect(changeFolder, &QPushButton::clicked, this, &GeneralSection::changeFolderRequested);
 
-    // The first of the window's columns, and the two others as one.
+    // The first of the window's columns, and the other two as one.
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(columnSpacing);

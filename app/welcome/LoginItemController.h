@@ -7,8 +7,8 @@ class LoginItem;
 namespace LoginItemController
 {
 
-/// Makes the system start the program when the user signs in, or not. Nothing is done where that
-/// is already so. A failure is logged and not told. Main thread.
+/// Switches start at login on or off. Does nothing when it is already so. A failure is only logged.
+/// Main thread.
 void setEnabled(LoginItem &item, bool enabled);
 
 } // namespace LoginItemController

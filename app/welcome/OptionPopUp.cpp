@@ -23,14 +23,14 @@ OptionPopUp::OptionPopUp(QWidget *parent) : QComboBox(parent)
 {
     setFont(systemFont(12, QFont::Medium));
     setFocusPolicy(Qt::TabFocus);
-    // The list is a window of its own, to which the palette does not come down.
+    // The list is a window of its own, which does not inherit the palette.
     view()->setPalette(VelmoraPalette::lightPalette());
     view()->window()->setPalette(VelmoraPalette::lightPalette());
     view()->installEventFilter(this);
 }
 
-/// Qt closes an open list before the key has been offered to the shortcuts of the window, and
-/// leaves it to them: Return would pick, and press the window's default button as well.
+/// Qt closes an open list before it offers the key to the window's shortcuts, and leaves the key to
+/// them: Return would pick an item and also press the window's default button.
 bool OptionPopUp::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride && isReturn(*event)) {

@@ -5,7 +5,7 @@
 
 #include <QComboBox>
 
-/// A pop-up button with the titles of all cases of an option, in their order.
+/// A pop-up button with the titles of all cases of an option, in order.
 class OptionPopUp : public QComboBox
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     }
 
 protected:
-    /// The wheel scrolls what the pop-up stands in, and changes no setting in passing.
+    /// The wheel scrolls the page around the pop-up and never changes the setting.
     void wheelEvent(QWheelEvent *event) override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;

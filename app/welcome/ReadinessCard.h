@@ -3,8 +3,8 @@
 
 #include "style/PaletteView.h"
 
-/// One thing that the user wants to know at a glance: a symbol in the colour of its state, a title
-/// and a detail.
+/// One fact that the user can see at a glance: a symbol in the colour of its state, a title and a
+/// detail.
 class ReadinessCard : public PaletteView
 {
     Q_OBJECT

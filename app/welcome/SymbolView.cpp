@@ -8,7 +8,7 @@ SymbolView::SymbolView(const QIcon &icon, int side, const QString &description, 
 {
     setFixedSize(side, side);
     // The label's own pixmap tells screen readers that this is a picture; what is painted is drawn
-    // anew for the screen's scale.
+    // for the screen's scale.
     setPixmap(m_icon.pixmap(side, side));
     setAccessibleName(description);
 }

@@ -4,8 +4,8 @@
 #include <QIcon>
 #include <QLabel>
 
-/// A symbol or picture in a square of its own, crisp on every screen. With a description it is
-/// there for screen readers too.
+/// A symbol or picture in a square of its own, crisp on every screen. Screen readers see it only
+/// with a description.
 class SymbolView : public QLabel
 {
     Q_OBJECT
@@ -14,7 +14,8 @@ public:
     SymbolView(const QIcon &icon, int side, const QString &description = {},
                QWidget *parent = nullptr);
 
-    /// Lets the icon stand out of the square by so many points: for one with a margin of its own.
+    /// Lets the icon extend beyond the square by this many points: for one with a margin of its
+    /// own.
     void setOutset(int outset);
 
 protected:

@@ -126,7 +126,7 @@ void WelcomeController::rebuild(const QUrl &folder)
 {
     if (m_welcomeWindow) {
         m_welcomeWindow->hide();
-        // The command that rebuilds comes from a control of the old window, or from its dialog.
+        // The command to rebuild comes from a control of the old window, or from its dialog.
         m_welcomeWindow.release()->deleteLater();
     }
     showWelcome(folder);

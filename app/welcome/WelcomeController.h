@@ -31,18 +31,18 @@ public:
     /// The actions whose shortcuts work in the window.
     void setActions(const QList<QAction *> &actions) { m_actions = actions; }
 
-    /// Brings the window to the front. It is built when there is none, and then shows the state of
-    /// that moment; an existing one is shown as it is.
+    /// Brings the window to the front. When there is none, builds one that shows the current state;
+    /// an existing one is shown as it is.
     void showWelcome(const QUrl &folder);
 
-    /// Hides the window, which stays as it is; its dialogs end.
+    /// Hides the window, which stays as it is, and ends its dialogs.
     void closeWelcome();
 
     /// Switches the system's own thumbnail delay off, and shows a fresh window.
     void optimizeScreenshotSpeed();
 
 Q_SIGNALS:
-    /// The user has chosen another screenshot folder, and the system has been told.
+    /// The user has chosen another screenshot folder, and it has been stored for the system.
     void folderChosen(const QUrl &folder);
     void trayPositionChanged();
     void recentScreenshotsRequested();

@@ -31,7 +31,7 @@ BezelButton *doneButton()
     button->setMinimumWidth(doneWidth);
     button->setDefault(true);
     button->setShortcut(Qt::Key_Return);
-    // The key pad's key is a key of its own, and a button has one shortcut.
+    // The key pad's Enter is a key of its own, and a button has only one shortcut.
     auto *enter = new QShortcut(Qt::Key_Enter, button);
     QObject::connect(enter, &QShortcut::activated, button, [button] { button->animateClick(); });
     return button;

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-/// The bar at the bottom of the welcome window, which stays where it is while the rest scrolls.
+/// The bar at the bottom of the welcome window, which stays in place while the rest scrolls.
 class WelcomeFooter : public QWidget
 {
     Q_OBJECT
@@ -12,7 +12,7 @@ public:
 
 Q_SIGNALS:
     void recentScreenshotsRequested();
-    /// Also by Return, wherever the focus is.
+    /// Emitted for Return too, wherever the focus is.
     void doneRequested();
     void feedbackRequested();
 

@@ -17,13 +17,13 @@ namespace
 
 // In points.
 constexpr int logoSide = 72;
-constexpr int logoMargin = 4; // transparent, within the picture
+constexpr int logoMargin = 4; // transparent, inside the picture
 constexpr int logoSpacing = 18;
 constexpr int headingWidth = 474;
 constexpr int largestHeading = 26;
 constexpr int smallestHeading = 18;
 
-/// The heading is as large as it can be on one line: fonts differ much in width.
+/// The heading is as large as fits on one line: fonts differ a lot in width.
 QFont headingFont(const QString &heading)
 {
     for (int size = largestHeading; size > smallestHeading; --size) {

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-/// The top of the welcome window: the logo, what the program does, and how it stands.
+/// The top of the welcome window: the logo, what the program does, and its state.
 class WelcomeHeader : public QWidget
 {
     Q_OBJECT

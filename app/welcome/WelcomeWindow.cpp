@@ -158,18 +158,19 @@ void WelcomeWindow::setVisible(bool visible)
 {
     const bool appears = visible && !isVisible();
     FloatingWindow::setVisible(visible);
-    // No control is in focus until the user goes there: a stray key must change no setting.
+    // No control has the focus until the user moves it there: a stray key must not change a
+    // setting.
     if (appears)
         setFocus();
 }
 
-/// On a screen that is too low for all of it the window is lower, and its content scrolls, as it
-/// would stand on a higher one.
+/// On a screen that is too low for all of it, the window is lower and its content scrolls, laid out
+/// as on a higher screen.
 void WelcomeWindow::fitInto(const QSize &room)
 {
     const bool scrolls = room.height() < contentSize.height();
     setFixedSize(contentSize.width(), scrolls ? room.height() : contentSize.height());
-    // The scroll bar stands in the margin.
+    // The scroll bar is in the margin.
     const int scrollBarWidth = scrolls ? m_scrollArea->verticalScrollBar()->sizeHint().width() : 0;
     m_scrollArea->widget()->layout()->setContentsMargins(sideMargin, topMargin,
                                                          sideMargin - scrollBarWidth, bottomMargin);

@@ -4,10 +4,10 @@
 class QGridLayout;
 class QWidget;
 
-// The welcome window stands on three columns of one width. Widths are in points.
+// The welcome window has three columns of equal width. Widths are in points.
 constexpr int columnCount = 3;
 constexpr int columnWidth = 180;
 constexpr int columnSpacing = 12;
 
-/// A layout of these columns, without margins; the widget owns it.
+/// A layout with these columns and without margins; the widget owns it.
 QGridLayout *makeColumns(QWidget *owner);

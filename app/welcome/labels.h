@@ -8,12 +8,12 @@
 class QLabel;
 class QWidget;
 
-// The texts of the welcome window. All are plain text. Whoever asks for a label owns it.
+// The texts of the welcome window, all of them plain text. The caller owns the label.
 
 /// The heading of a section.
 QLabel *sectionLabel(const QString &text);
 
-/// What stands above a control and names it.
+/// A label above a control, which it names.
 QLabel *label(const QString &text);
 
 /// Text on one line.
@@ -22,10 +22,10 @@ QLabel *lineLabel(const QString &text, const QFont &font, const QColor &color);
 /// Text on as many lines as it needs.
 QLabel *wrappingLabel(const QString &text, const QFont &font, const QColor &color);
 
-/// Text on one line that is truncated in the middle where it doesn't fit.
+/// Text on one line, truncated in the middle where it doesn't fit.
 QLabel *truncatedLabel(const QString &text, const QFont &font, const QColor &color);
 
-/// A path in the fixed-width font, truncated in the middle, whole as tool tip.
+/// A path in the fixed-width font, truncated in the middle, in full as tool tip.
 QLabel *pathLabel(const QString &path);
 
 void setTextColor(QWidget &widget, const QColor &color);

@@ -44,7 +44,7 @@ QString inWords(DesktopLimit limit)
     return {};
 }
 
-/// One sentence; empty where nothing is missing.
+/// One sentence; empty when nothing is missing.
 QString missingHere(const QList<DesktopLimit> &limits)
 {
     QStringList parts;

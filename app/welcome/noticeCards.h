@@ -4,10 +4,10 @@
 class DesktopLimits;
 class QWidget;
 
-/// The two cards of the welcome window that only tell.
+/// The two cards of the welcome window that only inform.
 
 /// What happens to the user's pictures: nothing.
 QWidget *privacyCard();
 
-/// What the program asks of the system, and what it misses here, if anything.
+/// What the program asks of the system, and what it lacks on this desktop, if anything.
 QWidget *permissionsCard(const DesktopLimits &limits);

@@ -71,7 +71,7 @@ void copyExtendedAttributes(int from, int to)
     }
 }
 
-/// A file system without attributes or permissions must not stop the move.
+/// A file system that lacks attributes or permissions must not stop the move.
 void copyAttributes(int from, int to, const struct stat &original)
 {
     copyExtendedAttributes(from, to);
@@ -80,7 +80,7 @@ void copyAttributes(int from, int to, const struct stat &original)
     ::futimens(to, times);
 }
 
-/// Everything but the name.
+/// Copies everything but the name.
 std::error_code copyContent(int from, int to, struct stat *original, struct stat *copy)
 {
     if (::fstat(from, original) != 0)
@@ -94,8 +94,8 @@ std::error_code copyContent(int from, int to, struct stat *original, struct stat
                                               : std::make_error_code(std::errc::io_error);
 }
 
-/// Copies through a file without a name, so that nothing is left behind even when the program dies.
-/// `std::errc::operation_not_supported` where the file system has no such files.
+/// Copies through a nameless file, so that nothing is left behind even when the program dies.
+/// `std::errc::operation_not_supported` when the file system has no such files.
 std::error_code copyThroughNamelessFile(int from, const char *destination, struct stat *original,
                                         struct stat *copy)
 {

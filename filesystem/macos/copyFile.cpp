@@ -23,15 +23,15 @@ QByteArray temporaryName(const char *destination)
            '-' + QByteArray::number(++count);
 }
 
-/// Of a regular file. A file system that has no attributes or permissions is no reason to keep the
-/// file from its place.
+/// Copies a regular file. A file system that lacks attributes or permissions must not stop the
+/// move.
 std::error_code copyContent(const char *source, const char *temporary)
 {
     constexpr copyfile_flags_t flags = COPYFILE_NOFOLLOW;
     if (::copyfile(source, temporary, nullptr, flags | COPYFILE_EXCL | COPYFILE_DATA) != 0)
         return lastError();
     ::copyfile(source, temporary, nullptr, flags | COPYFILE_METADATA);
-    // To the disk and not only to the drive's own memory; network drives only know fsync.
+    // Flushed to the disk, not only to the drive's own memory; network drives know only fsync.
     const Descriptor copy(::open(temporary, O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
     const bool isFlushed =
         copy && (::fcntl(copy.number(), F_FULLFSYNC) == 0 || ::fsync(copy.number()) == 0);
@@ -44,7 +44,7 @@ std::error_code copyLink(const char *source, const char *temporary)
     return ::copyfile(source, temporary, nullptr, flags) == 0 ? std::error_code() : lastError();
 }
 
-/// What was copied may have changed meanwhile.
+/// The original may have changed meanwhile.
 std::error_code compare(const char *source, const char *temporary, struct stat *original,
                         struct stat *copy)
 {
@@ -69,7 +69,7 @@ std::error_code copyFile(const char *source, const char *destination, struct sta
     const QByteArray temporary = temporaryName(destination);
     std::error_code error = S_ISREG(original->st_mode) ? copyContent(source, temporary.constData())
                                                        : copyLink(source, temporary.constData());
-    // Somebody else's file of that name stays.
+    // A file of that name that is not ours stays.
     if (error == std::errc::file_exists)
         return error;
     if (!error)

@@ -3,13 +3,13 @@
 
 #include <QDialog>
 
-/// A message of the program with the button "OK". Modal for the window that it belongs to, and
-/// deleted when it has been dismissed; `finished` tells of that, however the user did it. It says
-/// nothing when it ends with its window. Main thread.
+/// A message from the program with the button "OK". Modal for its window, and deleted once
+/// dismissed; `finished` is emitted however the user dismisses it, but not when it ends with its
+/// window. Main thread.
 class Alert : public QDialog
 {
     Q_OBJECT
 public:
-    /// Both texts are plain. Shown by `open()`.
+    /// Both texts are plain. Show it with `open()`.
     Alert(const QString &title, const QString &message, QWidget *window);
 };

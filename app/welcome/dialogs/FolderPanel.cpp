@@ -18,14 +18,14 @@ FolderPanel::FolderPanel(const QUrl &start, QWidget *window)
     leaveFilesAlone();
 }
 
-/// Not QFileDialog's own: that one waits in a loop of its own for an answer to what it complains
-/// about, while the window and this panel may come to their end.
+/// Not QFileDialog's own version: that one runs an event loop while it waits for an answer to a
+/// complaint, and the window and this panel may end meanwhile.
 void FolderPanel::accept()
 {
     QDialog::accept();
 }
 
-/// Menus and drags run in such loops too, and offer more than choosing.
+/// Menus and drags run such loops too, and offer more than choosing.
 void FolderPanel::leaveFilesAlone()
 {
     const auto views = findChildren<QAbstractItemView *>();

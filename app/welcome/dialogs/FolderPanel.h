@@ -3,14 +3,14 @@
 
 #include <QFileDialog>
 
-/// The panel in which the user chooses the screenshot folder: existing folders of this computer. It
-/// only chooses: whoever opened it says whether the choice is a good one. Modal for its window, and
-/// deleted when it is done. Main thread.
+/// The panel in which the user chooses the screenshot folder among the existing folders of this
+/// computer. It only chooses: the code that opened it decides whether the choice is a good one.
+/// Modal for its window, and deleted when it is done. Main thread.
 class FolderPanel : public QFileDialog
 {
     Q_OBJECT
 public:
-    /// Shown by `open()`.
+    /// Show it with `open()`.
     FolderPanel(const QUrl &start, QWidget *window);
 
     void accept() override;

@@ -7,9 +7,9 @@
 
 class QWidget;
 
-/// Lets the user choose the screenshot folder in a panel of the window, which begins at `start`.
-/// A folder that can't be watched is refused in an alert that says why and which folder stays;
-/// then the panel comes back. `onChosen` is called with a folder that can be watched, and not at
-/// all where the user cancels or the window goes. Main thread.
+/// Lets the user choose the screenshot folder in a panel of the window, which begins at `current`.
+/// A folder that can't be watched is refused in an alert that says why and which folder stays in
+/// use; then the panel comes back. `onChosen` is called with a folder that can be watched, and not
+/// at all when the user cancels or the window goes away. Main thread.
 void chooseFolder(QWidget &window, const QUrl &current,
                   const std::function<void(const QUrl &)> &onChosen);

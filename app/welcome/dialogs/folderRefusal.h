@@ -6,5 +6,5 @@
 
 #include <optional>
 
-/// Why the folder can't be watched, as a sentence for the user; nothing where it can.
+/// Why the folder can't be watched, as a sentence for the user; nothing when it can be.
 std::optional<QString> folderRefusal(const QUrl &folder);
