@@ -44,10 +44,10 @@ struct PngKind {
     int depth;
     int colourType;
     bool isInterlaced = false;
-    int texts = 0; ///< of 8 MB each, once they are unpacked
+    int texts = 0; ///< of 8 MB each when unpacked
 };
 
-/// A picture whose rows are all the same: it compresses to nearly nothing.
+/// A picture whose rows are all the same, so that it compresses to nearly nothing.
 void writePng(const QString &path, const PngKind &kind)
 {
     const File file = opened(path);
@@ -81,7 +81,7 @@ void writePng(const QString &path, const PngKind &kind)
     png_destroy_write_struct(&png, &info);
 }
 
-/// Lines of text all the way down, as of a page that was scrolled.
+/// Lines of text all the way down, as on a page captured by scrolling.
 void writeText(const QString &path, QSize size, const char *format)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -130,7 +130,7 @@ QByteArray progressiveJpeg(QSize size)
     return buffer.data();
 }
 
-/// The same bytes behind a header that claims another size.
+/// The same bytes behind a header that states another size.
 QByteArray claiming(QByteArray jpeg, quint16 side)
 {
     const qsizetype frame = jpeg.indexOf("\xff\xc2");
@@ -143,7 +143,7 @@ struct TiffKind {
     int width;
     int height;
     int depth;
-    int rowsPerStrip; ///< or, where it is tiled, the side of a tile
+    int rowsPerStrip; ///< or, in a tiled file, the side of a tile
     bool isTiled = false;
 };
 
@@ -201,7 +201,7 @@ QByteArray heic(int width, int height)
     return bytes;
 }
 
-/// The same compressed picture in a file that says that it is small.
+/// The same compressed picture in a file that claims to be small.
 QByteArray sayingSmall(QByteArray file)
 {
     constexpr qsizetype typeAndFlags = 8;

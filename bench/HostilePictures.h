@@ -4,12 +4,11 @@
 #include <QString>
 #include <QStringList>
 
-/// Picture files that are made to cost a decoder as much as possible, and some that are merely
-/// huge.
+/// Picture files made to cost a decoder as much as possible, and some that are merely huge.
 namespace HostilePictures
 {
 
-/// Writes them into the folder; their names tell what they are. Takes half a minute.
+/// Writes them into the folder; each name describes its file. Takes half a minute.
 QStringList write(const QString &folder);
 
 } // namespace HostilePictures

@@ -33,7 +33,7 @@
 namespace
 {
 
-/// Passes on what another recogniser reads, and keeps it.
+/// Passes on what another recogniser reads, and records it.
 class Listener : public TextRecognizer
 {
 public:
@@ -53,13 +53,13 @@ public:
 
     void warmUp() override { m_reader->warmUp(); }
 
-    QString text; ///< read when the name is there
+    QString text; ///< read once the name is there
 
 private:
     std::unique_ptr<TextRecognizer> m_reader;
 };
 
-/// The program is idle this long before its memory is measured.
+/// The program is idle for this long before its memory is measured.
 constexpr std::chrono::seconds rest{3};
 
 struct Sums {
@@ -88,8 +88,8 @@ double residentMegabytes()
     return file.readAll().split(' ').value(1).toDouble() * double(::sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-/// The words of the name that came from the text: without the application's, and none of those
-/// that a name without text has.
+/// The words of the name that came from the text: without the application's words, and without
+/// those of a name for a picture with no text.
 QStringList wordsFromText(const QString &name, const QString &appName, const QString &text)
 {
     NameWords expected(appName);
@@ -121,7 +121,7 @@ void judge(const NamingTruth &truth, const QString &name, const QString &text, d
     sums.silent += !truth.hasText() && textWords.isEmpty() ? 1 : 0;
 }
 
-/// The value that this share of all does not exceed.
+/// The value that this share of all values does not exceed.
 double percentile(QList<double> values, double share)
 {
     if (values.isEmpty())

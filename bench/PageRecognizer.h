@@ -3,6 +3,6 @@
 
 #include "platform/TextRecognizer.h"
 
-/// The peer: the engine reads the whole page in one call, with its own search for columns and
+/// For comparison: the engine reads the whole page in one call, with its own search for columns and
 /// lines, on one thread, with its fast English model.
 std::unique_ptr<TextRecognizer> makePageRecognizer();

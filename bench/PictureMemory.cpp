@@ -46,7 +46,7 @@ double statusMegabytes(const char *key)
     return 0;
 }
 
-/// Returns what is held now, and counts the most from now on.
+/// Returns what is held now, and records the maximum from now on.
 double startCounting()
 {
     releaseFreeMemory();
@@ -56,7 +56,7 @@ double startCounting()
     return statusMegabytes("VmRSS:");
 }
 
-/// As when somebody copies the picture and pastes it.
+/// What happens when the user copies the picture and pastes it.
 bool paste(const QString &path)
 {
     const std::shared_ptr<OpenFile> file = OpenFile::open(path);
@@ -69,7 +69,7 @@ struct Services {
     std::unique_ptr<TextRecognizer> recognizer = makeTextRecognizer();
 };
 
-/// All that is done to them, at a time. False when it took too much.
+/// Does everything to them at once. False when it took too much.
 bool measure(const QStringList &paths, const QString &title, Services &services)
 {
     const double before = startCounting();
@@ -87,7 +87,7 @@ bool measure(const QStringList &paths, const QString &title, Services &services)
             thumbnails.append(images.thumbnail(file, thumbnailBounds));
             names.append(namer.suggestFilename(file, QString()));
         }
-        // There is one clipboard.
+        // Only the first, because there is only one clipboard.
         const auto pasted = std::async(std::launch::async, paste, paths.first());
         for (const QFuture<QImage> &thumbnail : std::as_const(thumbnails))
             thumbnailSize = thumbnail.result().size();

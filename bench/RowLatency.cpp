@@ -40,7 +40,7 @@ constexpr int closeButtonFromRight = 32;
 constexpr int bytesPerPixel = 4;
 constexpr auto patience = std::chrono::seconds(30);
 
-/// A row counts as seen when so many of its pixels stand out from the tray's fill so clearly.
+/// A row counts as visible when this many of its pixels differ this clearly from the tray's fill.
 constexpr int seenPixels = 200;
 constexpr int seenDifference = 16;
 
@@ -59,7 +59,7 @@ Owned<Reply> owned(Reply *reply)
     return {reply, &std::free};
 }
 
-/// The part of the screen where the tray with one row stands.
+/// The part of the screen where the tray with one row appears.
 class TrayArea
 {
 public:
@@ -99,7 +99,7 @@ public:
 
     bool isEmpty(const Pixels &pixels) const { return pixels == m_background; }
 
-    /// Whether something in the place of the row stands out from the tray's fill beside it.
+    /// Whether something in the row's place differs from the tray's fill beside it.
     static bool showsRow(const Pixels &pixels)
     {
         const size_t fill = pixelIndex(inset / 2, trayHeight / 2);
@@ -111,7 +111,7 @@ public:
         return different >= seenPixels;
     }
 
-    /// Waits until something on the screen changes, for some time at most.
+    /// Waits until something on the screen changes, for a limited time.
     void waitForChange()
     {
         constexpr int milliseconds = 5;
@@ -172,7 +172,7 @@ private:
     Pixels m_background;
 };
 
-/// Waits for the condition, asked at every change of the screen.
+/// Waits for the condition, checked at every change of the screen.
 template <typename Condition>
 void waitFor(TrayArea &area, const char *what, Condition condition)
 {
@@ -190,7 +190,7 @@ std::string readFile(const char *path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// The folder's only file, once it has lost the name that it got first.
+/// The folder's only file, once it no longer has its first name.
 std::string namedFile(const std::filesystem::path &folder)
 {
     for (const auto &entry : std::filesystem::directory_iterator(folder)) {

@@ -48,7 +48,7 @@ Pages pagesIn(const QString &folder)
     return pages;
 }
 
-/// Texts as long as the pages, of lines from all of them.
+/// Texts as long as the pages, made of lines from all of them.
 QStringList shuffledPage(const Pages &pages, const QStringList &lines, std::mt19937 &random)
 {
     const auto pick = [&random](qsizetype count) {
@@ -66,7 +66,7 @@ double percentile(QList<double> values, double share)
     return values[std::max(0, int(std::ceil(share * double(values.size()))) - 1)];
 }
 
-/// Of the processor, for a machine that has something else to do.
+/// Processor time, for a machine with other work to do.
 double processorMilliseconds()
 {
     timespec time = {};
@@ -97,7 +97,7 @@ void print(const char *what, const Times &times)
                 percentile(times.processor, 0.5), percentile(times.processor, 0.95));
 }
 
-/// What somebody types on the way to words of a page: each beginning of each.
+/// What the user types on the way to words of a page: every beginning of each.
 QStringList queriesFrom(const Pages &pages, std::mt19937 &random)
 {
     QStringList queries;

@@ -24,7 +24,7 @@ IDLE_SECONDS = 30
 OLD_FILES = (100, 10_000, 100_000)
 OLD_AGE_SECONDS = 30 * 24 * 3600
 SETTLE_SECONDS = 5
-# The program gives back what it keeps ready after a minute without a screenshot.
+# The program releases what it keeps ready after a minute without a screenshot.
 LONG_REST_SECONDS = 70
 TITLE = "Quarterly Budget Review Meeting"
 PARAGRAPH = "The harvest was better than anybody had hoped, says the treasurer."

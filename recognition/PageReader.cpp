@@ -14,15 +14,15 @@
 namespace
 {
 
-/// After this many lines without a word the rest is taken for a texture. Most such lines cost a
+/// After this many lines without a word, the rest is considered a texture. Most such lines cost a
 /// tenth of a millisecond.
 constexpr int maximumBarrenLines = 400;
 
 /// At most this many lines without words are replaced by the lines that they cover.
 constexpr int maximumReorderings = 16;
 
-/// Adds lines to `lines`, of which those before `next` have been read. These stay first; the others
-/// are put into reading order again, with the added ones.
+/// Adds `added` lines to `lines`, of which those before `next` have been read. These stay first;
+/// the others, with the added ones, are put into reading order again.
 void insertInOrder(const std::vector<TextLine> &added, std::vector<TextLine> &lines,
                    std::size_t next)
 {
@@ -36,7 +36,7 @@ void insertInOrder(const std::vector<TextLine> &added, std::vector<TextLine> &li
     });
 }
 
-/// Reads lines in order, until enough has been read or nothing more is to be expected.
+/// Reads lines in order, until enough has been read or no more text is to be expected.
 void readAll(std::vector<TextLine> lines, LineReader &reader, const PageReader::LineHandler &onLine,
              const PageReader::Cancelled &cancelled)
 {

@@ -16,24 +16,25 @@
 class PageReader
 {
 public:
-    /// Takes the text of one line, or of the next piece of a long line; a piece ends where a word
-    /// ends. Returns whether more is wanted.
+    /// Receives the text of one line, or of the next piece of a long line; a piece ends where a
+    /// word ends. Returns whether more is wanted.
     using LineHandler = std::function<bool(const QString &text)>;
 
-    /// Asked often, from the reading thread: true ends the work within some tens of milliseconds.
+    /// Called often, on the reading thread; returning true ends the work within some tens of
+    /// milliseconds.
     using Cancelled = std::function<bool()>;
 
     PageReader();
 
     /// Blocks for the length of the work. Never fails: a picture without text, a missing model or
-    /// an engine's failure give no lines.
+    /// an engine failure gives no lines.
     ///
-    /// @param leftOut areas of the image in which nothing is read
+    /// @param leftOut areas of the image that are not read
     void read(const QImage &image, const QList<QRect> &leftOut, const LineHandler &onLine,
               const Cancelled &cancelled);
 
-    /// Makes an engine ready, so that the first picture is read as fast as the tenth. Blocks;
-    /// calling it again costs nothing.
+    /// Prepares an engine, so that the first picture is read as fast as the tenth. Blocks; further
+    /// calls cost nothing.
     void warmUp();
 
 private:

@@ -30,7 +30,7 @@ bool start(tesseract::TessBaseAPI &api, const QByteArray &models)
     return api.Init(nullptr, models.constData(), tesseract::OEM_LSTM_ONLY) == 0;
 }
 
-/// "eng" and those of `languages` that are installed, joined as the engine expects them.
+/// "eng" and those of `languages` that are installed, joined in the engine's format.
 QByteArray installedModels(tesseract::TessBaseAPI &api, const QStringList &languages)
 {
     const QString folder = QString::fromUtf8(api.GetDatapath());

@@ -14,17 +14,17 @@ struct ReadWord {
     double confidence = 0; ///< 0 to 1
 };
 
-/// One text recognition engine with its models. Takes about 20 MB, and 60 ms to make. Used by one
+/// One text recognition engine with its models. Takes about 20 MB, and 60 ms to create. Used by one
 /// thread at a time; it starts none of its own.
 class Engine
 {
 public:
-    /// An engine with the English model and, where they are installed, those of `languages` (the
-    /// engine's names, such as "deu"). Without any model it reads nothing.
+    /// Loads the English model and, where they are installed, those of `languages` (the engine's
+    /// names, such as "deu"). Without any model it reads nothing.
     explicit Engine(const QStringList &languages);
     ~Engine();
 
-    /// The words of a picture of one line, dark on white.
+    /// Reads the words of a picture of one line, dark on white.
     std::vector<ReadWord> read(const QImage &line);
 
 private:

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr Clock::time_point never = Clock::time_point::max();
 
-/// Free memory is given back when nothing has been read for this long.
+/// Free memory is returned to the system when nothing has been read for this long.
 constexpr auto restBeforeTidying = 2s;
 
 struct Waiting {
@@ -75,7 +75,7 @@ public:
     std::mutex making;
     std::condition_variable changed;
     std::vector<Waiting> waiting;
-    /// How many there are, with those at work and those that are being made.
+    /// The number of engines, including those in use and those being made.
     int existing = 0;
     Clock::time_point tidyingDue = never;
     bool ending = false;

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <memory>
 
-/// Keeps engines ready, so that hardly a picture waits for one to be made. Each is released after
+/// Keeps engines ready, so that pictures seldom wait for one to be made. Each is released after
 /// `spareLifetime` without use, because it holds much memory. Any thread.
 class EnginePool
 {
@@ -31,10 +31,10 @@ public:
     /// outlive its leases.
     Lease take();
 
-    /// Makes an engine where there is none, neither waiting nor in use. Blocks while it is made.
+    /// Makes an engine if there is none, spare or in use. Blocks while it is made.
     void warmUp();
 
-    /// How many engines wait for work.
+    /// The number of spare engines.
     int waiting() const;
 
 private:

@@ -29,11 +29,11 @@ LineReader::LineReader(Engine &engine, const QImage &picture) : m_engine(engine)
 bool LineReader::read(const TextLine &line, const PieceHandler &onPiece,
                       const std::function<bool()> &cancelled)
 {
-    int read = -1; // the last column
+    int read = -1; // the last column that was read
     for (QRect piece : piecesOf(line)) {
         if (cancelled())
             return false;
-        // An underscore looks like a gap, but the piece before has read both words already.
+        // An underscore looks like a gap, but the previous piece has already read both words.
         piece.setLeft(std::max(piece.left(), read + 1));
         if (piece.isEmpty())
             continue;
@@ -50,7 +50,7 @@ bool LineReader::read(const TextLine &line, const PieceHandler &onPiece,
 
 QString LineReader::readPicture(const QImage &ink)
 {
-    // A label that stands on a page many times is read once.
+    // A label that occurs many times on a page is read once.
     const QByteArray digest = digestOf(ink);
     const auto known = m_texts.constFind(digest);
     if (known != m_texts.cend())

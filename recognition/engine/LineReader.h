@@ -13,7 +13,7 @@
 class LineReader
 {
 public:
-    /// Takes the words of one piece, joined by spaces; returns whether more is wanted.
+    /// Receives the words of one piece, joined by spaces; returns whether more is wanted.
     using PieceHandler = std::function<bool(const QString &text)>;
 
     /// `picture` is the result of `opaquePicture`. Both must outlive the reader.
@@ -28,5 +28,5 @@ private:
 
     Engine &m_engine;
     const QImage &m_picture;
-    QHash<QByteArray, QString> m_texts; ///< by the digests of the pieces' pictures
+    QHash<QByteArray, QString> m_texts; ///< by the digest of the piece's picture
 };

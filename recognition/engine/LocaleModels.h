@@ -4,6 +4,6 @@
 #include <QLocale>
 #include <QStringList>
 
-/// The engine's names of the models for a locale's languages, such as "deu" for German. Empty for
+/// The engine's names for the models of a locale's languages, such as "deu" for German. Empty for
 /// English, which is always read.
 QStringList localeModels(const QLocale &locale);

@@ -8,7 +8,7 @@ namespace
 {
 
 /// The least confidence of a word. On some hundred drawn pages and real screenshots, 9 of 10
-/// correct words reached it and 1 of 10 wrong ones. Chosen by measuring the names that came out.
+/// correct words reached it and 1 of 10 wrong ones. Chosen by measuring the resulting names.
 constexpr double leastConfidence = 0.83;
 
 /// Icons and cut-off words are read as short words, so these need a higher confidence.

@@ -38,7 +38,7 @@ std::vector<QRgb> InkColours::pixelsOf(const QImage &picture, const QRect &area)
     return pixels;
 }
 
-/// The mean of the most common colours, counted in cells of 16 steps a channel.
+/// The mean of the most common colours, counted in cells of 16 steps per channel.
 InkColours::Colour InkColours::groundOf(const std::vector<QRgb> &pixels)
 {
     const auto cellOf = [](QRgb pixel) {

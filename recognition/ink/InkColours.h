@@ -6,12 +6,12 @@
 
 #include <vector>
 
-/// The colours of the letters in an area and of the ground behind them. Either may be the lighter
-/// one, and both may be equally bright.
+/// The colours of the letters in an area and of the background. Either may be the lighter one, and
+/// both may be equally bright.
 class InkColours
 {
 public:
-    /// `area` lies in `picture` (the result of `opaquePicture`) and is not empty.
+    /// `area` is in `picture` (the result of `opaquePicture`) and is not empty.
     InkColours(const QImage &picture, const QRect &area);
 
     /// How far the pixel is from the ground in the direction of the ink, in steps of a channel;
@@ -27,7 +27,7 @@ public:
     float inkDepth() const { return m_inkDepth; }
 
 private:
-    /// A colour, or a difference of two.
+    /// A colour, or the difference of two.
     struct Colour {
         float red = 0;
         float green = 0;

@@ -18,19 +18,19 @@ namespace
 /// The least difference between ink and ground, of 255.
 constexpr float leastDepth = 16;
 
-/// Around and between letters the ground is bare: at least this share of the area has less than
-/// this depth of ink. Real text has two thirds; a texture has no such ground.
+/// Around and between letters the background is bare: at least this share of the area has less than
+/// this depth of ink. Real text has two thirds; a texture has no such background.
 constexpr double leastBareShare = 0.4;
 constexpr float bareDepth = 0.12F;
 
-/// Weaker ink is drawn as dark as the strongest of the line, down to this share of it: names in a
-/// terminal's colours, a greyed-out word.
+/// Weaker ink is drawn as dark as the strongest of the line, down to this share of it: coloured
+/// names in a terminal, a greyed-out word.
 constexpr float weakestInk = 0.3F;
 
-/// How far to each side ink is taken to be equally strong, in heights of the line.
+/// How far to each side the ink counts as equally strong, in heights of the line.
 constexpr double inkReach = 0.4;
 
-/// For each column the depth that is drawn black: that of the deepest ink near it.
+/// For each column, the depth that is drawn black: that of the deepest ink near it.
 std::vector<float> blackDepths(const std::vector<float> &depths, QSize size, float black)
 {
     std::vector<float> deepest(std::size_t(size.width()), weakestInk * black);
@@ -59,11 +59,12 @@ constexpr int modelHeight = 36;
 
 /// The white margin, in heights of a letter. With half a letter at the sides, one word in ten came
 /// out wrong that is right with this. More margin above makes the letters smaller and the engine
-/// faster: 0.35 instead of 0.2 saved a tenth on 144 pages, one of which lost its second word.
+/// faster: 0.35 instead of 0.2 saved a tenth of the time on 144 pages, one of which lost its second
+/// word.
 constexpr double sideMargin = 0.12;
 constexpr double upperMargin = 0.35;
 
-/// Puts the line in the middle of a white picture of the model's height.
+/// Centres the line in a white picture of the model's height.
 QImage framed(const QImage &line, int side)
 {
     QImage frame(line.width() + 2 * side, modelHeight, QImage::Format_Grayscale8);
@@ -88,7 +89,7 @@ std::vector<float> depthsOf(const QImage &picture, const QRect &area, const InkC
     return depths;
 }
 
-/// Draws each pixel as dark as it is deep in the ink, on white.
+/// Draws each pixel on white, as dark as it is deep in the ink.
 QImage inkPicture(const std::vector<float> &depths, QSize size, float black)
 {
     if (black < leastDepth)

@@ -7,16 +7,16 @@
 namespace
 {
 
-/// The narrowest gap that ends a word, in pixels. Neighbouring letters may be two apart.
+/// The narrowest gap that ends a word, in pixels. Neighbouring letters may be two pixels apart.
 constexpr int leastWordEnd = 3;
 
 /// How far a gap is looked for, in heights of a letter.
 constexpr double farthestReach = 6;
 
-/// There are at least this many bare columns between a word and the side of a box around it.
+/// A word and the side of a box around it are at least this many bare columns apart.
 constexpr int wallGap = 2;
 
-/// A pixel counts as ink from this share of the deepest ink on.
+/// A pixel counts as ink from this share of the deepest ink.
 constexpr float leastInk = 0.25F;
 
 enum class Column { Bare, Inked, Wall };
@@ -34,7 +34,7 @@ Column columnAt(const QImage &picture, const QRect &area, const InkColours &colo
     return inked == area.height() ? Column::Wall : Column::Inked;
 }
 
-/// The last column of ink from the edge of the area outwards; `step` is -1 or 1.
+/// The last column of ink, searching outwards from the edge of the area; `step` is -1 or 1.
 int reachFrom(int edge, int step, const QImage &picture, const QRect &area,
               const InkColours &colours, const TextLine &line)
 {

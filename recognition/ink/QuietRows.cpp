@@ -14,14 +14,14 @@ constexpr double farthestRow = 0.4;
 constexpr float leastInk = 0.3F;
 
 /// A row is quiet when at most this share of its pixels is not background. 99 of 100 lines of text
-/// have less than half of that beside them; parts of textures have twice as much.
+/// have less than half of that above and below; parts of textures have twice as much.
 constexpr double quietShare = 0.15;
 
 /// A row is full when at least this share of its pixels is not background. The dots above "ÄÖÜ"
 /// take a third.
 constexpr double fullShare = 0.5;
 
-/// The share of such pixels of the row that stand in the columns of the area.
+/// The share of the row's pixels, within the columns of the area, that are not background.
 double inkShare(const QImage &picture, const QRect &area, const InkColours &colours, int y)
 {
     if (area.isEmpty() || y < 0 || y >= picture.height())

@@ -8,8 +8,8 @@
 namespace
 {
 
-/// A pixel counts as ink from this share of the deepest ink on. The frame of a box is fainter than
-/// its label.
+/// A pixel counts as ink from this share of the deepest ink. The frame of a box is fainter than its
+/// label.
 constexpr float leastInk = 0.2F;
 
 /// The lowest and the highest box, in heights of a letter, and the lowest in pixels.
@@ -17,8 +17,8 @@ constexpr double lowestBox = 0.6;
 constexpr double highestBox = 2.5;
 constexpr int lowestPixels = 5;
 
-/// Boxes and circles are about as wide as high: the ratio stays below this factor. In most
-/// typefaces "O" is too, but not in monospaced ones, whose letters stand far apart.
+/// Boxes and circles are about as wide as high: the ratio is below this factor. In most typefaces
+/// that is also true of "O", but not in monospaced ones, where letters are far apart.
 constexpr double squareness = 1.18;
 
 /// The gap between a box and its label, in heights of a letter. It is also at least this many times
@@ -29,7 +29,7 @@ constexpr double gapJump = 1.5;
 /// There may be an icon before the box.
 constexpr int mostTried = 2;
 
-/// What pixels of a picture are ink. The inside of a box may be lighter than the ground.
+/// Which pixels of a picture are ink. The inside of a box may be lighter than the background.
 class Ink
 {
 public:
@@ -62,13 +62,13 @@ private:
     float m_least;
 };
 
-/// Columns with ink, between columns without.
+/// Columns with ink, between columns without any.
 struct Run {
     int left;
     int right;
 };
 
-/// The first run in these rows from a column on.
+/// The first run in these rows, from a column on.
 std::optional<Run> nextRun(const Ink &ink, const QRect &area, int from)
 {
     const auto isInked = [&](int x) { return ink.isIn({x, area.top(), 1, area.height()}); };
@@ -82,7 +82,7 @@ std::optional<Run> nextRun(const Ink &ink, const QRect &area, int from)
     return Run{from, to};
 }
 
-/// The run's ink, followed up and down beyond the area. Letters end within it, boxes do not.
+/// The run's ink, followed up and down beyond the area. Letters end inside the area, boxes do not.
 QRect boxOf(const Ink &ink, const QRect &area, const Run &run, int highest)
 {
     QRect box(QPoint(run.left, area.top()), QPoint(run.right, area.bottom()));
@@ -113,7 +113,7 @@ bool isEmptyFrame(const Ink &ink, const QRect &box)
            ink.isIn({middle.x(), box.bottom() - end + 1, 1, end});
 }
 
-/// Where the label of an empty check box begins; nothing when the run is no check box.
+/// Where the label of an empty check box begins; nothing when the run is not a check box.
 std::optional<int> labelBehind(const Run &run, const Ink &ink, const QRect &area, int letterHeight)
 {
     const auto highest = int(std::lround(highestBox * letterHeight));

@@ -4,7 +4,7 @@
 #include "recognition/ink/InkColours.h"
 #include "recognition/lines/TextLine.h"
 
-/// The area without the empty check box or radio button before the words: with these, the engine
-/// reads "Oserver" for "server".
+/// The area without an empty check box or radio button before the words: with it, the engine reads
+/// "Oserver" for "server".
 QRect withoutCheckBox(const QImage &picture, const QRect &area, const InkColours &colours,
                       const TextLine &line);

@@ -13,24 +13,24 @@ namespace
 /// The picture itself, its half and its quarter.
 constexpr int levels = 3;
 
-/// The lowest and highest letters that are looked for on one level, in its pixels. The small
+/// The lowest and highest letters that are searched for on one level, in its pixels. The small
 /// letters of 8 pixel text are 4 pixels high; higher ones are found on the next level.
 constexpr int lowestLetter = 4;
 constexpr int highestLetter = 40;
 
-/// The lowest letters that are looked for on the halved levels, in their pixels. Smaller ones are
+/// The lowest letters that are searched for on the halved levels, in their pixels. Smaller ones are
 /// found better one level below.
 constexpr int lowestOnHalved = 13;
 
-/// No more lines than this are looked at. A full page on a large screen has a few hundred.
+/// At most this many lines are considered. A full page on a large screen has a few hundred.
 constexpr std::ptrdiff_t maximumLines = 3000;
 
 /// A line is dropped when a larger one covers this share of it.
 constexpr double coveredShare = 0.5;
 
-/// When a small line lies in a larger one, it is text of its own if its letters have at most this
-/// share of the other's height, it has itself at most this share of the other's height, and it is
-/// at least this many heights of a letter wide.
+/// A small line within a larger one is text of its own if its letters have at most this share of
+/// the other's letter height, it is itself at most this share of the other's height, and it is at
+/// least this many letter heights wide.
 constexpr double smallerLetters = 0.6;
 constexpr double lowerLine = 0.75;
 constexpr double textWidth = 2.5;
@@ -38,8 +38,8 @@ constexpr double textWidth = 2.5;
 /// When such lines fill this share of the larger one, the larger one is a box around them.
 constexpr double filledShare = 0.15;
 
-/// The lines of one level. They are grown twice: first to learn which blobs are icons and sides of
-/// boxes, then without the icons, and ending at the sides of boxes.
+/// The lines of one level. They are grown twice: first to find out which blobs are icons and sides
+/// of boxes, then without the icons, and ending at the sides of boxes.
 std::vector<BlobLine> linesOf(const std::vector<QRect> &blobs)
 {
     std::vector<QRect> letters;
@@ -84,7 +84,7 @@ qint64 areaOf(const QRect &box)
     return qint64(box.width()) * box.height();
 }
 
-/// Whether the line may be text on a picture that was taken for the larger one.
+/// Whether the line may be text on a picture that was mistaken for the larger one.
 bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
 {
     return line.letterHeight <= smallerLetters * larger.letterHeight &&
@@ -92,8 +92,8 @@ bool mayBeWrittenOn(const TextLine &larger, const TextLine &line)
            line.box.width() >= textWidth * line.letterHeight;
 }
 
-/// Whether `larger` is a box with lines of small text in it, rather than one line of large text
-/// whose letters' parts were taken for lines.
+/// Whether `larger` is a box that contains lines of small text, rather than one line of large text
+/// whose letters' parts were mistaken for lines.
 bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
 {
     double area = 0;
@@ -104,8 +104,8 @@ bool isBoxAround(const TextLine &larger, const std::vector<TextLine> &lines)
     return area >= filledShare * double(areaOf(larger.box));
 }
 
-/// Drops the lines that lie in larger ones: parts of large letters, and what was found on two
-/// levels. A dropped line that may be text written on the larger one is kept as its `covered`.
+/// Drops the lines within larger ones: parts of large letters, and lines found on two levels. A
+/// dropped line that may be text written on the larger one is kept in its `covered`.
 std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
 {
     const std::vector<TextLine> all = lines;
@@ -128,7 +128,7 @@ std::vector<TextLine> withoutCovered(std::vector<TextLine> lines)
     return kept;
 }
 
-/// Takes away the blobs that stand in areas of the picture where nothing is looked for.
+/// Removes the blobs in areas of the picture that are not searched.
 void leaveOut(const QList<QRect> &areas, int factor, std::vector<QRect> &blobs)
 {
     for (const QRect &area : areas) {

@@ -14,6 +14,6 @@
 /// early, with the lines so far, when `cancelled` returns true. `picture` is the result of
 /// `opaquePicture`.
 ///
-/// @param leftOut what stands in these areas is not seen; a line that goes into one ends there
+/// @param leftOut areas that are not searched; a line that runs into one ends there
 std::vector<TextLine> findLines(const QImage &picture, const std::function<bool()> &cancelled,
                                 const QList<QRect> &leftOut = {});

@@ -50,7 +50,7 @@ double fit(const GrowingLine &line, const QRect &letter)
 class LineGrower
 {
 public:
-    /// Letters and walls are given from left to right.
+    /// Letters and walls must be added from left to right.
     void addLetter(const QRect &letter)
     {
         int index = bestLine(letter);
@@ -69,7 +69,7 @@ public:
         }
     }
 
-    /// Ends the lines to the left that the wall passes from top to bottom.
+    /// Ends the lines on the left that the wall passes from top to bottom.
     void addWall(const QRect &wall)
     {
         for (int band = bandOf(wall.top()); band <= bandOf(wall.bottom()); ++band) {
@@ -101,7 +101,7 @@ private:
         double bestFit = leastOverlap;
         for (int band = bandOf(letter.top()); band <= bandOf(letter.bottom()); ++band) {
             std::vector<int> &lines = m_bands[band];
-            // A line that ended too far to the left can't be continued any more.
+            // A line that ended too far to the left can't be continued.
             std::erase_if(lines, [&](int index) {
                 const GrowingLine &line = at(index);
                 return letter.left() - line.box.right() >

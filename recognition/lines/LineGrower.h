@@ -5,10 +5,10 @@
 
 #include <vector>
 
-/// Blobs that stand in one line, from left to right.
+/// The blobs of one line, from left to right.
 using BlobLine = std::vector<QRect>;
 
-/// Puts blobs that stand side by side, at about the same height and of about the same size, into
-/// lines. A gap wider than one between words ends a line, and so does a wall: the upright side of a
-/// box or of a column that passes the line's whole height.
+/// Joins blobs into lines: those side by side, at about the same height and of about the same size.
+/// A gap wider than a word gap ends a line, and so does a wall: the upright side of a box or of a
+/// column that passes the line's whole height.
 std::vector<BlobLine> growLines(const std::vector<QRect> &letters, const std::vector<QRect> &walls);

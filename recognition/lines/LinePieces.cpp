@@ -14,8 +14,8 @@ constexpr double longestPiece = 16;
 
 using Words = std::vector<QRect>;
 
-/// Where the piece that begins with `first` ends: at the widest gap that leaves it neither too
-/// short nor too long, or else at the first gap that leaves it long enough.
+/// Where the piece that begins with `first` ends: at the widest gap that makes it neither too short
+/// nor too long, or else at the first gap that makes it long enough.
 Words::const_iterator pieceEnd(Words::const_iterator first, Words::const_iterator last,
                                int letterHeight)
 {

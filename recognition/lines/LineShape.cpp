@@ -6,7 +6,7 @@
 namespace
 {
 
-/// How far letters reach above the base line and below it at most, in heights of a small letter.
+/// How far letters extend above and below the base line at most, in heights of a small letter.
 /// Taken from "j" and "Q" of common typefaces, with a little added.
 constexpr double highestReach = 1.6;
 constexpr double deepestReach = 0.55;
@@ -14,9 +14,9 @@ constexpr double deepestReach = 0.55;
 /// The widest side of a box, in pixels. Rounded corners make it wider than the line itself.
 constexpr double widestWall = 0.3;
 
-/// In heights of a letter: a smaller gap than the first is inside a word, a larger one than the
-/// second is between words. In between the line's own gaps decide, because the letters of a
-/// monospaced "ill" stand as far apart as the words of proportional text.
+/// In heights of a letter: a gap smaller than the first is inside a word, a gap larger than the
+/// second is between words. In between, the line's own gaps decide, because the letters of a
+/// monospaced "ill" are as far apart as the words of proportional text.
 constexpr double surelyOneWord = 0.25;
 constexpr double surelyTwoWords = 0.9;
 
@@ -26,9 +26,9 @@ constexpr double likelyTwoWords = 0.35;
 /// Gaps between words are at least this many times as wide as gaps between letters.
 constexpr double gapJump = 1.3;
 
-/// At least this share of a line's blobs, by their widths, stands on one base row, within this
-/// share of a letter's height. Icons and textures rarely do; of real lines, fewer than one in a
-/// hundred does not.
+/// At least this share of a line's blobs, by their widths, have one base row, within this share of
+/// a letter's height. Icons and textures rarely do; of real lines, fewer than one in a hundred does
+/// not.
 constexpr double leastEvenness = 0.42;
 constexpr double unevenness = 0.12;
 

@@ -19,7 +19,7 @@ void halve(const QRgb *upper, const QRgb *lower, QRgb *half, std::size_t width)
         half[x] = mean(mean(upper[2 * x], lower[2 * x]), mean(upper[2 * x + 1], lower[2 * x + 1]));
 }
 
-/// Takes the rows of one level and passes half as many, half as wide, to the next.
+/// Takes the rows of one level and passes half as many, half as wide, to the next level.
 class Level
 {
 public:
@@ -83,7 +83,7 @@ QImage opaqueView(const QImage &image)
         new QImage(image));
 }
 
-/// How many rows pass between two checks for cancellation: some milliseconds on the widest
+/// How many rows are processed between two checks for cancellation: some milliseconds on the widest
 /// pictures.
 constexpr int rowsBetweenQuestions = 128;
 
@@ -95,7 +95,7 @@ QImage opaquePicture(const QImage &image)
         return image;
     if (!image.hasAlphaChannel())
         return image.convertToFormat(QImage::Format_RGB32);
-    // A premultiplied pixel has the colour that is seen over black.
+    // A premultiplied pixel has the colour that it shows over black.
     if (image.format() == QImage::Format_ARGB32_Premultiplied ||
         (image.format() == QImage::Format_ARGB32 && isOpaque(image)))
         return opaqueView(image);

@@ -9,8 +9,8 @@
 #include <vector>
 
 /// The picture in a format whose pixels can be compared channel by channel: 32 bits, red, green and
-/// blue, opaque (what is transparent is black). Shares the pixels of `image` where it can, and
-/// keeps them alive.
+/// blue, opaque (transparent parts are black). Shares the pixels of `image` where it can, and keeps
+/// them alive.
 QImage opaquePicture(const QImage &image);
 
 /// The blobs of the picture, of its half, of its quarter and so on, each in the pixels of its

@@ -114,7 +114,7 @@ void StrokeBlobs::collectRuns()
     }
 }
 
-/// Assigns each run to a blob: the one of the runs it touches in the row above, or a new one.
+/// Assigns each run to a blob: one that it touches in the row above, or a new one.
 void StrokeBlobs::joinRuns()
 {
     auto first = m_above.cbegin();

@@ -18,8 +18,8 @@ public:
     /// noise of an ordinary JPEG file by 20.
     static constexpr int minimumEdgeStep = 24;
 
-    /// A picture with more blobs than this is not text, and the rows after that are skipped. A full
-    /// page of the smallest letters on the largest screens has a tenth of it.
+    /// A picture with more blobs than this is not text: the remaining rows are skipped. A full page
+    /// of the smallest letters on the largest screens has a tenth of it.
     static constexpr std::size_t maximumBlobs = 200'000;
 
     explicit StrokeBlobs(int width);
@@ -30,7 +30,7 @@ public:
     std::vector<QRect> boxes() const;
 
 private:
-    /// A run of edge pixels in one row, with the blob that it belongs to.
+    /// A run of edge pixels in one row, and the blob that it belongs to.
     struct Run {
         int left;
         int right;

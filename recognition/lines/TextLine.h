@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
-/// One line of text, or the part of it that stands in one column, as it lies in the picture.
-/// All in the picture's pixels.
+/// One line of text, or the part of it in one column. All positions and sizes are in the picture's
+/// pixels.
 struct TextLine {
     /// From the highest ascender to the lowest descender, from the first letter to the last.
     QRect box;
@@ -20,15 +20,15 @@ struct TextLine {
     std::vector<QRect> words;
     /// The runs of letters between gaps that might be word gaps. A word consists of one or more.
     std::vector<QRect> parts;
-    /// The share of the letters, by their widths, that stand on one base line: near 1 when there
-    /// are no descenders.
+    /// The share of the letters, by their widths, on one base line: near 1 when there are no
+    /// descenders.
     double evenness = 0;
-    /// Smaller lines that lie in this one. When no word can be read in this line it is a picture,
-    /// or a row of pictures, and these lines may be text on it or close to it.
+    /// Smaller lines within this one. When no word can be read in this line, it is a picture or a
+    /// row of pictures, and these lines may be text on it or close to it.
     std::vector<TextLine> covered;
 };
 
-/// Whether both stand at the same height, so that the left one is read first.
+/// Whether both are at the same height, so that the left one is read first.
 inline bool areSideBySide(const TextLine &first, const TextLine &second)
 {
     return std::abs(first.box.center().y() - second.box.center().y()) <

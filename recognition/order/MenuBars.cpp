@@ -10,7 +10,7 @@ namespace
 {
 
 /// A bar has at least this many items of one word each. In heights of a letter, the gaps between
-/// them lie between these limits and no item is wider than this. The widest gap is at most this
+/// items are between these limits and no item is wider than this. The widest gap is at most this
 /// many times the narrowest.
 constexpr int fewestItems = 4;
 constexpr double narrowestGap = 0.75;
@@ -18,11 +18,11 @@ constexpr double widestGap = 3;
 constexpr double widestItem = 9;
 constexpr double greatestGapRatio = 1.6;
 
-/// Monospaced text has such gaps too. When it is large its letters stand apart as well: its words
-/// have at least this many parts on average.
+/// Monospaced text has such gaps too. When it is large, its letters are far apart as well: its
+/// words have at least this many parts on average.
 constexpr double partsOfSpacedWord = 1.5;
 
-/// When it is small it seldom stands alone. Lines above and below are closer than this, in heights
+/// When it is small, it seldom stands alone. Lines above and below are closer than this, in heights
 /// of the row; the second figure, which allows for an empty line, is for lines that begin in the
 /// same column.
 constexpr double closeLine = 0.7;
@@ -67,7 +67,7 @@ struct Items {
     int widest = 0;                                  ///< of the gaps
 };
 
-/// The items with one more on the right; nothing when that is not of the same bar.
+/// The items with one more on the right; nothing when it does not belong to the same bar.
 std::optional<Items> extended(Items items, const QRect &word, int letterHeight)
 {
     if (word.width() > widestItem * letterHeight)
@@ -86,7 +86,7 @@ std::optional<Items> extended(Items items, const QRect &word, int letterHeight)
     return items;
 }
 
-/// The row's words in the longest possible groups.
+/// The row's words, in groups that are as long as possible.
 std::vector<Items> itemsIn(const Row &row)
 {
     std::vector<Items> groups(1);

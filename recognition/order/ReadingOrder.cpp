@@ -69,7 +69,7 @@ bool isHeading(const TextLine &line, int commonHeight)
            width >= narrowestParts * double(line.parts.size());
 }
 
-/// Lines that follow one another closely, in one column.
+/// Lines that follow one another closely in one column.
 std::vector<Block> blocksOf(std::vector<TextLine> lines)
 {
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &first, const TextLine &second) {
@@ -88,7 +88,7 @@ std::vector<Block> blocksOf(std::vector<TextLine> lines)
     return blocks;
 }
 
-/// The blocks row by row: each row starts with the highest block that is left, and takes those
+/// The blocks row by row: each row starts with the highest remaining block and takes the blocks
 /// that begin beside it, from left to right.
 std::vector<Block> inRows(std::vector<Block> blocks)
 {
@@ -107,8 +107,8 @@ std::vector<Block> inRows(std::vector<Block> blocks)
     return ordered;
 }
 
-/// A line belongs to a menu bar when at least this share of it lies there: an icon may stand before
-/// the bar.
+/// A line belongs to a menu bar when at least this share of it is in the bar: there may be an icon
+/// before the bar.
 constexpr double leastShare = 0.8;
 
 bool isOf(const QRect &menuBar, const TextLine &line)

@@ -69,7 +69,7 @@ typedef int OSStatus, SInt32;
 typedef UInt32 OSType, FourCharCode, CFStringEncoding;
 typedef CFStringRef CFRunLoopMode;
 
-// What functions of C take and return, where the metadata says no more than "a pointer".
+// What C functions take and return when the metadata says no more than "a pointer".
 struct AnyRef {
     const void *p;
     AnyRef(const void *q) : p(q) {}

@@ -13,7 +13,7 @@ import re
 import subprocess
 import sys
 
-# Version letters of the frameworks' install names.
+# The version letters in the frameworks' install names.
 FRAMEWORKS = {"Foundation": "C", "AppKit": "C", "Vision": "A", "ServiceManagement": "A",
               "CoreGraphics": "A", "CoreFoundation": "A"}
 LIBRARIES = "/usr/lib/x86_64-linux-gnu"

@@ -143,7 +143,7 @@ class Metadata:
         at, found = self.class_table, {}
         while at < self.struct_table:
             key, value = at - self.class_table, self.u32(at)
-            # After the name comes the one at run time, which is the same in Objective-C.
+            # The name is followed by the run-time name, which is the same in Objective-C.
             protocols, at = self.offsets(at + 8, value & MORE)
             parent = self.u32(at)
             at += 4

@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: MIT
 """What of the SDK is made, and the names that the metadata takes for granted."""
 
-# With classes, each after those that it needs; and those of C alone.
+# Those with classes, each after those that it needs; and those with C functions only.
 FRAMEWORKS = """Foundation CoreData QuartzCore CoreImage UniformTypeIdentifiers AppKit CoreML
     Vision ServiceManagement""".split()
 C_FRAMEWORKS = ("CoreFoundation CoreGraphics CoreServices ApplicationServices ImageIO CoreVideo "
                 "CoreText IOKit Carbon").split()
-# Whose functions are declared with the frameworks of classes.
+# The frameworks with classes whose C functions are declared too.
 FRAMEWORKS_WITH_FUNCTIONS = """Foundation AppKit Vision ServiceManagement
     UniformTypeIdentifiers""".split()
 FRAMEWORKS_WITH_ENUMS = set(FRAMEWORKS) | set(
@@ -28,7 +28,7 @@ STRUCT_TYPES = {
     "NSRange": "_NSRange", "CGPoint": "CGPoint", "CGSize": "CGSize", "CGRect": "CGRect",
     "NSPoint": "CGPoint", "NSSize": "CGSize", "NSRect": "CGRect", "NSEdgeInsets": "NSEdgeInsets",
 }
-# What the header of libobjc declares of NSObject.
+# What libobjc's header declares in NSObject.
 KNOWN_OF_NSOBJECT = set("""-isEqual: -hash -superclass -class -self -performSelector:
     -performSelector:withObject: -performSelector:withObject:withObject: -isProxy -isKindOfClass:
     -isMemberOfClass: -conformsToProtocol: -respondsToSelector: -retain -release -autorelease

@@ -63,7 +63,7 @@ class SdkTexts:
         for other in adopted:
             self.declare_protocol(other)
         body = "\n".join(self.members.written(name, found["members"], is_protocol=True))
-        # In the order in which they are complete.
+        # In the order in which they are completed.
         del self.protocol_texts[name]
         adopts = f" <{', '.join(adopted)}>" if adopted else ""
         self.protocol_texts[name] = f"@protocol {name}{adopts}\n{body}\n@end\n"

@@ -15,7 +15,7 @@ import sys
 import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
-# One call of each service, and how it is misspelt.
+# One call of each service, and a misspelling of it.
 OWN_MISTAKES = {
     "FileBrowser": ("activateFileViewerSelectingURLs", "activateFileViewerSelectingURL"),
     "LoginItem": ("registerAndReturnError", "registerAndReturnErrors"),

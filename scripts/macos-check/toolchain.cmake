@@ -21,7 +21,7 @@ set(CMAKE_INSTALL_NAME_TOOL ${llvm}/bin/llvm-install-name-tool)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACOS_CHECK)
 
-# The libc++ of the package zig is configured by its compiler, with these.
+# The libc++ in the package zig is normally configured by zig's own compiler, with these.
 set(zig ${MACOS_CHECK}/zig/lib)
 string(JOIN " " flags
     -nostdinc -nostdinc++
@@ -37,8 +37,8 @@ set(CMAKE_CXX_FLAGS_INIT "${flags}")
 set(CMAKE_OBJCXX_FLAGS_INIT "${flags} -Werror=protocol")
 
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR}/cmake)
-# Debian's own Qt, of which only the headers are used.
+# Debian's own Qt; only its headers are used.
 set(CMAKE_PREFIX_PATH /usr)
 set(CMAKE_LIBRARY_ARCHITECTURE x86_64-linux-gnu)
-# The folders of this machine's own headers, which packages name needlessly.
+# The folders of this machine's own headers, which packages list needlessly.
 set(ENV{PKG_CONFIG_SYSTEM_INCLUDE_PATH} /usr/include:/usr/include/x86_64-linux-gnu)

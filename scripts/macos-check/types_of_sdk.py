@@ -17,7 +17,7 @@ PLAIN = {
 UNKNOWN = "struct __unknown"
 ENUM_HINT = re.compile(r"interop\.Enum<typeof (\w+)>")
 
-# References that the metadata calls plain objects; a name with one of these in it tells which.
+# References that the metadata calls plain objects; a name that contains one of these tells which.
 REFERENCES = ("CGImage CGColorSpace CGColor CGEvent CGContext CGPath CGLayer CVPixelBuffer "
               "CMSampleBuffer CGPDFDocument CGDataProvider").split()
 OBJECTS = ("classobj", "NSString", "id", "NSMutableString")

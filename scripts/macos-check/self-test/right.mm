@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls as the system has them: the check must find nothing wrong here.
+// Calls that the system really has: the check must find nothing wrong here.
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
 #import <ServiceManagement/ServiceManagement.h>
