@@ -17,7 +17,7 @@
 #include <atomic>
 #include <mutex>
 
-/// An application in front that the test chooses.
+/// An application in front, chosen by the test.
 class SteeredFrontmostApplication : public FrontmostApplication
 {
 public:
@@ -27,7 +27,7 @@ public:
         Application{QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
 };
 
-/// Reads one text out of every picture, as soon as the test lets it.
+/// Reads one text out of every picture, once the test allows it.
 class SteeredTextRecognizer : public TextRecognizer
 {
 public:
@@ -67,7 +67,7 @@ private:
     QList<Page> m_pages;
 };
 
-/// Notes what is put on the clipboard.
+/// Records what is put on the clipboard.
 class RecordingPasteboard : public Pasteboard
 {
 public:
@@ -88,7 +88,7 @@ public:
     PasteboardContents written;
 };
 
-/// The coordinator on the real platform, but for what the test steers.
+/// The coordinator on the real platform, except for what the test controls.
 class AppRig
 {
 public:
@@ -109,7 +109,7 @@ public:
         app->applicationDidFinishLaunching();
     }
 
-    /// Takes a picture into the watched folder, as a tool does.
+    /// Saves a picture into the watched folder, as a tool does.
     QUrl take(const QString &name, QSize size = {320, 200}) const
     {
         const QString path = folder() + QLatin1Char('/') + name;
@@ -131,7 +131,7 @@ public:
         return rows;
     }
 
-    /// Whether the row has something to take back.
+    /// Whether the row has something to undo.
     static bool canUndo(const ScreenshotRowView &row)
     {
         const auto buttons = row.findChildren<QPushButton *>();

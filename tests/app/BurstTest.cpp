@@ -27,15 +27,15 @@ constexpr Duration longestTurn =
     16ms;
 #endif
 
-/// The processor time of the event loop's turns in this thread; other threads and programs that
-/// hold it up do not count.
+/// The processor time of the event loop's turns in this thread; delays by other threads and
+/// programs do not count.
 class Turns : public QObject
 {
 public:
     Turns()
     {
         const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
-        // Where a turn ends, the dispatchers say the one or the other.
+        // At the end of a turn, dispatchers emit one or the other.
         connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &Turns::end);
         connect(loop, &QAbstractEventDispatcher::awake, this, &Turns::end);
     }
@@ -71,7 +71,7 @@ private:
     int m_count = 0;
 };
 
-/// A full screen of text; what its heading says is the picture's own.
+/// A full screen of text with a heading of its own.
 QImage page(const QString &heading)
 {
     DrawnPage page(QSize(1920, 1080));
@@ -92,7 +92,7 @@ QStringList namesInTray()
     return names;
 }
 
-/// Whether the log tells that our own folder is watched; other tests write to it, too.
+/// Whether the log says that our own folder is watched; other tests write to it, too.
 bool isWatching(const LogTail &log)
 {
     const QStringList messages = log.messagesWith(QStringLiteral("watch"));
@@ -127,7 +127,7 @@ private Q_SLOTS:
         app.applicationDidFinishLaunching();
         QTRY_VERIFY(isWatching(log));
         QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
-        // The first row makes fonts, symbols and a window that all others use.
+        // The first row creates fonts, symbols and a window that all others use.
         QVERIFY(page(QStringLiteral("Minutes about palace"))
                     .save(AppRig::folder() + QStringLiteral("/first.png")));
         QTRY_VERIFY(namesInTray().join(QLatin1Char(' ')).contains(QStringLiteral("palace")));
@@ -138,7 +138,7 @@ private Q_SLOTS:
             QVERIFY(QFile::rename(elsewhere.filePath(name),
                                   AppRig::folder() + QLatin1Char('/') + name));
         }
-        // The tray keeps three; each of them has the name of one of the ten in the end.
+        // The tray keeps three rows; each of them ends up with the name of one of the ten.
         const auto areNamed = [&] {
             const QStringList names = namesInTray();
             return names.size() == 3 &&

@@ -18,7 +18,7 @@ namespace
 
 constexpr qsizetype mostCalls = 8;
 
-/// Another program's disk calls are not ours.
+/// Takes it on another thread, because another program's disk calls must not count as ours.
 void takeAside(const AppRig &rig, const QString &name)
 {
     const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));
@@ -53,7 +53,7 @@ private Q_SLOTS:
         AppRig rig;
         rig.launch();
         QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
-        // The first row makes fonts, symbols and a window that all others use.
+        // The first row creates fonts, symbols and a window that all others use.
         takeAside(rig, u"First.png"_s);
         QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
         SlowDisk::startCounting();

@@ -21,8 +21,8 @@ namespace
 /// A picture appears late when the main thread waits for longer than about a frame.
 constexpr auto longestBlock = 16ms;
 
-/// The longest time for which the main thread has slept at a stretch: neither run, nor waited for
-/// one of the machine's cores, nor looked for events.
+/// The longest time that the main thread has slept at a stretch: neither running, nor waiting for a
+/// core of the machine, nor looking for events.
 class Blocking
 {
 public:
@@ -52,7 +52,7 @@ private:
         return std::chrono::steady_clock::now().time_since_epoch();
     }
 
-    /// The time for which the thread has run or waited for a core.
+    /// The time that the thread has run or waited for a core.
     static std::chrono::nanoseconds awake()
     {
         QFile statistics(u"/proc/thread-self/schedstat"_s);
@@ -97,7 +97,7 @@ bool setXfceFolder(const QString &path)
 
 } // namespace
 
-/// The coordinator under the desktops that it is made for.
+/// The coordinator on the desktops that it supports.
 class ScreenshotFolderOfDesktopTest : public QObject
 {
     Q_OBJECT
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, desktop);
         QVERIFY(putSlowToolsFirst());
         qputenv("XDG_CURRENT_DESKTOP", desktop);
-        // Where the tool saves is not asked when a location is stored.
+        // Where the tool saves is not queried when a location is stored.
         QVERIFY(QFile::remove(qEnvironmentVariable("XDG_CONFIG_HOME") +
                               u"/velmora/com.apple.screencapture.conf"_s));
         AppRig rig;
@@ -147,7 +147,8 @@ private Q_SLOTS:
 
         Blocking blocking;
         auto shortest = 10s - 0ns;
-        // The X server of a busy machine may be late; who waits for a program is late each time.
+        // The X server of a busy machine may be late; code that waits for a program is late each
+        // time.
         for (int shot = 0; shot < 15 && shortest >= longestBlock; ++shot) {
             const QString name = u"shot %1.png"_s.arg(shot);
             QVERIFY(make(m_outside->filePath(name)));
@@ -181,7 +182,7 @@ private Q_SLOTS:
         QVERIFY(make(one + u"/first.png"_s));
         QVERIFY(isDetected(one + u"/first.png"_s));
 
-        // As the tool does: the picture, and then its settings.
+        // As the tool does: the picture first, then its settings.
         QVERIFY(make(two + u"/a.png"_s));
         QVERIFY(setXfceFolder(two));
         QVERIFY(isDetected(two + u"/a.png"_s));
@@ -209,7 +210,7 @@ private:
         return picture.save(path);
     }
 
-    /// Whoever waits for one of them waits for long, and each tells that it was started.
+    /// Waiting for one of them takes long, and each records that it was started.
     bool putSlowToolsFirst() const
     {
         const QString started = m_outside->filePath(u"started"_s);

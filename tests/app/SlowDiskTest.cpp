@@ -23,7 +23,8 @@ namespace
 constexpr auto longestTurn = 100ms;
 constexpr int patience = 15'000;
 
-/// By how much the disk holds up the event loop of this thread in one turn. Depends on no clock.
+/// The longest delay that the disk causes this thread's event loop in one turn. Depends on no
+/// clock.
 class Turns : public QObject
 {
 public:
@@ -55,7 +56,7 @@ private:
     }
 };
 
-/// Another program's disk calls are not ours.
+/// Takes it on another thread, because another program's disk calls must not count as ours.
 void takeAside(const AppRig &rig, const QString &name)
 {
     const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));

@@ -173,7 +173,7 @@ private Q_SLOTS:
         QTest::keyClick(AppRig::rows().constFirst()->findChild<QLineEdit *>(), Qt::Key_Escape);
         QTRY_VERIFY(AppRig::rows().isEmpty());
         rig.recognizer->letRead();
-        // The next one's name shows that the closed one's text has been dealt with.
+        // The next one's name shows that the closed one's text has been handled.
         rig.take(QStringLiteral("Another.png"));
         QTRY_VERIFY(AppRig::filesInFolder().contains(
             QStringLiteral("safari-harvest-festival-invitation.png")));
@@ -206,7 +206,7 @@ private Q_SLOTS:
         QVERIFY(FileUrls::exists(place));
     }
 
-    /// As a tool does that writes beside the file and then puts that in its place.
+    /// As a tool does that writes a temporary file and then replaces the file with it.
     void aFileThatIsReplacedWhileItIsWrittenIsNamedAllTheSame()
     {
         AppRig rig;

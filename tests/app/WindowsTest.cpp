@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Keeps the menu for the test to look at.
+/// Keeps the menu so that the test can examine it.
 class RecordingStatusItem : public StatusItem
 {
 public:
@@ -73,7 +73,7 @@ public:
 
 } // namespace
 
-/// The program's windows and what opens and steers them, on the real coordinator.
+/// The program's windows and the ways to open and control them, on the real coordinator.
 class WindowsTest : public QObject
 {
     Q_OBJECT

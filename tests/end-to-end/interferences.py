@@ -81,7 +81,7 @@ class Interferences(case.EndToEnd):
         paths = [path for path in files_in(desktop.FOLDER) if not path.name.startswith(".")]
         return self.random.choice(paths) if paths else None
 
-    # What can happen. Each answers whether it found what it needs.
+    # What can happen. Each returns whether it found what it needs.
 
     def take_screenshot(self):
         name = f"shot-{self.number:04}.png"

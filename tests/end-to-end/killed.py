@@ -22,7 +22,7 @@ LONGEST_PAUSE_SECONDS = 0.08
 TITLES = ["Alpine Bakery", "Coastal Castle", "Desert Harbour", "Forest Library"]
 TRASH = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Trash"
 MAXIMUM_RECENT = 10
-# The page in front, or nobody that the program has seen yet.
+# The page in front, or no application that the program has seen yet.
 APPLICATION = "(gazette-|screenshot-)?"
 TEXT = "(" + "|".join(title.lower().replace(" ", "-") for title in [case.TITLE, *TITLES]) + ")"
 
@@ -192,7 +192,7 @@ class Killed(case.EndToEnd):
 
     def check_that_it_works(self):
         """A new screenshot gets its name, its row trashes it and an undo brings it back."""
-        # What comes while the program lists the folder for the first time is old to it.
+        # A file that arrives while the program first lists the folder counts as old.
         self.velmora.start().close_welcome_window()
         before = set(names_in(desktop.FOLDER))
         content = self.take_screenshot()

@@ -19,7 +19,7 @@ ENTRIES = [
     "Reveal Screenshot Folder",
     "Quit Velmora",
 ]
-# Where the entries stand in the menu, as a part of its height; a separator is the last but one.
+# The positions of the entries, as shares of the menu's height; the last but one is a separator.
 PLACES = dict(zip(ENTRIES, (0.09, 0.25, 0.41, 0.58, 0.74, 0.92)))
 
 

@@ -17,9 +17,9 @@ CONFIG = pathlib.Path(os.environ["XDG_CONFIG_HOME"])
 DOMAIN = CONFIG / "velmora" / "com.apple.screencapture.conf"
 ENTRY = CONFIG / "autostart" / "app.velmora.Velmora.desktop"
 USER_FOLDERS = CONFIG / "user-dirs.dirs"
-# Far more than a start takes on a busy machine; what hangs never gets there.
+# Far longer than a start takes on a busy machine; a program that hangs never gets there.
 LONGEST_START_SECONDS = 10
-# Without the shared part of libraries; a file of 87 MB read whole took 3 GB.
+# Without the shared part of libraries; reading a file of 87 MB whole took 3 GB.
 MOST_PRIVATE_BYTES = 150_000_000
 
 

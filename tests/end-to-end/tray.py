@@ -73,7 +73,7 @@ class FifteenSeconds(case.EndToEnd):
         desktop.let_pass(4)
         self.drop("Bravo Harbour")
         self.wait_for_rows(2)
-        # While the first one goes, its elements may be told of at the second one's place.
+        # While the first row leaves, its elements may be reported at the second row's position.
         remaining = ["gazette-bravo-harbour-harvest-better.png"]
         desktop.wait_until(
             lambda: [row.filename for row in self.velmora.rows()] == remaining, "one row is left", 15

@@ -6,7 +6,7 @@ import desktop
 WELCOME = "Velmora"
 RECENT = "Recent Screenshots"
 
-# The tray bears the program's name too, and is lower than any other window.
+# The tray has the program's name too, and is lower than any other window.
 LOWEST_WINDOW = max(desktop.TRAY_HEIGHTS.values()) + 1
 
 

@@ -124,7 +124,7 @@ class Writers(case.EndToEnd):
         descriptor = os.open(desktop.FOLDER, os.O_TMPFILE | os.O_WRONLY, 0o644)
         try:
             os.write(descriptor, self.picture_bytes())
-            # With a folder's descriptor the link behind the name in /proc is followed.
+            # With a folder's descriptor, the link behind the name in /proc is followed.
             os.link(f"/proc/self/fd/{descriptor}", path.name, src_dir_fd=folder, dst_dir_fd=folder)
         finally:
             os.close(descriptor)

@@ -11,8 +11,8 @@
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
-/// Runs something as on a file system that lacks some of what better ones have: the kernel refuses
-/// the calls of the thread in which it runs, with the errors that such file systems give.
+/// Runs code as on a file system that lacks some features: the kernel refuses the calls of the
+/// thread that runs it, with the errors that such file systems give.
 class PoorFileSystem
 {
 public:
@@ -20,7 +20,7 @@ public:
     bool hasHardLinks = true;
     bool hasNamelessFiles = true;
 
-    /// False when the kernel offers no such refusals; then nothing was run.
+    /// False when the kernel can't refuse calls; then nothing was run.
     bool run(const std::function<void()> &something) const
     {
         bool isPoor = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// libFuzzer's target for the road of a picture: decode it, find its lines, read them.
+// libFuzzer's target for what happens to a picture: decode it, find its lines, read them.
 //
 // Built with clang by scripts/fuzz, which keeps its corpus and its findings in the build folder.
 
@@ -20,7 +20,7 @@
 namespace
 {
 
-/// Reading is slow under the sanitizers: so many pieces of a picture are enough.
+/// Reading is slow under the sanitizers: this many pieces of a picture are enough.
 constexpr int piecesRead = 2;
 
 QImage decoded(const std::uint8_t *data, std::size_t size)

@@ -20,7 +20,7 @@ using namespace TestPictures;
 namespace
 {
 
-/// What is none of a picture's memory: code that is loaded, small things of the libraries.
+/// Memory that is not a picture's: loaded code, small data of the libraries.
 constexpr qint64 slack = 30'000'000;
 
 } // namespace
@@ -166,7 +166,7 @@ private Q_SLOTS:
 
     void aSmallFileDoesNotCostMuchMemoryWhateverItSays()
     {
-        // Half a gigabyte as it is stored.
+        // Half a gigabyte in stored form.
         const QSize size(65'000, 984);
         const QByteArray row(1 + 8 * size.width(), '\0');
         const QByteArray file =

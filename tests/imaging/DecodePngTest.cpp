@@ -100,7 +100,7 @@ QImage decoded(const QByteArray &bytes, const PictureLimits &limits = wholePictu
     return decodePng(file, sink) ? sink.takePicture().overview : QImage();
 }
 
-/// How far the channels of two pictures differ at most; 256 for different sizes.
+/// The largest difference between the channels of two pictures; 256 when the sizes differ.
 int difference(const QImage &one, const QImage &other)
 {
     if (one.isNull() || one.size() != other.size())
@@ -117,7 +117,7 @@ int difference(const QImage &one, const QImage &other)
     return most;
 }
 
-/// The pixels as another reader has them, over black where they are transparent.
+/// The pixels as another reader decodes them, over black where they are transparent.
 QImage byQt(const QByteArray &bytes)
 {
     QImage image = QImage::fromData(bytes, "png");
@@ -149,7 +149,7 @@ private Q_SLOTS:
         QFETCH(QSize, size);
         for (quint32 seed = 1; seed <= 10; ++seed) {
             const QByteArray file = randomFile(size, kinds.at(kind), seed);
-            // 16 bits are rounded to 8 in two ways.
+            // There are two ways to round 16 bits to 8.
             const int allowed = kinds.at(kind).ending.at(0) == 16 ? 1 : 0;
             QImage read = decoded(file);
             read.reinterpretAsFormat(QImage::Format_ARGB32);
@@ -206,7 +206,7 @@ private Q_SLOTS:
         QVERIFY(!decoded(file).isNull());
         for (qsizetype length = 0; length < file.size(); ++length)
             QVERIFY2(decoded(file.first(length)).isNull(), qPrintable(QString::number(length)));
-        // Every byte is of the signature or of a checksum, or is under one.
+        // Every byte belongs to the signature or to a checksum, or is covered by one.
         for (qsizetype at = 0; at < file.size(); ++at) {
             QByteArray damaged = file;
             damaged[at] = char(damaged[at] ^ 0x10);

@@ -3,11 +3,11 @@
 
 #include <QtGlobal>
 
-/// The most memory that this process has held since the counting began.
+/// The most memory that this process has held since counting began.
 namespace PeakMemory
 {
 
-/// Begins anew, and returns what is held now. In bytes.
+/// Restarts counting, and returns what is held now. In bytes.
 qint64 startCounting();
 
 /// In bytes.

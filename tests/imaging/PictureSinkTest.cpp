@@ -16,7 +16,7 @@ class PictureSinkTest : public QObject
 
     std::shared_ptr<PictureBudget> m_budget;
 
-    /// A picture of the colour of each row.
+    /// A picture whose rows have these colours.
     DecodedPicture filled(QSize size, const PictureLimits &limits, PictureSink::Alpha alpha,
                           QRgb (*colour)(int y)) const
     {

@@ -71,7 +71,7 @@ class ScreenshotImagesTest : public QObject
         return QTest::qWaitFor([&] { return m_writers->asked >= before + times; }, patience);
     }
 
-    /// The number of open descriptors, when all threads run that ever will.
+    /// The number of open descriptors, once all threads are running.
     qsizetype descriptorsAtWork() const
     {
         return write(path(QStringLiteral("first.png")), m_png) &&
@@ -301,7 +301,7 @@ private Q_SLOTS:
         QVERIFY(writer.open(QFile::ReadWrite));
         const auto image = m_images->image(held);
         QVERIFY(lookedAgain(3));
-        // An editor's way to write: beside it, then in its place.
+        // The way an editor writes: a new file beside it, then in its place.
         QCOMPARE(std::rename(QFile::encodeName(path(QStringLiteral("new"))).constData(),
                              QFile::encodeName(path(QStringLiteral("a.png"))).constData()),
                  0);
@@ -315,7 +315,7 @@ private Q_SLOTS:
 
     void largePicturesWaitUntilOthersAreLetGo()
     {
-        // Each takes 80 MB: two have room.
+        // Each takes 80 MB: there is room for two.
         QImage large(5000, 4000, QImage::Format_Grayscale8);
         large.fill(Qt::gray);
         const QByteArray png = encoded(large, QStringLiteral("png"));

@@ -141,7 +141,7 @@ QByteArray pngHeader(quint32 width, quint32 height, const QByteArray &kind)
 
 QByteArray pngData(const QByteArray &rows)
 {
-    // The first four bytes of qCompress() are its own.
+    // The first four bytes of qCompress() are Qt's own.
     return pngChunk("IDAT", qCompress(rows).mid(4));
 }
 

@@ -145,7 +145,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QStringLiteral(INSTANCE_PROCESS), program));
         QVERIFY(!valuesOf(m_entry, QStringLiteral("DBusActivatable")).isEmpty());
 
-        // A session of its own, which knows what is installed below the prefix.
+        // A session of its own that knows what is installed under the prefix.
         qputenv("XDG_DATA_DIRS", shared(QString()).toUtf8());
         const Outcome outcome =
             run(QStringLiteral("dbus-run-session"),

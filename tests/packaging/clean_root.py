@@ -11,7 +11,7 @@ import subprocess
 
 DATABASE = pathlib.Path("/var/lib/dpkg")
 MERGED = ("bin", "sbin", "lib", "lib32", "lib64", "libx32")
-# Nothing reads these in a test.
+# No test reads these.
 LEFT_OUT = re.compile(r"/usr/share/(doc|man|info|locale|lintian)/.")
 
 

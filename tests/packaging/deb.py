@@ -78,7 +78,7 @@ class Deb(unittest.TestCase):
         for size in SIZES:
             content = (self.share / f"icons/hicolor/{size}x{size}/apps/{ID}.png").read_bytes()
             self.assertEqual(struct.unpack_from(">II", content, 16), (size, size))
-            # A picture of one colour takes next to nothing.
+            # A picture of a single colour takes almost no space.
             self.assertGreater(len(content), 12 * size)
 
     def test_the_program_is_stripped(self):

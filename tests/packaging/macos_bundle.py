@@ -64,7 +64,7 @@ class MacosBundle(unittest.TestCase):
         for kind, size in SIZES.items():
             self.assertEqual(found[kind][:8], b"\x89PNG\r\n\x1a\n")
             self.assertEqual(struct.unpack_from(">II", found[kind], 16), (size, size))
-        # A picture of one colour takes next to nothing.
+        # A picture of a single colour takes almost no space.
         self.assertGreater(len(found[b"ic10"]), 4000)
 
 

@@ -27,7 +27,7 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-/// A service that notes what it is asked, and answers, refuses or keeps silent.
+/// A service that records calls, and answers, refuses or stays silent.
 class FakeFileManager : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -60,7 +60,7 @@ private:
     }
 };
 
-/// The portal's part that opens folders; notes the file behind the descriptor.
+/// The portal's interface for opening folders; records the file behind the descriptor.
 class FakePortal : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -97,7 +97,7 @@ class FileBrowserTest : public QObject
         return QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("services"));
     }
 
-    /// Makes it the program that opens folders for the user.
+    /// Makes it the user's program for opening folders.
     static void choose(const QString &entry, const QString &list = s("mimeapps.list"))
     {
         write(qEnvironmentVariable("XDG_CONFIG_HOME") + u'/' + list,
@@ -126,7 +126,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_commands = std::make_unique<Commands>();
-        // What is installed on the test's machine does not count.
+        // Keeps what is installed on the machine out of the test.
         m_dataFolders = qgetenv("XDG_DATA_DIRS");
         qputenv("XDG_DATA_DIRS", QFile::encodeName(m_systemFolder.path()));
     }
@@ -143,7 +143,7 @@ private Q_SLOTS:
         QDBusConnection bus = serviceBus();
         QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), m_manager.get(),
                                    QDBusConnection::ExportAllSlots));
-        // A real one of another test may still be ending.
+        // A real one from another test may still be ending.
         QTRY_VERIFY(bus.registerService(s("org.freedesktop.FileManager1")));
         m_browser = makeFileBrowser();
     }
@@ -342,7 +342,7 @@ private Q_SLOTS:
             QSKIP("Caja is not installed");
         serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
         choose(s("caja-folder-handler.desktop"));
-        // It runs already; the user is somewhere else.
+        // It is already running; the user is in another application.
         QProcess caja;
         caja.setStandardErrorFile(QProcess::nullDevice());
         caja.start(s("caja"), {s("--no-desktop"), m_systemFolder.path()});

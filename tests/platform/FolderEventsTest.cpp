@@ -43,14 +43,14 @@ QStringList openDescriptors()
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files);
 }
 
-/// Lets the process open so many files more and no others.
+/// Lets the process open this many more files and no others.
 class DescriptorLimit
 {
 public:
     explicit DescriptorLimit(int more)
     {
         ::getrlimit(RLIMIT_NOFILE, &m_before);
-        // The lowest free numbers are given out first.
+        // The lowest free numbers are used first.
         int free = ::dup(0);
         rlimit limit = m_before;
         limit.rlim_cur = static_cast<rlim_t>(free + more);
@@ -94,7 +94,7 @@ private Q_SLOTS:
         const auto isTold = [this](const char *name) {
             const bool told =
                 QTest::qWaitFor([this, name] { return m_names.contains(QLatin1String(name)); });
-            // What else comes of the same act is heard before the next.
+            // Anything else that the same action causes arrives before the next one.
             QCoreApplication::processEvents();
             m_names.clear();
             return told;
@@ -178,7 +178,7 @@ private Q_SLOTS:
         const int queued = limit.readAll().trimmed().toInt();
         QVERIFY(queued > 0);
         QCOMPARE(m_events->arm(m_folder), Coverage::All);
-        // Each of the two names alone would be one event after the other, merged into one.
+        // With only one of the two names, consecutive events would be merged into one.
         const QByteArray one = raw(path("one"));
         const QByteArray two = raw(path("two"));
         for (int i = 0; i <= queued / 2; ++i) {
@@ -221,7 +221,7 @@ private Q_SLOTS:
         QCOMPARE(m_events->arm(m_folder), Coverage::All);
         QVERIFY(write(path("large")));
         QTRY_VERIFY(m_names.contains(QStringLiteral("large")));
-        // The pause after that has just begun.
+        // The pause after that has only just begun.
         QVERIFY(write(path("large")));
         QVERIFY(write(path("new")));
         QCoreApplication::processEvents();

@@ -31,13 +31,14 @@ bool writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-/// Desktops whose tool keeps its folder in GNOME's kind of settings.
+/// Desktops whose tool keeps its folder in GSettings.
 class GnomeSettingsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// A process looks for schemas once. The settings themselves are kept by dconf, as on desktops.
+    /// A process looks for schemas only once. The settings themselves are kept by dconf, as on
+    /// desktops.
     void initTestCase()
     {
         QByteArray xml = "<schemalist>";
@@ -85,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(set(schema, key, u"/srv/it's"_s), 0);
         QTRY_COMPARE(preferences->desktopToolFolder(), u"/srv/it's"_s);
         QCOMPARE(makeScreenshotPreferences()->desktopToolFolder(), u"/srv/it's"_s);
-        // A server's folder is none of this machine: the one before it stays.
+        // A folder on a server is not on this machine: the previous one stays.
         const qsizetype before = changes.size();
         QCOMPARE(set(schema, key, u"sftp://server/x"_s), 0);
         QTRY_VERIFY(changes.size() > before);

@@ -23,7 +23,7 @@ QString text(const char *literal)
     return QString::fromLatin1(literal);
 }
 
-/// A window as the tray makes its own.
+/// A window made the way the tray makes its own.
 class Panel : public QWidget
 {
 public:

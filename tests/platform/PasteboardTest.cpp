@@ -80,8 +80,8 @@ QImage redPicture()
 using SubjectMaker = std::function<Subject()>;
 Q_DECLARE_METATYPE(SubjectMaker)
 
-/// What every pasteboard promises, on the real one and on the one that other tests use; and what
-/// other programs see of the real one.
+/// What every pasteboard promises, checked on the real one and on the one that other tests use; and
+/// what other programs see of the real one.
 class PasteboardTest : public QObject
 {
     Q_OBJECT
@@ -259,7 +259,7 @@ private Q_SLOTS:
         QVERIFY(data->hasUrls());
     }
 
-    /// The real file manager, worked by its keys.
+    /// The real file manager, used by its keys.
     void cajaPastesTheFile()
     {
         const QString caja = QStandardPaths::findExecutable(s("caja"));
@@ -277,7 +277,7 @@ private Q_SLOTS:
         };
         QTRY_VERIFY_WITH_TIMEOUT(!window().isEmpty(), 20'000);
         const QString pasted = target.filePath(m_shot.fileName());
-        // It may not be ready for the key yet when its window is there.
+        // It may not be ready for the key as soon as its window is there.
         const auto paste = [&] {
             XDesktop::run(s("xdotool"),
                           {s("windowactivate"), s("--sync"), window().section(u'\n', -1)});

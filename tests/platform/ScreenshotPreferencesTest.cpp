@@ -44,7 +44,7 @@ QByteArray readFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
-/// An executable file of that name in a folder of its own, which alone is searched.
+/// An executable file of that name in its own folder, the only one that is searched.
 QString onlyTool(const QTemporaryDir &folder, const QString &name)
 {
     const QString path = folder.filePath(name);
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("desktop");
         QTest::addColumn<QString>("file");
         QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("folder"); // in the home; empty for none
+        QTest::addColumn<QString>("folder"); // in the home folder; empty for none
 
         const auto row = [](const char *name, const char *desktop, const char *file,
                             const char *content, const char *folder) {
@@ -504,7 +504,7 @@ private Q_SLOTS:
         const auto name = [&file](const QString &path) {
             return writeFile(file, "screenshot_dir=file:" + QFile::encodeName(path) + "\n");
         };
-        // Whose settings never named a folder saves where it does as it comes.
+        // A tool whose settings never named a folder saves to its default folder.
         QVERIFY(writeFile(configPath(QStringLiteral("user-dirs.dirs")),
                           "XDG_PICTURES_DIR=\"/srv/pictures\"\n"));
         QVERIFY(name(picture));
@@ -542,7 +542,7 @@ private Q_SLOTS:
         qputenv("XDG_CURRENT_DESKTOP", desktop);
         const QString path = configPath(file);
         const QSignalSpy changes(m_preferences.get(), &ScreenshotPreferences::changed);
-        // As the one who is told does.
+        // As a receiver of the signal does.
         connect(m_preferences.get(), &ScreenshotPreferences::changed, m_preferences.get(),
                 [this] { m_preferences->follow(); });
         m_preferences->follow();

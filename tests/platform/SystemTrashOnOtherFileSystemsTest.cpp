@@ -30,7 +30,7 @@ QStringList filesIn(const QString &folder)
 
 } // namespace
 
-/// Files that stand on another file system than the home.
+/// Files on another file system than the home.
 class SystemTrashOnOtherFileSystemsTest : public QObject
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ class SystemTrashOnOtherFileSystemsTest : public QObject
     {
         return TestFiles::read(FileUrls::fromPath(path));
     }
-    /// The file lies in this trash and nowhere else, and the note says that it was at `noted`.
+    /// The file is in this trash and nowhere else, and its info file records `noted` as its path.
     static void checkTrashed(const SystemTrash::Trashed &trashed, const QString &trash,
                              const QByteArray &noted)
     {

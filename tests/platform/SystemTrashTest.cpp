@@ -49,8 +49,8 @@ QStringList filesIn(const QString &folder)
 using TrashMaker = std::function<std::unique_ptr<SystemTrash>()>;
 Q_DECLARE_METATYPE(TrashMaker)
 
-/// What every trash promises, on the real one and on the one that other tests use; and the real
-/// one's own ways.
+/// What every trash promises, checked on the real one and on the one that other tests use; and the
+/// real one's own behaviour.
 class SystemTrashTest : public QObject
 {
     Q_OBJECT
@@ -70,7 +70,7 @@ class SystemTrashTest : public QObject
         return TestFiles::read(FileUrls::fromPath(path));
     }
 
-    /// What a note says of the file's place, and checks the rest of it.
+    /// The file's path from an info file, whose other contents are checked.
     static QByteArray notedPath(const QString &infoPath)
     {
         const QList<QByteArray> lines = contentOf(infoPath).split('\n');

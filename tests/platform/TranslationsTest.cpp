@@ -57,7 +57,7 @@ class TranslationsTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        // A German session, on a machine that need not have one.
+        // A German session, on a machine that may not have the locale.
         const QString locale = m_directory.filePath(QStringLiteral("de_DE.UTF-8"));
         QProcess localedef;
         localedef.start(QStringLiteral("localedef"),

@@ -6,7 +6,7 @@
 #include <QImage>
 #include <QPainter>
 
-/// A page that a test draws its text, rules, icons and textures on.
+/// A page on which a test draws text, rules, icons and textures.
 class DrawnPage
 {
 public:
@@ -15,16 +15,16 @@ public:
     DrawnPage &ink(QColor colour);
     DrawnPage &font(const QString &family, int pixels);
 
-    /// The text with its base at `base`; answers the rectangle of its letters.
+    /// Draws the text with its base line at `base`; returns the rectangle of its letters.
     QRect text(QPoint base, const QString &text);
 
     /// A box of lines one pixel wide.
     void box(const QRect &area);
 
-    /// A texture as of a photograph: smooth random spots in many sizes and colours.
+    /// A texture like that of a photograph: smooth random spots in many sizes and colours.
     void texture(const QRect &area, unsigned seed);
 
-    /// An icon, turned by some degrees: strokes and a circle within a square.
+    /// An icon, rotated by some degrees: strokes and a circle within a square.
     void icon(const QRect &area, int degrees);
 
     const QImage &image() const { return m_image; }

@@ -17,7 +17,7 @@ const QStringList vocabulary =
                    "report Monday garden river printer cloud summary Berlin ocean")
         .split(QLatin1Char(' '));
 
-/// A page of words at random: columns of lines in some sizes and both polarities, a heading.
+/// A page of random words: columns of lines in some sizes and both polarities, a heading.
 QImage randomPage(unsigned seed)
 {
     std::mt19937 random(seed);

@@ -13,7 +13,7 @@ namespace
 
 using namespace Qt::StringLiterals;
 
-/// Upright strokes, one pixel apart each: a word to those who look at columns.
+/// Upright strokes, one pixel apart: in columns of pixels this looks like a word.
 void drawWord(QImage &image, const QRect &area, QRgb ink)
 {
     for (int x = area.left(); x <= area.right(); x += 2) {
@@ -84,7 +84,7 @@ private Q_SLOTS:
         QImage image = page();
         drawWord(image, {50, 15, 61, 10}, qRgb(0, 0, 0));
         drawWord(image, {125, 15, 21, 10}, qRgb(0, 0, 0)); // the next word
-        // Every second row is bare, or the strokes would be walls.
+        // Every second row is bare, otherwise the strokes would be walls.
         for (int x = 0; x < image.width(); ++x) {
             for (int y = 15; y < 25; y += 3)
                 image.setPixel(x, y, qRgb(255, 255, 255));
@@ -94,7 +94,7 @@ private Q_SLOTS:
         const QRect whole = withWholeWords(image, found, colours, lineOfText(), 0);
         QCOMPARE(whole.left(), 50);
         QCOMPARE(whole.right(), 110);
-        // What another piece has taken is left to it.
+        // Columns that another piece has taken are not included.
         QCOMPARE(withWholeWords(image, found, colours, lineOfText(), 55).left(), 56);
     }
 

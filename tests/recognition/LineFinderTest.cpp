@@ -17,7 +17,7 @@ std::vector<TextLine> linesIn(const DrawnPage &page, const QList<QRect> &leftOut
         opaquePicture(page.image()), [] { return false; }, leftOut);
 }
 
-/// How many lines hold at least half of the area, and have about its height.
+/// How many lines contain at least half of the area, and have about its height.
 int linesOver(const std::vector<TextLine> &lines, const QRect &area)
 {
     return int(std::count_if(lines.begin(), lines.end(), [&](const TextLine &line) {

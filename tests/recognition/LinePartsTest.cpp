@@ -135,12 +135,12 @@ private Q_SLOTS:
     void whatIsTooNarrowOrTooUnevenIsNoText()
     {
         QVERIFY(!lineOf(letters("a")));
-        // Climbing like a curve.
+        // Rising like a curve.
         BlobLine uneven;
         for (int step = 0; step < 8; ++step)
             uneven.emplace_back(8 * step, 91 - 3 * step, 6, letter);
         QVERIFY(!lineOf(uneven));
-        // Single boxes, each far from the next.
+        // Single boxes, far apart.
         BlobLine icons;
         for (int x : {0, 20, 40, 60})
             icons.emplace_back(x, 91, letter, letter);

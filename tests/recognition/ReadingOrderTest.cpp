@@ -7,7 +7,7 @@
 namespace
 {
 
-/// A line of two words, that long and high.
+/// A line of two words with this position and size.
 TextLine lineAt(int x, int y, int width = 100, int height = 10)
 {
     TextLine line;

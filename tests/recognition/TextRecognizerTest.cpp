@@ -47,7 +47,8 @@ QString textOf(TextRecognizer &recognizer, const QImage &picture)
     return pieces.join(QLatin1Char(' '));
 }
 
-/// In milliseconds. A tenth of a second is usual; a sanitizer takes some seconds to see each byte.
+/// In milliseconds. A tenth of a second is usual; under a sanitizer it takes some seconds to check
+/// each byte.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr qint64 longestOnNoise = 30'000;
 #else
@@ -133,7 +134,7 @@ private Q_SLOTS:
         painter.setPen(QPen(Qt::gray, 1.3));
         painter.setBrush(Qt::white);
         for (int index = 0; index < labels.size(); ++index) {
-            // Right before the label, standing on its base.
+            // Directly before the label, on its base line.
             const QRectF box(leftMargin - 1.4 * pixels, 20.5 + 0.1 * pixels + 3 * pixels * index,
                              pixels, pixels);
             painter.drawRoundedRect(box, round ? pixels / 2.0 : 2, round ? pixels / 2.0 : 2);
@@ -213,7 +214,7 @@ private Q_SLOTS:
 
     void captionsCloseToPicturesInARowAreRead()
     {
-        // From afar, the pictures with their captions look like the letters of one word.
+        // At a reduced scale, the pictures with their captions look like the letters of one word.
         const QStringList captions{QStringLiteral("Harbour"), QStringLiteral("Mountain"),
                                    QStringLiteral("Evening"), QStringLiteral("Village")};
         QImage page(800, 200, QImage::Format_RGB32);
@@ -302,7 +303,7 @@ private Q_SLOTS:
             },
             [&] { return cancelled; });
         QVERIFY(cancelled);
-        // The piece that is being read is read to its end; a whole page takes seconds.
+        // The current piece is read to its end; a whole page takes seconds.
         QVERIFY2(sinceThen.elapsed() < 500, qPrintable(QString::number(sinceThen.elapsed())));
     }
 

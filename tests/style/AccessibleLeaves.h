@@ -6,12 +6,11 @@
 #include <QRect>
 #include <QWidget>
 
-/// What assistive technologies find in a widget that has nothing below it: texts, pictures,
-/// controls.
+/// What assistive technologies find in a widget that has no children: texts, pictures, controls.
 namespace AccessibleLeaves
 {
 
-/// Those that are shown and say something, in the order in which they are read out.
+/// The visible elements with a text, in the order in which they are read out.
 inline void collect(QAccessibleInterface *element, QList<QRect> &places)
 {
     const QAccessible::Role role = element->role();
@@ -34,8 +33,8 @@ inline QList<QRect> places(QWidget &widget)
     return found;
 }
 
-/// Whether each stands to the right of the one before or below it. What stands below may be in a
-/// column of its own that is read to its end first.
+/// Whether each is to the right of the previous one or below it. One below may be in a column that
+/// is read to its end first.
 inline bool areInReadingOrder(const QList<QRect> &places)
 {
     for (qsizetype index = 1; index < places.size(); ++index) {

@@ -28,7 +28,7 @@ QImage drawn(QWidget &view)
     return image;
 }
 
-/// The tool tip that comes when the pointer rests on the widget; null when none comes.
+/// The tool tip that appears when the pointer rests on the widget; null when none does.
 const QLabel *toolTipOf(QWidget &widget)
 {
     const QPoint middle = widget.rect().center();

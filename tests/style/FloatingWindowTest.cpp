@@ -46,7 +46,7 @@ bool isWhollyOnAScreen(const QWidget &window)
            });
 }
 
-/// Soon, and for half a second more.
+/// Soon, and for another half second.
 bool comesAndStaysOnAScreen(const QWidget &window)
 {
     return QTest::qWaitFor([&window] { return isWhollyOnAScreen(window); }) &&

@@ -35,7 +35,7 @@ QString interfaceName(const char *name)
     return QStringLiteral("org.a11y.atspi.") + QLatin1String(name);
 }
 
-/// The answer's arguments; empty when the element is gone or lacks the interface.
+/// The reply's arguments; empty when the element is gone or lacks the interface.
 QVariantList ask(const QDBusConnection &bus, const Element &element, const QString &interface,
                  const QString &method, const QVariantList &arguments = {})
 {
@@ -94,8 +94,8 @@ QJsonArray extentsOf(const QDBusConnection &bus, const Element &element)
     return {x, y, width, height};
 }
 
-/// Whether the two words of state bits hold the bit (atspi-constants: 11 focusable, 12 focused,
-/// 25 showing, 8 enabled).
+/// Whether the bit is set in the two words of state bits (atspi-constants: 11 focusable, 12
+/// focused, 25 showing, 8 enabled).
 bool hasState(const QList<uint> &words, uint bit)
 {
     return words.size() > bit / 32 && ((words.at(bit / 32) >> (bit % 32)) & 1U) != 0;

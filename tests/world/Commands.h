@@ -6,8 +6,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// The only commands that programs started from now on can find, besides the shell: each notes that
-/// it was called, and how. Restores the search path at its end.
+/// The only commands that programs started from now on can find, besides the shell: each records
+/// that it was called, and how. Restores the search path at its end.
 class Commands
 {
 public:
@@ -15,8 +15,8 @@ public:
     ~Commands() { qputenv("PATH", m_path); }
     Q_DISABLE_COPY_MOVE(Commands)
 
-    /// Takes all commands and notes away. The folder stays the same: Qt keeps where it has found
-    /// some of them.
+    /// Removes all commands and records. The folder stays the same, because Qt caches where it has
+    /// found some of them.
     void clear() const
     {
         const QDir folder(m_folder.path());

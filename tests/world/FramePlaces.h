@@ -7,15 +7,15 @@
 
 struct xcb_connection_t;
 
-/// What the X server tells of every place and size that a window has from now on, or rather the
-/// frame that the window manager has put around it.
+/// Every position and size that the X server reports from now on for a window, or rather for the
+/// window manager's frame around it.
 class FramePlaces
 {
 public:
     explicit FramePlaces(WId window);
     ~FramePlaces();
 
-    /// All since the beginning.
+    /// All since this object was made.
     QList<QRect> read();
 
 private:

@@ -2,9 +2,9 @@
 // Linked into every program of the tsan preset, and only there.
 //
 // The system's Qt is not built with ThreadSanitizer, which therefore doesn't see that a queued
-// signal, a posted event or a task for a thread pool hands over what was written before it: each
-// would be reported as a race. This file tells it. Whatever a thread of ours has done before it
-// gives something to Qt, or before a function that Qt called returns to Qt, counts as done for
+// signal, a posted event or a task for a thread pool hands over what was written before it, and
+// would report each as a race. This file tells it: whatever one of our threads has done before it
+// gives something to Qt, or before a function called by Qt returns to Qt, counts as done before
 // every function of ours that another thread enters later. Two threads that touch something at the
 // same time, without such a hand-over between them, are still reported.
 
@@ -44,7 +44,7 @@ void take()
     __tsan_acquire(&handOver);
 }
 
-/// Who called each of the functions that a thread is in: the program itself, or a library.
+/// The callers of the functions that a thread is in: the program itself, or a library.
 class Callers
 {
 public:
@@ -100,7 +100,7 @@ extern "C" void __tsan_func_exit()
     real();
 }
 
-// Qt's functions that hand over; no argument is looked at, so that pointers stand for all of them.
+// Qt's functions that hand over. No argument is examined, so all of them are declared as pointers.
 #define VELMORA_HAND_OVER(symbol)                                                                  \
     extern "C" void *symbol(void *a, void *b, void *c, void *d)                                    \
     {                                                                                              \

@@ -9,11 +9,11 @@
 #include <sched.h>
 #include <sys/mount.h>
 
-/// A file system in memory that nobody but this program sees.
+/// A file system in memory that only this program sees.
 class PrivateMount
 {
 public:
-    /// What a test says when it can't have one.
+    /// The message of a test that can't have one.
     static constexpr char unavailable[] = "this user may not mount file systems";
 
     /// @param options as of mount(8), for instance "size=64k"
@@ -33,7 +33,7 @@ public:
     QString folder() const { return m_place.path(); }
     QString filePath(const QString &name) const { return m_place.filePath(name); }
 
-    /// Writes until not one byte more fits.
+    /// Writes until not a single byte more fits.
     void fill() const
     {
         QFile file(filePath(QStringLiteral("filling")));

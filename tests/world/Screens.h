@@ -7,8 +7,8 @@
 #include <QScreen>
 #include <QTest>
 
-/// The screens of a test's world, which can be made smaller and divided into monitors, as if the
-/// user did it. They are as they were when the object is gone.
+/// The screens of a test's world, which can be made smaller and divided into monitors, as a user
+/// might do it. Destroying this object restores them.
 class Screens
 {
 public:
@@ -22,14 +22,14 @@ public:
 
     QSize whole() const { return m_whole; }
 
-    /// No larger than it was at first. Returns when the program knows of it.
+    /// No larger than the original size. Returns once the program knows of it.
     bool setSize(QSize size) const
     {
         const QString width = QString::number(size.width());
         const QString height = QString::number(size.height());
         const QString mode = width + u'x' + height;
         const QStringList timings = {width, width, width, width, height, height, height, height};
-        // A mode that is there already is not made again.
+        // A mode that already exists is not created again.
         if (size != m_whole) {
             randr(QStringList{QStringLiteral("--newmode"), mode, QStringLiteral("0")} + timings);
             randr({QStringLiteral("--addmode"), QStringLiteral("screen"), mode});

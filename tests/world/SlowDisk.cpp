@@ -33,7 +33,7 @@ struct State {
     int report = -1;
 };
 
-/// Calls come before and after the time of this library's own statics.
+/// Calls also come before and after the lifetime of this library's own statics.
 State &state()
 {
     static State &only = *new State;
@@ -71,7 +71,7 @@ bool isFile(std::string_view path)
            !isIn(path, "/sys") && !isIn(path, "/dev");
 }
 
-/// Past the functions below, which would come back here.
+/// Bypasses the functions below, which would end up here again.
 std::string linkTarget(const std::string &path)
 {
     char target[PATH_MAX];
@@ -93,7 +93,7 @@ std::string pathOf(int folder, const char *path)
     return *path == '/' ? std::string(path) : pathOf(folder) + '/' + path;
 }
 
-/// "open" of "open64" and "__open64_2".
+/// "open" for "open64" and "__open64_2".
 std::string_view plainName(std::string_view name)
 {
     if (name.starts_with("__") && name.ends_with("_2")) {
@@ -112,7 +112,7 @@ void report(int descriptor, const std::string &line)
         ::syscall(SYS_write, descriptor, text.data(), text.size());
 }
 
-/// What the call costs; a call of the main thread is noted.
+/// The call's delay; records a call of the main thread.
 std::chrono::milliseconds costOf(std::string_view name, const std::string &path)
 {
     State &known = state();
@@ -229,8 +229,8 @@ std::chrono::milliseconds mainThreadDelay()
 
 } // namespace SlowDisk
 
-// The calls themselves. Each is known to the linker by the C library's name, to the compiler by
-// another one, since the system's headers declare some as what can't be defined anew.
+// The calls themselves. The linker knows each by the C library's name and the compiler by another
+// one, because the system's headers declare some in a way that does not allow to redefine them.
 
 #define STAND_BEFORE(name, Result, Parameters, Arguments, Announcement)                            \
     extern "C" Result slow_disk_##name Parameters __asm__(#name);                                  \
@@ -243,17 +243,17 @@ std::chrono::milliseconds mainThreadDelay()
         return next Arguments;                                                                     \
     }
 
-// What takes a path.
+// A call that takes a path.
 #define AT_PATH(name, Result, Parameters, Arguments)                                               \
     STAND_BEFORE(name, Result, Parameters, Arguments, at(call, path))
-// What takes a path from a folder on.
+// A call that takes a path relative to a folder.
 #define AT_FOLDER(name, Result, Parameters, Arguments)                                             \
     STAND_BEFORE(name, Result, Parameters, Arguments, at(call, folder, path))
-// What takes a descriptor.
+// A call that takes a descriptor.
 #define ON_FILE(name, Result, Parameters, Arguments)                                               \
     STAND_BEFORE(name, Result, Parameters, Arguments, on(call, file))
 
-// The mode is handed on even where the caller has given none; nobody looks at it then.
+// The mode is passed on even if the caller has given none; it is ignored then.
 AT_PATH(open, int, (const char *path, int flags, mode_t mode), (path, flags, mode))
 AT_PATH(open64, int, (const char *path, int flags, mode_t mode), (path, flags, mode))
 AT_PATH(__open_2, int, (const char *path, int flags), (path, flags))

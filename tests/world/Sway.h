@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 
 /// A real Wayland desktop without a screen: sway, beside the X desktop of the test's world. It ends
-/// with this object. It does not run as root: then an ordinary user runs it.
+/// when this object is destroyed. Where the test runs as root, an ordinary user runs sway.
 class Sway
 {
 public:
@@ -23,13 +23,13 @@ public:
     /// What WAYLAND_DISPLAY has to be for programs of this desktop.
     QString display() const;
 
-    /// Runs one of sway's commands ("workspace 2", "exec xterm") and returns what it answers.
+    /// Runs one of sway's commands ("workspace 2", "exec xterm") and returns its answer.
     QString command(const QString &command) const;
 
     /// All outputs, workspaces and windows.
     QJsonObject tree() const;
 
-    /// Runs a program on this desktop to its end and returns what it wrote.
+    /// Runs a program on this desktop to its end and returns its output.
     QByteArray run(const QString &program, const QStringList &arguments) const;
 
     /// Starts a program on this desktop.

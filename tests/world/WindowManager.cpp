@@ -16,7 +16,7 @@ namespace
 
 constexpr int patience = 20'000; // milliseconds
 
-/// A connection for one question or message.
+/// A connection for one request or message.
 class Server
 {
 public:
@@ -48,7 +48,7 @@ public:
         return result;
     }
 
-    /// As a pager or a task bar sends it for the user.
+    /// Sent like a request of a pager or a task bar for the user.
     void tell(WId window, const char *message, std::initializer_list<quint32> values) const
     {
         xcb_client_message_event_t event = {};
@@ -60,7 +60,7 @@ public:
         xcb_send_event(m_connection, false, root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                        reinterpret_cast<const char *>(&event));
-        // A server may drop what it has not read yet when the connection ends.
+        // A server may drop unread requests when the connection ends.
         std::free(
             xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
@@ -115,7 +115,7 @@ struct Compositor::Process {
 
 Compositor::Compositor() : m_process(std::make_unique<Process>())
 {
-    // Without a file of settings it draws no shadows of its own.
+    // Without a settings file it draws no shadows of its own.
     m_process->picom.start(QStringLiteral("picom"),
                            {QStringLiteral("--backend"), QStringLiteral("xrender"),
                             QStringLiteral("--config"), QStringLiteral("/dev/null")});

@@ -6,7 +6,7 @@
 #include <memory>
 #include <xcb/xcb.h>
 
-/// What a user can have the window manager of a test's world do with any program's windows.
+/// What a user can make the window manager of a test's world do to any program's windows.
 namespace WindowManager
 {
 
@@ -15,10 +15,10 @@ void setFullScreen(WId window, bool fullScreen);
 /// Hides all windows, or brings them back.
 void showDesktop(bool shown);
 
-/// Sends the window to another workspace; the first one has the number 0.
+/// Sends the window to another workspace; the first one is number 0.
 void sendToWorkspace(WId window, quint32 workspace);
 
-/// A window manager that is too busy to do anything, from now until the object's end.
+/// A window manager too busy to do anything, from now until this object is destroyed.
 class Standstill
 {
 public:
@@ -29,8 +29,8 @@ public:
 
 } // namespace WindowManager
 
-/// A compositor, which blends transparent windows, from the moment that it runs until the object's
-/// end.
+/// A compositor, which blends transparent windows. It runs from the end of the constructor until
+/// this object is destroyed.
 class Compositor
 {
 public:

@@ -5,13 +5,13 @@
 #include <QProcess>
 #include <QTest>
 
-/// The X clipboard as another program sees it, which this program serves meanwhile.
+/// The X clipboard as another program sees it, which this program continues to serve meanwhile.
 namespace XClip
 {
 
 constexpr int patience = 20'000; // milliseconds
 
-/// What the clipboard holds in one format; empty where it has none.
+/// The clipboard's content in one format; empty when it does not have that format.
 inline QByteArray read(const QString &format)
 {
     QProcess xclip;
@@ -22,14 +22,14 @@ inline QByteArray read(const QString &format)
     return xclip.exitCode() == 0 ? xclip.readAllStandardOutput() : QByteArray();
 }
 
-/// The formats in the order in which they are offered.
+/// The formats in the order offered.
 inline QStringList formats()
 {
     return QString::fromLatin1(read(QStringLiteral("TARGETS")))
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// Another program puts a text there. Its part that stays behind may take a while to do so.
+/// Another program puts a text there. Its background process may take a while to do so.
 inline void take(const QByteArray &text)
 {
     QProcess xclip;

@@ -7,31 +7,31 @@
 #include <QStringList>
 #include <QWindow>
 
-/// The X desktop of a test's world, worked as a user works it: with xdotool and xprop. A call goes
-/// on handling this program's own events while it waits.
+/// The X desktop of a test's world, used the way a user does: through xdotool and xprop. Calls keep
+/// handling this program's own events while they wait.
 namespace XDesktop
 {
 
-/// Runs a program to its end and returns what it wrote, trimmed.
+/// Runs a program to its end and returns its output, trimmed.
 QString run(const QString &program, const QStringList &arguments);
 
-/// What xprop says of a window's property after its name.
+/// xprop's output for a window's property, without the name.
 QString property(WId window, const QString &name);
 
-/// 0 when none is.
+/// 0 when no window is active.
 WId activeWindow();
 
-/// Points of the screen.
+/// In points of the screen.
 void movePointer(QPoint place);
 void click(QPoint place);
 
 void type(const QString &text);
-/// xdotool's names, for instance "ctrl+a".
+/// By xdotool's names, for instance "ctrl+a".
 void pressKey(const QString &key);
 
 } // namespace XDesktop
 
-/// Another program that wants the keyboard: an xterm that writes what is typed into it to a file.
+/// Another program that wants the keyboard: an xterm that writes typed text to a file.
 class Terminal
 {
 public:
@@ -41,7 +41,7 @@ public:
     WId window() const { return m_window; }
     void activate() const;
     bool isActive() const { return XDesktop::activeWindow() == m_window; }
-    /// Whether what is typed goes there, whatever the window manager says is active.
+    /// Whether typed text goes there, whatever window the window manager calls active.
     bool hasKeyboard() const;
 
 private:

@@ -339,14 +339,14 @@ class Velmora:
         def is_closed():
             if window not in windows_of(self.pid):
                 return True
-            # A window that is only just being shown may miss the key.
+            # A window that is only just appearing may miss the key.
             output_of("xdotool", "windowactivate", str(window))
             if active_window() == window:
                 press("alt+F4")
             return False
 
         wait_until(is_closed, "the welcome window is closed", look_again=0.2)
-        # What was in front may be gone; the window manager goes on naming it for a while.
+        # The window that was in front may be gone; the window manager still names it for a while.
         if front not in (None, window) and exists(front):
             run("xdotool", "windowactivate", "--sync", str(front))
         return self

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Nothing is closed to the administrator: where the test runs as that, it is somebody else.
+/// Root may open everything, so a test that runs as root becomes another user here.
 class AsNobody
 {
 public:

@@ -26,7 +26,7 @@ const QStringList loginExplanation = {
     u"Start at login"_s,
     u"Velmora will ask your desktop to open it when you sign in. You can turn this off here anytime."_s};
 
-/// Whether the condition holds now and for half a second more.
+/// Whether the condition holds now and for another half second.
 template <typename Condition>
 bool staysSo(Condition condition)
 {
@@ -307,7 +307,7 @@ private Q_SLOTS:
         QCOMPARE(rig.window() != nullptr, rebuilt);
         QCOMPARE(told.count(), 0);
         QCOMPARE(isStored(u"didExplainFolderAccess"_s), deep > 0);
-        // The next one works as the first one did.
+        // The next one works like the first.
         rig.show();
         rig.press(u"Change Folder"_s);
         QTRY_COMPARE(rig.dialogs().size(), 1);

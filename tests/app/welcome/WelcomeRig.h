@@ -12,7 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-/// The system's screenshot settings, kept in memory; notes every write.
+/// The system's screenshot settings, kept in memory; records every write.
 class RecordingScreenshotPreferences : public ScreenshotPreferences
 {
 public:
@@ -55,8 +55,8 @@ public:
     int changes = 0;
 };
 
-/// The welcome window's controller on services that only note what they are asked for, and what a
-/// user does to its windows.
+/// The welcome window's controller on services that only record requests, and what a user does to
+/// its windows.
 class WelcomeRig
 {
 public:
@@ -81,7 +81,7 @@ public:
         QVERIFY(QTest::qWaitForWindowActive(window()));
     }
 
-    /// The visible one; null where there is none.
+    /// The visible one; null when there is none.
     static WelcomeWindow *window()
     {
         for (QWidget *each : QApplication::topLevelWidgets()) {
@@ -104,7 +104,7 @@ public:
         return found;
     }
 
-    /// The texts of the alert that is shown; empty while there is none.
+    /// The texts of the visible alert; empty when there is none.
     static QStringList alert()
     {
         QStringList texts;

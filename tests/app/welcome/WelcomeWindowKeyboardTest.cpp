@@ -14,7 +14,7 @@ using namespace WelcomeWindowParts;
 namespace
 {
 
-/// Shows the window, and waits until keys that are pressed on the desktop come to it.
+/// Shows the window, and waits until key presses on the desktop reach it.
 bool hasKeyboard(WelcomeWindow &window)
 {
     return showActive(window) &&
@@ -31,7 +31,7 @@ QString accessibleName(QWidget *part)
     return accessible(part)->text(QAccessible::Name);
 }
 
-/// On Linux a pop-up's own name is its current item, and a label beside it tells what it is for.
+/// On Linux a pop-up's own name is its current item, and a label beside it says what it is for.
 bool isNamedByLabel(QAccessibleInterface &control, const QString &name)
 {
     for (const auto &[other, relation] : control.relations(QAccessible::Label))
@@ -103,7 +103,7 @@ private Q_SLOTS:
         QTRY_COMPARE(picked.count(), 1);
         QCOMPARE(picked[0][0].toInt(), 1);
         QCOMPARE(position->currentIndex(), 1);
-        // A button that a key presses tells of it only when it has been seen to go down.
+        // A key press on a button is only signalled once the button has been shown pressed.
         const auto somethingElse = [&] {
             return done.count() > 0 || picked.count() > 1 || position->view()->isVisible();
         };

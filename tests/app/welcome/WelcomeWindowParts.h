@@ -13,7 +13,7 @@
 
 #include <cstdlib>
 
-/// What the tests of the welcome window find in it.
+/// What the tests look for in the welcome window.
 namespace WelcomeWindowParts
 {
 
@@ -52,7 +52,7 @@ inline QList<QLabel *> labels(const WelcomeWindow &window, const QString &text)
     return found;
 }
 
-/// The one label with this text; null where there is none or more than one.
+/// The only label with this text; null when there is none or more than one.
 inline QLabel *label(const WelcomeWindow &window, const QString &text)
 {
     const QList<QLabel *> found = labels(window, text);
@@ -75,7 +75,7 @@ inline OptionPopUp *popUp(const WelcomeWindow &window, const QString &name)
     return nullptr;
 }
 
-/// The titles that a pop-up offers, in their order.
+/// The titles that a pop-up offers, in order.
 inline QStringList titles(const OptionPopUp &popUp)
 {
     QStringList all;
@@ -107,13 +107,13 @@ inline bool showActive(WelcomeWindow &window)
     return QTest::qWaitForWindowActive(&window);
 }
 
-/// Where a part stands within the window.
+/// The position of a part within the window.
 inline QRect place(const QWidget &part)
 {
     return {part.mapTo(part.window(), QPoint(0, 0)), part.size()};
 }
 
-/// How many pixels of the part are of this colour, or nearly so.
+/// How many pixels of the part have this colour, or nearly so.
 inline int pixelsOf(QWidget &part, const QColor &color, int tolerance = 2)
 {
     const QImage image = part.grab().toImage();

@@ -18,7 +18,7 @@ using namespace WelcomeWindowParts;
 namespace
 {
 
-/// Shows the window, and waits until keys that are pressed on the desktop come to it.
+/// Shows the window, and waits until key presses on the desktop reach it.
 bool hasKeyboard(WelcomeWindow &window)
 {
     return showActive(window) &&
@@ -30,7 +30,7 @@ QScrollBar *scrollBar(const WelcomeWindow &window)
     return window.findChild<QScrollArea *>()->verticalScrollBar();
 }
 
-/// With the window manager's frame. The widget itself may remember a time before it had one.
+/// With the window manager's frame. The widget's own value may date from before it had one.
 QRect framed(const WelcomeWindow &window)
 {
     return window.windowHandle()->frameGeometry();

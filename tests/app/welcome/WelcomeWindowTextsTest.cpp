@@ -31,13 +31,13 @@ bool nearlyEqual(const QColor &one, const QColor &other)
            std::abs(one.blue() - other.blue()) <= 2;
 }
 
-/// What the label's foreground is painted with.
+/// The colour that paints the label's text.
 QColor textColor(const QLabel &label)
 {
     return label.palette().color(label.foregroundRole());
 }
 
-/// The picture that stands in the same row or card as the label.
+/// The picture in the same row or card as the label.
 QLabel *symbolBeside(const QLabel &label)
 {
     for (QLabel *sibling : label.parentWidget()->findChildren<QLabel *>())
@@ -147,7 +147,7 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(showActive(window));
         QVERIFY(!label(window, sentence));
-        // It turns out while the window is shown.
+        // Found out while the window is shown.
         limits().setMissing(missing);
         const QLabel *shown = label(window, sentence);
         QVERIFY(shown && shown->isVisible());
@@ -272,7 +272,7 @@ private Q_SLOTS:
         QVERIFY(title);
         QLabel *symbol = symbolBeside(*title);
         QVERIFY(symbol);
-        // A thin line has no pixel of its very own.
+        // A thin line has no pixel that is fully in its colour.
         constexpr int tolerance = 48;
         QVERIFY(pixelsOf(*symbol, color, tolerance) > 10);
     }
@@ -369,7 +369,7 @@ private Q_SLOTS:
             QCOMPARE(shown->toolTip(), path);
             QVERIFY(QFontInfo(shown->font()).fixedPitch());
             QVERIFY(window.rect().contains(place(*shown)));
-            // Both ends are painted: what is cut is the middle.
+            // Both ends are painted, so the cut is in the middle.
             const QImage image = shown->grab().toImage();
             const QColor ground = image.pixelColor(0, 0);
             const auto hasInk = [&image, &ground](const QRect &part) {

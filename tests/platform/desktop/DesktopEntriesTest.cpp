@@ -110,7 +110,7 @@ private Q_SLOTS:
     void whatIsInstalledOrRemovedMakesTheEntriesOutdated()
     {
         write(m_system + QStringLiteral("/sub/a.desktop"), application("A"));
-        // A folder that has changed a moment ago is never trusted, so wait until one is.
+        // A folder that changed a moment ago is never trusted, so wait until one is.
         DesktopEntries entries;
         QTRY_VERIFY((entries = read(), !entries.isOutdated()));
         write(m_system + QStringLiteral("/sub/b.desktop"), application("B"));

@@ -17,7 +17,7 @@ constexpr int patience = 40'000;
 
 } // namespace
 
-/// What is missing, and what is not, beside real desktops.
+/// What is missing and what is not, with real desktops.
 class DesktopLimitsTest : public QObject
 {
     Q_OBJECT

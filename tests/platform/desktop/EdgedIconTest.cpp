@@ -13,7 +13,7 @@
 namespace
 {
 
-/// A thin dark cross, as symbols are drawn.
+/// A thin dark cross, drawn like a symbol.
 QIcon darkSymbol()
 {
     QPixmap picture(64, 64);

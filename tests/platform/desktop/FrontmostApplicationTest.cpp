@@ -211,7 +211,7 @@ private Q_SLOTS:
         fox.activate();
         QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
         m_activated->clear();
-        // All of it before the program comes to hear of the first change.
+        // All of it before the program learns of the first change.
         activateUnheard(paint);
         QCOMPARE(m_front->current(), (Application{setting("Paint Box"), setting("paint")}));
         activateUnheard(fox);
@@ -318,7 +318,7 @@ private Q_SLOTS:
         const Terminal paint(setting("x"), setting("paint"));
         paint.activate();
         const auto fresh = makeFrontmostApplication();
-        // By then it has been found out, with nobody there to be told.
+        // By then it has been found out, with no receiver connected.
         QTRY_COMPARE(fresh->current(), (Application{setting("Paint Box"), setting("paint")}));
         bool turned = false;
         QTimer::singleShot(std::chrono::milliseconds(50), [&turned] { turned = true; });
@@ -359,7 +359,7 @@ private:
         QTRY_COMPARE(m_front->current(), application);
     }
 
-    /// Without this program's event loop.
+    /// Without running this program's event loop.
     static void activateUnheard(const Terminal &terminal)
     {
         run(setting("xdotool"), {setting("windowactivate"), setting("--sync"), terminal.window()});

@@ -35,7 +35,8 @@ QString focused(const Sway &sway)
     return focusedIn(sway.tree()).value(u"app_id"_s).toString();
 }
 
-/// A real program with a window on the Wayland desktop, which has the focus when it is made.
+/// A real program with a window on the Wayland desktop, which has the focus once this is
+/// constructed.
 class Window
 {
 public:
@@ -63,7 +64,7 @@ const Application foxBrowser = {u"Fox Browser"_s, u"org.velmoratest.Fox"_s};
 
 } // namespace
 
-/// The application in front on a desktop of the wlroots kind, with real windows of both kinds.
+/// The application in front on a wlroots desktop, with real windows of both kinds.
 class FrontmostOnWaylandTest : public QObject
 {
     Q_OBJECT

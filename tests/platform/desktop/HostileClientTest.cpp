@@ -20,11 +20,11 @@ namespace
 
 constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
 
-/// What the machine of the test is busy with fits in; an attack that works stops everything for
+/// Leaves room for other load on the test's machine; an attack that works stops everything for
 /// good.
 constexpr std::chrono::milliseconds longestPause{1000};
 
-/// The longest time for which this thread's event loop stood still.
+/// The longest time for which this thread's event loop did not run.
 class Pauses : public QObject
 {
 public:
@@ -69,8 +69,8 @@ private:
 
 } // namespace
 
-/// The other programs on an X server can do what they like to it; this one stays quick, and knows
-/// the application in front when they have done.
+/// Other programs can do what they like to an X server; this one stays responsive, and knows the
+/// application in front once they are done.
 class HostileClientTest : public QObject
 {
     Q_OBJECT

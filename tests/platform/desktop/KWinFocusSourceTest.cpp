@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// KWin's part that runs scripts, as it stands on the bus; it runs none.
+/// KWin's scripting interface on the bus; it runs no scripts.
 class FakeKWin : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
     QStringList calls;
     QByteArray script;
 
-    /// Tells of the window with the focus, as the script does.
+    /// Reports the window with the focus, as the script does.
     void tell(const QStringList &window) const
     {
         const QRegularExpression form(u"callDBus\\(\"([^\"]*)\", \"([^\"]*)\", \"([^\"]*)\""_s);

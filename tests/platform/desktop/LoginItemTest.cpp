@@ -204,7 +204,7 @@ private Q_SLOTS:
         const QString program = installIn(QStringLiteral("plain"));
         QCOMPARE(run(program, {QStringLiteral("on")}), QStringLiteral("done"));
         QCOMPARE(run(program, {QStringLiteral("off")}), QStringLiteral("done"));
-        // Another entry shows when the session has started all that it starts.
+        // Another entry shows when the session has started everything.
         const QString last = m_place->filePath(QStringLiteral("last"));
         write(QFileInfo(m_ownEntry).path() + QStringLiteral("/zz-last.desktop"),
               "[Desktop Entry]\nType=Application\nName=Last\nExec=touch " + last.toUtf8() + '\n');
@@ -244,7 +244,7 @@ private:
         return QStringLiteral("/usr/lib/x86_64-linux-gnu/openbox-xdg-autostart");
     }
 
-    /// Reads entries as GNOME's session does.
+    /// Reads entries the way GNOME's session does.
     static QString gio() { return QStringLiteral("gio"); }
 
     QString installIn(const QString &folder)

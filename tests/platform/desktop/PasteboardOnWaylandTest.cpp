@@ -31,7 +31,7 @@ QByteArray manyBytes()
 
 } // namespace
 
-/// What programs of a Wayland desktop paste, while this one runs beside it without any window.
+/// What programs on a Wayland desktop paste, while this one runs there without any window.
 class PasteboardOnWaylandTest : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,7 @@ class PasteboardOnWaylandTest : public QObject
             .split(u'\n', Qt::SkipEmptyParts);
     }
 
-    /// Whether the desktop has it from now on.
+    /// Whether the desktop's clipboard holds it from now on.
     bool write(const PasteboardContents &contents) const
     {
         return QTest::qWaitFor([&] { return m_pasteboard->write(contents) && !types().isEmpty(); });

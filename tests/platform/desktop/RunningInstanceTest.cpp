@@ -20,7 +20,7 @@ namespace
 
 constexpr int patience = 10'000;
 
-/// What a process that does not answer may cost the next one, with room for a busy machine.
+/// How long a process that does not answer may delay the next one, with room for a busy machine.
 constexpr int longestHang = 4'000;
 
 /// One start of the program.
@@ -40,7 +40,7 @@ public:
         m_process.waitForFinished();
     }
 
-    /// The next line that it says.
+    /// The next line of its output.
     QString nextLine()
     {
         QElapsedTimer timer;

@@ -26,7 +26,7 @@ QImage screen()
         QImage::Format_RGB32);
 }
 
-/// The smallest rectangle around the pixels that fit.
+/// The smallest rectangle around the matching pixels.
 template <typename Fits>
 QRect boundsOf(const QImage &image, const Fits &fits)
 {
@@ -49,8 +49,8 @@ using Owned = std::unique_ptr<Reply, Free>;
 /// Higher than a tool tip, lower than any menu of several entries.
 constexpr int lowestMenu = 60;
 
-/// The place of the open menu, of whatever program: like no other window it stands apart from the
-/// window manager and is that high.
+/// The area of the open menu, of any program: it is the only window without the window manager that
+/// is this high.
 QRect menuOnScreen()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(

@@ -10,18 +10,18 @@
 #include <memory>
 #include <optional>
 
-/// Real programs with status bars, and what can be seen of them on the screen.
+/// Real programs with status bars, and what is visible of them on the screen.
 namespace StatusBars
 {
 
-/// A process that ends with its object.
+/// A process that ends when this object is destroyed.
 class Program
 {
 public:
     Program(const QString &program, const QStringList &arguments);
     ~Program();
 
-    /// The next line on its output; empty when none comes in ten seconds.
+    /// The next line of its output; empty when none comes in ten seconds.
     QString nextLine();
     bool isRunning() const;
     void kill();
@@ -30,13 +30,13 @@ private:
     QProcess m_process;
 };
 
-/// A panel whose status tray hosts status items and embeds windows as well.
+/// A panel whose status tray hosts status notifier items and also embeds windows.
 std::unique_ptr<Program> startPanel();
 
 /// A tray that only embeds windows.
 std::unique_ptr<Program> startOlderTray();
 
-/// The middle of the loud colour on the screen, where the item is; absent while it is not shown.
+/// The centre of the bright colour on the screen, where the item is; absent while it is not shown.
 std::optional<QPoint> itemOnScreen();
 
 void click(QPoint place, int button);
@@ -44,7 +44,7 @@ void click(QPoint place, int button);
 /// The menu that opens when the item is clicked; an empty rectangle when none does.
 QRect openMenu(int button);
 
-/// Clicks into the menu, this far down, and waits until it has closed.
+/// Clicks into the menu at this share of its height, and waits until it has closed.
 void clickMenu(const QRect &menu, double howFarDown);
 
 bool isMenuOpen();

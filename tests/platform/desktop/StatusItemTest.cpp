@@ -21,7 +21,7 @@ namespace
 
 constexpr int patience = 15'000;
 
-/// Where the entries of the menu are, as a part of its height.
+/// The positions of the menu's entries, as shares of its height.
 constexpr double first = 0.15;
 constexpr double second = 0.48;
 constexpr double third = 0.83;
@@ -59,7 +59,7 @@ QVariant busProperty(const QString &service, const QString &path, const QString 
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
-/// The bus address of the item that has been registered with the panel.
+/// The bus address of the item registered with the panel.
 QString registeredItem()
 {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -184,7 +184,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
         QCOMPARE(chosen(*item, button, first), QStringLiteral("triggered First"));
         QCOMPARE(chosen(*item, button, third), QStringLiteral("triggered Third"));
-        // By now it has been enabled and has another name.
+        // By now it is enabled and has another name.
         QCOMPARE(chosen(*item, button, second), QStringLiteral("triggered Second again"));
     }
 
@@ -288,7 +288,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// What the program says when the user clicks this entry.
+    /// What the program prints when the user clicks this entry.
     static QString chosen(Program &item, int button, double entry)
     {
         const QRect menu = StatusBars::openMenu(button);

@@ -17,13 +17,12 @@ namespace
 
 constexpr int patience = 15'000;
 
-/// Short where the test waits for it to pass, long where it must not.
+/// Short where the test waits for it to pass, long where it must not pass.
 constexpr StatusNotifierSearch::Patience impatient = {.withoutWatcher = 1ms, .withoutHost = 1ms};
 constexpr StatusNotifierSearch::Patience patientWithHosts = {.withoutWatcher = 1ms,
                                                              .withoutHost = 600s};
 
-/// Keeps a list of hosts, of whom there may be none; on a connection of its own, like any other
-/// program.
+/// Keeps a list of hosts, which may be empty, on a connection of its own, like any other program.
 class Watcher : public QObject
 {
     Q_OBJECT
@@ -141,7 +140,7 @@ private Q_SLOTS:
         StatusNotifierSearch search(patientWithHosts);
         const QSignalSpy found(&search, &StatusNotifierSearch::found);
         search.start();
-        // At the start, and two seconds later again.
+        // At the start, and again two seconds later.
         QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 2, patience);
         QVERIFY(found.isEmpty());
         watcher.letHostCome();

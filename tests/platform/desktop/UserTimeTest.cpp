@@ -29,7 +29,7 @@ public:
         connect(&m_x11, &X11Connection::eventArrived, this, &WindowManagerView::read);
     }
 
-    /// The server's time now.
+    /// The server's current time.
     quint32 time()
     {
         m_time = 0;
@@ -40,7 +40,7 @@ public:
         return m_time;
     }
 
-    /// When the user was last at the program, as it says when it asks for the focus.
+    /// The time of the user's last activity, as the program states it when it asks for the focus.
     quint32 timeOfNextRequest(QWindow &window)
     {
         m_requestTime = 0;
@@ -88,7 +88,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.isActive());
 
         WindowManagerView view;
-        // What the change of focus has brought about is over.
+        // Wait until the effects of the change of focus are over.
         const quint32 then = view.time();
         quint32 now = then;
         QTRY_VERIFY((now = view.time()) > then + 100);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-/// A client of the X server that means no good. It goes on until it is killed.
+/// A malicious client of the X server. It runs until it is killed.
 ///
-/// usage: hostileClient flood     the active window changes as fast as it can
-///        hostileClient mayflies  so it does, and each window dies at once
-///        hostileClient giant     the active window's class is 4 MB long
+/// usage: hostileClient flood     the active window changes as fast as possible
+///               hostileClient mayflies  the same, and each window dies at once
+///               hostileClient giant     the active window's class is 4 MB long
 
 #include <cstdlib>
 #include <memory>

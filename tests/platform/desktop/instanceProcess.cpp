@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A program of which one copy runs. Says on its output what it hears.
+// A single-instance program. Prints the signals that it receives.
 
 #include "platform/RunningInstance.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A program that can be started at login. Told "on" or "off" it turns that on or off, told "state"
-// it says how it stands; told nothing, as at login, it notes in the folder STARTED_FOLDER which
-// program has been started and with how many arguments.
+// A program that can be started at login. With the argument "on" or "off" it turns that on or off;
+// with "state" it prints the state. Without arguments, as at login, it records in the folder
+// STARTED_FOLDER which program was started and with how many arguments.
 
 #include "platform/LoginItem.h"
 

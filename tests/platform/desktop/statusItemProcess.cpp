@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A program with a status item of a loud colour. Says on its output which action was triggered;
-// "Third" changes the title and state of "Second".
+// A program with a brightly coloured status item. Prints which action was triggered; "Third"
+// changes the title and state of "Second".
 
 #include "platform/StatusItem.h"
 
