@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Compares the time that decoding takes with the time of Qt's reader, warm, from the file's bytes
-// in memory to the picture.
+// Compares our decoding time with that of Qt's reader, warm, from the file's bytes in memory to the
+// picture.
 //
 // usage: decode_bench FILE...
 //
-// One line a picture (tab-separated: file, our milliseconds, Qt's milliseconds), the best of some
-// rounds; last both sums and their ratio. Exits with 1 when a picture can't be decoded or the
-// pixels differ.
+// Prints one line per picture (tab-separated: file, our milliseconds, Qt's milliseconds), the best
+// of several rounds; at the end both sums and their ratio. Exits with 1 when a picture can't be
+// decoded or the pixels differ.
 
 #include "imaging/decodeImage.h"
 

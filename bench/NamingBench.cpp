@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Measures the names that screenshots get, and the time until they have them, over the real path:
-// from the file to the suggested name, one at a time, warm.
+// Measures the names of screenshots, and the time until they are there, over the real path: from
+// the file to the suggested name, one at a time, warm.
 //
 // usage: naming_bench [--page] FOLDER
 //
-// FOLDER holds pictures and their truth.json. One line a picture (tab-separated: file, name,
-// milliseconds, right words, wrong words); last a JSON object with the summary. --page: one
-// whole-page call of the engine in place of our own reading.
+// FOLDER contains pictures and their truth.json. Prints one line per picture (tab-separated: file,
+// name, milliseconds, right words, wrong words); at the end a JSON object with the summary. --page:
+// the engine reads the whole page in one call, instead of our own reading.
 
 #include "bench/NamingTruth.h"
 #include "bench/PageRecognizer.h"

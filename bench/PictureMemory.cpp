@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Measures the memory that pictures cost which are made to cost much: all that is done to a new
-// screenshot at a time (its thumbnail, its name, and its picture pasted), one picture after the
-// other and then all at once.
+// Measures how much memory hostile pictures cost: everything that is done to a new screenshot at
+// once (its thumbnail, its name, and pasting it), for one picture after the other and then for all
+// at the same time.
 //
 // usage: picture_memory
 //
-// One line a picture (tab-separated: file, kilobytes, most megabytes above rest, seconds,
+// Prints one line per picture (tab-separated: file, kilobytes, most megabytes above rest, seconds,
 // thumbnail, name). Exits with 1 when something took more than the 400 MB that are allowed.
 
 #include "bench/HostilePictures.h"

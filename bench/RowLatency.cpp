@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// How long it takes from a finished screenshot to its row on the screen, as a separate client of
+// Measures the time from a finished screenshot to its row on the screen, as a separate client of
 // the X server sees it.
 //
 // usage: row_latency FOLDER PICTURE COUNT
 //
 // Copies PICTURE into FOLDER, which a running Velmora watches with the tray at the bottom right,
-// and prints two figures in milliseconds a run, counted from the return of close(): until anything
-// changes where the tray comes, and until its row can be seen. Then closes the row with a click,
-// when the file has its name, and goes on when the tray is gone.
+// and prints two figures in milliseconds per run, counted from the return of close(): until
+// anything changes where the tray appears, and until its row is visible. Once the file has its
+// name, closes the row with a click, and continues when the tray is gone.
 
 #include <xcb/damage.h>
 #include <xcb/xcb.h>

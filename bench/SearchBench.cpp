@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the search costs: the size of its index, the time of a query and of adding a screenshot. The
-// texts are the lines of real pictures, shuffled.
+// Measures the search: the size of its index, and the time of a query and of adding a screenshot.
+// The texts are the lines of real pictures, shuffled.
 //
 // usage: search_bench FOLDER-WITH-PICTURES [COUNT]
 

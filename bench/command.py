@@ -23,7 +23,7 @@ ROUNDS = 3
 MANY = 10_000
 TITLES = ("Quarterly Budget Meeting", "Alpine Bakery Orders", "Coastal Castle Tour")
 SAMPLE_SECONDS = 0.01
-# One engine a core is faster than one engine on all of them.
+# One engine per core is faster than one engine on all cores.
 ENVIRONMENT = {**os.environ, "OMP_THREAD_LIMIT": "1", "LC_ALL": "C.UTF-8"}
 
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Draws pages of many kinds in a browser and takes pictures of them, with the words that stand in
-them: a set to measure names with, other than any that the recogniser was tuned on.
+"""Draws many kinds of pages in a browser and takes pictures of them, with the words that they
+contain: a set to measure names with, other than any that the recogniser was tuned on.
 
 usage: draw_pages.py FOLDER [COUNT [SEED]]
 
@@ -72,7 +72,7 @@ ICONS = ["<circle cx='8' cy='8' r='6'/>", "<path d='M2 4h12M2 8h12M2 12h12'/>",
 
 
 class Page:
-    """Collects what is written on a page."""
+    """Collects the text written on a page."""
 
     def __init__(self, rng):
         self.rng = rng
@@ -122,7 +122,7 @@ class Page:
                 f"transform:rotate({turn}deg)'>{self.rng.choice(ICONS)}</svg>")
 
     def photo(self, width, height):
-        """A texture of our own: turbulence in colours, which no one can read."""
+        """A texture of our own: coloured turbulence without any text."""
         seed = self.rng.randint(1, 999)
         kind = self.rng.choice(["turbulence", "fractalNoise"])
         base = self.rng.choice([0.008, 0.02, 0.05, 0.12])

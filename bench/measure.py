@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Prints what bench/run measures, each figure beside its goal, and then all of them once more as
-lines of "name value unit" for programs.
+"""Prints what bench/run measures, each figure with its goal, and then all of them again as lines of
+"name value unit" for programs.
 
 usage: tests/world/run-in-world bench/measure.py BUILD [MEASUREMENT...]
 """
@@ -40,7 +40,7 @@ class Bench:
         self.figures = []
 
     def report(self, name, value, unit, goal=None):
-        """One line for people; the same figure for programs at the end."""
+        """Prints one line for people; the same figure for programs comes at the end."""
         verdict = ""
         if goal is not None:
             verdict = f"   goal < {goal:g} {unit}: {'met' if value < goal else 'MISSED'}"
@@ -108,8 +108,8 @@ class Bench:
         velmora.stop()
 
     def memory_alone(self):
-        """As on a machine with no other program of the same libraries: with copies of them, whose
-        memory it shares with nobody."""
+        """As on a machine where no other program uses the same libraries: with copies of them that
+        share no memory."""
         with tempfile.TemporaryDirectory() as folder:
             for library in self.libraries():
                 shutil.copy(library, folder)
@@ -124,7 +124,7 @@ class Bench:
             velmora.stop()
 
     def libraries(self):
-        """All but the C library, which goes with its loader."""
+        """All except the C library, which belongs to its loader."""
         linked = desktop.output_of("ldd", str(self.build / "app" / "velmora")).stdout.decode()
         paths = [line.partition("=> ")[2].split(" ")[0] for line in linked.splitlines()]
         own = ("/libc.so.6", "/libm.so.6")
@@ -137,7 +137,7 @@ class Bench:
 
 
 def rest(seconds):
-    """Lets the program come to rest."""
+    """Waits until the program is at rest."""
     desktop.stays(lambda: True, seconds)
 
 

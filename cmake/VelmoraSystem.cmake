@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# What the build must know of the operating system that it builds for. A room's sources of that system
-# stand in its folder of this name.
+# What the build must know about the target operating system. A room's sources for that system are
+# in the room's folder with its name.
 
 if(APPLE)
     enable_language(OBJCXX)

@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: MIT
-// A target needs a source for its precompiled header to be made.
+// A target needs a source before its precompiled header can be built.

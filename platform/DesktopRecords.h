@@ -5,18 +5,18 @@
 
 #include <memory>
 
-/// What the desktop remembers of files by their places: its list of recent documents, its cache of
-/// thumbnails. It is told of what this program does to a screenshot. Main thread; never waits.
+/// What the desktop records about files by their paths: its list of recent documents and its cache
+/// of thumbnails. Call it for what this program does to a screenshot. Main thread; never waits.
 class DesktopRecords
 {
 public:
     virtual ~DesktopRecords() = default;
 
-    /// The file stands at `to` now. What is remembered of `from` moves with it, also what another
-    /// program notes a moment late.
+    /// The file is now at `to`. Records about `from` move with it, even those that another program
+    /// writes a moment later.
     virtual void fileMoved(const QUrl &from, const QUrl &to) = 0;
 
-    /// The file has left for the trash.
+    /// The file was moved to the trash.
     virtual void fileTrashed(const QUrl &from) = 0;
 };
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# The tests that need nothing of the test world: no X server, no session bus, no Linux.
+# The tests that don't need the test world: no X server, no session bus, no Linux.
 
 add_custom_target(neutral_tests)
 foreach(room core filesystem imaging style detection naming files tray app)

@@ -14,8 +14,8 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Screenshot tools and thumbnailers note a file's place when they are done with it, which may be
-/// after this program has moved it.
+/// Screenshot tools and thumbnailers record a file's path when they are done with it, perhaps after
+/// this program has moved it.
 constexpr std::chrono::milliseconds lookAgainAfter[] = {0s, 1s, 4s, 15s};
 
 constexpr auto longestWaitAtTheEnd = 1s;
@@ -54,7 +54,7 @@ private:
             });
         }
         QTimer::singleShot(std::end(lookAgainAfter)[-1], this, [this, before, number] {
-            // Unless it has been moved from there once more.
+            // Unless it was moved from there again.
             if (m_numbers.value(before) == number) {
                 m_numbers.remove(before);
                 m_moves.remove(before);
@@ -62,7 +62,7 @@ private:
         });
     }
 
-    /// The last moments' moves; each place leads to where its file is now.
+    /// The moves of the last moments; each path maps to where its file is now.
     RecentDocuments::Moves m_moves;
     QHash<QString, int> m_numbers;
     int m_lastNumber = 0;

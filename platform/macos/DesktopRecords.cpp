@@ -4,7 +4,7 @@
 namespace
 {
 
-/// The system remembers files by what they are and not by their places.
+/// The system identifies files by themselves, not by their paths.
 class SelfKeptRecords : public DesktopRecords
 {
 public:

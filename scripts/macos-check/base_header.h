@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What stands before all that is generated: names that the metadata takes for granted.
+// Comes before everything that is generated: names that the metadata takes for granted.
 // clang-format off
 #pragma once
 #pragma clang system_header

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Enumerations with the names that their constants have in C.
+"""Enumerations with the C names of their constants.
 
-The metadata has lost each constant's prefix: NSWindowStyleMask has `Borderless`. The whole name is
-one that can be made of the enumeration's words and that no other constant has."""
+The metadata has lost each constant's prefix: NSWindowStyleMask has `Borderless`. The full name
+is one that can be made from the enumeration's words and that no other constant has."""
 
 import re
 
@@ -20,8 +20,8 @@ def words(name):
 
 
 def candidates(enum, member):
-    """Every name that the constant may have. Not all of them exist, and a check by these headers
-    does not notice the use of one that does not."""
+    """Every name that the constant may have. Not all of them exist, and a check with these headers
+    does not notice when one that does not exist is used."""
     if member[:1].isalpha() and member.startswith(WHOLE_NAMES):
         yield member
     parts = words(enum)
@@ -39,7 +39,7 @@ def candidates(enum, member):
 
 
 def is_set_of_bits(enum, values):
-    """Such an enumeration is an integer with constants, so that they can be joined."""
+    """Such an enumeration is an integer with constants, so that they can be combined."""
     numbers = [value for value in values if value]
     powers = [value for value in numbers if value & (value - 1) == 0]
     return (bool(numbers) and len(powers) >= 0.6 * len(numbers)

@@ -144,7 +144,7 @@ class HeaderMaker(SdkTexts):
 
 
 def belonging(texts, frameworks, framework):
-    """What belongs to a framework that is not made stands with the first one."""
+    """What belongs to a framework for which no headers are made goes with the first one."""
     for name, text in texts.items():
         owner = frameworks.get(name)
         if owner == framework or (framework == FRAMEWORKS[0] and owner not in FRAMEWORKS):

@@ -36,7 +36,7 @@ def write_stub(path, name, symbols, classes=()):
 
 
 def listed_symbols(name):
-    """What the metadata does not know: a symbol a line."""
+    """What the metadata does not list: one symbol per line."""
     path = pathlib.Path(__file__).with_name("symbols") / name
     return {line.strip() for line in path.read_text().splitlines()
             if line.strip() and not line.startswith("#")} if path.exists() else set()

@@ -21,7 +21,7 @@ class MemberWriter:
         self.class_names = class_names
 
     def written(self, owner, members, is_protocol=False, skipped=()):
-        """A line a member. A getter that comes as a method too is written once."""
+        """One line per member. A getter that is also listed as a method is written once."""
         lines, seen = [], set(skipped)
         for member in members:
             if member["property"]:

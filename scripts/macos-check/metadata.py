@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""The metadata of Apple's frameworks, as the npm package @nativescript/macos-node-api carries it.
+"""The metadata of Apple's frameworks, as contained in the npm package @nativescript/macos-node-api.
 
-The package's library for macOS holds a block that begins with the magic "NSMD" and a version. After
-a head with the offsets of its tables come a table of strings and the tables: constants,
+The package's library for macOS contains a block that begins with the magic "NSMD" and a version. A
+header with the offsets of its tables is followed by a table of strings and the tables: constants,
 enumerations, signatures, functions, protocols, classes, structures, unions. All numbers are
-little-endian. A name is an offset into the strings, and the highest bit of an offset says that more
-of the same follow.
+little-endian. A name is an offset into the strings, and the highest bit of an offset means that
+more of the same follow.
 """
 
 import pathlib
@@ -33,7 +33,7 @@ def library_of(package):
 
 
 class Metadata:
-    """A type is a tuple: its kind, and what that kind takes (see read_type)."""
+    """A type is a tuple: its kind, and the parts of that kind (see read_type)."""
 
     def __init__(self, library):
         data = pathlib.Path(library).read_bytes()
@@ -95,8 +95,8 @@ class Metadata:
         return result, at, more, variadic
 
     def signature(self, offset, count=0):
-        """The returned type, the parameters' types, whether it is variadic. Of a variadic one the
-        metadata does not tell how many named parameters there are: `count`."""
+        """The returned type, the parameters' types, whether it is variadic. For a variadic
+        one the metadata does not say how many named parameters there are: `count`."""
         returned, at, more, variadic = self.read_type(self.signature_table + offset)
         parameters = []
         while (len(parameters) < count) if variadic else more:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What of the SDK is made, and the names that the metadata takes for granted."""
+"""Which parts of the SDK are made, and the names that the metadata takes for granted."""
 
 # Those with classes, each after those that it needs; and those with C functions only.
 FRAMEWORKS = """Foundation CoreData QuartzCore CoreImage UniformTypeIdentifiers AppKit CoreML

@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The declarations of classes, protocols, structures and functions, each with all that it needs
-before it."""
+"""Declarations of classes, protocols, structures and functions, each after all that it needs."""
 
 from declarations import Declarations
 from members import MemberWriter
@@ -34,7 +33,7 @@ class SdkTexts:
         self.done_structs = set()
 
     def declare_all(self):
-        """The members of NSObject and the functions, as texts; the others stand in members."""
+        """The members of NSObject and the functions, as texts; the others are in members."""
         self.declare_classes_and_protocols()
         nsobject = "\n".join(self.members.written(
             "NSObject", self.class_named["NSObject"]["members"], skipped=KNOWN_OF_NSOBJECT))
@@ -109,7 +108,7 @@ class SdkTexts:
         return found
 
     def declare_structs(self):
-        """Those that have been named so far, and those that they hold."""
+        """Those that were named so far, and those that they contain."""
         before = None
         while before != len(self.done_structs):
             before = len(self.done_structs)

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Compiles for macOS on a Debian machine; nothing can be linked with it.
 #
-# MACOS_CHECK   the folder with what scripts/check-macos has fetched and made there
+# MACOS_CHECK   the folder with what scripts/check-macos has fetched and made
 
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 22)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Types of the metadata as types of Objective-C."""
+"""Types of the metadata as Objective-C types."""
 
 import re
 
@@ -37,7 +37,7 @@ class TypeNames:
         self.structs = set()
 
     def name(self, kind, hint=None, piece=""):
-        """`hint` is the type in TypeScript, `piece` what names the parameter."""
+        """`hint` is the type in TypeScript, `piece` the part of the selector for the parameter."""
         what = kind[0]
         enum = ENUM_HINT.fullmatch(hint.replace(" | null", "")) if hint else None
         if enum and enum[1] in self.enums:
@@ -95,7 +95,7 @@ class TypeNames:
 
 
 def declared(kind, name):
-    """A type and a name in the order of C."""
+    """A type and a name in C order."""
     for mark in ("(^)", "(*)"):
         if mark in kind:
             return kind.replace(mark, f"{mark[:-1]}{name})", 1)

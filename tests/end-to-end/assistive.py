@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""What assistive technologies are told of the program's windows."""
+"""What assistive technologies see of the program's windows."""
 
 import unittest
 

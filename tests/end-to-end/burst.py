@@ -44,9 +44,9 @@ class Burst(case.EndToEnd):
         return dropped
 
     def wait_until_all_are_named(self, count):
-        """Every file has lost the name that it came with, and the rows that are left have told
-        the names that the text makes. A file whose row was pushed out before its text was read
-        keeps the first name that it got."""
+        """No file has its original name any more, and the remaining rows show the names that come
+        from the text. A file whose row was pushed out before its text was read keeps the first
+        name that it got."""
 
         def all_named():
             names = desktop.pictures()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What every end-to-end case stands on: a clean folder, a page in front, the running program."""
+"""The basis of every end-to-end case: a clean folder, a page in front, the running program."""
 
 import itertools
 import os
@@ -65,7 +65,7 @@ class EndToEnd(unittest.TestCase):
         )
 
     def drop_named(self, title=TITLE):
-        """A screenshot that has got its row and its name; the file's path."""
+        """Drops a screenshot and waits for its row and its name. Returns the file's path."""
         before = set(desktop.pictures())
         self.drop(title)
         slug = "gazette-" + title.lower().replace(" ", "-")

@@ -103,7 +103,7 @@ class FileManager(case.EndToEnd):
                 copy.unlink()
 
     def drag(self, start, end):
-        """As a hand drags: away from the picture, in small steps to the target, and about there
+        """Drags like a hand: away from the picture, in small steps to the target, and around there
         before it lets go."""
         desktop.run("xdotool", "mousemove", "--sync", *map(str, start), "mousedown", "1")
         self.move_pointer(start, (start[0] - 60, start[1] - 60), 6)

@@ -31,7 +31,7 @@ class Dialogs(ProgramWindows, case.EndToEnd):
         self.wait_for_front(WELCOME)
 
     def elements(self):
-        """All that the program shows, as assistive technologies see it."""
+        """Everything that the program shows, as assistive technologies see it."""
         tree = self.velmora.elements()
         return [each for each in desktop.leaves(tree) if each["showing"]] if tree else []
 
@@ -69,7 +69,7 @@ class Dialogs(ProgramWindows, case.EndToEnd):
         self.wait_for_text(REFUSAL)
 
     def check_fresh_window(self):
-        """The new window alone is there, works, and the program goes on."""
+        """Only the new window is there, it works, and the program keeps running."""
         self.wait_for_front(WELCOME)
         desktop.wait_until(lambda: self.element("Instant Mode On"), "the new state is shown")
         desktop.wait_until(lambda: not self.dialogs(), "the dialogs have ended")
@@ -118,7 +118,7 @@ class Dialogs(ProgramWindows, case.EndToEnd):
         self.open_again()
 
     def open_again(self):
-        """The explanation is not repeated once it has been read."""
+        """The explanation is not repeated once it was read."""
         self.press("Change Folder")
         self.wait_for_chooser()
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Another process meddles with the files while the program works on them: whatever it does, at
-whatever moment, every picture is there exactly once in the end."""
+"""Another process interferes with the files while the program works on them: whatever it does, and
+whenever, every picture is there exactly once in the end."""
 
 import ctypes
 import os
@@ -35,7 +35,7 @@ def rename(source, target, flags):
 
 
 def files_in(folder):
-    """Hidden ones too."""
+    """Including hidden ones."""
     return sorted(entry for entry in folder.iterdir()) if folder.exists() else []
 
 
@@ -58,7 +58,7 @@ class Interferences(case.EndToEnd):
         self.undo_button = row.button("Undo")
 
     def headline_bytes(self, title):
-        """A picture of a page with its title alone, which is quickly read."""
+        """A picture of a page with nothing but its title, which is read quickly."""
         path = self.outside / "headline.png"
         self.tools.save_page(title, "", path)
         return path.read_bytes()
@@ -111,7 +111,7 @@ class Interferences(case.EndToEnd):
         return True
 
     def replace_file(self):
-        """In one step, as a program does that saves safely."""
+        """In one step, like a program that saves safely."""
         path = self.any_file()
         content = self.new_content("replacement")
         outside = self.outside_file(content)
@@ -154,7 +154,7 @@ class Interferences(case.EndToEnd):
             return False
 
     def occupy_destination(self):
-        """The next name that the text makes, or the name that an undo would give back."""
+        """The next name that comes from the text, or the name that an undo would restore."""
         slug = "gazette-" + self.random.choice(TITLES).lower().replace(" ", "-")
         name = self.random.choice(
             [f"{slug}.png", f"{slug}-2.png", f"shot-{self.random.randrange(self.number + 1):04}.png"]

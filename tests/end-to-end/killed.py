@@ -28,12 +28,12 @@ TEXT = "(" + "|".join(title.lower().replace(" ", "-") for title in [case.TITLE, 
 
 
 def names_in(folder):
-    """Hidden ones too."""
+    """Including hidden ones."""
     return sorted(entry.name for entry in folder.iterdir()) if folder.exists() else []
 
 
 def stored_settings():
-    """The preferences as they lie on the disk."""
+    """The preferences as stored on the disk."""
     store = configparser.ConfigParser(interpolation=None)
     store.optionxform = str
     store.read(desktop.SETTINGS)
@@ -63,8 +63,8 @@ class Ledger:
     def kind_of_name(self, content, name):
         """"old", "fallback" or "text"; nothing when the file may not have the name.
 
-        The text may be another file's: a row is not told of an undo by the menu, and then names
-        what has the name that its own file had."""
+        The text may be another file's: a row does not learn of an undo from the menu, and then
+        renames the file that now has the name of its own file."""
         old = self._written[content]
         if name == old:
             return "old"
@@ -98,7 +98,7 @@ class Killed(case.EndToEnd):
         self.log = desktop.Log()
 
     def headline_bytes(self, title):
-        """A picture of a page with its title alone, which is quickly read."""
+        """A picture of a page with nothing but its title, which is read quickly."""
         path = self.outside / "headline.png"
         self.tools.save_page(title, "", path)
         return path.read_bytes()
@@ -125,7 +125,7 @@ class Killed(case.EndToEnd):
         self.velmora.act("undo")
 
     def live_and_be_killed(self):
-        """Starts the program, keeps it busy, and kills it at a random moment of all this."""
+        """Starts the program, keeps it busy, and kills it at a random moment."""
         killed = threading.Event()
 
         def kill():
@@ -144,8 +144,8 @@ class Killed(case.EndToEnd):
         timer.join()
 
     def check_files(self):
-        """Each file is there once, whole, in the folder or in the trash. Returns the names' kinds
-        by their place."""
+        """Each file is there once, complete, in the folder or the trash. Returns the kinds of the
+        names by their place."""
         found = {}
         kinds = []
         for place in (desktop.FOLDER, TRASH / "files"):
@@ -169,13 +169,13 @@ class Killed(case.EndToEnd):
 
     @staticmethod
     def noted_path(name):
-        """Where the trash says that the file comes from."""
+        """The original path that the trash has recorded for the file."""
         note = configparser.ConfigParser(interpolation=None)
         note.read_string((TRASH / "info" / f"{name}.trashinfo").read_text())
         return pathlib.Path(urllib.parse.unquote(note["Trash Info"]["Path"]))
 
     def check_leftovers(self):
-        """A kill in the middle of a move to or from the trash leaves a note alone, nothing else."""
+        """A kill during a move to or from the trash may leave an info file, nothing else."""
         notes = {name.removesuffix(".trashinfo") for name in names_in(TRASH / "info")}
         orphans = notes - set(names_in(TRASH / "files"))
         self.assertLessEqual(len(orphans - self.orphans), 1, orphans)
@@ -191,7 +191,7 @@ class Killed(case.EndToEnd):
         self.assertEqual({path.parent for path in recent} - {desktop.FOLDER}, set())
 
     def check_that_it_works(self):
-        """A new screenshot gets its name, its row trashes it and an undo brings it back."""
+        """A new screenshot gets its name, its row trashes it, and an undo restores it."""
         # A file that arrives while the program first lists the folder counts as old.
         self.velmora.start().close_welcome_window()
         before = set(names_in(desktop.FOLDER))
@@ -209,7 +209,7 @@ class Killed(case.EndToEnd):
         self.assertEqual(path.read_bytes(), content)
 
     def undone_names(self):
-        """The files that have been seen, and have their old names again."""
+        """The files that were seen and have their old names again."""
         messages = set(self.log.own_messages())
         paths = [desktop.FOLDER / name for name in self.ledger.old_names()]
         return [path.name for path in paths if path.exists() and f"detected {path}" in messages]

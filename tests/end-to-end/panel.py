@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A real panel with a status tray, and what it and any other program get from Velmora's item."""
+"""A real panel with a status tray, and what it and other programs get from Velmora's item."""
 
 import os
 import pathlib
@@ -24,7 +24,7 @@ PLACES = dict(zip(ENTRIES, (0.09, 0.25, 0.41, 0.58, 0.74, 0.92)))
 
 
 def call(service, path, method, *arguments):
-    """What a method on the session bus answers, as gdbus prints it; nothing when it fails."""
+    """The answer of a method on the session bus, as gdbus prints it; nothing when it fails."""
     done = desktop.output_of(
         "gdbus", "call", "--session", "--dest", service, "--object-path", path,
         "--method", method, *arguments,
@@ -84,8 +84,8 @@ class Panel:
 
     @staticmethod
     def _open(pid):
-        """The window of the menu. The panel knows of an item before it shows it, so that the first
-        click may be too early."""
+        """The window of the menu. The panel knows an item before it shows it, so the first click
+        may be too early."""
         before = set(desktop.windows_of(pid))
         opened = lambda: set(desktop.windows_of(pid)) - before  # noqa: E731
 
@@ -97,7 +97,7 @@ class Panel:
         return desktop.wait_until(opens, "the menu has opened").pop()
 
     def choose(self, pid, title):
-        """Opens the item's menu with a click, and clicks the entry of the title."""
+        """Opens the item's menu with a click, and clicks the entry with the title."""
         self.wait_for_item()
         menu = self._open(pid)
         x, y, width, height = desktop.geometry(menu)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The running program reached from outside: by a second start and over the session bus."""
+"""The running program is reached from outside: by a second start and over the session bus."""
 
 import os
 import pathlib
@@ -90,7 +90,7 @@ class Reopening(ProgramWindows, case.EndToEnd):
 
 
 class StartedOverTheBus(ProgramWindows, unittest.TestCase):
-    """The program does not run, and the bus starts it for a call."""
+    """The program is not running, and the bus starts it for a call."""
 
     def setUp(self):
         services = pathlib.Path(os.environ["XDG_DATA_HOME"], "dbus-1", "services")
@@ -124,7 +124,7 @@ class StartedOverTheBus(ProgramWindows, unittest.TestCase):
         desktop.wait_until(lambda: not desktop.Velmora.is_on_bus(), "the program has ended")
 
     def shows_only(self, title, seconds=1.5):
-        """Whether the window of this title is the only one, or none is, and stays so."""
+        """Whether the window with this title is the only one, or there is none, and it stays so."""
 
         def alone():
             titles = [title_of(window) for window in desktop.windows_of(self.pid)]
@@ -147,7 +147,7 @@ class StartedOverTheBus(ProgramWindows, unittest.TestCase):
 
 
 class WithoutABus(ProgramWindows, unittest.TestCase):
-    """No session bus: the program and its second start meet over a lock and a socket."""
+    """No session bus: a second start finds the running program through a lock and a socket."""
 
     def setUp(self):
         address = os.environ["DBUS_SESSION_BUS_ADDRESS"]

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""What the program still knows after it has been started anew, and what stays undone."""
+"""What the program still knows after a restart, and what stays undone."""
 
 import unittest
 
@@ -46,7 +46,7 @@ class Restart(case.EndToEnd):
         self.open_recent(names)
 
     def undo(self, is_undone):
-        """Undoes once; the file then has a name as wanted. Returns its name."""
+        """Undoes once; the file then has a matching name. Returns that name."""
         self.assertTrue(self.velmora.act("undo"))
         return desktop.wait_until(
             lambda: (names := desktop.pictures()) and is_undone(names[0]) and names[0],
@@ -64,7 +64,7 @@ class Restart(case.EndToEnd):
         self.open_recent([second])
 
     def expect_left_alone(self, name, detected):
-        """Nobody takes the file for a new screenshot."""
+        """The file is not taken for a new screenshot."""
         untouched = desktop.stays(
             lambda: desktop.pictures() == [name] and self.detected() == detected,
             LONGER_THAN_THE_WATCHER_LOOKS_SECONDS,

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Settings and log on a slow disk: the main thread does not ask that disk for anything, and nothing
-is lost."""
+"""Settings and log on a slow disk: the main thread never touches the disk, and nothing is lost."""
 
 import os
 import pathlib
@@ -32,7 +31,7 @@ class SlowDisk(unittest.TestCase):
         self.addCleanup(self.velmora.stop)
 
     def calls_of_the_main_thread(self):
-        """Those on the settings and on the log."""
+        """Its calls on the settings and on the log."""
         places = (str(SETTINGS_FOLDER), str(desktop.LOG))
         lines = self.report.read_text().splitlines()
         return [line for line in lines if line.split(" ", 1)[1].startswith(places)]

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The status item in a real panel: its menu opened, every entry clicked, titles and states read."""
+"""The status item in a real panel: opens its menu, clicks every entry, reads titles and states."""
 
 import configparser
 import os

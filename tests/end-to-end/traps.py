@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""What stands where the program's own files belong, and is none: the program starts all the same,
-works, reads nothing endless, and loses nothing of it."""
+"""Something else is in the place of the program's own files: the program starts all the same,
+works, reads nothing endless, and loses nothing of what is there."""
 
 import os
 import pathlib
@@ -67,7 +67,7 @@ TRAPS = [
 
 
 def everything():
-    """The number, the kind and the size of all that stands in the configuration."""
+    """The number, the kind and the size of everything in the configuration folder."""
     found = {}
     for parent, folders, files in os.walk(CONFIG):
         for name in folders + files:
@@ -96,13 +96,13 @@ class Traps(unittest.TestCase):
         print(f"  {1000 * (time.monotonic() - begin):.0f} ms", flush=True)
 
     def most_bytes(self):
-        """The resident memory at its highest."""
+        """The peak of the resident memory."""
         text = pathlib.Path(f"/proc/{self.velmora.pid}/status").read_text()
         return 1024 * int(re.search(r"VmHWM:\s+(\d+) kB", text)[1])
 
     def expect_that_it_works(self):
-        """The welcome window, whose building reads the autostart entry, is shown; a screenshot
-        gets its row; and the recent list is stored."""
+        """The welcome window, which reads the autostart entry when it is built, is shown; a
+        screenshot gets its row; and the recent list is stored."""
         self.velmora.close_welcome_window()
         path = desktop.FOLDER / "Screenshot.png"
         self.tools.save_page("Traps", "All is well.", path)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The tray as a window: its place, its rows, how long it stays."""
+"""The tray as a window: its position, its rows, how long it stays."""
 
 import time
 import unittest

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The program's own windows, for cases that look at them."""
+"""The program's own windows, for cases that examine them."""
 
 import desktop
 
@@ -19,10 +19,10 @@ def is_dialog(window):
 
 
 class ProgramWindows:
-    """What is mixed into a case. The cases begin with the welcome window closed."""
+    """A mixin for cases. They begin with the welcome window closed."""
 
     def window(self, title):
-        """The program's visible window of this title."""
+        """The program's visible window with this title."""
         for window in desktop.windows_of(self.velmora.pid):
             if title_of(window) != title or is_dialog(window):
                 continue

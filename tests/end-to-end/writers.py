@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Screenshots as real tools write them: each gets its row at once, and its name."""
+"""Screenshots written the way real tools write them: each gets its row at once, and its name."""
 
 import os
 import time
@@ -14,7 +14,7 @@ SETTLED_SECONDS = 1.0
 
 class Writers(case.EndToEnd):
     def expect_named_once(self, path, name):
-        """The file at the path is reported once, and gets the name that its text makes."""
+        """The file at the path is reported once, and gets its name from its text."""
         target = self.wait_for_name(name)
         self.velmora.wait_for_row(
             lambda row: row.filename == name and row.status == "Renamed automatically",
@@ -37,14 +37,14 @@ class Writers(case.EndToEnd):
         self.expect_named_once(path, f"{case.TITLE_NAME}.png")
 
     def test_a_picture_by_import(self):
-        """ImageMagick makes the file, closes it, and opens it again when it has the picture."""
+        """ImageMagick creates the file, closes it, and opens it again once it has the picture."""
         path = desktop.FOLDER / "import.png"
         desktop.run("import", "-window", str(self.page.window), str(path))
         target = self.expect_named_once(path, f"{case.TITLE_NAME}.png")
         self.assertTrue(target.read_bytes().endswith(b"IEND\xaeB`\x82"))
 
     def write_in_parts(self, path, parts, pause):
-        """Opens the file anew for each part."""
+        """Opens the file again for each part."""
         for number, part in enumerate(parts):
             if number > 0:
                 desktop.let_pass(pause)

@@ -61,7 +61,7 @@ def complaints_of(root, source):
 
 
 def is_of_a_system(path):
-    """Whether the file is of one operating system: FileUrls.h is not, linux/copyFile.h is."""
+    """Whether the file is for one operating system: FileUrls.h is not, linux/copyFile.h is."""
     return len(path.parts) > 2 and path.parts[1] in SYSTEM_FOLDERS
 
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""A root file system of its own that holds the essential packages of this machine and what a package
-depends on, and nothing else. It is copied from what is installed here, so it takes seconds and no
-network; what is missing among the dependencies is missing there."""
+"""A separate root file system with the essential packages of this machine and the dependencies of a
+package, and nothing else. It is copied from what is installed here, so it takes seconds and no
+network; a missing dependency is missing there, too."""
 
 import os
 import pathlib
@@ -35,7 +35,7 @@ class Package:
 
 
 def wanted(depends):
-    """Names in groups; one of each group will do."""
+    """Names in groups; one of each group is enough."""
     return [[re.split(r"[ (:]", name.strip())[0] for name in group.split("|")]
             for group in depends.split(",") if group.strip()]
 
@@ -51,7 +51,7 @@ def installed():
 
 
 def closure(depends):
-    """The packages that these dependencies take, with all that is essential."""
+    """The packages that these dependencies need, and all essential ones."""
     here = installed()
     queue = [package for package in here.values() if package.essential]
     groups = wanted(depends)
@@ -125,7 +125,7 @@ class CleanRoot:
         return done.returncode == 0, done.stdout
 
     def start(self, *command, **environment):
-        """A program in there, which sees this machine's devices and X server."""
+        """Starts a program in there, with this machine's devices and X server."""
         mounts = "; ".join(f"mount --rbind {path} '{self.path}{path}'"
                            for path in ("/proc", "/dev", "/tmp/.X11-unix"))
         (self.path / "tmp/.X11-unix").mkdir(exist_ok=True)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Looks at the Debian package as Debian's own tools do, and installs and starts it in a clean root.
+"""Checks the Debian package with Debian's own tools, and installs and starts it in a clean root.
 
 usage: deb.py BUILD
 """
@@ -122,7 +122,7 @@ class Deb(unittest.TestCase):
 
 
 class Installed(unittest.TestCase):
-    """The package where there is nothing but what it depends on."""
+    """The package where only its dependencies are installed."""
 
     def setUp(self):
         self.outside = pathlib.Path(tempfile.mkdtemp())

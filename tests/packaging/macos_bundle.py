@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Looks at what the bundle for macOS is made of: its description and its icon.
+"""Checks the parts of the macOS bundle: its description and its icon.
 
 usage: macos_bundle.py ROOT DRAW_ICON
 """

@@ -40,7 +40,7 @@ QString listPath()
     return qEnvironmentVariable("XDG_DATA_HOME") + u"/recently-used.xbel"_s;
 }
 
-/// As GNOME's library writes it, with an entry of this address between two others.
+/// In the form that GNOME's library writes, with an entry for this URI between two others.
 QByteArray listWith(const QByteArray &uri)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -238,7 +238,7 @@ private Q_SLOTS:
         QVERIFY(write(thumbnail(u"normal"_s, fileUri(from)), "thumbnail"));
         QVERIFY(write(listPath(), listWith(fileUri(from))));
         m_records->fileMoved(url(from), url(folder.filePath(u"b.png"_s)));
-        // Another one tells when the work has been done.
+        // Another one shows when the work is done.
         const QString marker = thumbnail(u"normal"_s, fileUri(u"/p/marker.png"_s));
         QVERIFY(write(marker, "thumbnail"));
         m_records->fileTrashed(url(u"/p/marker.png"_s));

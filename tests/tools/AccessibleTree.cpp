@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Prints what a running program tells assistive technologies, as JSON: each element with its
-// role, name, description, text, place on the screen, states and children.
+// Prints what a running program exposes to assistive technologies, as JSON: each element with its
+// role, name, description, text, position on the screen, states and children.
 //
 // usage: accessible_tree PID
 

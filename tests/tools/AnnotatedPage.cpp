@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The picture of docs/reading.md: a small window that the tool draws itself, with the lines that
-// were found in it and the order in which they are read.
+// Draws the picture of docs/reading.md: a small window, with the lines that were found in it and
+// the order in which they are read.
 //
 // usage: annotated_page PICTURE
 

@@ -3,7 +3,7 @@
 //
 // usage: sample_page TITLE PARAGRAPH [--save PICTURE]
 //
-// Shows the page in a window until it is closed, or saves a picture of it and ends.
+// Shows the page in a window until it is closed, or saves a picture of it and exits.
 
 #include <QApplication>
 #include <QLabel>

@@ -45,7 +45,7 @@ private:
     std::unique_ptr<Process> m_process;
 };
 
-/// A compositor that only says that it is there; it never draws anything.
+/// A compositor that only announces itself and never draws anything.
 class IdleCompositor
 {
 public:

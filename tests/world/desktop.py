@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""What tests, benchmarks and the demonstration do on the private desktop of run-in-world: start
-the program, take screenshots of real windows, look at the tray as another program sees it, and use
-it with the mouse and the keyboard."""
+"""What tests, benchmarks and the demonstration do on the private desktop of run-in-world: start the
+program, take screenshots of real windows, examine the tray as another program sees it, and use it
+with the mouse and the keyboard."""
 
 import configparser
 import json
@@ -23,11 +23,11 @@ LOOK_AGAIN_SECONDS = 0.02
 
 
 class Deadline(AssertionError):
-    """A condition did not come true in time."""
+    """A condition did not become true in time."""
 
 
 def wait_until(condition, what, seconds=10, look_again=LOOK_AGAIN_SECONDS):
-    """The condition's first true value; looked at again and again until the deadline."""
+    """The condition's first true value; checked again and again until the deadline."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
@@ -54,7 +54,7 @@ def let_pass(seconds):
 
 
 def appears(path, seconds):
-    """Whether the file is there before the time is over."""
+    """Whether the file appears within the time."""
     return not stays(lambda: not path.exists(), seconds)
 
 
@@ -70,7 +70,7 @@ def run(*command, timeout=20):
 
 
 def output_of(*command):
-    """What a command that may fail has done, with its output."""
+    """The result of a command that may fail, with its output."""
     return subprocess.run(command, capture_output=True, timeout=20)
 
 
@@ -80,8 +80,8 @@ def pictures(folder=FOLDER):
 
 
 class Log:
-    """The lines that the program's log has got since this object was made. The log is one file for
-    all users and worlds, so look for lines that name a path of this one."""
+    """The lines added to the program's log since this object was made. The log is one file for all
+    users and worlds, so look for lines that name a path of this world."""
 
     def __init__(self):
         self._start = LOG.stat().st_size if LOG.exists() else 0
@@ -120,7 +120,7 @@ class Tools:
 
 
 class Page:
-    """An ordinary application of the name "Gazette" that shows a page."""
+    """An ordinary application named "Gazette" that shows a page."""
 
     def __init__(self, program, title, paragraph):
         entries = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "applications"
@@ -292,8 +292,8 @@ def leaves(element):
 
 
 def slow_disk(build, folders, milliseconds, calls=(), report=None):
-    """The environment of a program for which each call on something in these folders takes so much
-    longer; see SlowDisk.h."""
+    """The environment of a program for which each call on something in these folders takes this
+    much longer; see SlowDisk.h."""
     library = pathlib.Path(build) / "tests" / "tools" / "libvelmora_slow_disk.so"
     sanitizer = os.environ.get("ASAN_OPTIONS", "")
     environment = {
@@ -332,7 +332,7 @@ class Velmora:
         return self
 
     def close_welcome_window(self):
-        """Closes the window that greets the user, as the user does."""
+        """Closes the welcome window, as the user does."""
         front = active_window()
         window = wait_until(lambda: windows_of(self.pid), "the welcome window")[0]
 
@@ -364,12 +364,12 @@ class Velmora:
             self._process.wait(10)
 
     def kill(self):
-        """Ends it at once, without a chance to finish anything."""
+        """Kills it at once, without a chance to finish anything."""
         self._process.kill()
         self._process.wait(10)
 
     def act(self, action):
-        """Asks for one of the menu's actions, as a launcher does. Whether it was heard."""
+        """Requests a menu action, as a launcher does. Returns whether it was received."""
         method = "org.freedesktop.Application.ActivateAction"
         place = ("--dest", "app.velmora.Velmora", "--object-path", "/app/velmora/Velmora")
         call = ("gdbus", "call", "--session", *place, "--method", method, action, "[]", "{}")
@@ -377,19 +377,19 @@ class Velmora:
 
     @staticmethod
     def activate():
-        """Opens it again, as a launcher does. Whether it was heard."""
+        """Opens it again, as a launcher does. Returns whether that was received."""
         method = "org.freedesktop.Application.Activate"
         place = ("--dest", "app.velmora.Velmora", "--object-path", "/app/velmora/Velmora")
         call = ("gdbus", "call", "--session", *place, "--method", method, "{}")
         return output_of(*call).returncode == 0
 
     def elements(self):
-        """The tree of what the program tells assistive technologies; nothing when it is silent."""
+        """The program's accessibility tree; nothing when the program does not answer."""
         return self._tools.tree(self.pid)
 
     @staticmethod
     def is_on_bus():
-        """Whether any instance is there to be reached."""
+        """Whether any instance can be reached."""
         bus = ("--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus")
         method = ("--method", "org.freedesktop.DBus.NameHasOwner", "app.velmora.Velmora")
         return b"true" in run("gdbus", "call", "--session", *bus, *method)
@@ -445,18 +445,17 @@ class Velmora:
 
     @property
     def is_sanitized(self):
-        """Sanitizers keep freed memory for themselves, and make everything several times as
-        slow."""
+        """Sanitizers keep freed memory for themselves, and make everything several times slower."""
         return re.search(r"/lib[at]san\.so", pathlib.Path(f"/proc/{self.pid}/maps").read_text())
 
     def private_bytes(self):
-        """The resident memory that the process shares with nobody."""
+        """The resident memory that the process does not share."""
         rollup = pathlib.Path(f"/proc/{self.pid}/smaps_rollup").read_text()
         private = re.findall(r"^Private_(?:Clean|Dirty):\s+(\d+) kB", rollup, re.M)
         return 1024 * sum(map(int, private))
 
     def processor_seconds(self):
-        """The processor time that all threads together have used, ended ones included."""
+        """The processor time used by all threads together, including ended ones."""
         fields = pathlib.Path(f"/proc/{self.pid}/stat").read_text().rsplit(")", 1)[1].split()
         user, system = int(fields[11]), int(fields[12])
         return (user + system) / os.sysconf("SC_CLK_TCK")

@@ -21,7 +21,7 @@ public:
     /// The "applications" folders that the environment names, the user's own first.
     static QStringList standardFolders();
 
-    /// Reads every entry of the folders. Any thread; blocks for about a tenth of a millisecond an
+    /// Reads every entry of the folders. Any thread; blocks for about a tenth of a millisecond per
     /// entry.
     static DesktopEntries read(const QStringList &folders);
 

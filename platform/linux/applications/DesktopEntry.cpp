@@ -18,7 +18,7 @@ struct Free {
     void operator()(GKeyFile *file) const { g_key_file_free(file); }
 };
 
-/// Takes over the text.
+/// Takes ownership of the text.
 QString taken(char *text)
 {
     const std::unique_ptr<char, Free> owned(text);
@@ -27,7 +27,7 @@ QString taken(char *text)
 
 } // namespace
 
-/// GLib only reads it from now on, which several threads may do at once.
+/// From now on GLib only reads it, which several threads may do at once.
 struct DesktopEntry::Parsed {
     std::unique_ptr<GKeyFile, Free> file{g_key_file_new()};
 };

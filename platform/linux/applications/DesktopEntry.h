@@ -9,8 +9,8 @@
 
 /// The main group of a desktop entry file. A value, cheap to copy.
 ///
-/// GLib's GDesktopAppInfo is not used: it knows no entry whose program it can't find in the search
-/// path, and such a program can have windows all the same.
+/// GLib's GDesktopAppInfo is not used: it ignores an entry whose program is not in the search path,
+/// but such a program can have windows all the same.
 class DesktopEntry
 {
 public:
@@ -20,8 +20,8 @@ public:
 
     /// The value with its escapes undone; empty when the key is missing.
     QString string(const char *key) const;
-    /// The value in the first of the user's languages for messages that has one, else the
-    /// untranslated one.
+    /// The value in the first of the user's message languages that has one, else the untranslated
+    /// value.
     QString localizedString(const char *key) const;
     QStringList list(const char *key) const;
     /// Absent when the key is missing or the value is no boolean.

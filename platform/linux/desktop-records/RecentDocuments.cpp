@@ -21,19 +21,19 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Many times what such lists grow to.
+/// Far larger than such lists become.
 constexpr qint64 largestList = 16 << 20; // bytes
 
 /// Another program may write the list at the same moment.
 constexpr int mostAttempts = 5;
 
-/// An entry of the list, by where its parts begin and end in the text.
+/// An entry of the list, by the positions of its parts in the text.
 struct Entry {
     qsizetype begin;
     qsizetype end;
     qsizetype uriBegin;
     qsizetype uriEnd;
-    QString path; ///< empty where it is no file of this machine
+    QString path; ///< empty when it is not a file of this machine
 };
 
 QByteArray withoutEntities(QByteArray text)
@@ -56,7 +56,7 @@ QByteArray withEntities(QByteArray text)
         .replace("'", "&apos;");
 }
 
-/// The value of an attribute of the tag between `begin` and `end`; absent when it has none.
+/// The value of an attribute of the tag between `begin` and `end`; absent when there is none.
 std::optional<std::pair<qsizetype, qsizetype>> attribute(const QByteArray &text, qsizetype begin,
                                                          qsizetype end, const QByteArray &name)
 {
@@ -97,7 +97,7 @@ std::vector<Entry> entriesOf(const QByteArray &text)
     return entries;
 }
 
-/// The line with it, where it has one of its own.
+/// With its line, when it has one of its own.
 void removeEntry(QByteArray &text, const Entry &entry)
 {
     qsizetype begin = entry.begin;
@@ -109,7 +109,7 @@ void removeEntry(QByteArray &text, const Entry &entry)
     text.remove(begin, end - begin);
 }
 
-/// Which file it is, and of which content.
+/// Identifies a file and its content.
 struct Version {
     dev_t device = 0;
     ino_t serial = 0;
@@ -138,7 +138,7 @@ std::optional<Version> versionAt(const QString &path)
                                                                      : std::nullopt;
 }
 
-/// A pipe in its place is not waited for.
+/// Does not wait for a pipe in its place.
 std::optional<std::pair<Version, QByteArray>> read(const QString &path)
 {
     const int descriptor =
@@ -177,7 +177,7 @@ QByteArray moved(const QByteArray &list, const Moves &moves)
     for (const Entry &entry : entries)
         taken.insert(entry.path);
     QByteArray text = list;
-    // From the end, so that the places before stay right.
+    // From the end, so that earlier positions stay valid.
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
         const auto move = moves.constFind(entry->path);
         if (entry->path.isEmpty() || move == moves.cend())

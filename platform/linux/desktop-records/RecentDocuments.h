@@ -5,22 +5,20 @@
 #include <QHash>
 #include <QString>
 
-/// The desktop's list of recent documents, `recently-used.xbel`, which the programs of all desktops
-/// write. Any thread; blocks for the disk.
+/// The desktop's list of recent documents, `recently-used.xbel`, which programs on all desktops
+/// write. Any thread; blocks on the disk.
 namespace RecentDocuments
 {
 
-/// Each file's place, by the one that it had before.
+/// Each file's new path, by its previous one.
 using Moves = QHash<QString, QString>;
 
-/// The text of the list with the entries of these files under their new places. Where an entry of
-/// the new place is there already, the old one is left out. Everything else stays as it is, byte
-/// for byte.
+/// The list's text with the entries of these files under their new paths. When the new path already
+/// has an entry, the old one is dropped. Everything else stays as it is, byte for byte.
 QByteArray moved(const QByteArray &list, const Moves &moves);
 
-/// Does that to the user's list, in one step that others see whole or not at all. A place where
-/// another file stands by now keeps its entry. Nothing where there is no list, or something else in
-/// its place.
+/// Does that to the user's list in one atomic step. A path where another file is by now keeps its
+/// entry. Does nothing when there is no list, or when something else is in its place.
 void move(const Moves &moves);
 
 } // namespace RecentDocuments

@@ -39,11 +39,11 @@ void ThumbnailCache::forget(const QString &path)
     QStringList folders;
     for (const QString &size : cache.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         folders.append(cache.filePath(size));
-    // Where each program notes what it could draw no thumbnail of.
+    // Where each program records the files that it could draw no thumbnail of.
     const QDir failed(cache.filePath(u"fail"_s));
     for (const QString &program : failed.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         folders.append(failed.filePath(program));
-    // KDE spells a few characters in another way.
+    // KDE encodes a few characters differently.
     for (const QByteArray &uri : {fileUri(path), QUrl::fromLocalFile(path).toEncoded()}) {
         for (const QString &folder : folders)
             QFile::remove(folder + u'/' + thumbnailName(uri));

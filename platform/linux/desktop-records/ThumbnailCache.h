@@ -3,13 +3,13 @@
 
 #include <QString>
 
-/// The thumbnails that file managers share, `thumbnails` in the cache folder, named by the file's
-/// address. Any thread; blocks for the disk.
+/// The thumbnails that file managers share, `thumbnails` in the cache folder, named after the
+/// file's URI. Any thread; blocks on the disk.
 namespace ThumbnailCache
 {
 
-/// Removes the thumbnails of a file that has stood there, in every size. Nothing while something
-/// stands there.
+/// Removes the thumbnails, in every size, of a file that was at this path. Does nothing while there
+/// is something at the path.
 void forget(const QString &path);
 
 } // namespace ThumbnailCache

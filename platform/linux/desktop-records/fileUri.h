@@ -4,6 +4,5 @@
 #include <QByteArray>
 #include <QString>
 
-/// The address of a local file, spelled as desktops spell it where they look files up by it. Any
-/// thread.
+/// The URI of a local file, encoded the way desktops do when they look up files by it. Any thread.
 QByteArray fileUri(const QString &path);

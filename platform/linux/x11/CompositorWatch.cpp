@@ -26,8 +26,8 @@ CompositorWatch::~CompositorWatch()
         xcb_destroy_window(m_x11.get(), m_probe);
 }
 
-/// The server listens to no request of an extension before it was asked for its version. Windows'
-/// pictures came with version 0.2.
+/// The server answers no request of an extension before the one for its version. Pictures of
+/// windows came with version 0.2.
 bool CompositorWatch::hasCompositors()
 {
     const auto *extension = xcb_get_extension_data(m_x11.get(), &xcb_composite_id);
@@ -39,8 +39,8 @@ bool CompositorWatch::hasCompositors()
     return version && (version->major_version > 0 || version->minor_version >= 2);
 }
 
-/// When a compositor takes over a window's picture, and when it leaves it again, the server shows
-/// the window anew and tells so.
+/// When a compositor takes over a window's picture, or gives it up again, the server shows the
+/// window anew and reports that.
 void CompositorWatch::createProbe()
 {
     xcb_connection_t *const connection = m_x11.get();
@@ -84,7 +84,7 @@ bool CompositorWatch::isOwned() const
     return reply && reply->owner != XCB_NONE;
 }
 
-/// Only a window that has a picture of its own can give it a name.
+/// Only a window with a picture of its own can give it a name.
 bool CompositorWatch::isProbeRedirected() const
 {
     if (m_probe == XCB_WINDOW_NONE)

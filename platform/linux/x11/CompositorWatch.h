@@ -7,10 +7,10 @@
 
 class X11Connection;
 
-/// Knows whether a compositor runs, that is whether what is transparent in a window lets those
-/// behind it through. A compositor says that it is there before it draws any window; the server
-/// tells when it really does, for then a window has a picture of its own, apart from the screen's.
-/// Main thread; the connection outlives it.
+/// Knows whether a compositor runs, that is, whether transparent parts of a window show what is
+/// behind it. A compositor announces itself before it draws any window. The server tells when it
+/// really draws: then a window has a picture of its own, apart from the screen's. Main thread; the
+/// connection must outlive it.
 class CompositorWatch : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     bool isRunning() const;
 
 Q_SIGNALS:
-    /// A compositor may have come or gone.
+    /// A compositor may have started or ended.
     void changed();
 
 private:
@@ -36,9 +36,9 @@ private:
     X11Connection &m_x11;
     /// A compositor owns this selection of its screen.
     xcb_atom_t m_selection = XCB_ATOM_NONE;
-    /// The event that tells of a new owner; absent where the server can't tell.
+    /// The event that reports a new owner; absent when the server does not report it.
     int m_ownerEvent = -1;
     /// A window of one pixel outside the screen, which a compositor draws like all others. None
-    /// where the server knows no compositors.
+    /// when the server does not support compositors.
     xcb_window_t m_probe = XCB_WINDOW_NONE;
 };

@@ -5,7 +5,7 @@
 
 #include <QGuiApplication>
 
-// The library's way of having its users agree that it may still change; it has not since 2011.
+// With this the library's users accept that its interface may change; it has not since 2011.
 #define SN_API_NOT_YET_FROZEN
 #include <libsn/sn.h>
 
@@ -31,6 +31,6 @@ void StartupNotification::end(const QString &startupId)
     const std::unique_ptr<SnLauncheeContext, Unreference> launchee(
         sn_launchee_context_new(display.get(), x11.screenNumber(), startupId.toUtf8().constData()));
     sn_launchee_context_complete(launchee.get());
-    // A round trip: the message is out before the connection ends.
+    // A round trip, so that the message is sent before the connection ends.
     x11.atoms({"_NET_STARTUP_INFO"});
 }

@@ -8,11 +8,11 @@
 #include <initializer_list>
 #include <xcb/xcb.h>
 
-/// Reads and writes what windows and their manager tell each other, over a connection of somebody
-/// else. Main thread.
+/// Reads and writes the properties and messages between windows and their manager, over a
+/// connection that it does not own. Main thread.
 ///
-/// libxcb-ewmh would not be shorter, and it reads without a bound: of a window that another program
-/// has given 4 MB of states it fetches 4 MB.
+/// libxcb-ewmh would not be shorter, and it reads without a limit: from a window that another
+/// program has given 4 MB of states, it fetches 4 MB.
 class X11Properties
 {
 public:

@@ -40,8 +40,8 @@ bool X11WindowManager::hidesUnderFullScreen(xcb_window_t window, const QRect &sc
            isFullScreen(topWindow(window, screen), screen);
 }
 
-/// Old programs only make a window without a frame as large as the screen. The window that file
-/// managers show their icons on is as large.
+/// Old programs just make a frameless window as large as the screen. The window on which file
+/// managers show their icons is as large, too.
 bool X11WindowManager::isFullScreen(xcb_window_t window, const QRect &screen)
 {
     if (window == XCB_WINDOW_NONE)

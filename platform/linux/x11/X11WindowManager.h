@@ -20,9 +20,9 @@ public:
     /// Some managers hide even a new window while the desktop is shown.
     bool isShowingDesktop();
 
-    /// Whether a full-screen window, or one that covers all of this screen, hides a window that
-    /// the manager looks after: managers keep the active one above all others, and the topmost one
-    /// while nothing is active. In device pixels; `window` itself does not count.
+    /// Whether a full-screen window, or one that covers all of this screen, hides a window that the
+    /// manager manages: managers keep the active one above all others, and while nothing is active,
+    /// the topmost one. In device pixels; `window` itself does not count.
     bool hidesUnderFullScreen(xcb_window_t window, const QRect &screen);
 
     /// Whether the window is not where new windows appear: minimised, rolled up, on another

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the check does not find: these compile, and are looked for by hand (docs/macos.md).
+// What the check does not find: these compile, and are checked by hand (docs/macos.md).
 // clang-format off
 #import <AppKit/AppKit.h>
 #import <Vision/Vision.h>
