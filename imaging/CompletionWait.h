@@ -8,8 +8,8 @@
 #include <functional>
 #include <optional>
 
-/// Decides when a picture file that may still be being written is worth decoding, and when to stop
-/// waiting for it. Has no clock: every call gets the time.
+/// Decides when a picture file that is perhaps still being written is worth decoding, and when to
+/// stop waiting for it. Has no clock: every call gets the time.
 class CompletionWait
 {
 public:

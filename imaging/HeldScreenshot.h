@@ -35,7 +35,7 @@ private:
 ///
 /// It is kept open as long as few others are. Beyond that only its identity is kept, and the file
 /// is looked for under its old name and then in the folder. If it is not there because another file
-/// has taken its name, that file is the screenshot, written anew.
+/// has taken its name, that file is the screenshot, which was rewritten.
 class HeldScreenshot
 {
 public:
@@ -53,11 +53,11 @@ public:
     /// As it was when the hold began.
     const FileIdentity &identity() const { return m_identity; }
 
-    /// The same, but that of the newer file once the screenshot is found to be written anew.
+    /// The same, but that of the newer file once the screenshot is found to be rewritten.
     std::shared_ptr<const HeldIdentity> currentIdentity() const { return m_current; }
 
     /// The file, open for reading; null when it is gone or may not be read. A different file when
-    /// it was written anew. Blocks.
+    /// it was rewritten. Blocks.
     std::shared_ptr<OpenFile> open() const;
 
 private:

@@ -101,7 +101,7 @@ void PictureLoader::decode(const WaitPointer &wait)
     const auto work = [this, wait] {
         const OpenFilePointer file = wait->file->open();
         const Decoding decoding = file ? decodePicture(file->descriptor(), m_budget) : Decoding();
-        // If it was written anew meanwhile, it has changed.
+        // If it was rewritten meanwhile, it has changed.
         const OpenFilePointer standing = file ? wait->file->open() : nullptr;
         const OpenFilePointer &newest = standing ? standing : file;
         const std::optional<FileIdentity> identity = newest ? newest->identity() : std::nullopt;

@@ -15,8 +15,8 @@ class HeldScreenshot;
 /// before the file is complete.
 ///
 /// Each request opens the file before it returns, so that the file may be renamed at once. The
-/// request then waits, without blocking, until the last writer has closed the file, or for a while
-/// after the picture has been written to its end, at most `CompletionWait::limit`. Requests for a
+/// request then waits, without blocking, until the last writer has closed the file, or until a
+/// while after the picture was written to its end, at most `CompletionWait::limit`. Requests for a
 /// file whose pixels are still here share them; only the newest few pictures are kept, and none for
 /// long. The newest request is served first. All that is held or decoded at a time stays below
 /// PictureBudget::ofScreenshots, so that some requests may have to wait until others are released.

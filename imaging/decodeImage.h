@@ -21,7 +21,7 @@
 /// read when it is pasted.
 constexpr qint64 maximumClipboardBytes = 64'000'000;
 
-/// Larger files, in bytes, are not decoded: reading them takes seconds.
+/// In bytes. Larger files are not decoded, because reading them takes seconds.
 constexpr qint64 maximumPictureFileSize = 2'000'000'000;
 
 /// HEIC and WebP files are held in memory while they are decoded, up to this many bytes.

@@ -21,7 +21,7 @@ using Transformations = QImageIOHandler::Transformations;
 /// The library refuses larger single allocations.
 constexpr tmsize_t largestAllocation = 100'000'000;
 
-/// So many bytes of pixels are read at a time, at least one strip or one row of tiles.
+/// The bytes of pixels that are read at a time; at least one strip or one row of tiles.
 constexpr qint64 bandBytes = 4'000'000;
 
 QIODevice &deviceOf(thandle_t handle)

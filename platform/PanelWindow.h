@@ -34,8 +34,8 @@ public:
     /// another one.
     virtual bool bringToFront(QWindow &window) = 0;
 
-    /// Gives the window the keyboard focus, because the user has clicked into it. No other click
-    /// does.
+    /// Gives the window the keyboard focus. Call it when the user clicks into a name; no other
+    /// click takes the focus.
     virtual void takeFocus(QWindow &window) = 0;
 
     /// Returns the keyboard focus to where it was before the window took it. Call it before hiding

@@ -14,7 +14,7 @@ class QScreen;
 /// it, by its title bar or with Ctrl+W, only hides it and ends its dialogs, never the program.
 ///
 /// It first appears in the middle of the screen, later where it was, but always where all of it can
-/// be reached, even when screens shrink, go or come. Main thread.
+/// be reached, even when screens shrink, disappear or are added. Main thread.
 class FloatingWindow : public QWidget
 {
     Q_OBJECT

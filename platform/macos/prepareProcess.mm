@@ -48,7 +48,7 @@ void prepareProcess()
     }
 }
 
-/// When AppKit ends the program, at log-out or from the Dock's menu, Qt hears of it by itself.
+/// When AppKit ends the program, at log-out or from the Dock's menu, Qt is notified anyway.
 void quitWhenTerminated(QCoreApplication &application)
 {
     static NSMutableArray<dispatch_source_t> *sources = [NSMutableArray array];

@@ -15,8 +15,7 @@ namespace
 constexpr uint32_t goneMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
 constexpr size_t bufferSize = 65536;
 
-/// At most so many reads in a row, so that a burst of events does not keep the thread from its
-/// other work.
+/// The most reads in a row, so that a burst of events does not keep the thread from its other work.
 constexpr int readsInARow = 16;
 
 void take(const inotify_event &event, const char *name, InotifyQueue::News &news)
