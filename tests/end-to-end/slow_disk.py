@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Settings and log on a slow disk: the main thread never touches the disk, and nothing is lost."""
+"""Settings and log on a slow disk: the main thread never touches it, and nothing is lost."""
 
 import os
 import pathlib
