@@ -21,7 +21,7 @@ public:
     /// The application's localised name; "screenshot" while there has been none.
     QString lastActiveAppName() const { return m_lastActiveAppName; }
 
-    /// Whether the system has told that name.
+    /// Whether the system has reported that name.
     bool isTold() const { return m_isTold; }
 
     /// Asks what is in front, for a screenshot that has just been taken.

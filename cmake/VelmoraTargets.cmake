@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# The three kinds of target that this project has: a room (one static library a folder), a room's
-# tests (one program, each class of which runs in a private world of its own) and a benchmark.
+# The three kinds of target in this project: a room (one static library per folder), a room's tests
+# (one program, each class of which runs in a private world of its own) and a benchmark.
 
 add_library(velmora_strict INTERFACE)
 target_compile_features(velmora_strict INTERFACE cxx_std_20)
@@ -42,7 +42,7 @@ function(velmora_precompiled kind)
 endfunction()
 
 # velmora_room(NAME [MOC] [PRECOMPILED core|widgets] SOURCES file... LINKS library...)
-# MOC where a class has Q_OBJECT: looking for those costs seconds a target.
+# MOC if a class has Q_OBJECT: searching for those costs seconds per target.
 function(velmora_room name)
     cmake_parse_arguments(room "MOC" "PRECOMPILED" "SOURCES;LINKS" ${ARGN})
     if(NOT room_PRECOMPILED)
@@ -60,14 +60,14 @@ add_library(velmora_test_library INTERFACE)
 target_link_libraries(velmora_test_library INTERFACE Qt6::Network Qt6::Test Qt6::Widgets)
 target_compile_options(velmora_test_library INTERFACE
     -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR
-    # A third of the compiler's time and five sixths of the objects were for the debugger.
+    # Full debug information took a third of the compiler's time and five sixths of the objects' size.
     $<$<CONFIG:RelWithDebInfo>:-g1>)
 
 # velmora_tests(NAME [NEUTRAL class...] [CLASSES class...] [LINKS library...]
-#               [WORLD_LINKS library...])
-# The program NAME_tests of a room, which holds these classes (tests/world/TestProgram.h), and a
-# test NAME.CLASS for each. NEUTRAL are those that need nothing of the test world; where there is
-# none, the program holds only these. WORLD_LINKS are needed by the others alone.
+#                             [WORLD_LINKS library...])
+# The program NAME_tests of a room, which contains these classes (tests/world/TestProgram.h), and a
+# test NAME.CLASS for each. NEUTRAL are those that don't need the test world; without a test world,
+# the program contains only these. Only the others need WORLD_LINKS.
 function(velmora_tests name)
     cmake_parse_arguments(tests "" "" "NEUTRAL;CLASSES;LINKS;WORLD_LINKS" ${ARGN})
     set(world run-in-world)
@@ -97,8 +97,8 @@ function(velmora_tests name)
     endforeach()
 endfunction()
 
-# velmora_test_in(NAME CLASS SUFFIX VARIABLE=VALUE): runs a class once more, in another world than
-# the usual one (tests/world/run-in-world tells the variables).
+# velmora_test_in(NAME CLASS SUFFIX VARIABLE=VALUE): runs a class again, in another world than the
+# usual one (tests/world/run-in-world lists the variables).
 function(velmora_test_in name class suffix variable)
     add_test(NAME ${name}.${class}.${suffix}
         COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}_tests> ${class})

@@ -9,7 +9,8 @@
 namespace
 {
 
-/// Screenshot tools write a few hundred bytes; a text that is packed may grow to no more either.
+/// Screenshot tools write a few hundred bytes. A compressed text may not unpack to more than this
+/// either.
 constexpr qint64 mostBytes = 256 * 1024;
 constexpr png_alloc_size_t longestChunk = 64 * 1024;
 constexpr png_uint_32 mostChunks = 64;
@@ -58,7 +59,8 @@ void keepTextsAlone(png_structp png)
     png_set_chunk_cache_max(png, mostChunks);
 }
 
-/// The library leaves by a long jump when it fails: no object of ours may be left out on its way.
+/// The library leaves by a long jump when it fails, which must not skip the destructor of any
+/// object of ours.
 bool readUpToPixels(png_structp png, png_infop info)
 {
     if (setjmp(png_jmpbuf(png)) != 0)

@@ -35,7 +35,7 @@ public:
     /// named. Any thread.
     virtual std::optional<QString> desktopToolFolder() const = 0;
 
-    /// Whether the desktop's own screenshot key goes on saving where it does, whatever is stored
+    /// Whether the desktop's own screenshot key keeps saving to the same folder, whatever is stored
     /// here. Any thread.
     virtual bool keyHasFixedFolder() const { return false; }
 

@@ -17,7 +17,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// What a screenshot tool's settings say is followed while the program runs.
+/// The program follows changes of a screenshot tool's settings while it runs.
 class ScreenshotFolderMovesTest : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ private Q_SLOTS:
         for (const char *place : {"/srv/one", "/srv/two", "/srv/three"}) {
             QElapsedTimer timer;
             timer.start();
-            // As KDE's and Qt's programs do: a new file in the place of the old one.
+            // As KDE's and Qt's programs do: a new file replaces the old one.
             QVERIFY(QDir().mkpath(QFileInfo(path).path()));
             QFile made(path + u".new"_s);
             QVERIFY(made.open(QFile::WriteOnly));

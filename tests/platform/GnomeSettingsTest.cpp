@@ -94,8 +94,8 @@ private Q_SLOTS:
         QVERIFY(makeScreenshotPreferences()->desktopToolFolder() != u"/srv/it's"_s);
     }
 
-    /// Its Shell makes a folder with its first screenshot; before, it may be the older tool that is
-    /// used.
+    /// GNOME Shell creates a folder with its first screenshot; before that, the older tool may be
+    /// in use.
     void gnomesOlderToolCountsUntilTheShellHasItsFolder()
     {
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");

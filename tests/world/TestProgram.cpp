@@ -18,7 +18,7 @@ struct Registered {
     void (*prepare)() = nullptr;
 };
 
-/// Filled before main() by objects whose order is not known.
+/// Filled before main() by objects in an unknown order.
 std::map<std::string, Registered> &registered()
 {
     static std::map<std::string, Registered> all;
@@ -33,7 +33,7 @@ std::unique_ptr<QCoreApplication> makeApplication(TestProgram::Application kind,
     if (kind == TestProgram::Application::Events)
         return std::make_unique<QCoreApplication>(argc, argv);
     auto application = std::make_unique<QApplication>(argc, argv);
-    // As QTEST_MAIN has it: fonts are as large on every screen.
+    // As in QTEST_MAIN: fonts have the same size on every screen.
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi, true);
     return application;
 }
@@ -66,7 +66,7 @@ int main(int argc, char *argv[])
     if (found == registered().end())
         return listClasses();
     const Registered &chosen = found->second;
-    // The class has been taken, the rest is Qt Test's.
+    // The class is taken from the arguments; the rest is for Qt Test.
     argv[1] = argv[0];
     --argc;
     ++argv;

@@ -5,27 +5,27 @@
 
 #include <memory>
 
-/// The tests of a room are one program, which holds several classes and runs one of them:
-/// `tray_tests CLASS [FUNCTION...]`, with Qt Test's options. Every class is a process of its own
-/// when all tests run, so that none sees what another one left behind. Without a class the program
-/// lists those that it has.
+/// The tests of a room are one program, which contains several classes and runs one of them:
+/// `tray_tests CLASS [FUNCTION...]`, with Qt Test's options. When all tests run, each class has a
+/// process of its own, so that none sees what another one left behind. Without a class, the program
+/// lists its classes.
 namespace TestProgram
 {
 
-/// What there is while a class runs.
+/// What exists while a class runs.
 enum class Application { Widgets, Events, None };
 
 using Main = int (*)(int argc, char *argv[]);
 using MakeTest = std::unique_ptr<QObject> (*)();
 
-/// A function of the program by its name, beside the classes: what a test starts as another
-/// process.
+/// A function of the program by its name, besides the classes: something that a test starts as
+/// another process.
 struct Entry {
     Entry(const char *name, Main main);
 };
 
 struct Class {
-    /// `prepare` runs before there is an application.
+    /// `prepare` runs before the application is created.
     Class(const char *name, Application application, MakeTest make, void (*prepare)());
 };
 
@@ -44,7 +44,7 @@ void prepare()
 
 } // namespace TestProgram
 
-/// Each stands once below its class: with widgets, with an event loop, with neither.
+/// One of these goes below each class: with widgets, with an event loop, with neither.
 #define VELMORA_WIDGETS_TEST(Test) VELMORA_TEST_CLASS(Test, Widgets)
 #define VELMORA_EVENTS_TEST(Test) VELMORA_TEST_CLASS(Test, Events)
 #define VELMORA_PLAIN_TEST(Test) VELMORA_TEST_CLASS(Test, None)

@@ -8,18 +8,18 @@
 #include <thread>
 #include <utility>
 
-/// For what does not happen. What happens is waited for by its signal or by QTRY_VERIFY.
+/// For what must not happen. Wait for what happens by its signal or by QTRY_VERIFY.
 namespace Waiting
 {
 
-/// Lets the time pass, with events. Only where time itself is the subject: how often something
-/// wakes up in a second, what comes after a named delay.
+/// Lets the time pass, with events. Only for tests in which time itself is the subject: how often
+/// something wakes up in a second, or what follows a named delay.
 inline void letPass(std::chrono::milliseconds time)
 {
     QTest::qWait(int(time.count()));
 }
 
-/// The same while the thread's event loop stands still, as that of a busy program does.
+/// The same, but the thread's event loop does not run, like that of a busy program.
 inline void letPassUnheard(std::chrono::milliseconds time)
 {
     std::this_thread::sleep_for(time);
@@ -32,7 +32,7 @@ bool staysTrue(const Condition &condition, std::chrono::milliseconds time)
     return !QTest::qWaitFor([&condition] { return !condition(); }, int(time.count()));
 }
 
-/// Waits until the value has been the same for that long; false if it never rests.
+/// Waits until the value has stayed the same for that long; false if it never does.
 template <typename Value>
 bool settles(const Value &value, std::chrono::milliseconds time)
 {

@@ -17,7 +17,7 @@ Folder picturesOrHome()
     return UserDirectories::folder(QStringLiteral("PICTURES")).value_or(QDir::homePath());
 }
 
-// gnome-screenshot, which Cinnamon's keys run.
+// gnome-screenshot, which Cinnamon's shortcuts run.
 
 Folder gnomeScreenshotFolder(const Folder &setting)
 {
@@ -31,8 +31,8 @@ QList<SystemCommand> storeGnomeScreenshotFolder(const QString &path)
                                   QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
-// GNOME Shell: a folder whose name is in the language of the session, and no setting. It makes the
-// folder with its first screenshot. Who never takes one may use gnome-screenshot.
+// GNOME Shell: a folder named in the language of the session, and no setting. It creates the folder
+// with its first screenshot. A user who never takes one may use gnome-screenshot.
 
 QString gnomeShellPath()
 {
@@ -66,7 +66,7 @@ QList<SystemCommand> storeElementaryFolder(const QString &path)
     return GSettings::storeString(elementarySetting, path);
 }
 
-// MATE's tool asks, and proposes the folder of the last time.
+// MATE's tool asks where to save, and suggests the last folder.
 
 Folder desktopFolder()
 {

@@ -9,8 +9,8 @@
 
 #include <optional>
 
-/// The screenshot tools of GNOME and its relatives, which keep their folder in GNOME's kind of
-/// settings, or have none. Any thread; blocks for files.
+/// The screenshot tools of GNOME and its relatives, which keep their folder in GSettings, or have
+/// none. Any thread; blocks on files.
 namespace GnomeTools
 {
 
@@ -24,21 +24,21 @@ inline constexpr FollowedSetting::Name mateSetting = {"org.mate.screenshot", "la
 
 /// Never absent.
 Folder picturesOrHome();
-/// Absent where the user's folders name none.
+/// Absent when the user's folders do not include one.
 Folder desktopFolder();
 
-// Where each saves, by the value of its setting.
+// Where each tool saves, by the value of its setting.
 Folder gnomeScreenshotFolder(const Folder &setting);
 Folder elementaryFolder(const Folder &setting);
 Folder mateFolder(const Folder &setting);
 
-/// GNOME Shell's own; gnome-screenshot's while that one is not there.
+/// GNOME Shell's own folder; gnome-screenshot's while that one does not exist.
 Folder gnomeFolder(const Folder &gnomeScreenshotSetting);
-/// GNOME Shell's own.
+/// GNOME Shell's own folder.
 QString gnomeShellPath();
 Folder gnomeShellFolder();
 
-// The commands that make each save there.
+// The commands that make each tool save there.
 QList<SystemCommand> storeGnomeScreenshotFolder(const QString &path);
 QList<SystemCommand> storeElementaryFolder(const QString &path);
 QList<SystemCommand> storeMateFolder(const QString &path);

@@ -57,7 +57,7 @@ std::optional<QString> IniTool::folder() const
 {
     const QByteArray text = contentOfSmallFile(file(), Links::Follow).value_or(QByteArray());
     const QVariant value = IniText::values(text, group).value(QString::fromLatin1(key));
-    // A comma makes it a list.
+    // A comma in the value makes it a list.
     const QString path = value.toStringList().join(u", "_s);
     return path.isEmpty() ? std::nullopt : std::optional(withToday(fromHome(path)));
 }

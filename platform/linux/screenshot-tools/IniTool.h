@@ -7,25 +7,25 @@
 
 #include <optional>
 
-/// A screenshot tool of no desktop in particular, whose settings Qt has written. Who has set no
-/// folder in it is asked for a place each time, so it tells nothing then. Read afresh on every
-/// call. Any thread; blocks for the file.
+/// A screenshot tool that belongs to no particular desktop, with settings written by Qt. While no
+/// folder is set, the tool asks for one each time, and this reports nothing. Read on each call. Any
+/// thread; blocks on the file.
 struct IniTool {
     const char *configFile;  ///< in the configuration folder
-    const char *sandboxFile; ///< in the home folder, where the first one is missing; may be null
+    const char *sandboxFile; ///< in the home folder, if the first one is missing; may be null
     const char *group;
     const char *key;
 
     QString file() const;
 
-    /// The folder that is set. A path that begins nowhere is meant from the home folder. What
-    /// stands for parts of the date is today's.
+    /// The folder that is set. A relative path starts from the home folder. Placeholders for parts
+    /// of the date give today's date.
     std::optional<QString> folder() const;
 
-    /// Sets another folder, where one is set.
+    /// Sets another folder, if one is set.
     void storeFolder(const QString &path) const;
 
-    /// Sets a switch, where the tool has been used.
+    /// Turns a switch on, if the tool has been used.
     void setOn(const char *switchKey) const;
 };
 

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// As the compositor itself does it.
+/// The same way as the compositor.
 QString withToday(const QString &pattern)
 {
     const std::time_t now = std::time(nullptr);

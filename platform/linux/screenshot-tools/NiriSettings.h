@@ -5,16 +5,16 @@
 
 #include <optional>
 
-/// Where the compositor niri saves the screenshots that it takes. Read afresh on every call. Any
-/// thread; blocks for the file.
+/// Where the compositor niri saves the screenshots that it takes. Read on each call. Any thread;
+/// blocks on the file.
 namespace NiriSettings
 {
 
-/// The file that says so.
+/// The file with that setting.
 QString file();
 
-/// The folder of the pattern "screenshot-path", with today's date where it stands in it; niri's own
-/// where the file has no such line; absent where screenshots are not saved.
+/// The folder of the pattern "screenshot-path", with today's date filled in; niri's default when
+/// the file has no such line; absent when screenshots are not saved.
 std::optional<QString> folder();
 
 } // namespace NiriSettings

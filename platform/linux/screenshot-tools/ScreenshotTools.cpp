@@ -110,7 +110,7 @@ Folder saidFolder(const Folder &)
     return UserDirectories::ofThisMachine(qEnvironmentVariable("XDG_SCREENSHOTS_DIR"));
 }
 
-// Tools of no desktop in particular, where the user has set a folder in them.
+// Tools that belong to no particular desktop, if the user has set a folder in them.
 
 template <const IniTool &tool>
 QString iniFile()
@@ -131,7 +131,7 @@ Commands storeIniFolder(const QString &path)
     return {};
 }
 
-/// As it comes, it saves what is copied nowhere.
+/// By default it does not save what is copied.
 Commands flameshotSavesAtOnce()
 {
     IniTools::flameshot.setOn("saveAfterCopy");

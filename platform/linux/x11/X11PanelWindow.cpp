@@ -76,7 +76,7 @@ bool X11PanelWindow::bringToFront(QWindow &window)
     if (std::exchange(m_isNew, false))
         return true;
     const xcb_window_t id = idOf(window);
-    // While the user types they see it, and a new window would not have the keyboard.
+    // While the user is typing they see it, and a new window would not have the keyboard.
     const bool isInUse = m_keyboard.isWith(id);
     if (!isInUse && m_isUnmanaged != wouldBeHidden(window))
         return false;
@@ -93,8 +93,8 @@ void X11PanelWindow::takeFocus(QWindow &window)
     m_keyboard.take(idOf(window));
 }
 
-/// When a window that they look after goes, window managers give the keyboard to the next one
-/// themselves, and KWin does so only if nobody else has done it.
+/// When a window that they manage goes, window managers give the keyboard to the next one
+/// themselves; KWin does so only if nobody else has.
 void X11PanelWindow::giveFocusBack(QWindow &window)
 {
     if (m_isUnmanaged)

@@ -13,7 +13,7 @@ constexpr quint32 allDesktops = 0xFFFFFFFF;
 /// A value of WM_STATE.
 constexpr quint32 iconic = 3;
 
-/// In messages, who sends them: the user, as a pager does.
+/// The sender in messages: the user, as for a pager.
 constexpr quint32 fromUser = 2;
 
 } // namespace
@@ -53,7 +53,7 @@ bool X11WindowManager::isFullScreen(xcb_window_t window, const QRect &screen)
                 .contains(m_properties.atom("_NET_WM_WINDOW_TYPE_DESKTOP"));
 }
 
-/// None where the manager does not tell the order.
+/// None when the manager does not report the order.
 xcb_window_t X11WindowManager::topWindow(xcb_window_t except, const QRect &area)
 {
     for (const xcb_window_t window : fromTopDown()) {
@@ -97,8 +97,8 @@ bool X11WindowManager::hasPutAway(xcb_window_t window)
            !states.contains(m_properties.atom("_NET_WM_STATE_ABOVE"));
 }
 
-/// Some window managers give the keyboard to a window that raises itself, or leave it where it is;
-/// they do as they are told when a pager restacks the window.
+/// Some window managers give the keyboard to a window that raises itself, or don't raise it; they
+/// obey when a pager restacks the window.
 bool X11WindowManager::putOnTop(xcb_window_t window)
 {
     const xcb_atom_t message = m_properties.atom("_NET_RESTACK_WINDOW");

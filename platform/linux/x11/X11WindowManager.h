@@ -29,8 +29,8 @@ public:
     /// workspace or no longer kept above. False for a window that the manager has not seen yet.
     bool hasPutAway(xcb_window_t window);
 
-    /// Puts the window on top, without giving it the keyboard. False where it lies under another
-    /// one and the manager can't be asked for that.
+    /// Puts the window on top, without giving it the keyboard. False when it is under another one
+    /// and the manager can't be asked for that.
     bool putOnTop(xcb_window_t window);
 
 private:

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Qt's plug-in for windows that are on no screen offers X11's interface as well, with no
-/// connection behind it.
+/// Qt's offscreen plug-in provides the X11 interface as well, with no connection behind it.
 xcb_connection_t *qtConnection()
 {
     if (!qGuiApp || QGuiApplication::platformName() != u"xcb"_s)
