@@ -47,7 +47,10 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
           .newestFiles = ScreenshotFolderResolver::readableScreenshotFiles,
           .modificationDate = ScreenshotFolderResolver::modificationDate,
       })
-    , m_recentWindow({m_actions, m_images}, m_recentScreenshots)
+    , m_search({*platform.textRecognizer, *platform.powerSource, m_actions, m_images,
+                *platform.desktopSearch},
+               [this] { return !m_suggestions.isEmpty(); })
+    , m_recentWindow({m_actions, m_images, &m_search.search()}, m_recentScreenshots)
     , m_statusMenu(*platform.statusItem)
     , m_welcome({*platform.screenshotPreferences, *platform.loginItem, *platform.desktopLimits},
                 m_folder)
@@ -75,6 +78,7 @@ void VelmoraApp::applicationDidFinishLaunching()
     m_welcomeSoon.start(welcomeDelay);
     connectTray();
     startWatching(folder);
+    m_search.start();
     connect(&m_folder, &ScreenshotFolder::changed, this, &VelmoraApp::folderChanged);
 }
 
@@ -98,6 +102,7 @@ void VelmoraApp::startWatching(const QUrl &folder, FileTime newSince)
     m_watcher = std::make_unique<ScreenshotWatcher>(
         folder, [this](const QUrl &url) { handleNewScreenshot(url); }, m_platform.makeFolderEvents);
     m_watcher->start(newSince);
+    m_search.setFolder(folder);
 }
 
 /// A tool that remembers its last folder stores it right after the screenshot.
@@ -129,6 +134,7 @@ void VelmoraApp::takeIn(const QUrl &url)
 
     const ScreenshotPointer screenshot =
         m_actions.open(url, m_activeApplication.lastActiveAppName());
+    m_search.arrived(url, screenshot->applicationName());
     const QString fallback = ScreenshotNamer::fallbackName(screenshot->applicationName(), url);
     const BlindAreas trayAreas = trayAreasUntilNow();
     const QUuid itemID = m_trayController.addScreenshot(screenshot, fallback);
@@ -192,6 +198,10 @@ void VelmoraApp::connectMenu()
             Qt::QueuedConnection);
     connect(&m_undoHistory, &UndoHistory::changed, this,
             [this] { m_statusMenu.setUndo(m_undoHistory.title(), m_undoHistory.canUndo()); });
+    connect(&m_search, &SearchController::windowRequested, this, [this](const QString &words) {
+        showRecentScreenshots();
+        m_recentWindow.window()->searchFor(words);
+    });
     connect(m_platform.runningInstance.get(), &RunningInstance::reopened, this,
             &VelmoraApp::applicationShouldHandleReopen);
     connect(m_platform.runningInstance.get(), &RunningInstance::actionRequested, this,
@@ -246,4 +256,5 @@ void VelmoraApp::showRecentScreenshots()
     m_welcome.closeWelcome();
     m_recentWindow.show();
     m_recentWindow.window()->addActions(m_statusMenu.actions());
+    m_search.attend(*m_recentWindow.window());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/ActiveApplication.h"
+#include "app/SearchController.h"
 #include "app/StatusMenu.h"
 #include "app/welcome/WelcomeController.h"
 #include "detection/ScreenshotFolder.h"
@@ -74,6 +75,7 @@ private:
     UndoHistory m_undoHistory;
     ScreenshotActions m_actions;
     RecentScreenshots m_recentScreenshots;
+    SearchController m_search;
     RecentScreenshotsController m_recentWindow;
     StatusMenu m_statusMenu;
     WelcomeController m_welcome;

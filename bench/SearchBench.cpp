@@ -31,7 +31,11 @@ using Pages = QList<QStringList>;
 Pages pagesIn(const QString &folder)
 {
     const std::unique_ptr<TextRecognizer> recognizer = makeTextRecognizer();
+    recognizer->warmUp();
     Pages pages;
+    int pictures = 0;
+    QElapsedTimer timer;
+    timer.start();
     for (const QString &name : QDir(folder).entryList({u"*.png"_s}, QDir::Files)) {
         const QImage picture = decodeImage(FileUrls::fromPath(folder + u'/' + name));
         QStringList lines;
@@ -42,9 +46,12 @@ Pages pagesIn(const QString &folder)
                 return true;
             },
             [] { return false; });
+        ++pictures;
         if (!lines.isEmpty())
             pages << lines;
     }
+    std::printf("reading: %.2f whole pictures a second, one after the other (%d)\n",
+                pictures * 1e3 / double(std::max<qint64>(1, timer.elapsed())), pictures);
     return pages;
 }
 

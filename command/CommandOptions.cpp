@@ -14,14 +14,32 @@ namespace
 
 using Mode = CommandOptions::Mode;
 
-enum : int { Null = '0', App = 256, All, Rename, Undo, Text, Json, Help, Version, Unknown = '?' };
+enum : int {
+    Null = '0',
+    App = 256,
+    All,
+    Rename,
+    Undo,
+    Text,
+    Find,
+    Json,
+    Help,
+    Version,
+    Unknown = '?'
+};
 
 constexpr option knownOptions[] = {
-    {"app", required_argument, nullptr, App},   {"all", no_argument, nullptr, All},
-    {"rename", no_argument, nullptr, Rename},   {"undo", no_argument, nullptr, Undo},
-    {"text", no_argument, nullptr, Text},       {"json", no_argument, nullptr, Json},
-    {"null", no_argument, nullptr, Null},       {"help", no_argument, nullptr, Help},
-    {"version", no_argument, nullptr, Version}, {nullptr, 0, nullptr, 0},
+    {"app", required_argument, nullptr, App},
+    {"all", no_argument, nullptr, All},
+    {"rename", no_argument, nullptr, Rename},
+    {"undo", no_argument, nullptr, Undo},
+    {"text", no_argument, nullptr, Text},
+    {"find", no_argument, nullptr, Find},
+    {"json", no_argument, nullptr, Json},
+    {"null", no_argument, nullptr, Null},
+    {"help", no_argument, nullptr, Help},
+    {"version", no_argument, nullptr, Version},
+    {nullptr, 0, nullptr, 0},
 };
 
 /// The options that were given.
@@ -38,6 +56,11 @@ const char *complaint(const Given &given, bool hasPlaces)
 {
     if (given.contains(Json) && given.contains(Null))
         return "--json and -0 do not go together";
+    if (given.contains(Find)) {
+        if (given.intersects({App, All, Rename, Text, Undo}))
+            return "--find goes with --json and -0 only";
+        return hasPlaces ? nullptr : "no word to find given";
+    }
     if (given.contains(Undo)) {
         if (given.intersects({App, All, Rename, Text}))
             return "--undo goes with --json and -0 only";
@@ -53,6 +76,8 @@ Mode modeOf(const Given &given)
 {
     if (given.contains(Undo))
         return Mode::Undo;
+    if (given.contains(Find))
+        return Mode::Find;
     return given.contains(Text) ? Mode::Text : Mode::Name;
 }
 

@@ -20,6 +20,7 @@ struct CommandOptions {
         Name, ///< names, printed or given
         Text, ///< the text of pictures
         Undo, ///< the last renames taken back
+        Find, ///< the pictures that hold words
     };
 
     Mode mode = Mode::Name;
@@ -27,7 +28,8 @@ struct CommandOptions {
     bool all = false;    ///< files with names of their own too
     OutputFormat format = OutputFormat::Lines;
     QString appName;
-    std::vector<QByteArray> places; ///< files and folders, as bytes; "-" is standard input
+    /// Files and folders, as bytes; "-" is standard input. The words, where they are to be found.
+    std::vector<QByteArray> places;
 };
 
 /// Either what to do, or that there is nothing more to do than to end with this status.

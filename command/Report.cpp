@@ -51,6 +51,17 @@ bool Report::text(const QByteArray &path, const QStringList &lines, Paths paths)
     return m_console.print(text);
 }
 
+bool Report::found(const QByteArray &path, const QString &line)
+{
+    if (m_format == OutputFormat::Null)
+        return m_console.print(path + '\0');
+    if (m_format == OutputFormat::Lines)
+        return m_console.print(FilePaths::escaped(path) + '\n');
+    QJsonObject picture{{u"line"_s, line}};
+    insertPath(picture, u"file"_s, path);
+    return object(picture);
+}
+
 bool Report::failure(const QByteArray &path, const QByteArray &reason)
 {
     ++m_failures;

@@ -26,6 +26,9 @@ public:
     /// The text of a picture; among several, with its path before each line.
     bool text(const QByteArray &path, const QStringList &lines, Paths paths);
 
+    /// A picture that was found, and by which line; JSON alone has the line.
+    bool found(const QByteArray &path, const QString &line);
+
     /// One clear line on standard error; JSON has an object too.
     bool failure(const QByteArray &path, const QByteArray &reason);
 

@@ -32,6 +32,8 @@ int main(int argc, char **argv)
         return Runs::text(*line.options, console);
     case CommandOptions::Mode::Undo:
         return Runs::undo(*line.options, console);
+    case CommandOptions::Mode::Find:
+        return Runs::find(*line.options, console);
     }
     return ExitStatus::wrongUse;
 }

@@ -17,4 +17,7 @@ int text(const CommandOptions &options, Console &console);
 /// Takes back what was renamed last.
 int undo(const CommandOptions &options, Console &console);
 
+/// Prints the paths of screenshots that hold words, among those that the program remembers.
+int find(const CommandOptions &options, Console &console);
+
 } // namespace Runs

@@ -78,6 +78,18 @@ const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>()
     return cases;
 }
 
+/// It has no pop-up menu.
+template <>
+const QList<OptionCase<SearchConsent>> &optionCases<SearchConsent>()
+{
+    static const QList<OptionCase<SearchConsent>> cases = {
+        {SearchConsent::notAsked, QStringLiteral("notAsked"), {}},
+        {SearchConsent::given, QStringLiteral("given"), {}},
+        {SearchConsent::refused, QStringLiteral("refused"), {}},
+    };
+    return cases;
+}
+
 namespace VelmoraSettings
 {
 
@@ -120,6 +132,16 @@ TrayPosition trayPosition()
 void setTrayPosition(TrayPosition position)
 {
     write(SettingKeys::trayPosition, position);
+}
+
+SearchConsent searchConsent()
+{
+    return read(SettingKeys::searchConsent);
+}
+
+void setSearchConsent(SearchConsent consent)
+{
+    write(SettingKeys::searchConsent, consent);
 }
 
 bool isSet(const SettingKey<bool> &flag)

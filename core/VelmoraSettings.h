@@ -15,6 +15,9 @@ enum class TrayDuration { fifteenSeconds, sixtySeconds, untilDismissed };
 /// The screen corner of the tray.
 enum class TrayPosition { bottomRight, topRight, bottomLeft, topLeft };
 
+/// Whether the texts of screenshots may be kept, so that they can be searched.
+enum class SearchConsent { notAsked, given, refused };
+
 /// One case of an option: its value, the string under which it is stored, and its title in the
 /// pop-up menu. A case's index in `optionCases()` is the index of its menu item.
 template <typename Option>
@@ -34,6 +37,9 @@ const QList<OptionCase<TrayDuration>> &optionCases<TrayDuration>();
 template <>
 const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>();
 
+template <>
+const QList<OptionCase<SearchConsent>> &optionCases<SearchConsent>();
+
 /// A key of the program's preference store, and what a missing or unknown value reads as.
 template <typename Value>
 struct SettingKey {
@@ -48,6 +54,7 @@ namespace SettingKeys
 constexpr SettingKey<CopyBehavior> copyBehavior = {u"copyBehavior", CopyBehavior::none};
 constexpr SettingKey<TrayDuration> trayDuration = {u"trayDuration", TrayDuration::sixtySeconds};
 constexpr SettingKey<TrayPosition> trayPosition = {u"trayPosition", TrayPosition::bottomRight};
+constexpr SettingKey<SearchConsent> searchConsent = {u"searchConsent", SearchConsent::notAsked};
 constexpr SettingKey<bool> didExplainFolderAccess = {u"didExplainFolderAccess", false};
 constexpr SettingKey<bool> didExplainStartAtLogin = {u"didExplainStartAtLogin", false};
 /// Paths, the newest first.
@@ -73,6 +80,9 @@ void setTrayDuration(TrayDuration duration);
 
 TrayPosition trayPosition();
 void setTrayPosition(TrayPosition position);
+
+SearchConsent searchConsent();
+void setSearchConsent(SearchConsent consent);
 
 bool isSet(const SettingKey<bool> &flag);
 void set(const SettingKey<bool> &flag);

@@ -90,9 +90,11 @@ void ScreenshotActions::trash(const ScreenshotPointer &screenshot, Trashed told)
     enqueue(
         screenshot, std::make_shared<Task>(), u"Moving to Trash..."_s,
         [this, screenshot] { return ScreenshotMoves::trash(*screenshot, m_services.trash); },
-        [this, told](const ScreenshotMoves::Trashing &trashing) {
-            if (trashing.result)
+        [this, told = std::move(told)](const ScreenshotMoves::Trashing &trashing) {
+            if (trashing.result) {
                 m_services.records.fileTrashed(trashing.result->originalURL);
+                Q_EMIT trashedFile(trashing.result->originalURL, trashing.result->trashedURL);
+            }
             told(trashing);
         });
 }
@@ -220,6 +222,7 @@ void ScreenshotActions::moved(const QUrl &from, const QUrl &to)
 {
     m_services.pasteboard.fileMoved(from, to);
     m_services.records.fileMoved(from, to);
+    Q_EMIT movedFile(from, to);
     std::erase_if(m_reports, [&to](const Report &report) { return report.url == to; });
 }
 

@@ -86,6 +86,10 @@ public:
 Q_SIGNALS:
     void kept(const QUrl &url);
 
+    // Of every move that this object has made, whoever asked for it:
+    void movedFile(const QUrl &from, const QUrl &to);
+    void trashedFile(const QUrl &from, const QUrl &to);
+
 private:
     /// Something that has been asked for and not yet been told.
     struct Task;

@@ -3,6 +3,7 @@
 
 #include "platform/DesktopLimits.h"
 #include "platform/DesktopRecords.h"
+#include "platform/DesktopSearch.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
 #include "platform/FolderEvents.h"
@@ -10,6 +11,7 @@
 #include "platform/LoginItem.h"
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
+#include "platform/PowerSource.h"
 #include "platform/RunningInstance.h"
 #include "platform/ScreenshotPreferences.h"
 #include "platform/StatusItem.h"
@@ -25,12 +27,14 @@ struct Platform {
     std::function<std::unique_ptr<FolderEvents>()> makeFolderEvents;
     std::unique_ptr<DesktopLimits> desktopLimits;
     std::unique_ptr<DesktopRecords> desktopRecords;
+    std::unique_ptr<DesktopSearch> desktopSearch;
     std::unique_ptr<FileBrowser> fileBrowser;
     std::unique_ptr<FileWriters> fileWriters;
     std::unique_ptr<FrontmostApplication> frontmostApplication;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<PanelWindow> panelWindow;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<PowerSource> powerSource;
     std::unique_ptr<RunningInstance> runningInstance;
     std::unique_ptr<ScreenshotPreferences> screenshotPreferences;
     std::unique_ptr<StatusItem> statusItem;

@@ -94,6 +94,7 @@ bool SearchIndex::change(Work work)
         m_store.rollBack();
         if (!m_store.isBroken() || !m_store.setAside())
             return false;
+        m_isBegunAnew = true;
     }
     return false;
 }
@@ -148,7 +149,7 @@ bool SearchIndex::setFolder(const QUrl &folder, const QList<Entry> &entries)
     QHash<std::pair<quint64, qint64>, const Entry *> there;
     for (const Entry &entry : entries)
         there.insert(key(entry.file), &entry);
-    return change([&] {
+    const bool isDone = change([&] {
         QList<Row> rows;
         auto all = m_store.run(select(""));
         if (!all)
@@ -175,6 +176,9 @@ bool SearchIndex::setFolder(const QUrl &folder, const QList<Entry> &entries)
         }
         return true;
     });
+    if (isDone)
+        m_isBegunAnew = false;
+    return isDone;
 }
 
 bool SearchIndex::moved(const QUrl &from, const QUrl &to, Place place)
@@ -200,13 +204,14 @@ bool SearchIndex::setText(const FileIdentity &file, const QStringList &lines)
     QString text = withoutSecrets(lines).join(u'\n');
     return change([&] {
         const std::optional<Row> row = rowOf(file);
-        if (!row || !row->entry.file.sameContent(file))
+        if (!row || row->entry.file.modified > file.modified)
             return !m_store.isBroken();
         const std::optional<QString> old = textOf(row->id);
         return old && replaceWords(*row, *old, *row, text) &&
                m_store.run(u"INSERT OR REPLACE INTO texts(id, text) VALUES(?, ?)"_s,
                            {row->id, text}) &&
-               m_store.run(u"UPDATE screenshots SET is_read=1 WHERE id=?"_s, {row->id});
+               m_store.run(u"UPDATE screenshots SET is_read=1, size=?, modified=? WHERE id=?"_s,
+                           {file.size, file.modified, row->id});
     });
 }
 
@@ -215,9 +220,12 @@ std::optional<SearchIndex::Entry> SearchIndex::nextUnread()
     std::optional<Entry> next;
     change([&] {
         auto found =
-            m_store.run(select("WHERE is_read=0 AND is_in_trash=0 ORDER BY modified DESC LIMIT 1"));
-        if (found && found->next())
-            next = Row::of(*found).entry;
+            m_store.run(select("WHERE is_read=0 AND is_in_trash=0 ORDER BY modified DESC"));
+        while (found && !next && found->next()) {
+            const Row row = Row::of(*found);
+            if (row.isThere())
+                next = row.entry;
+        }
         return found.has_value();
     });
     return next;
@@ -244,8 +252,10 @@ QList<SearchHit> SearchIndex::find(const QString &words, int limit)
     if (!m_store.isOpen() && !m_store.open(SearchStore::Missing::Leave))
         return {};
     const QList<SearchHit> found = hits(terms, limit);
-    if (m_store.isBroken())
+    if (m_store.isBroken()) {
         m_store.setAside();
+        m_isBegunAnew = true;
+    }
     return found;
 }
 

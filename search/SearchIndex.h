@@ -47,11 +47,14 @@ public:
     enum class Place { Folder, Trash };
     bool moved(const QUrl &from, const QUrl &to, Place place);
 
+    /// Whether the database had to be set aside since `setFolder`: then it should be called again.
+    bool isBegunAnew() const { return m_isBegunAnew; }
+
     /// The text of a file, without what looks like a secret. Nothing is stored for a file that is
-    /// not known, or has changed since.
+    /// not known, or is known to have changed since.
     bool setText(const FileIdentity &file, const QStringList &lines);
 
-    /// The newest file that waits to be read.
+    /// The newest file that waits to be read, of those that are there.
     std::optional<Entry> nextUnread();
 
     struct Progress {
@@ -86,4 +89,5 @@ private:
     QList<SearchHit> hits(const QStringList &terms, int limit);
 
     SearchStore m_store;
+    bool m_isBegunAnew = false;
 };

@@ -186,6 +186,8 @@ bool SearchStore::remove()
     QDir folder(m_folder);
     for (const QString &name : folder.entryList({fileName() + u'*'}, QDir::Files | QDir::Hidden))
         isGone = folder.remove(name) && isGone;
+    // Only where it is empty.
+    QDir().rmdir(m_folder);
     return isGone;
 }
 

@@ -21,6 +21,16 @@ Value valueOf(QStringView line, const QString &term)
     return value;
 }
 
+/// Long lines are read in pieces: a short one goes on with what follows.
+QString withContext(const QStringList &lines, qsizetype number)
+{
+    constexpr qsizetype enough = 40;
+    QString line = lines[number];
+    while (line.size() < enough && ++number < lines.size() && !lines[number].isEmpty())
+        line += u' ' + lines[number];
+    return line;
+}
+
 } // namespace
 
 QString matchingLine(const QString &text, const QStringList &terms)
@@ -42,5 +52,5 @@ QString matchingLine(const QString &text, const QStringList &terms)
             break;
         ++number;
     }
-    return best < 0 ? QString() : text.section(u'\n', best, best);
+    return best < 0 ? QString() : withContext(text.split(u'\n'), best);
 }

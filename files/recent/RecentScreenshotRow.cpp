@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotRow.h"
 
+#include "files/recent/recentLabels.h"
 #include "filesystem/FileUrls.h"
 #include "platform/SystemWords.h"
 #include "style/BezelButton.h"
@@ -22,14 +23,17 @@ constexpr double borderAlpha = 0.18;
 constexpr double thumbnailRadius = 8;
 constexpr QMargins insets(10, 8, 10, 8);
 constexpr int spacing = 12;
+constexpr int textSpacing = 3;
 constexpr int buttonSpacing = 6;
 constexpr int buttonsWidth = 110;
 
 } // namespace
 
-RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, QWidget *parent)
+RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, const QString &line,
+                                         QWidget *parent)
     : PaletteView(parent)
     , m_url(url)
+    , m_line(line)
     , m_onAction(std::move(onAction))
     , m_thumbnail(new ImageView(this))
 {
@@ -50,7 +54,17 @@ RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, QWi
     row->setContentsMargins(insets);
     row->setSpacing(spacing);
     row->addWidget(m_thumbnail);
-    row->addWidget(nameLabel(), 1);
+    if (line.isEmpty()) {
+        row->addWidget(nameLabel(), 1);
+    } else {
+        auto *texts = new QVBoxLayout;
+        texts->setSpacing(textSpacing);
+        texts->addStretch();
+        texts->addWidget(nameLabel());
+        texts->addWidget(lineLabel());
+        texts->addStretch();
+        row->addLayout(texts, 1);
+    }
     row->addWidget(buttons());
 }
 
@@ -62,6 +76,14 @@ QWidget *RecentScreenshotRow::nameLabel()
     QPalette palette;
     palette.setColor(QPalette::WindowText, VelmoraPalette::primaryText());
     label->setPalette(palette);
+    return label;
+}
+
+QWidget *RecentScreenshotRow::lineLabel()
+{
+    auto *label = new ElidedLabel(Qt::ElideRight);
+    label->setText(m_line);
+    setRecentStyle(label, systemFont(12), VelmoraPalette::secondaryText());
     return label;
 }
 

@@ -9,8 +9,8 @@
 class BezelButton;
 class ImageView;
 
-/// One screenshot in the recent screenshots' window: thumbnail, file name and three buttons. Main
-/// thread.
+/// One screenshot in the recent screenshots' window: thumbnail, file name, where it was searched
+/// for the line that was found, and three buttons. Main thread.
 class RecentScreenshotRow : public PaletteView
 {
     Q_OBJECT
@@ -20,20 +20,24 @@ public:
     /// A thumbnail's size in points.
     static constexpr QSize thumbnailSize = {64, 48};
 
-    RecentScreenshotRow(const QUrl &url, OnAction onAction, QWidget *parent = nullptr);
+    explicit RecentScreenshotRow(const QUrl &url, OnAction onAction, const QString &line = {},
+                                 QWidget *parent = nullptr);
 
     QUrl url() const { return m_url; }
+    QString line() const { return m_line; }
 
     /// Empty until somebody sets its picture.
     ImageView *thumbnail() const { return m_thumbnail; }
 
 private:
     QWidget *nameLabel();
+    QWidget *lineLabel();
     QWidget *buttons();
     BezelButton *button(const QString &symbol, const QString &toolTip,
                         RecentScreenshotAction::Kind kind);
 
     QUrl m_url;
+    QString m_line;
     OnAction m_onAction;
     ImageView *m_thumbnail;
 };

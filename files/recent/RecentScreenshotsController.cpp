@@ -18,7 +18,8 @@ RecentScreenshotsController::~RecentScreenshotsController() = default;
 void RecentScreenshotsController::show()
 {
     if (!m_window) {
-        m_window = std::make_unique<RecentScreenshotsWindow>(m_recent, m_services.images);
+        m_window = std::make_unique<RecentScreenshotsWindow>(m_recent, m_services.images,
+                                                             m_services.search);
         connect(m_window.get(), &RecentScreenshotsWindow::actionRequested, this,
                 &RecentScreenshotsController::perform);
     }

@@ -11,6 +11,7 @@ class RecentScreenshots;
 class RecentScreenshotsWindow;
 class ScreenshotActions;
 class ScreenshotImages;
+class ScreenshotSearch;
 
 /// Shows the recent screenshots' window and carries out what its rows ask for. Main thread.
 class RecentScreenshotsController : public QObject
@@ -20,6 +21,7 @@ public:
     struct Services {
         ScreenshotActions &actions;
         ScreenshotImages &images;
+        ScreenshotSearch *search = nullptr; ///< null where nothing is searched for
     };
 
     RecentScreenshotsController(const Services &services, RecentScreenshots &recent,

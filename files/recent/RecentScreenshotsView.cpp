@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "files/recent/RecentScreenshotsView.h"
 
+#include "files/recent/recentLabels.h"
 #include "filesystem/FileUrls.h"
 #include "style/BezelButton.h"
 #include "style/ElidedLabel.h"
@@ -8,7 +9,6 @@
 #include "style/VelmoraPalette.h"
 
 #include <QHBoxLayout>
-#include <QPalette>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -26,45 +26,13 @@ constexpr int folderToList = 18;
 constexpr int rowSpacing = 8;
 constexpr int listInset = 2;
 
-void setStyle(QLabel *label, const QFont &font, const QColor &color)
-{
-    label->setTextFormat(Qt::PlainText);
-    label->setFont(font);
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
-}
-
-QLabel *titleLabel()
-{
-    auto *label = new QLabel(QStringLiteral("Recent Screenshots"));
-    setStyle(label, systemFont(22, QFont::DemiBold), VelmoraPalette::primaryText());
-    return label;
-}
-
-QLabel *countLabel(qsizetype count)
-{
-    auto *label = new QLabel(QString::number(count) + QStringLiteral(" items"));
-    setStyle(label, systemFont(12, QFont::Medium), VelmoraPalette::secondaryText());
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 QLabel *folderLabel(const QUrl &folder)
 {
     const QString path = folder.toLocalFile();
     auto *label = new ElidedLabel(Qt::ElideMiddle);
     label->setText(QStringLiteral("Folder: ") + path);
     label->setToolTip(path);
-    setStyle(label, monospacedSystemFont(12), VelmoraPalette::tertiaryText());
-    return label;
-}
-
-QLabel *emptyLabel()
-{
-    auto *label = new QLabel(QStringLiteral("No recent screenshots"));
-    setStyle(label, systemFont(15, QFont::Medium), VelmoraPalette::secondaryText());
-    label->setAlignment(Qt::AlignCenter);
+    setRecentStyle(label, monospacedSystemFont(12), VelmoraPalette::tertiaryText());
     return label;
 }
 
@@ -98,10 +66,11 @@ QWidget *RecentScreenshotsView::header() const
 {
     auto *titleLine = new QHBoxLayout;
     titleLine->setSpacing(0);
-    titleLine->addWidget(titleLabel());
+    titleLine->addWidget(recentTitleLabel());
     titleLine->addStretch();
     titleLine->addSpacing(leastTitleToCount);
-    titleLine->addWidget(countLabel(m_rows.size()), 0, Qt::AlignVCenter);
+    const QString count = QString::number(m_rows.size()) + QStringLiteral(" items");
+    titleLine->addWidget(recentCountLabel(count), 0, Qt::AlignVCenter);
 
     auto *header = new QWidget;
     auto *column = new QVBoxLayout(header);
@@ -121,7 +90,7 @@ QWidget *RecentScreenshotsView::list() const
     for (RecentScreenshotRow *row : m_rows)
         column->addWidget(row);
     if (m_rows.isEmpty())
-        column->addWidget(emptyLabel());
+        column->addWidget(recentEmptyLabel(QStringLiteral("No recent screenshots")));
     else
         column->addStretch();
     return list;

@@ -2,8 +2,10 @@
 #include "files/recent/RecentScreenshotsWindow.h"
 
 #include "files/recent/RecentScreenshots.h"
+#include "files/recent/SearchField.h"
 #include "filesystem/FileUrls.h"
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 namespace
@@ -15,9 +17,11 @@ constexpr QSize leastSize(400, 240);
 } // namespace
 
 RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
-                                                 ScreenshotImages &images, QWidget *parent)
+                                                 ScreenshotImages &images, ScreenshotSearch *search,
+                                                 QWidget *parent)
     : FloatingWindow(QStringLiteral("Recent Screenshots"), Qt::WindowMinMaxButtonsHint, parent)
     , m_recent(recent)
+    , m_finder(search)
     , m_thumbnails(images, RecentScreenshotRow::thumbnailSize)
 {
     setMinimumSize(leastSize);
@@ -30,8 +34,11 @@ RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
     });
 }
 
+RecentScreenshotsWindow::~RecentScreenshotsWindow() = default;
+
 void RecentScreenshotsWindow::presentList()
 {
+    endSearch();
     m_recent.refresh();
     showList();
     present();
@@ -43,8 +50,75 @@ void RecentScreenshotsWindow::fitInto(const QSize &room)
     resize(size().boundedTo(room));
 }
 
+void RecentScreenshotsWindow::keyPressEvent(QKeyEvent *event)
+{
+    constexpr Qt::KeyboardModifiers shortcuts =
+        Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const QString text = event->text();
+    const bool isText = !text.isEmpty() && !text[0].isSpace() && text[0].isPrint() &&
+                        !(event->modifiers() & shortcuts);
+    if (event->matches(QKeySequence::Find))
+        searchFor({});
+    else if (event->key() == Qt::Key_Escape && m_search)
+        endSearch();
+    else if (isText && !m_search)
+        searchFor(text);
+    else
+        FloatingWindow::keyPressEvent(event);
+}
+
+/// The next time it looks as it did at first.
+void RecentScreenshotsWindow::hideEvent(QHideEvent *event)
+{
+    endSearch();
+    FloatingWindow::hideEvent(event);
+}
+
+void RecentScreenshotsWindow::searchFor(const QString &words)
+{
+    if (!m_finder)
+        return;
+    if (!m_search) {
+        m_search = std::make_unique<RecentSearch>(
+            *m_finder, m_thumbnails,
+            [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); });
+        connect(m_search.get(), &RecentSearch::emptied, this, &RecentScreenshotsWindow::endSearch);
+        connect(m_search.get(), &RecentSearch::paused, this,
+                &RecentScreenshotsWindow::searchPaused);
+        RecentSearchView &view = m_search->view();
+        connect(&view, &RecentSearchView::textsWanted, this, &RecentScreenshotsWindow::textsWanted);
+        connect(&view, &RecentSearchView::deletionWanted, this,
+                &RecentScreenshotsWindow::deletionWanted);
+        if (m_view)
+            m_view->hide();
+        layout()->addWidget(&view);
+        view.show();
+    }
+    m_search->view().field().setFocus();
+    m_search->setWords(words);
+}
+
+void RecentScreenshotsWindow::endSearch()
+{
+    if (!m_search)
+        return;
+    // It may be its field that has ended it. The search goes before the view that it fills.
+    RecentSearchView &view = m_search->view();
+    m_search.release()->deleteLater();
+    view.hide();
+    layout()->removeWidget(&view);
+    view.deleteLater();
+    if (m_view)
+        m_view->show();
+    setFocus();
+    if (isVisible())
+        showList();
+}
+
 void RecentScreenshotsWindow::showList()
 {
+    if (m_search)
+        return;
     const QUrl folder = FileUrls::standardized(m_recent.folder());
     const QList<QUrl> files = m_recent.urls();
     // The former folder stays, name and rows, until the present one has been listed.

@@ -8,8 +8,8 @@ _velmora_name() {
         return
     fi
     if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--app --all --rename --undo --text --json --null -0
-            --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "--app --all --rename --undo --text --find --json
+            --null -0 --help --version" -- "$word")
         return
     fi
     compopt -o filenames

@@ -36,6 +36,10 @@ private Q_SLOTS:
             VelmoraSettings::setTrayPosition(entry.option);
             QCOMPARE(VelmoraSettings::trayPosition(), entry.option);
         }
+        for (const auto &entry : optionCases<SearchConsent>()) {
+            VelmoraSettings::setSearchConsent(entry.option);
+            QCOMPARE(VelmoraSettings::searchConsent(), entry.option);
+        }
     }
 
     void anUnknownStoredValueReadsAsTheFallbackAndStays()
@@ -73,6 +77,7 @@ private Q_SLOTS:
         VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
+        VelmoraSettings::setSearchConsent(SearchConsent::refused);
         VelmoraSettings::set(SettingKeys::didExplainFolderAccess);
         VelmoraSettings::set(SettingKeys::didExplainStartAtLogin);
         VelmoraSettings::setRecentScreenshots({QStringLiteral("/a.png"), QStringLiteral("/b.png")});
@@ -85,11 +90,13 @@ private Q_SLOTS:
                  QStringLiteral("untilDismissed"));
         QCOMPARE(stored.value(QStringLiteral("trayPosition")).toString(),
                  QStringLiteral("topLeft"));
+        QCOMPARE(stored.value(QStringLiteral("searchConsent")).toString(),
+                 QStringLiteral("refused"));
         QVERIFY(stored.value(QStringLiteral("didExplainFolderAccess")).toBool());
         QVERIFY(stored.value(QStringLiteral("didExplainStartAtLogin")).toBool());
         QCOMPARE(stored.value(QStringLiteral("recentScreenshots")).toStringList(),
                  (QStringList{QStringLiteral("/a.png"), QStringLiteral("/b.png")}));
-        QCOMPARE(stored.allKeys().size(), 6);
+        QCOMPARE(stored.allKeys().size(), 7);
     }
 
     void aChangeByAnotherProcessIsSeenAtTheNextRead()

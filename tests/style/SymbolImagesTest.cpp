@@ -20,6 +20,7 @@ const QStringList symbolNames = {
     QStringLiteral("camera.viewfinder"),
     QStringLiteral("bolt.fill"),
     QStringLiteral("lock.fill"),
+    QStringLiteral("magnifyingglass"),
     QStringLiteral("photo"),
     QStringLiteral("checkmark.circle.fill"),
     QStringLiteral("circle"),

@@ -11,6 +11,7 @@
 #include "style/breakableText.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QShortcut>
 
@@ -20,7 +21,8 @@ namespace
 // In points.
 constexpr int logoSide = 56;
 constexpr int textWidth = 330;
-constexpr int okWidth = 72;
+constexpr int buttonWidth = 72;
+constexpr int buttonSpacing = 8;
 
 constexpr Qt::WindowFlags windowKind = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                        Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
@@ -30,10 +32,33 @@ constexpr Qt::WindowFlags windowKind = Qt::Dialog | Qt::CustomizeWindowHint | Qt
 Alert::Alert(const QString &title, const QString &message, QWidget *window)
     : QDialog(window, windowKind)
 {
+    auto *ok = new BezelButton(QStringLiteral("OK"));
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    build(title, message, {ok});
+    ok->setFocus();
+}
+
+Alert::Alert(const QString &title, const QString &message, const Choice &choice, QWidget *window)
+    : QDialog(window, windowKind)
+{
+    auto *accept = new BezelButton(choice.accept);
+    auto *reject = new BezelButton(choice.reject);
+    connect(accept, &QPushButton::clicked, this, &QDialog::accept);
+    connect(reject, &QPushButton::clicked, this, &QDialog::reject);
+    QLabel *text = build(title, message, {reject, accept});
+    text->setFocusPolicy(Qt::StrongFocus);
+    text->setFocus();
+}
+
+QLabel *Alert::build(const QString &title, const QString &message,
+                     const QList<QPushButton *> &buttons)
+{
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Velmora"));
     setAccessibleRole(*this, QAccessible::AlertMessage);
     setAccessibleDescription(title + u' ' + message);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
 
     QLabel *titleLabel = wrappingLabel(breakableText(title), systemFont(14, QFont::DemiBold),
                                        VelmoraPalette::primaryText());
@@ -44,12 +69,13 @@ Alert::Alert(const QString &title, const QString &message, QWidget *window)
     for (QLabel *label : {titleLabel, messageLabel})
         label->setFixedWidth(textWidth);
 
-    auto *ok = new BezelButton(QStringLiteral("OK"));
-    ok->setMinimumWidth(okWidth);
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
-
+    auto *line = new QHBoxLayout;
+    line->setSpacing(buttonSpacing);
+    line->addStretch();
+    for (QPushButton *button : buttons) {
+        button->setMinimumWidth(buttonWidth);
+        line->addWidget(button);
+    }
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(22, 20, 22, 18);
     grid->setHorizontalSpacing(16);
@@ -60,6 +86,6 @@ Alert::Alert(const QString &title, const QString &message, QWidget *window)
     grid->addWidget(titleLabel, 0, 1);
     grid->addWidget(messageLabel, 1, 1);
     grid->setRowMinimumHeight(2, 8);
-    grid->addWidget(ok, 3, 1, Qt::AlignRight);
-    ok->setFocus();
+    grid->addLayout(line, 3, 1);
+    return messageLabel;
 }
