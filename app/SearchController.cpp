@@ -21,7 +21,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// After the launch: a session that begins has more urgent things to do.
+/// Some time after the launch: a session that begins has more urgent work.
 constexpr auto startDelay = 5s;
 
 QString consentTitle()
@@ -111,7 +111,7 @@ void SearchController::keep()
     offerToDesktop();
 }
 
-/// Only texts that may be kept are worth the desktop's questions.
+/// The desktop is offered the search only while texts may be kept.
 void SearchController::offerToDesktop()
 {
     DesktopSearch::Source source;
@@ -136,7 +136,7 @@ void SearchController::offerToDesktop()
     m_services.desktop.offer(source);
 }
 
-/// Who wants it again finds the button where this one was.
+/// A user who wants it again finds the button in the same place.
 void SearchController::forget()
 {
     VelmoraSettings::setSearchConsent(SearchConsent::refused);

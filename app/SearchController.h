@@ -15,8 +15,8 @@ class RecentScreenshotsWindow;
 class ScreenshotActions;
 class ScreenshotImages;
 
-/// The search among the program's other parts: it hears of what happens to screenshots, and keeps
-/// their texts as far as the user has agreed. Main thread.
+/// Connects the search with the program's other parts: it learns what happens to screenshots, and
+/// keeps their texts as far as the user has agreed. Main thread.
 class SearchController : public QObject
 {
     Q_OBJECT
@@ -29,12 +29,13 @@ public:
         DesktopSearch &desktop;
     };
 
-    /// They outlive this object. `isBusy` tells whether a new screenshot waits for its name.
+    /// The services must outlive this object. `isBusy` tells whether a new screenshot is waiting
+    /// for its name.
     SearchController(const Services &services, std::function<bool()> isBusy,
                      QObject *parent = nullptr);
     ~SearchController() override;
 
-    /// The launch: a while later what the user has agreed to goes on.
+    /// Call it at the launch: what the user has agreed to continues a while later.
     void start();
 
     /// Where screenshots are saved from now on.
@@ -42,17 +43,17 @@ public:
 
     ScreenshotSearch &search() { return m_search; }
 
-    /// Asks in this window, once, whether texts may be kept; called again it changes nothing.
+    /// Asks in this window, once, whether texts may be kept; further calls change nothing.
     void attend(RecentScreenshotsWindow &window);
 
-    /// A new screenshot has come.
+    /// A new screenshot has arrived.
     void arrived(const QUrl &file, const QString &application)
     {
         m_search.arrived(file, application);
     }
 
 Q_SIGNALS:
-    /// The user wants to go on searching in the program's window.
+    /// The user wants to continue the search in the program's window.
     void windowRequested(const QString &words);
 
 private:

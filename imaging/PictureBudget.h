@@ -18,7 +18,7 @@ public:
     static constexpr qint64 ofScreenshots = 216'000'000;
     /// For a picture that is decoded because a program pastes it.
     static constexpr qint64 ofPasting = 120'000'000;
-    /// Of the picture that is read in the background for the search, if its user wants that.
+    /// For the picture that is read in the background for the search, if the user has agreed.
     static constexpr qint64 ofSearch = 176'000'000;
 
     explicit PictureBudget(qint64 total) : m_total(total) {}

@@ -10,8 +10,8 @@ class PowerSource
 public:
     virtual ~PowerSource() = default;
 
-    /// How full the battery is that the computer runs on, from 0 to 100; nothing while it is
-    /// plugged in, where there is no battery, and where nobody knows.
+    /// The charge of the battery in use, from 0 to 100; nothing while the computer is plugged in,
+    /// when it has no battery, and when it is unknown.
     virtual std::optional<int> batteryInUse() = 0;
 };
 

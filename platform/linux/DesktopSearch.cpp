@@ -12,8 +12,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// The bus has this name only while the desktop is answered: then it never asks, nor starts, a
-/// program that has nothing to say.
+/// The bus has this name only while the desktop is answered, so the desktop never asks or starts a
+/// program that has no answer.
 QString busName()
 {
     return u"app.velmora.Velmora.Search"_s;
@@ -44,7 +44,7 @@ public:
         bus.registerService(busName());
     }
 
-    /// An object that is deleted leaves the bus by itself.
+    /// A deleted object leaves the bus by itself.
     void withdraw() override
     {
         if (m_results)

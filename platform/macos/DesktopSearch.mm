@@ -4,8 +4,8 @@
 namespace
 {
 
-/// This system asks no program: it searches what programs have handed over before, and texts of
-/// screenshots are not handed over.
+/// This system does not ask programs: it searches what programs have given it before, and texts of
+/// screenshots are not given to it.
 class NoDesktopSearch : public DesktopSearch
 {
 public:

@@ -6,8 +6,8 @@
 namespace
 {
 
-/// The system tells every program whether it is to save power, which it asks for on a low battery;
-/// how full that is takes another framework.
+/// The system tells every program whether to save power, which it does on a low battery. The exact
+/// charge needs another framework.
 class LowPowerModeSource : public PowerSource
 {
 public:

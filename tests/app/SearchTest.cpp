@@ -75,7 +75,7 @@ void press(const QString &title)
 
 } // namespace
 
-/// Opens files in place of the desktop.
+/// Opens files instead of the desktop.
 class Opener : public QObject
 {
     Q_OBJECT
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(!alert());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_F);
         QTRY_VERIFY_WITH_TIMEOUT(alert(), patience);
-        // Who goes on typing has chosen nothing.
+        // A user who continues to type has chosen nothing.
         for (const Qt::Key key : {Qt::Key_E, Qt::Key_Space, Qt::Key_Return})
             QTest::keyClick(QApplication::focusWidget(), key);
         QVERIFY(Waiting::staysTrue([] { return alert() != nullptr; }, 500ms));

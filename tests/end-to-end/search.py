@@ -14,7 +14,7 @@ import panel
 from windows import RECENT, ProgramWindows
 
 DATABASE = pathlib.Path(os.environ["XDG_DATA_HOME"], "velmora", "search.db")
-# Stands in the page's text and in no name.
+# Occurs in the page's text and in no name.
 WORD = "treasurer"
 QUESTION = "Search the text of your screenshots?"
 READING_SECONDS = 60
@@ -75,7 +75,7 @@ class Search(ProgramWindows, case.EndToEnd):
             self.assertIn(part, described)
         matches = panel.call(SERVICE, RUNNER_PATH, RUNNER + "Match", f"{WORD} quart")
         self.assertIn(f"('{identifier}', '{self.picture.name}'", matches)
-        # The shell's own way into the program's window.
+        # The shell's own way to open the program's window.
         desktop.press("Escape")
         panel.call(SERVICE, SHELL_PATH, SHELL + "LaunchSearch", "['harvest', 'better']", "0")
         self.wait_for_text("The harvest was")

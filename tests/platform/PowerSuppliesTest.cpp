@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The batteries on files as the kernel has them.
+/// The batteries, with files like the kernel's.
 class PowerSuppliesTest : public QObject
 {
     Q_OBJECT

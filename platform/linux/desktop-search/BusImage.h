@@ -6,7 +6,7 @@
 #include <QImage>
 #include <QMetaType>
 
-/// A picture as the desktops' search interfaces pass it on: rows of red, green, blue and alpha,
+/// A picture in the format of the desktops' search interfaces: rows of red, green, blue and alpha,
 /// "(iiibiiay)" on the bus.
 struct BusImage {
     int width = 0;

@@ -14,12 +14,12 @@ namespace
 constexpr qsizetype mostResults = 10;
 constexpr qsizetype mostKnown = 200;
 
-/// Desktops show them half as large, or as large on a screen with small pixels.
+/// Desktops show them at half this size, or at this size on a high-density screen.
 constexpr QSize thumbnailBounds(96, 96);
 
 constexpr auto longestWait = 400ms;
 
-/// Told apart from what other programs offer.
+/// Distinguishes it from other programs' results.
 QString idOf(const QUrl &file)
 {
     return file.toString(QUrl::FullyEncoded);
@@ -27,7 +27,7 @@ QString idOf(const QUrl &file)
 
 } // namespace
 
-/// A question for thumbnails that is answered when the last one has come, or the time is up.
+/// A request for thumbnails, answered when the last one has arrived or the time is up.
 struct FoundResults::Pictures {
     QStringList ids;
     Answer answer;

@@ -11,8 +11,8 @@
 #include <functional>
 #include <optional>
 
-/// What the desktop has been told of, so that it can ask for more by an identifier, and so that
-/// nothing else can be opened by one. Main thread.
+/// The results that the desktop was given, so that it can ask for more by an identifier, and so
+/// that an identifier can open nothing else. Main thread.
 class FoundResults : public QObject
 {
     Q_OBJECT
@@ -22,18 +22,18 @@ public:
     struct Result {
         QString id;
         DesktopSearch::Result found;
-        BusImage thumbnail; ///< empty where there is none, or none in time
+        BusImage thumbnail; ///< empty when there is none, or none in time
     };
     using Answer = std::function<void(const QList<Result> &)>;
 
     /// Best first, at most ten, without thumbnails.
     void find(const QString &words, const Answer &answer);
 
-    /// Those of these identifiers that are known, with thumbnails, in this order. Pictures that
-    /// take longer than a desktop likes to wait are left out.
+    /// The known ones among these identifiers, in this order, with thumbnails. Pictures that take
+    /// longer than a desktop likes to wait are left out.
     void describe(const QStringList &ids, const Answer &answer);
 
-    /// Nothing for an identifier that was not given out.
+    /// Nothing for an identifier that was never given to the desktop.
     std::optional<QUrl> file(const QString &id) const;
 
 private:
@@ -43,6 +43,6 @@ private:
 
     DesktopSearch::Source m_source;
     QHash<QString, DesktopSearch::Result> m_known;
-    QStringList m_order; ///< of the known ones, oldest first
+    QStringList m_order; ///< the known identifiers, oldest first
     QHash<QString, BusImage> m_thumbnails;
 };

@@ -46,7 +46,7 @@ QStringList GnomeSearchProvider::GetInitialResultSet(const QStringList &terms)
     return {};
 }
 
-/// More words may bring another line and another order, so that everything is looked for anew.
+/// More words may lead to another line and another order, so the search starts again.
 QStringList GnomeSearchProvider::GetSubsearchResultSet(const QStringList &,
                                                        const QStringList &terms)
 {

@@ -9,7 +9,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
-/// What GNOME Shell asks when somebody types in its overview. Main thread.
+/// Answers GNOME Shell when the user types in its overview. Main thread.
 class GnomeSearchProvider : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     explicit GnomeSearchProvider(FoundResults &results);
 
 public Q_SLOTS:
-    // Called by the shell, which gets its answers later.
+    // Called by the shell, which gets the answers later.
     Q_SCRIPTABLE QStringList GetInitialResultSet(const QStringList &terms);
     Q_SCRIPTABLE QStringList GetSubsearchResultSet(const QStringList &previousResults,
                                                    const QStringList &terms);

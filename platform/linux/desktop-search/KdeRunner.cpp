@@ -13,10 +13,10 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// A single letter says too little to stand among all that the desktop finds.
+/// A single letter says too little to add results to all the desktop's others.
 constexpr qsizetype shortestQuery = 2;
 
-/// "Possible match", as the runners of the desktop grade theirs.
+/// "Possible match" in the grades that the desktop's runners use.
 constexpr int possibleMatch = 30;
 constexpr double bestRelevance = 0.6;
 constexpr double relevanceStep = 0.02;

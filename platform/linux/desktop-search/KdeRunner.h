@@ -19,7 +19,7 @@ struct RunnerMatch {
 };
 Q_DECLARE_METATYPE(RunnerMatch)
 
-/// What can be done with a result beside opening it, "(sss)" on the bus.
+/// An action for a result besides opening it, "(sss)" on the bus.
 struct RunnerAction {
     QString id;
     QString text;
@@ -32,7 +32,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerMatch &matc
 QDBusArgument &operator<<(QDBusArgument &argument, const RunnerAction &action);
 const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerAction &action);
 
-/// What KRunner, and Plasma's menus, ask when somebody types in them. Main thread.
+/// Answers KRunner and Plasma's menus when the user types in them. Main thread.
 class KdeRunner : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ public:
     explicit KdeRunner(FoundResults &results);
 
 public Q_SLOTS:
-    // Called by KRunner, which gets its answers later.
+    // Called by KRunner, which gets the answers later.
     Q_SCRIPTABLE QList<RunnerAction> Actions();
     Q_SCRIPTABLE QList<RunnerMatch> Match(const QString &query);
     Q_SCRIPTABLE void Run(const QString &matchId, const QString &actionId);

@@ -5,12 +5,12 @@
 
 #include <optional>
 
-/// The computer's batteries and plugs, as the kernel lists them in a folder. Batteries of mice and
-/// other devices do not count. Any thread; blocks.
+/// The computer's batteries and chargers, as the kernel lists them in a folder. Batteries of mice
+/// and other devices do not count. Any thread; blocks.
 namespace PowerSupplies
 {
 
-/// How full the batteries are on average, from 0 to 100, while one of them is used up and nothing
+/// The average charge of the batteries, from 0 to 100, while one of them is discharging and nothing
 /// is plugged in.
 std::optional<int> batteryInUse(const QString &folder);
 

@@ -25,7 +25,7 @@ constexpr int patience = 20'000;
 const QUrl first = QUrl::fromLocalFile(u"/home/anna/Pictures/harvest festival.png"_s);
 const QUrl second = QUrl::fromLocalFile(u"/home/anna/Pictures/ferry.png"_s);
 
-/// What a desktop is: another connection to the same bus.
+/// Acts as a desktop: another connection to the same bus.
 class Desktop
 {
 public:
@@ -66,7 +66,7 @@ private:
 
 } // namespace
 
-/// The service on a private session bus, asked as GNOME Shell and KRunner ask.
+/// The service on a private session bus, queried the way GNOME Shell and KRunner do it.
 class DesktopSearchTest : public QObject
 {
     Q_OBJECT
