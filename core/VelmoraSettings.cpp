@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// Longer than a slow disk takes to store what was set last.
+/// Longer than a slow disk takes to store the last changes.
 constexpr auto longestWaitAtExit = 2s;
 
 template <typename Option>
@@ -78,7 +78,7 @@ const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>()
     return cases;
 }
 
-/// It has no pop-up menu.
+/// Without a pop-up menu, so without titles.
 template <>
 const QList<OptionCase<SearchConsent>> &optionCases<SearchConsent>()
 {
@@ -95,7 +95,7 @@ namespace VelmoraSettings
 
 SettingsStore &open()
 {
-    // Never destroyed: a thread that was left behind may still ask it something.
+    // Never destroyed: an abandoned thread may still read from it.
     static SettingsStore &store = *new SettingsStore(QStringLiteral("velmora"));
     struct StoreAtExit {
         ~StoreAtExit() { store.waitUntilStored(longestWaitAtExit); }

@@ -9,7 +9,7 @@
 /// What the pipeline puts on the clipboard for a new screenshot.
 enum class CopyBehavior { none, image, file, imageAndFile };
 
-/// How long a tray row stays before it is dismissed by itself.
+/// How long a tray row stays before it is dismissed automatically.
 enum class TrayDuration { fifteenSeconds, sixtySeconds, untilDismissed };
 
 /// The screen corner of the tray.
@@ -18,8 +18,8 @@ enum class TrayPosition { bottomRight, topRight, bottomLeft, topLeft };
 /// Whether the texts of screenshots may be kept, so that they can be searched.
 enum class SearchConsent { notAsked, given, refused };
 
-/// One case of an option: its value, the string under which it is stored, and its title in the
-/// pop-up menu. A case's index in `optionCases()` is the index of its menu item.
+/// One case of an option: its value, the string it is stored as, and its title in the pop-up menu.
+/// A case's index in `optionCases()` is the index of its menu item.
 template <typename Option>
 struct OptionCase {
     Option option;
@@ -40,14 +40,14 @@ const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>();
 template <>
 const QList<OptionCase<SearchConsent>> &optionCases<SearchConsent>();
 
-/// A key of the program's preference store, and what a missing or unknown value reads as.
+/// A key of the program's preferences, and the value that a missing or unknown one reads as.
 template <typename Value>
 struct SettingKey {
     QStringView name;
     Value fallback;
 };
 
-/// Every stored key, with its type and its default.
+/// Every stored key with its type and default.
 namespace SettingKeys
 {
 
@@ -57,19 +57,19 @@ constexpr SettingKey<TrayPosition> trayPosition = {u"trayPosition", TrayPosition
 constexpr SettingKey<SearchConsent> searchConsent = {u"searchConsent", SearchConsent::notAsked};
 constexpr SettingKey<bool> didExplainFolderAccess = {u"didExplainFolderAccess", false};
 constexpr SettingKey<bool> didExplainStartAtLogin = {u"didExplainStartAtLogin", false};
-/// Paths, the newest first.
+/// Paths, newest first.
 inline const SettingKey<QStringList> recentScreenshots = {u"recentScreenshots", {}};
 
 } // namespace SettingKeys
 
-/// The user's choices. Each read sees the latest write, also that of another process; no read and
-/// no write waits for the disk (see SettingsStore). A missing or unknown stored value reads as the
-/// key's fallback and is not repaired. Any thread.
+/// The user's choices. Each read sees the latest write, including those of another process. No read
+/// or write waits for a slow disk (see SettingsStore). A missing or unknown stored value reads as
+/// the key's fallback and is not repaired. Any thread.
 namespace VelmoraSettings
 {
 
-/// The preference store itself. It lives as long as the process; when that ends, what has been set
-/// is stored.
+/// The preference store itself. It lives as long as the process, and stores all changes before the
+/// process ends.
 SettingsStore &open();
 
 CopyBehavior copyBehavior();
@@ -90,7 +90,7 @@ void set(const SettingKey<bool> &flag);
 QStringList recentScreenshots();
 void setRecentScreenshots(const QStringList &paths);
 
-/// The option at a pop-up menu's index; an index out of range (no selection) gives the fallback.
+/// The option at a pop-up menu's index. An index out of range (no selection) gives the fallback.
 CopyBehavior copyBehaviorAt(int index);
 TrayDuration trayDurationAt(int index);
 TrayPosition trayPositionAt(int index);

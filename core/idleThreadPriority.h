@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Gives the calling thread only what no other thread wants, of the processor and of the disk. For
-/// work that nobody waits for: on a busy machine it may stand still. If the system refuses, the
-/// priority stays as it is.
+/// Lowers the calling thread's priority so far that it gets only processor and disk time that no
+/// other thread wants. For work that nobody waits for: on a busy machine it may not advance at all.
+/// If the system refuses, the priority stays as it is.
 void idleThreadPriority();

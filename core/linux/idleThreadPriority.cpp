@@ -7,7 +7,7 @@
 
 void idleThreadPriority()
 {
-    // Of the calling thread, as 0 says in both calls. The C library has no name for the second.
+    // In both calls, 0 means the calling thread. The C library has no wrapper for the second one.
     const sched_param parameters = {};
     ::sched_setscheduler(0, SCHED_IDLE, &parameters);
     constexpr int thisThread = 1;
