@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// A file that has changed so shortly ago may be half a picture.
+/// A file that changed less than this ago may be incomplete.
 constexpr auto steadyTime = 10s;
 
 bool isSteady(const FileIdentity &file)
@@ -25,8 +25,8 @@ bool isSteady(const FileIdentity &file)
 
 } // namespace
 
-/// What the reading thread uses of others. Taken from it at the end, in case that it is stuck in a
-/// file then.
+/// The services that the reading thread uses. Taken away from it at the end, because it may then be
+/// stuck in a file.
 struct BackgroundReader::Services {
     std::mutex mutex;
     TextRecognizer *recognizer; ///< guarded by the mutex

@@ -15,17 +15,17 @@
 class PowerSource;
 class TextRecognizer;
 
-/// Reads all text of a picture, one picture after the other, in a thread that gets only what no
-/// other thread wants. Starts no thread before it is asked. Main thread.
+/// Reads all the text of pictures, one picture after the other, on a thread of idle priority. The
+/// thread starts with the first request. Main thread.
 class BackgroundReader
 {
 public:
-    /// Both outlive this object.
+    /// Both must outlive this object.
     BackgroundReader(TextRecognizer &recognizer, PowerSource &power);
-    /// Waits until the recogniser is not used any more, some tens of milliseconds.
+    /// Waits until the recogniser is no longer used, which takes some tens of milliseconds.
     ~BackgroundReader();
 
-    /// Below this the battery is left alone.
+    /// In percent. With less charge than this, nothing is read on battery power.
     static constexpr int leastBattery = 20;
 
     struct Reading {
@@ -33,18 +33,18 @@ public:
             Read,
             Abandoned,
             NoPower, ///< the battery is low
-            Missing, ///< there is no file, or somebody may still be writing it
+            Missing, ///< there is no file, or it may still be being written
         };
         Outcome outcome = Outcome::Abandoned;
         FileIdentity file;
-        QStringList lines; ///< none where there is no picture
+        QStringList lines; ///< empty if there is no picture
     };
     QFuture<Reading> read(const QUrl &file);
 
-    /// Ends what is being read, or waits to be.
+    /// Abandons the readings that are in progress or queued.
     void abandon();
 
-    /// Other work that nobody waits for, on the same thread.
+    /// Runs other work that nobody waits for on the same thread.
     template <typename Work>
     auto ask(Work work)
     {

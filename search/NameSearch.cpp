@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// A file that has come or gone is seen this late.
+/// A file that was added or removed is seen this late.
 constexpr auto listingLifetime = 3s;
 
 } // namespace

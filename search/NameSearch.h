@@ -11,17 +11,18 @@
 #include <functional>
 #include <optional>
 
-/// Finds screenshots of a folder by their names, without storing anything. The folder's listing is
-/// kept for as long as somebody types. One thread; blocks for the disk.
+/// Finds screenshots in a folder by their names, without storing anything. The folder's listing is
+/// cached while the user types. Not thread-safe; blocks for the disk.
 class NameSearch
 {
 public:
-    /// All screenshots of a folder, newest first; nothing when it can't be read.
+    /// All screenshots in a folder, newest first; nothing if it cannot be read.
     using List = std::function<std::optional<QList<QUrl>>(const QUrl &folder)>;
 
     explicit NameSearch(List list) : m_list(std::move(list)) {}
 
-    /// Those whose names hold all the words, each as the beginning of a word; newest first.
+    /// The screenshots whose names contain all the words, each as the beginning of a word; newest
+    /// first.
     QList<SearchHit> find(const QUrl &folder, const QString &words, int limit);
 
 private:

@@ -10,13 +10,13 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// After a screenshot's last sign of life; by then it has been renamed.
+/// After the last event of a new screenshot; by then it has been renamed.
 constexpr auto quietTime = 3s;
 
-/// After a full disk, a lock, a low battery, or a file that is not complete.
+/// After a full disk, a lock, a low battery, or an incomplete file.
 constexpr auto timeToNextTry = 1min;
 
-/// For what is being stored when the program ends. What is lost is read again.
+/// For storing the last changes at program exit. What is lost is read again.
 constexpr auto longestWaitAtEnd = 1s;
 
 using Entries = QList<SearchIndex::Entry>;
@@ -53,7 +53,7 @@ ScreenshotSearch::ScreenshotSearch(Services services, const QString &databaseFol
 
 ScreenshotSearch::~ScreenshotSearch()
 {
-    // The database is let go in its own thread.
+    // The database must be closed on its own thread.
     if (*m_keeps || m_thread.tasksLeft() > 0)
         m_thread.run([index = m_index] { index->close(); });
 }
@@ -84,7 +84,7 @@ void ScreenshotSearch::keepTexts()
 
 QFuture<bool> ScreenshotSearch::forgetTexts()
 {
-    // What is still under way keeps to the old one.
+    // Work in progress keeps using the old flag.
     *m_keeps = false;
     m_keeps = std::make_shared<std::atomic_bool>(false);
     m_arrived.clear();

@@ -14,11 +14,11 @@
 #include <atomic>
 #include <memory>
 
-/// Finds screenshots, by their names and, if the user has agreed, by their text. Then all
-/// screenshots of the folder are read in the background, and the index follows what happens to
-/// them. As long as nobody has agreed there is no database, no thread and no timer.
+/// Finds screenshots by their names and, if the user has agreed, by their text. Then all
+/// screenshots in the folder are read in the background, and the index follows what happens to
+/// them. Until the user agrees there is no database, no thread and no timer.
 ///
-/// Main thread, which asks no file system for anything.
+/// Main thread, which never accesses the file system.
 class ScreenshotSearch : public QObject
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
         PowerSource &power;
         /// Called on background threads.
         NameSearch::List screenshotsIn;
-        /// Whether a new screenshot is waiting for its name. Nothing is read then.
+        /// Whether a new screenshot is waiting for its name; meanwhile nothing is read.
         std::function<bool()> isBusy;
     };
 
@@ -37,38 +37,38 @@ public:
                               QObject *parent = nullptr);
     ~ScreenshotSearch() override;
 
-    /// Which screenshots are to be found. To be called before the others.
+    /// Sets the folder whose screenshots are searched. Call this before the other functions.
     void setFolder(const QUrl &folder);
 
-    /// Whether texts are kept. Stored by who asks the user.
+    /// Whether texts are kept. The caller that asks the user stores the answer.
     bool keepsTexts() const { return *m_keeps; }
     void keepTexts();
 
-    /// Deletes all that was stored, and keeps no more.
+    /// Deletes everything that was stored, and stores no more.
     QFuture<bool> forgetTexts();
 
-    /// The best `limit` screenshots for these words; see SearchIndex. Without consent those of the
-    /// folder whose names hold them.
+    /// The best `limit` screenshots for these words; see SearchIndex. Without consent, those in the
+    /// folder whose names contain them.
     QFuture<QList<SearchHit>> find(const QString &words, int limit);
 
-    /// Looks up what others have done to the folder's files; for when somebody begins to search.
+    /// Looks for changes that other programs have made in the folder. For the start of a search.
     void lookAgain();
 
     /// How many of the known screenshots have been read.
     QFuture<SearchIndex::Progress> progress();
 
-    // What happens to screenshots:
+    // Events of screenshots:
 
-    /// A new one: nothing is read until it has its name, and a moment longer.
+    /// A new screenshot. Until shortly after it has its name, nothing is read.
     void arrived(const QUrl &file, const QString &application);
     void moved(const QUrl &from, const QUrl &to, SearchIndex::Place place);
 
 Q_SIGNALS:
-    /// Something else may be found now.
+    /// Searches may have other results now.
     void changed();
 
 private:
-    /// Runs in the thread of the database, unless the texts have been forgotten since.
+    /// Runs on the database's thread, unless the texts have been forgotten in the meantime.
     template <typename Work>
     auto ask(Work work);
 
@@ -84,10 +84,10 @@ private:
     std::shared_ptr<SearchIndex> m_index;
     std::shared_ptr<NameSearch> m_names;
     std::shared_ptr<std::atomic_bool> m_keeps;
-    QHash<QUrl, QString> m_arrived; ///< with their applications; not in the index yet
+    QHash<QUrl, QString> m_arrived; ///< not in the index yet, with their applications
     bool m_isReading = false;
     bool m_isListing = false;
-    QTimer m_quiet; ///< runs while a new screenshot has the machine for itself
+    QTimer m_quiet; ///< while it runs, nothing is read, so that a new screenshot is not slowed down
     QTimer m_later;
     BackgroundReader m_reader;
     BackgroundThread m_thread;

@@ -15,15 +15,15 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// The newest of all that match are ranked: ranking takes longest, and nobody looks for the
-/// thousandth.
+/// Only the newest matches are ranked: ranking takes the most time, and nobody looks for the
+/// thousandth hit.
 constexpr int mostRanked = 1000;
 
-/// How often more hits are looked up than are wanted, since some files may be gone.
+/// How many times more hits are looked up than are wanted, because some files may be gone.
 constexpr int reserve = 2;
 
-/// Changes where texts are to be split into words anew: with the code that splits them, and with
-/// the Unicode tables that it asks.
+/// Changes whenever texts must be split into words again: with the code that splits them, and with
+/// Unicode's tables.
 int wordsVersion()
 {
     constexpr int ofCode = 1;
@@ -64,7 +64,7 @@ struct SearchIndex::Row {
         return row;
     }
 
-    /// Disks get other numbers when the computer starts.
+    /// Device numbers change when the computer restarts, so they are not compared.
     bool isFile(const FileIdentity &other) const
     {
         return entry.file.serial == other.serial && entry.file.made == other.made;
@@ -81,7 +81,7 @@ struct SearchIndex::Row {
 
 SearchIndex::SearchIndex(const QString &folder) : m_store(folder) {}
 
-/// Does the work in one transaction; once more with a new database where this one is broken.
+/// Does the work in one transaction. If the database is broken, tries once more with a new one.
 template <typename Work>
 bool SearchIndex::change(Work work)
 {
@@ -99,7 +99,7 @@ bool SearchIndex::change(Work work)
     return false;
 }
 
-/// Where the words were made by an older version of the program, they are made anew of the texts.
+/// If an older version of the program made the words, they are made again from the texts.
 bool SearchIndex::prepareWords()
 {
     auto version = m_store.run(u"PRAGMA user_version"_s);
@@ -169,7 +169,7 @@ bool SearchIndex::setFolder(const QUrl &folder, const QList<Entry> &entries)
                     return false;
             }
         }
-        // The oldest first: what is newer has a higher number then.
+        // Oldest first, so that newer files get higher numbers.
         for (auto entry = entries.crbegin(); entry != entries.crend(); ++entry) {
             if (!known.contains(&*entry) && !insert(*entry))
                 return false;
@@ -187,7 +187,7 @@ bool SearchIndex::moved(const QUrl &from, const QUrl &to, Place place)
     if (!file)
         return false;
     return change([&] {
-        // To another disk it was copied, as another file.
+        // A move to another disk copies the file, which makes it another file.
         std::optional<Row> row = rowOf(*file);
         if (!row)
             row = rowAt(from);
@@ -261,7 +261,7 @@ QList<SearchHit> SearchIndex::find(const QString &words, int limit)
 
 QList<SearchHit> SearchIndex::hits(const QStringList &terms, int limit)
 {
-    // Nearly everything holds a single letter: there the newest are as good as any.
+    // Nearly every text matches a single letter, so there the newest hits are as good as any.
     const bool isRanked = terms.size() > 1 || terms.constFirst().size() > 1;
     const QString statement =
         u"SELECT s.id, s.device, s.serial, s.made, s.size, s.modified, s.path, s.application,"
@@ -364,7 +364,7 @@ bool SearchIndex::writeWords(qint64 id, const QString &statement, const Row &row
         .has_value();
 }
 
-/// An index without a copy of its texts must be told what it is to forget.
+/// The index has no copy of its texts, so it must be given the old text to remove it.
 bool SearchIndex::replaceWords(const Row &old, const QString &oldText, const Row &row,
                                const QString &text)
 {
@@ -378,7 +378,7 @@ bool SearchIndex::replaceWords(const Row &old, const QString &oldText, const Row
                        row, text));
 }
 
-/// Empty where it has not been read; nothing when the database fails.
+/// Empty if the file has not been read; nothing if the database fails.
 std::optional<QString> SearchIndex::textOf(qint64 id)
 {
     auto found = m_store.run(u"SELECT text FROM texts WHERE id=?"_s, {id});

@@ -11,12 +11,12 @@
 
 #include <optional>
 
-/// Which screenshots there are and which text they hold, kept in a database. Everything in it can
-/// be read from the screenshots again: a damaged database, or something else that has its name, is
-/// set aside and a new one begun. Where nothing can be stored (a full disk, a locked or read-only
-/// file) calls return false, and all stays as it was.
+/// The known screenshots and their text, kept in a database. Everything in it can be read from the
+/// screenshots again, so a damaged database, or anything else that has its name, is renamed and a
+/// new one created. If nothing can be stored (a full disk, a locked or read-only file), calls
+/// return false and change nothing.
 ///
-/// All calls block for the disk; one thread from the first call to `close`.
+/// All calls block for the disk. From the first call to `close`, all must come from one thread.
 class SearchIndex
 {
 public:
@@ -25,7 +25,7 @@ public:
     /// Whether there is a database.
     bool exists() const { return m_store.exists(); }
 
-    /// Lets go of the database until the next call; for the end of a thread.
+    /// Closes the database until the next call. Call it before a thread ends.
     void close() { m_store.close(); }
 
     struct Entry {
@@ -34,27 +34,27 @@ public:
         QString application;
     };
 
-    /// These files are there, under these names. What is not known yet waits to be read; so does
-    /// what has another content than before. Known files keep their application where none is
-    /// given.
+    /// Records these files under these names. New files, and files whose content has changed, wait
+    /// to be read. A known file keeps its application if the entry has none.
     bool add(const QList<Entry> &entries);
 
-    /// As `add`, and those are all that `folder` holds. Of others it is looked up whether they are
-    /// still there: those that are not are forgotten, unless their whole folder is out of reach.
+    /// Like `add`, but `entries` are all files that `folder` contains. Files elsewhere are looked
+    /// up, and those that are gone are removed, unless their whole folder is unreachable.
     bool setFolder(const QUrl &folder, const QList<Entry> &entries);
 
-    /// The program has moved the file. What lies in the trash is not found.
+    /// The program has moved the file. Files in the trash are not found.
     enum class Place { Folder, Trash };
     bool moved(const QUrl &from, const QUrl &to, Place place);
 
-    /// Whether the database had to be set aside since `setFolder`: then it should be called again.
+    /// Whether the database had to be set aside since `setFolder`, which should then be called
+    /// again.
     bool isBegunAnew() const { return m_isBegunAnew; }
 
-    /// The text of a file, without what looks like a secret. Nothing is stored for a file that is
-    /// not known, or is known to have changed since.
+    /// Stores the text of a file, without anything that looks like a secret. Stores nothing for a
+    /// file that is unknown or is known to have changed since.
     bool setText(const FileIdentity &file, const QStringList &lines);
 
-    /// The newest file that waits to be read, of those that are there.
+    /// The newest existing file that waits to be read.
     std::optional<Entry> nextUnread();
 
     struct Progress {
@@ -63,12 +63,12 @@ public:
     };
     Progress progress();
 
-    /// The screenshots whose name, application and text together hold all the words, each as the
-    /// beginning of a word: best first, of equal ones the newest first. Files that are gone are
-    /// left out. Makes no database.
+    /// The screenshots whose name, application and text together contain all the words, each as the
+    /// beginning of a word. The best come first; among equals, the newest. Files that are gone are
+    /// left out. Does not create a database.
     QList<SearchHit> find(const QString &words, int limit);
 
-    /// Deletes the database, and all that was ever set aside.
+    /// Deletes the database and everything that was ever set aside.
     bool forget();
 
 private:

@@ -20,10 +20,10 @@ namespace
 constexpr QFile::Permissions ownersFile = QFile::ReadOwner | QFile::WriteOwner;
 constexpr QFile::Permissions ownersFolder = ownersFile | QFile::ExeOwner;
 
-/// Says whose the database is; any number that no other program uses.
+/// Marks the database as ours; an arbitrary number that no other program uses.
 constexpr int applicationId = 0x56454C4D;
 
-/// Who holds the lock is done in milliseconds, or is stopped.
+/// A process holds the lock for milliseconds, unless it is stopped.
 constexpr int lockMilliseconds = 1000;
 
 QString fileName()
@@ -31,12 +31,12 @@ QString fileName()
     return u"search.db"_s;
 }
 
-/// How SQLite numbers its failures.
+/// SQLite's error codes.
 enum Failure { Corrupt = 11, NotADatabase = 26 };
 
-/// The texts stand apart from the screenshots, so that looking through these reads little. What is
-/// found by is a full-text index without a copy of the texts; its words are folded already, so that
-/// its tokenizer has only to part them.
+/// The texts have a table of their own, so that reading through the screenshots reads little.
+/// Searches use a full-text index without a copy of the texts. Its words are already folded, so its
+/// tokenizer only has to split them.
 QStringList tables()
 {
     return {
@@ -105,7 +105,7 @@ bool SearchStore::prepareFile(Missing missing)
     if (!exists()) {
         if (missing == Missing::Leave)
             return false;
-        // Those above it are not ours.
+        // Its parents are not ours, so they get ordinary permissions.
         QDir().mkpath(QFileInfo(m_folder).path());
         QDir().mkdir(m_folder, ownersFolder);
         QFile made(m_path);
@@ -123,7 +123,7 @@ bool SearchStore::prepareTables()
         auto count = run(u"SELECT count(*) FROM sqlite_master"_s);
         return count && count->next() && count->value(0).toInt() == 0;
     };
-    // Readers need not wait for a writer then, nor for the disk.
+    // Then readers wait neither for a writer nor for the disk.
     run(u"PRAGMA journal_mode=WAL"_s);
     run(u"PRAGMA synchronous=NORMAL"_s);
     run(u"PRAGMA secure_delete=ON"_s);
@@ -131,7 +131,7 @@ bool SearchStore::prepareTables()
         return !m_isBroken && isOurs();
     if (m_isBroken || !begin())
         return false;
-    // Another process may have been faster.
+    // Another process may have created the tables first.
     bool isDone = true;
     if (isEmpty()) {
         for (const QString &statement : tables())
@@ -171,7 +171,7 @@ bool SearchStore::setAside()
         const auto error = moveFile(FileUrls::fromPath(m_path), FileUrls::fromPath(aside));
         if (error == std::errc::file_exists)
             continue;
-        // Without its database a journal says nothing, and would spoil the next one.
+        // A journal is useless without its database, and would damage the next one.
         for (const QString &suffix : {u"-wal"_s, u"-shm"_s, u"-journal"_s})
             QFile::remove(m_path + suffix);
         return !error;
@@ -186,7 +186,7 @@ bool SearchStore::remove()
     QDir folder(m_folder);
     for (const QString &name : folder.entryList({fileName() + u'*'}, QDir::Files | QDir::Hidden))
         isGone = folder.remove(name) && isGone;
-    // Only where it is empty.
+    // Succeeds only if it is empty.
     QDir().rmdir(m_folder);
     return isGone;
 }

@@ -6,8 +6,8 @@
 namespace
 {
 
-/// A term at the beginning of a word counts more than one in the middle, which may be the beginning
-/// of a word such as the second one in "pullRequest".
+/// A term at the beginning of a word counts more than one within, though that may start a part such
+/// as "Request" in "pullRequest".
 enum Value { Absent, Within, AtBeginning };
 
 Value valueOf(QStringView line, const QString &term)
@@ -21,7 +21,7 @@ Value valueOf(QStringView line, const QString &term)
     return value;
 }
 
-/// Long lines are read in pieces: a short one goes on with what follows.
+/// Long lines are read in pieces, so a short one continues with what follows.
 QString withContext(const QStringList &lines, qsizetype number)
 {
     constexpr qsizetype enough = 40;
@@ -35,7 +35,7 @@ QString withContext(const QStringList &lines, qsizetype number)
 
 QString matchingLine(const QString &text, const QStringList &terms)
 {
-    // Folding leaves the lines' ends.
+    // Folding keeps line breaks.
     const QString folded = foldedText(text);
     qsizetype best = -1;
     int most = 0;
