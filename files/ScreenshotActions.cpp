@@ -18,19 +18,19 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// What takes longer is announced.
+/// Actions that take longer are announced.
 constexpr auto announcementDelay = 100ms;
 
 } // namespace
 
 struct ScreenshotActions::Task {
-    /// In which the task may make a name; empty when it makes none.
+    /// The folder in which the task may create a name; empty if it creates none.
     QUrl folder;
     std::atomic_bool hasBegun = false;
     bool hasEnded = false;
 };
 
-/// A file of which it is not yet known whether a task has put it there.
+/// A new file that a running task may have put there.
 struct ScreenshotActions::Report {
     QUrl url;
     TaskPointer lastSuspect;

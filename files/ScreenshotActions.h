@@ -17,12 +17,13 @@ class FileBrowser;
 class SystemTrash;
 class UndoHistory;
 
-/// All that is done to screenshots, wherever it was asked for, and the bookkeeping of it. Files are
-/// touched aside, one thing after the other in the order in which they were asked; what was asked
-/// for a file that another one has replaced meanwhile fails. Main thread; the services outlive it.
+/// Performs all actions on screenshots, wherever they were requested, and their bookkeeping. Files
+/// are accessed on background threads, one action after the other in the order of the requests. If
+/// another file has replaced the screenshot in the meantime, the action fails. Main thread; the
+/// services must outlive this object.
 ///
-/// `told` is called with the outcome, on the main thread, as long as this object is there: also
-/// when the asker is gone.
+/// `told` is called with the outcome on the main thread, as long as this object exists, even if the
+/// requester has been destroyed.
 class ScreenshotActions : public QObject
 {
     Q_OBJECT
@@ -38,11 +39,12 @@ public:
     ScreenshotActions(const Services &services, UndoHistory &history, QObject *parent = nullptr);
     ~ScreenshotActions() override;
 
-    /// The screenshot that lies at the place. It is being opened when this returns.
+    /// The screenshot at `url`. It is still being opened when this returns.
     ScreenshotPointer open(const QUrl &url, const QString &applicationName = {});
 
-    /// For the user at once. The program's own renames wait until the file is complete, and leave
-    /// it as it is when it is still empty then or the user has typed a name meanwhile.
+    /// A rename by the user happens at once. One by the program waits until the file is complete,
+    /// and does nothing if the file is still empty then or the user has typed a name in the
+    /// meantime.
     enum class By { User, Program };
     using Renamed = std::function<void(const ScreenshotRename &)>;
     void rename(const ScreenshotPointer &screenshot, const QString &name, By by, Renamed told);
@@ -50,48 +52,49 @@ public:
     using Trashed = std::function<void(const ScreenshotMoves::Trashing &)>;
     void trash(const ScreenshotPointer &screenshot, Trashed told);
 
-    /// Takes back what was done to this screenshot.
+    /// Undoes an action on this screenshot.
     using Undone = std::function<void(const std::error_code &)>;
     void undo(const ScreenshotPointer &screenshot, const UndoableAction &action, Undone told);
 
-    /// Takes the newest action of the history back, when what was asked for before is done; a
-    /// failure is told to nobody.
+    /// Undoes the newest action of the history, after all earlier requests are done. A failure is
+    /// not reported.
     void undoLast();
 
     using Copied = std::function<void(bool)>;
     void copy(const ScreenshotPointer &screenshot, CopyBehavior behavior, Copied told);
 
-    /// Copies a screenshot that has just come, as soon as it is complete. It never replaces what
-    /// was asked for after this: of two screenshots the newer one stays on the clipboard.
+    /// Copies a new screenshot as soon as it is complete. It never replaces a copy that was
+    /// requested later: of two screenshots, the newer one stays on the clipboard.
     void copyNew(const ScreenshotPointer &screenshot, CopyBehavior behavior);
 
     void reveal(const Screenshot &screenshot);
 
-    // The bookkeeping of a change that has been told to its asker.
+    // The bookkeeping of a change, for its requester, once it knows the outcome.
 
-    /// The program itself has put a file there: it is no new screenshot, but a recent one.
+    /// The program itself has put this file there: it is not a new screenshot, but belongs in the
+    /// recent list.
     void keep(const QUrl &url) { Q_EMIT kept(url); }
-    /// The user may want to take this back.
+    /// Adds the action to the undo history.
     void remember(const UndoableAction &action);
     void tookBack(const UndoableAction &action, const QUrl &restored);
 
-    /// Calls `isNew` unless this object has just moved the file there itself, which may become
-    /// clear only a moment later.
+    /// Calls `isNew`, unless this object has just moved the file there itself. While that is not
+    /// yet known, the call is delayed.
     void whenNotOwn(const QUrl &url, std::function<void()> isNew);
 
-    /// Waits until everything is done and told, for at most `limit`; what waits for a file to be
-    /// complete is not waited for. False when it was not.
+    /// Waits at most `limit` until all actions are done and reported. Actions that still wait for a
+    /// file to be complete do not count. False if the time was not enough.
     bool finish(std::chrono::milliseconds limit) { return m_work.finish(limit); }
 
 Q_SIGNALS:
     void kept(const QUrl &url);
 
-    // Of every move that this object has made, whoever asked for it:
+    // Emitted for every move by this object, whoever requested it:
     void movedFile(const QUrl &from, const QUrl &to);
     void trashedFile(const QUrl &from, const QUrl &to);
 
 private:
-    /// Something that has been asked for and not yet been told.
+    /// An action that has been requested and not yet reported.
     struct Task;
     using TaskPointer = std::shared_ptr<Task>;
     struct Report;
@@ -111,11 +114,11 @@ private:
 
     Services m_services;
     UndoHistory &m_history;
-    std::deque<TaskPointer> m_tasks; ///< in the order in which they were asked
+    std::deque<TaskPointer> m_tasks; ///< in the order of the requests
     std::vector<Report> m_reports;
     int m_lastCopyAsked = 0;
     int m_lastCopyDone = 0;
-    /// So that a new screenshot need not wait for what is done to others.
+    /// Separate, so that a new screenshot does not wait for actions on others.
     WorkQueue m_opening;
     WorkQueue m_work;
 };

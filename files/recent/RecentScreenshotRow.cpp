@@ -41,7 +41,7 @@ RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, con
     setFillColor(VelmoraPalette::card());
     setCornerRadius(cornerRadius);
     setBorder(1, VelmoraPalette::withAlpha(VelmoraPalette::amber(), borderAlpha));
-    // By the name the buttons of one row can be told from those of another.
+    // The name distinguishes the buttons of this row from those of others.
     const QString name = FileUrls::lastPathComponent(url);
     setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(name);

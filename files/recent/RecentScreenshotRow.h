@@ -9,15 +9,15 @@
 class BezelButton;
 class ImageView;
 
-/// One screenshot in the recent screenshots' window: thumbnail, file name, where it was searched
-/// for the line that was found, and three buttons. Main thread.
+/// One screenshot in the recent screenshots' window: thumbnail, file name, the matching line if it
+/// is a search result, and three buttons. Main thread.
 class RecentScreenshotRow : public PaletteView
 {
     Q_OBJECT
 public:
     using OnAction = std::function<void(const RecentScreenshotAction &)>;
 
-    /// A thumbnail's size in points.
+    /// In points.
     static constexpr QSize thumbnailSize = {64, 48};
 
     explicit RecentScreenshotRow(const QUrl &url, OnAction onAction, const QString &line = {},
@@ -26,7 +26,7 @@ public:
     QUrl url() const { return m_url; }
     QString line() const { return m_line; }
 
-    /// Empty until somebody sets its picture.
+    /// Empty until its picture is set.
     ImageView *thumbnail() const { return m_thumbnail; }
 
 private:

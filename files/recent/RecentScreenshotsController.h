@@ -13,7 +13,8 @@ class ScreenshotActions;
 class ScreenshotImages;
 class ScreenshotSearch;
 
-/// Shows the recent screenshots' window and carries out what its rows ask for. Main thread.
+/// Shows the recent screenshots' window and performs the actions that its rows request. Main
+/// thread.
 class RecentScreenshotsController : public QObject
 {
     Q_OBJECT
@@ -21,19 +22,19 @@ public:
     struct Services {
         ScreenshotActions &actions;
         ScreenshotImages &images;
-        ScreenshotSearch *search = nullptr; ///< null where nothing is searched for
+        ScreenshotSearch *search = nullptr; ///< null if there is no search
     };
 
     RecentScreenshotsController(const Services &services, RecentScreenshots &recent,
                                 QObject *parent = nullptr);
     ~RecentScreenshotsController() override;
 
-    /// Makes the window when it is asked for the first time; from then on the same one is shown,
-    /// its list refreshed.
+    /// Shows the window and refreshes its list. The window is created the first time.
     void show();
 
-    /// Has picture and file copied whatever the copy setting; the file revealed; or trashed, which
-    /// is then in the undo history and no more in the list. Failures show nothing.
+    /// Copies picture and file, whatever the copy setting; reveals the file; or moves it to the
+    /// trash, which adds it to the undo history and removes it from the list. Failures are not
+    /// shown.
     void perform(const RecentScreenshotAction &action);
 
     /// Null before the first `show`.

@@ -67,7 +67,7 @@ void RecentScreenshotsWindow::keyPressEvent(QKeyEvent *event)
         FloatingWindow::keyPressEvent(event);
 }
 
-/// The next time it looks as it did at first.
+/// The window starts without a search the next time.
 void RecentScreenshotsWindow::hideEvent(QHideEvent *event)
 {
     endSearch();
@@ -102,7 +102,8 @@ void RecentScreenshotsWindow::endSearch()
 {
     if (!m_search)
         return;
-    // It may be its field that has ended it. The search goes before the view that it fills.
+    // The search field may have ended the search. The search must be destroyed before the view that
+    // it fills.
     RecentSearchView &view = m_search->view();
     m_search.release()->deleteLater();
     view.hide();
@@ -121,11 +122,11 @@ void RecentScreenshotsWindow::showList()
         return;
     const QUrl folder = FileUrls::standardized(m_recent.folder());
     const QList<QUrl> files = m_recent.urls();
-    // The former folder stays, name and rows, until the present one has been listed.
+    // The previous folder's name and rows stay until the current one has been listed.
     const bool isChanging = m_view && m_view->folder() != folder && !m_recent.isListed();
     if (!m_view || (!isChanging && (m_view->urls() != files || m_view->folder() != folder)))
         rebuild(files, folder);
-    // The picture that is asked for last is read first.
+    // The thumbnail requested last is read first.
     const auto &rows = m_view->rows();
     for (auto row = rows.crbegin(); row != rows.crend(); ++row)
         m_thumbnails.show((*row)->url(), (*row)->thumbnail());
@@ -136,13 +137,13 @@ void RecentScreenshotsWindow::rebuild(const QList<QUrl> &files, const QUrl &fold
     RecentScreenshotsView *old = m_view;
     const int position = old ? old->scrollPosition() : 0;
     const int focused = old ? old->focusedButton() : -1;
-    // The list has been looked up in the background, and is once more after each change.
+    // The list was checked in the background, and is checked again after each change.
     m_view = new RecentScreenshotsView(
         files, folder,
         [this](const RecentScreenshotAction &action) { Q_EMIT actionRequested(action); },
         RecentScreenshotsView::Files::AreThere);
     if (old) {
-        // It may be one of its buttons that had the list made anew.
+        // One of its buttons may have caused this rebuild.
         old->hide();
         layout()->removeWidget(old);
         old->deleteLater();
@@ -151,7 +152,7 @@ void RecentScreenshotsWindow::rebuild(const QList<QUrl> &files, const QUrl &fold
     m_view->show();
     layout()->activate();
     m_view->setScrollPosition(position);
-    // No button is in focus until the user goes to one.
+    // No button has the focus until the user moves to one.
     if (!m_view->setFocusedButton(focused))
         setFocus();
 }

@@ -12,40 +12,40 @@ class RecentScreenshots;
 class ScreenshotImages;
 class ScreenshotSearch;
 
-/// The window "Recent Screenshots". While it is shown its content is made anew whenever the list
-/// has changed. After a change of the folder it goes on showing the former one, name and files,
-/// until the new one has been listed.
+/// The window "Recent Screenshots". While it is shown, its content is rebuilt whenever the list
+/// changes. After a change of folder it keeps showing the previous one, name and files, until the
+/// new one has been listed.
 ///
-/// Whoever types into it searches: then it shows what is found in place of the list, until Escape
-/// or the last letter is gone. Main thread.
+/// Typing into it starts a search. It then shows the results instead of the list, until Escape is
+/// pressed or the last letter is deleted. Main thread.
 class RecentScreenshotsWindow : public FloatingWindow
 {
     Q_OBJECT
 public:
-    /// @param search null where nothing is searched for
+    /// @param search null if there is no search
     RecentScreenshotsWindow(RecentScreenshots &recent, ScreenshotImages &images,
                             ScreenshotSearch *search = nullptr, QWidget *parent = nullptr);
     ~RecentScreenshotsWindow() override;
 
-    /// Has the list refreshed, and brings the window to the front with the keyboard.
+    /// Refreshes the list, and brings the window to the front with keyboard focus.
     void presentList();
 
-    /// Null before the window has been shown for the first time.
+    /// Null before the window is shown for the first time.
     RecentScreenshotsView *view() const { return m_view; }
 
-    /// Shows what is found for these words. Without words the field is empty.
+    /// Shows the results for these words. Without words the search field is empty.
     void searchFor(const QString &words);
     void endSearch();
 
-    /// Null while nobody searches.
+    /// Null without a search.
     RecentSearchView *searchView() const { return m_search ? &m_search->view() : nullptr; }
 
 Q_SIGNALS:
     void actionRequested(const RecentScreenshotAction &action);
 
-    /// The user has typed something to search for, and pauses.
+    /// The user has typed words to search for, and has paused.
     void searchPaused();
-    /// The user wants texts to be searched, or wants them deleted.
+    /// The user wants texts to be searched, or to be deleted.
     void textsWanted();
     void deletionWanted();
 

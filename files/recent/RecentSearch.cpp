@@ -11,13 +11,13 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// More rows than anybody scrolls through; another word finds better.
+/// More rows than anybody scrolls through. Another word narrows the search.
 constexpr int mostHits = 30;
 
-/// Without a key.
+/// A pause in typing.
 constexpr auto pauseTime = 800ms;
 
-/// While screenshots are read what is found changes all the time.
+/// While screenshots are being read, the results change all the time.
 constexpr auto timeBetweenChanges = 1s;
 
 } // namespace
@@ -63,7 +63,7 @@ void RecentSearch::edited(const QString &words)
     find();
 }
 
-/// One question at a time: what is typed meanwhile is asked next.
+/// One query at a time. If the user types in the meantime, another one follows.
 void RecentSearch::find()
 {
     m_isOutdated = m_isAsking;
@@ -81,7 +81,7 @@ void RecentSearch::find()
 void RecentSearch::take(const QList<SearchHit> &hits)
 {
     const QList<RecentScreenshotRow *> fresh = m_view->setHits(hits);
-    // The picture that is asked for last is read first.
+    // The thumbnail requested last is read first.
     for (auto row = fresh.crbegin(); row != fresh.crend(); ++row)
         m_thumbnails.show((*row)->url(), (*row)->thumbnail());
 }

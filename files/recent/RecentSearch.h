@@ -9,25 +9,25 @@
 class RecentThumbnails;
 class ScreenshotSearch;
 
-/// A search in the recent screenshots' window, from the first key to the last: it asks for what is
-/// found while the user types, and shows it. Main thread.
+/// A search in the recent screenshots' window, from the first key to the last. It queries while the
+/// user types, and shows the results. Main thread.
 class RecentSearch : public QObject
 {
     Q_OBJECT
 public:
-    /// Both outlive this object. Makes the view, which becomes its new parent's.
+    /// Both must outlive this object. Creates the view, whose later parent owns it.
     RecentSearch(ScreenshotSearch &search, RecentThumbnails &thumbnails,
                  RecentScreenshotRow::OnAction onAction, QObject *parent = nullptr);
 
     RecentSearchView &view() const { return *m_view; }
 
-    /// Searches for these words, which stand in the field then.
+    /// Puts these words into the field and searches for them.
     void setWords(const QString &words);
 
 Q_SIGNALS:
-    /// The user has taken back the last letter.
+    /// The user has deleted the last letter.
     void emptied();
-    /// The user types no more, for the moment.
+    /// The user has paused typing.
     void paused();
 
 private:

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// In points; the list stands where it stands without a search, but for the footer.
+// In points. Except for the footer, the list has the same place as without a search.
 constexpr int topMargin = 22;
 constexpr int sideMargin = 24;
 constexpr int bottomMargin = 12;
@@ -120,7 +120,7 @@ QList<RecentScreenshotRow *> RecentSearchView::setHits(const QList<SearchHit> &h
         row->show();
     }
     for (RecentScreenshotRow *left : std::as_const(m_rows)) {
-        // It may be one of its buttons that has changed what is found.
+        // One of its buttons may have changed the results.
         left->hide();
         m_column->removeWidget(left);
         left->deleteLater();

@@ -12,8 +12,8 @@ class QScrollArea;
 class QVBoxLayout;
 class SearchField;
 
-/// The content of the recent screenshots' window while somebody searches: the field with the words,
-/// a row for each screenshot that was found, and whether their texts are searched. Main thread.
+/// The content of the recent screenshots' window during a search: the field with the words, a row
+/// for each screenshot found, and whether their texts are searched. Main thread.
 class RecentSearchView : public PaletteView
 {
     Q_OBJECT
@@ -22,18 +22,18 @@ public:
 
     SearchField &field() const { return *m_field; }
 
-    /// Shows these screenshots and no others. Rows of those that were there already stay as they
-    /// are; the others are returned, for somebody to set their pictures.
+    /// Shows exactly these screenshots. Rows that already exist are kept. Returns the new rows,
+    /// whose pictures the caller sets.
     QList<RecentScreenshotRow *> setHits(const QList<SearchHit> &hits);
 
     /// Top to bottom.
     const QList<RecentScreenshotRow *> &rows() const { return m_rows; }
 
-    /// Says what is searched.
+    /// Shows what is searched.
     void setKeepsTexts(bool keepsTexts, const SearchIndex::Progress &progress);
 
 Q_SIGNALS:
-    /// The user wants texts to be searched, or wants them deleted.
+    /// The user wants texts to be searched, or to be deleted.
     void textsWanted();
     void deletionWanted();
 

@@ -3,7 +3,7 @@
 
 #include <QLineEdit>
 
-/// Where the words to search for are typed: a rounded field with a magnifying glass. Main thread.
+/// The field for the words to search for: rounded, with a magnifying glass. Main thread.
 class SearchField : public QLineEdit
 {
     Q_OBJECT

@@ -7,15 +7,15 @@
 
 class QLabel;
 
-// The texts of the recent screenshots' window, all of them plain. Whoever asks for a label owns it.
+// The labels of the recent screenshots' window, all of them plain text. The caller owns them.
 
 void setRecentStyle(QLabel *label, const QFont &font, const QColor &color);
 
 /// "Recent Screenshots".
 QLabel *recentTitleLabel();
 
-/// How many there are, at the right.
+/// The number of screenshots, at the right.
 QLabel *recentCountLabel(const QString &count);
 
-/// What stands in place of rows where there are none.
+/// Shown if there are no rows.
 QLabel *recentEmptyLabel(const QString &text);
