@@ -51,7 +51,7 @@ CommandLine wrongUse()
     return {std::nullopt, ExitStatus::wrongUse};
 }
 
-/// What is wrong with the command line; null where nothing is.
+/// What is wrong with the command line; null if nothing is.
 const char *complaint(const Given &given, bool hasPlaces)
 {
     if (given.contains(Json) && given.contains(Null))
@@ -94,7 +94,7 @@ CommandLine parseCommandLine(int argc, char **argv)
 {
     CommandOptions options;
     Given given;
-    // What stands before the messages of getopt_long().
+    // getopt_long() puts this before its messages.
     static char ownName[] = "velmora-name";
     argv[0] = ownName;
     for (int found = 0; (found = ::getopt_long(argc, argv, "0", knownOptions, nullptr)) != -1;) {

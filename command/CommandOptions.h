@@ -7,36 +7,37 @@
 #include <optional>
 #include <vector>
 
-/// How results are written.
+/// The format of the results.
 enum class OutputFormat {
-    Lines, ///< for people: one line a picture, fields parted by tabs, control characters escaped
+    Lines, ///< for people: one line per picture, tab-separated, control characters escaped
     Null,  ///< every field ends with a zero byte
-    Json,  ///< one object a line
+    Json,  ///< one object per line
 };
 
-/// What a command line asks for.
+/// What the command line requests.
 struct CommandOptions {
     enum class Mode {
-        Name, ///< names, printed or given
-        Text, ///< the text of pictures
-        Undo, ///< the last renames taken back
+        Name, ///< print names, or rename files
+        Text, ///< print the text of pictures
+        Undo, ///< undo the last renames
         Find, ///< the pictures that hold words
     };
 
     Mode mode = Mode::Name;
-    bool rename = false; ///< not only print the names
-    bool all = false;    ///< files with names of their own too
+    bool rename = false; ///< rename the files, not just print the names
+    bool all = false;    ///< also files that a person has named
     OutputFormat format = OutputFormat::Lines;
     QString appName;
     /// Files and folders, as bytes; "-" is standard input. The words, where they are to be found.
     std::vector<QByteArray> places;
 };
 
-/// Either what to do, or that there is nothing more to do than to end with this status.
+/// Either the options, or no options and the exit status with which the command ends at once.
 struct CommandLine {
     std::optional<CommandOptions> options;
     int status = 0;
 };
 
-/// Reads the command line. Help, the version and what is wrong have been printed when this returns.
+/// Parses the command line. Help, the version and errors have already been printed when this
+/// returns.
 CommandLine parseCommandLine(int argc, char **argv);

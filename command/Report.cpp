@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// JSON holds text only: the bytes of a path that is none stand beside it.
+/// JSON can only contain text, so a path that is not valid UTF-8 is also inserted as bytes.
 void insertPath(QJsonObject &object, const QString &key, const QByteArray &path)
 {
     const QString text = QString::fromUtf8(path);

@@ -8,7 +8,7 @@
 #include <QJsonObject>
 #include <QStringList>
 
-/// Says what became of each picture, in the format that was asked for, and counts what failed.
+/// Reports the result for each picture in the requested format, and counts failures.
 class Report
 {
 public:
@@ -16,23 +16,23 @@ public:
 
     enum class Renamed { No, Yes };
 
-    // False when standard output takes nothing any more.
+    // These return false once standard output can no longer be written.
 
-    /// A file, and the name that it has or would have.
+    /// A file, and the name that it now has or would get.
     bool name(const QByteArray &oldPath, const QByteArray &newPath, Renamed renamed);
 
     enum class Paths { Hidden, Shown };
 
-    /// The text of a picture; among several, with its path before each line.
+    /// The text of a picture; with `Paths::Shown`, each line starts with the path.
     bool text(const QByteArray &path, const QStringList &lines, Paths paths);
 
     /// A picture that was found, and by which line; JSON alone has the line.
     bool found(const QByteArray &path, const QString &line);
 
-    /// One clear line on standard error; JSON has an object too.
+    /// One line on standard error; in JSON also an object.
     bool failure(const QByteArray &path, const QByteArray &reason);
 
-    /// Anything else that has to be said, on standard error.
+    /// Any other message, on standard error.
     void note(const QByteArray &text);
 
     bool hasFailures() const { return m_failures > 0; }

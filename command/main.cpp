@@ -9,7 +9,7 @@
 namespace
 {
 
-/// Standard error is for what the command itself has to say.
+/// Standard error is for the command's own messages only.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 } // namespace
@@ -20,8 +20,8 @@ int main(int argc, char **argv)
     const CommandLine line = parseCommandLine(argc, argv);
     if (!line.options)
         return line.status;
-    // The thread that makes it is the main one, to which image plugins belong. Without it that
-    // would be the first thread to read a picture, and they would outlive it.
+    // The thread that creates the application object owns the image plugins. Without this object,
+    // that would be the first thread that reads a picture, and the plugins would outlive it.
     int arguments = 1;
     const QCoreApplication application(arguments, argv);
     Console console;
