@@ -82,7 +82,7 @@ private Q_SLOTS:
         VelmoraSettings::set(SettingKeys::didExplainStartAtLogin);
         VelmoraSettings::setRecentScreenshots({QStringLiteral("/a.png"), QStringLiteral("/b.png")});
         QVERIFY(VelmoraSettings::open().waitUntilStored(10s));
-        // As every program of Qt reads it.
+        // As any other Qt program would read it.
         const QSettings stored(VelmoraSettings::open().fileName(), QSettings::IniFormat);
         QCOMPARE(stored.value(QStringLiteral("copyBehavior")).toString(),
                  QStringLiteral("imageAndFile"));

@@ -25,7 +25,7 @@ using Place = SearchIndex::Place;
 
 constexpr int patience = 20'000;
 
-/// Reads out of a picture what its width stands for, as soon as the test lets it.
+/// Returns the text that a picture's width stands for, as soon as the test lets it.
 class SteeredRecognizer : public TextRecognizer
 {
 public:
@@ -70,7 +70,7 @@ std::optional<QList<QUrl>> picturesIn(const QUrl &folder)
 
 } // namespace
 
-/// The search as the program uses it, on real files, with a recogniser that the test steers.
+/// The search as the program uses it, on real files, with a recogniser that the test controls.
 class ScreenshotSearchTest : public QObject
 {
     Q_OBJECT

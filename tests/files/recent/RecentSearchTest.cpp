@@ -63,7 +63,7 @@ public:
 
 } // namespace
 
-/// Searching in the recent screenshots' window, on real files and a real keyboard focus.
+/// Searching in the recent screenshots' window, with real files and real keyboard focus.
 class RecentSearchTest : public QObject
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ class RecentSearchTest : public QObject
         QVERIFY(QTest::qWaitForWindowActive(&window()));
         QTRY_VERIFY_WITH_TIMEOUT(m_recent->isListed(), patience);
     }
-    /// What the user sees as rows.
+    /// The rows that the user sees.
     QStringList names() const
     {
         QStringList names;
@@ -125,7 +125,7 @@ class RecentSearchTest : public QObject
         }
         return false;
     }
-    /// Presses keys wherever the focus is.
+    /// Presses keys in whichever widget has the focus.
     void type(const QString &text) const
     {
         for (const QChar character : text)
