@@ -20,7 +20,7 @@ struct CommandOptions {
         Name, ///< print names, or rename files
         Text, ///< print the text of pictures
         Undo, ///< undo the last renames
-        Find, ///< the pictures that hold words
+        Find, ///< print the pictures that contain words
     };
 
     Mode mode = Mode::Name;
@@ -28,7 +28,7 @@ struct CommandOptions {
     bool all = false;    ///< also files that a person has named
     OutputFormat format = OutputFormat::Lines;
     QString appName;
-    /// Files and folders, as bytes; "-" is standard input. The words, where they are to be found.
+    /// Files and folders, as bytes; "-" is standard input. For Mode::Find, the words.
     std::vector<QByteArray> places;
 };
 

@@ -26,7 +26,7 @@ public:
     /// The text of a picture; with `Paths::Shown`, each line starts with the path.
     bool text(const QByteArray &path, const QStringList &lines, Paths paths);
 
-    /// A picture that was found, and by which line; JSON alone has the line.
+    /// A picture that was found, and the matching line, which only JSON includes.
     bool found(const QByteArray &path, const QString &line);
 
     /// One line on standard error; in JSON also an object.

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// More than anybody looks through, and enough for a script.
+/// More than a person looks through, and enough for a script.
 constexpr int mostFound = 1000;
 
 QString wordsOf(const CommandOptions &options)
@@ -27,7 +27,7 @@ QString wordsOf(const CommandOptions &options)
 
 int Runs::find(const CommandOptions &options, Console &console)
 {
-    // Qt finds the driver of the database only with it.
+    // Without it Qt does not find the database driver.
     int count = 1;
     static char name[] = "velmora-name";
     char *arguments[] = {name, nullptr};

@@ -17,7 +17,7 @@ int text(const CommandOptions &options, Console &console);
 /// Undoes the last renames.
 int undo(const CommandOptions &options, Console &console);
 
-/// Prints the paths of screenshots that hold words, among those that the program remembers.
+/// Prints the paths of the indexed screenshots that contain the words.
 int find(const CommandOptions &options, Console &console);
 
 } // namespace Runs
