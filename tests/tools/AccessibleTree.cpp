@@ -3,6 +3,9 @@
 // role, name, description, text, position on the screen, states and children.
 //
 // usage: accessible_tree PID
+//
+// python3-pyatspi would be less code, but it was not faster (0.4 to 0.9 s a tree beside 0.4 to 0.5
+// s here), and what it remembers of a tree is only renewed by an event loop, which no case has.
 
 #include <QCoreApplication>
 #include <QDBusArgument>
