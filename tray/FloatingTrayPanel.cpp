@@ -83,6 +83,11 @@ void FloatingTrayPanel::present()
 {
     if (isVisible() && m_panelWindow.bringToFront(*windowHandle()))
         return;
+    showAnew();
+}
+
+void FloatingTrayPanel::showAnew()
+{
     hide();
     destroy();
     // Otherwise a new window would be minimised as the old one was.
@@ -101,7 +106,14 @@ void FloatingTrayPanel::dismiss()
 
 void FloatingTrayPanel::takeFocus()
 {
-    m_panelWindow.takeFocus(*windowHandle());
+    if (m_panelWindow.takeFocus(*windowHandle()))
+        return;
+    // Not while Qt deals with a click into this native window.
+    const auto move = [this] {
+        if (isVisible())
+            showAnew();
+    };
+    QMetaObject::invokeMethod(this, move, Qt::QueuedConnection);
 }
 
 void FloatingTrayPanel::giveFocusBack()

@@ -45,6 +45,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showAnew();
     QColor borderColor() const;
     void updateEdge();
     void notePlace();

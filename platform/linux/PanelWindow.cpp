@@ -22,7 +22,11 @@ public:
         window.raise();
         return true;
     }
-    void takeFocus(QWindow &window) override { window.requestActivate(); }
+    bool takeFocus(QWindow &window) override
+    {
+        window.requestActivate();
+        return true;
+    }
     void giveFocusBack(QWindow &) override {}
     bool showsTransparency() const override { return true; }
 };

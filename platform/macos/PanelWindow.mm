@@ -74,7 +74,11 @@ public:
 
     /// Qt's requestActivate() makes the panel the key window and leaves the active application as
     /// it is.
-    void takeFocus(QWindow &window) override { window.requestActivate(); }
+    bool takeFocus(QWindow &window) override
+    {
+        window.requestActivate();
+        return true;
+    }
 
     /// The system does this when the panel goes.
     void giveFocusBack(QWindow &) override {}

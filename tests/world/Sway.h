@@ -23,6 +23,9 @@ public:
     /// What WAYLAND_DISPLAY has to be for programs of this desktop.
     QString display() const;
 
+    /// A folder that programs of this desktop may write to, too.
+    QString folder() const { return m_folder.path(); }
+
     /// Runs one of sway's commands ("workspace 2", "exec xterm") and returns its answer.
     QString command(const QString &command) const;
 

@@ -52,9 +52,10 @@ void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
 {
     const xcb_window_t id = idOf(window);
     m_isNew = true;
-    m_isUnmanaged = wouldBeHidden(window);
+    const bool hasKeyboard = std::exchange(m_willHaveKeyboard, false);
+    m_isUnmanaged = !hasKeyboard && isBestUnmanaged(window);
     // Otherwise Qt asks for the keyboard focus at each click into a window that does not have it.
-    window.setFlag(Qt::WindowDoesNotAcceptFocus);
+    window.setFlag(Qt::WindowDoesNotAcceptFocus, !hasKeyboard);
     window.setFlag(Qt::BypassWindowManagerHint, m_isUnmanaged);
     makeGroupOfItsOwn(id);
     m_properties.set(
@@ -78,7 +79,7 @@ bool X11PanelWindow::bringToFront(QWindow &window)
     const xcb_window_t id = idOf(window);
     // While the user is typing they see it, and a new window would not have the keyboard.
     const bool isInUse = m_keyboard.isWith(id);
-    if (!isInUse && m_isUnmanaged != wouldBeHidden(window))
+    if (!isInUse && m_isUnmanaged != isBestUnmanaged(window))
         return false;
     if (!m_isUnmanaged)
         return (m_manager.putOnTop(id) && !m_manager.hasPutAway(id)) || isInUse;
@@ -88,9 +89,13 @@ bool X11PanelWindow::bringToFront(QWindow &window)
     return true;
 }
 
-void X11PanelWindow::takeFocus(QWindow &window)
+/// Compositors of the wlroots kind give the keyboard only to windows that they manage.
+bool X11PanelWindow::takeFocus(QWindow &window)
 {
-    m_keyboard.take(idOf(window));
+    m_willHaveKeyboard = m_isUnmanaged && m_manager.isOfWlroots();
+    if (!m_willHaveKeyboard)
+        m_keyboard.take(idOf(window));
+    return !m_willHaveKeyboard;
 }
 
 /// When a window that they manage goes, window managers give the keyboard to the next one
@@ -106,10 +111,10 @@ bool X11PanelWindow::showsTransparency() const
     return m_compositor.isRunning();
 }
 
-/// Whether the window would be visible only without the window manager.
-bool X11PanelWindow::wouldBeHidden(const QWindow &window)
+/// Where the manager would hide the window, or place it where it likes.
+bool X11PanelWindow::isBestUnmanaged(const QWindow &window)
 {
-    return m_manager.isShowingDesktop() ||
+    return m_manager.isOfWlroots() || m_manager.isShowingDesktop() ||
            m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
 }
 

@@ -30,12 +30,12 @@ public:
     QScreen *screen() const override;
     void prepare(QWindow &window, double cornerRadius) override;
     bool bringToFront(QWindow &window) override;
-    void takeFocus(QWindow &window) override;
+    bool takeFocus(QWindow &window) override;
     void giveFocusBack(QWindow &window) override;
     bool showsTransparency() const override;
 
 private:
-    bool wouldBeHidden(const QWindow &window);
+    bool isBestUnmanaged(const QWindow &window);
     static QRect screenOf(const QWindow &window);
     void makeGroupOfItsOwn(xcb_window_t window);
 
@@ -49,4 +49,6 @@ private:
     /// Shown without the window manager, above everything.
     bool m_isUnmanaged = false;
     bool m_isNew = false;
+    /// The next native window is made to have the keyboard.
+    bool m_willHaveKeyboard = false;
 };

@@ -52,6 +52,18 @@ QList<quint32> X11Properties::numbers(xcb_window_t window, const char *property)
     return values;
 }
 
+QByteArray X11Properties::bytes(xcb_window_t window, const char *property)
+{
+    const auto cookie = xcb_get_property_unchecked(m_connection, false, window, atom(property),
+                                                   XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
+    const X11Owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
 void X11Properties::set(xcb_window_t window, const char *property, xcb_atom_t type,
                         const QList<quint32> &values)
 {

@@ -25,6 +25,9 @@ public:
     /// A property of integers, at most 512 of them; empty when the window has none.
     QList<quint32> numbers(xcb_window_t window, const char *property);
 
+    /// A text's bytes, at most 2048 of them; empty when the window has none.
+    QByteArray bytes(xcb_window_t window, const char *property);
+
     void set(xcb_window_t window, const char *property, xcb_atom_t type,
              const QList<quint32> &values);
 

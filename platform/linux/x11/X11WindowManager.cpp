@@ -23,6 +23,12 @@ X11WindowManager::X11WindowManager(X11Connection &x11)
 {
 }
 
+bool X11WindowManager::isOfWlroots()
+{
+    const xcb_window_t own = numbersOfRoot("_NET_SUPPORTING_WM_CHECK").value(0, XCB_WINDOW_NONE);
+    return own != XCB_WINDOW_NONE && m_properties.bytes(own, "_NET_WM_NAME").contains("wlroots");
+}
+
 xcb_window_t X11WindowManager::activeWindow()
 {
     return numbersOfRoot("_NET_ACTIVE_WINDOW").value(0, XCB_WINDOW_NONE);

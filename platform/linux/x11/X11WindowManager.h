@@ -14,6 +14,10 @@ class X11WindowManager
 public:
     explicit X11WindowManager(X11Connection &x11);
 
+    /// Whether it is part of a Wayland compositor of the wlroots kind. Such a compositor places new
+    /// windows where it likes and gives them the keyboard.
+    bool isOfWlroots();
+
     /// None when no window is active.
     xcb_window_t activeWindow();
 
