@@ -20,10 +20,10 @@ constexpr double cornerRadius = 14;
 constexpr int borderWidth = 1;
 constexpr double borderAlpha = 0.18;
 
-/// Without a shadow the border alone sets the panel off from what is behind it.
+/// Without a shadow, only the border separates the panel from what is behind it.
 constexpr double borderAlphaWithoutShadow = 0.6;
 
-/// Qt keeps each screen's corner where the system has it and scales only the distances from there.
+/// Qt keeps each screen's corner at its system coordinates and scales only distances from there.
 QRect devicePixels(const QRect &points, const QScreen &screen)
 {
     const QPoint corner = screen.geometry().topLeft();
@@ -56,13 +56,13 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     setAttribute(Qt::WA_QuitOnClose, false);
     setPalette(VelmoraPalette::lightPalette());
 
-    // Without this Qt gives the keyboard to the first name when the window becomes active, for
-    // instance by a click on a button.
+    // Otherwise Qt gives keyboard focus to the first name when the window becomes active, for
+    // example after a click on a button.
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
 
-    // Its height stays free: window managers apply a new fixed height before the new place, and the
-    // panel would be seen jumping.
+    // The height is not fixed: window managers apply a new fixed height before the new position,
+    // which would make the panel jump.
     setFixedWidth(TrayMeasures::width);
 
     m_background->setFillColor(VelmoraPalette::tray());
@@ -90,7 +90,7 @@ void FloatingTrayPanel::showAnew()
 {
     hide();
     destroy();
-    // Otherwise a new window would be minimised as the old one was.
+    // Otherwise the new window would be minimised like the old one.
     setWindowState(Qt::WindowNoState);
     createWinId();
     m_panelWindow.prepare(*windowHandle(), cornerRadius);
@@ -108,7 +108,7 @@ void FloatingTrayPanel::takeFocus()
 {
     if (m_panelWindow.takeFocus(*windowHandle()))
         return;
-    // Not while Qt deals with a click into this native window.
+    // Not while Qt is handling a click in this native window.
     const auto move = [this] {
         if (isVisible())
             showAnew();
@@ -160,8 +160,8 @@ void FloatingTrayPanel::notePlace()
         m_history.hidden(FileTimes::now());
 }
 
-/// Where nothing shows through, the pixels that the corners' curves cross are not blended with what
-/// is behind the panel. They get the border's colour, and those outside are cut off the window.
+/// Without transparency, the pixels on the curves of the corners are not blended with what is
+/// behind the panel. They get the border's colour, and the pixels outside are cut off the window.
 void FloatingTrayPanel::paintEvent(QPaintEvent *)
 {
     if (m_isBlended)

@@ -8,32 +8,32 @@
 class PaletteView;
 class PanelWindow;
 
-/// The frameless window that holds the tray's rows. It floats above other windows, is shown
-/// without taking the keyboard, and takes it when the user clicks into a name. Always drawn light.
-/// Main thread; the service outlives it.
+/// The frameless window that holds the tray's rows. It floats above other windows, is shown without
+/// taking keyboard focus, and takes the focus when the user clicks into a name. Always drawn light.
+/// Main thread; `panelWindow` must outlive it.
 class FloatingTrayPanel : public QWidget
 {
     Q_OBJECT
 public:
     explicit FloatingTrayPanel(PanelWindow &panelWindow);
 
-    /// Fills the panel; the panel takes ownership.
+    /// Fills the panel. The panel takes ownership.
     void setContent(QWidget *content);
 
-    /// Shows the panel in front of the others, whatever was done to it meanwhile, and leaves the
-    /// keyboard where it is.
+    /// Shows the panel in front of other windows, whatever has happened to it, without changing
+    /// keyboard focus.
     void present();
 
-    /// Hides the panel. Another program gets the keyboard if the panel has it.
+    /// Hides the panel. If it has keyboard focus, another program gets it.
     void dismiss();
 
-    /// Takes the keyboard from whatever program has it.
+    /// Takes keyboard focus from the program that has it.
     void takeFocus();
 
-    /// Returns the keyboard, if the panel has it, to the program that had it before.
+    /// If the panel has keyboard focus, returns it to the program that had it before.
     void giveFocusBack();
 
-    /// Where it was visible during the last minute.
+    /// Where the panel was visible during the last minute.
     const PanelHistory &history() const { return m_history; }
 
 protected:
@@ -53,7 +53,7 @@ private:
     PanelWindow &m_panelWindow;
     PaletteView *m_background;
     QWidget *m_content = nullptr;
-    /// What is behind the panel shows through where it is transparent.
+    /// Whether transparent parts show what is behind the panel.
     bool m_isBlended = false;
     PanelHistory m_history;
 };
