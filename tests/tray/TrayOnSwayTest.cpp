@@ -15,7 +15,7 @@ namespace
 
 constexpr int patience = 20000;
 
-/// The headless screen is of this size.
+/// The size of the headless screen.
 constexpr QSize screenSize = {1280, 720};
 
 QRect trayPlace(int rows)
@@ -26,7 +26,7 @@ QRect trayPlace(int rows)
 
 } // namespace
 
-/// The tray on a desktop of the wlroots kind, on which its windows are those of an X server within.
+/// The tray on a wlroots desktop, where its windows belong to an X server inside the compositor.
 class TrayOnSwayTest : public QObject
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ private Q_SLOTS:
                       {u"--app-id"_s, u"terminal"_s, u"sh"_s, u"-c"_s, u"cat > \"$0\""_s, typed()});
         QTRY_VERIFY_WITH_TIMEOUT(m_sway->tree().isEmpty() == false && QFile::exists(typed()),
                                  patience);
-        // The X server within serves nobody but the desktop's own user.
+        // The inner X server accepts only the desktop's own user.
         m_sway->command(
             u"exec \"xhost +local: && echo $DISPLAY > %1/display\""_s.arg(m_sway->folder()));
         QTRY_VERIFY_WITH_TIMEOUT(!contents(m_sway->folder() + u"/display"_s).isEmpty(), patience);
@@ -78,7 +78,7 @@ private:
         return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
     }
 
-    /// Not at once: programs lose keys of a keyboard that they do not know yet.
+    /// Waits first, because programs lose keys of a keyboard that they do not know yet.
     void type(const QString &text) const { m_sway->run(u"wtype"_s, {u"-s"_s, u"300"_s, text}); }
 
     bool isSeenAt(const QRect &place) const
