@@ -9,19 +9,21 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 const QStringList &systemNames()
 {
     static const QStringList names = {
-        QStringLiteral("notificationcenter"),
-        QStringLiteral("usernotificationcenter"),
-        QStringLiteral("systemuiserver"),
-        QStringLiteral("controlcenter"),
-        QStringLiteral("windowserver"),
-        QStringLiteral("loginwindow"),
-        QStringLiteral("finder"),
+        u"notificationcenter"_s,
+        u"usernotificationcenter"_s,
+        u"systemuiserver"_s,
+        u"controlcenter"_s,
+        u"windowserver"_s,
+        u"loginwindow"_s,
+        u"finder"_s,
     };
     return names;
 }
@@ -29,10 +31,10 @@ const QStringList &systemNames()
 const QStringList &systemIdentifierPrefixes()
 {
     static const QStringList prefixes = {
-        QStringLiteral("com.apple.notificationcenterui"),
-        QStringLiteral("com.apple.usernotifications"),
-        QStringLiteral("com.apple.systemuiserver"),
-        QStringLiteral("com.apple.controlcenter"),
+        u"com.apple.notificationcenterui"_s,
+        u"com.apple.usernotifications"_s,
+        u"com.apple.systemuiserver"_s,
+        u"com.apple.controlcenter"_s,
     };
     return prefixes;
 }

@@ -7,37 +7,36 @@
 
 #include <QKeySequence>
 
+using namespace Qt::StringLiterals;
+
 StatusMenu::StatusMenu(StatusItem &item, QObject *parent) : QObject(parent), m_item(item)
 {
-    addItem(QStringLiteral("status"), QStringLiteral("Show Status"),
-            &StatusMenu::showStatusRequested);
-    addItem(QStringLiteral("recent"), QStringLiteral("Show Recent Screenshots"),
-            &StatusMenu::recentScreenshotsRequested, QKeySequence(Qt::CTRL | Qt::Key_R));
-    m_undoMenuItem = addItem(QStringLiteral("undo"), QStringLiteral("Undo Last Action"),
-                             &StatusMenu::undoRequested, QKeySequence(Qt::CTRL | Qt::Key_Z));
+    addItem(u"status"_s, u"Show Status"_s, &StatusMenu::showStatusRequested);
+    addItem(u"recent"_s, u"Show Recent Screenshots"_s, &StatusMenu::recentScreenshotsRequested,
+            QKeySequence(Qt::CTRL | Qt::Key_R));
+    m_undoMenuItem = addItem(u"undo"_s, u"Undo Last Action"_s, &StatusMenu::undoRequested,
+                             QKeySequence(Qt::CTRL | Qt::Key_Z));
     m_undoMenuItem->setEnabled(false);
-    addItem(QStringLiteral("instant"), QStringLiteral("Make Screenshots Instant"),
-            &StatusMenu::instantModeRequested);
-    addItem(QStringLiteral("reveal"), QStringLiteral("Reveal Screenshot Folder"),
-            &StatusMenu::revealFolderRequested);
+    addItem(u"instant"_s, u"Make Screenshots Instant"_s, &StatusMenu::instantModeRequested);
+    addItem(u"reveal"_s, u"Reveal Screenshot Folder"_s, &StatusMenu::revealFolderRequested);
     auto *separator = new QAction(this);
     separator->setSeparator(true);
     m_actions.append(separator);
-    addItem(QStringLiteral("quit"), QStringLiteral("Quit Velmora"), &StatusMenu::quitRequested,
+    addItem(u"quit"_s, u"Quit Velmora"_s, &StatusMenu::quitRequested,
             QKeySequence(Qt::CTRL | Qt::Key_Q));
 }
 
 void StatusMenu::show()
 {
-    m_item.show(symbolIcon(QStringLiteral("camera.viewfinder"), VelmoraPalette::primaryText()),
-                QStringLiteral("Velmora"), m_actions);
+    m_item.show(symbolIcon(u"camera.viewfinder"_s, VelmoraPalette::primaryText()), u"Velmora"_s,
+                m_actions);
     updateStatusItemTitle();
 }
 
 void StatusMenu::updateStatusItemTitle()
 {
     // The leading space sets the text apart from the symbol.
-    m_item.setTitle(QStringLiteral(" Velmora"));
+    m_item.setTitle(u" Velmora"_s);
 }
 
 void StatusMenu::trigger(const QString &name)

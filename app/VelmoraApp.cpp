@@ -64,7 +64,7 @@ VelmoraApp::~VelmoraApp() = default;
 
 void VelmoraApp::applicationDidFinishLaunching()
 {
-    VelmoraLog::write(QStringLiteral("applicationDidFinishLaunching"));
+    VelmoraLog::write(u"applicationDidFinishLaunching"_s);
     applyLightAppearance();
     connectMenu();
     m_statusMenu.show();
@@ -72,7 +72,7 @@ void VelmoraApp::applicationDidFinishLaunching()
     m_recentScreenshots.load();
     m_statusMenu.updateStatusItemTitle();
     const QUrl folder = m_folder.current();
-    VelmoraLog::write(QStringLiteral("watching ") + folder.toLocalFile());
+    VelmoraLog::write(u"watching "_s + folder.toLocalFile());
     connectWelcome();
     m_welcomeSoon.callOnTimeout(this, [this, folder] { m_welcome.showWelcome(folder); });
     m_welcomeSoon.start(welcomeDelay);

@@ -8,6 +8,8 @@
 
 #include <QApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -24,7 +26,7 @@ int main(int argc, char *argv[])
     VelmoraSettings::open();
     QApplication application(argc, argv);
     // The title of the status item, and the program's name for screen readers.
-    QApplication::setApplicationName(QStringLiteral("Velmora"));
+    QApplication::setApplicationName(u"Velmora"_s);
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(velmoraBundleIdentifier());
     QApplication::setWindowIcon(VelmoraAssets::logoImage());

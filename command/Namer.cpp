@@ -16,6 +16,11 @@ Namer::Namer(QString appName) : m_appName(std::move(appName)) {}
 Naming Namer::name(const PictureReading &reading)
 {
     const QByteArray wanted = FilePaths::folderOf(reading.path) + wantedName(reading);
+    if (wanted == reading.path)
+        return {wanted, {}};
+    // The names before the next counter are taken, one of them by this picture itself.
+    if (m_counters.contains(wanted) && FilePaths::withoutNumber(reading.path) == wanted)
+        return {reading.path, {}};
     for (int counter = m_counters.value(wanted, 1);; ++counter) {
         const QByteArray candidate = FilePaths::numbered(wanted, counter);
         if (candidate == reading.path)

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -141,7 +143,7 @@ std::optional<QString> stringOf(const QString &part)
 {
     if (!part.startsWith(u'@'))
         return part;
-    return part.startsWith(QStringLiteral("@@")) ? std::optional(part.mid(1)) : std::nullopt;
+    return part.startsWith(u"@@"_s) ? std::optional(part.mid(1)) : std::nullopt;
 }
 
 QVariant valueOf(const QByteArray &text)
@@ -233,8 +235,13 @@ qsizetype endOfGroup(QList<Line> &lines, const QByteArray &group)
         return line.text.trimmed().compare(headerOf(group), Qt::CaseInsensitive) == 0;
     });
     if (header == lines.end()) {
-        lines.prepend({headerOf(group), {}});
-        return endOfGroup(lines, group);
+        // Keys without a header are General's, and stay so.
+        if (group == "General") {
+            lines.prepend({headerOf(group), {}});
+            return endOfGroup(lines, group);
+        }
+        lines.append({headerOf(group), {}});
+        return lines.size();
     }
     auto end = header + 1;
     for (auto line = end; line != lines.end() && !line->text.trimmed().startsWith('['); ++line) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -44,11 +45,10 @@ template <>
 const QList<OptionCase<CopyBehavior>> &optionCases<CopyBehavior>()
 {
     static const QList<OptionCase<CopyBehavior>> cases = {
-        {CopyBehavior::none, QStringLiteral("none"), QStringLiteral("Do nothing")},
-        {CopyBehavior::image, QStringLiteral("image"), QStringLiteral("Copy picture")},
-        {CopyBehavior::file, QStringLiteral("file"), QStringLiteral("Copy file")},
-        {CopyBehavior::imageAndFile, QStringLiteral("imageAndFile"),
-         QStringLiteral("Copy picture + file")},
+        {CopyBehavior::none, u"none"_s, u"Do nothing"_s},
+        {CopyBehavior::image, u"image"_s, u"Copy picture"_s},
+        {CopyBehavior::file, u"file"_s, u"Copy file"_s},
+        {CopyBehavior::imageAndFile, u"imageAndFile"_s, u"Copy picture + file"_s},
     };
     return cases;
 }
@@ -57,11 +57,9 @@ template <>
 const QList<OptionCase<TrayDuration>> &optionCases<TrayDuration>()
 {
     static const QList<OptionCase<TrayDuration>> cases = {
-        {TrayDuration::fifteenSeconds, QStringLiteral("fifteenSeconds"),
-         QStringLiteral("15 seconds")},
-        {TrayDuration::sixtySeconds, QStringLiteral("sixtySeconds"), QStringLiteral("60 seconds")},
-        {TrayDuration::untilDismissed, QStringLiteral("untilDismissed"),
-         QStringLiteral("Until dismissed")},
+        {TrayDuration::fifteenSeconds, u"fifteenSeconds"_s, u"15 seconds"_s},
+        {TrayDuration::sixtySeconds, u"sixtySeconds"_s, u"60 seconds"_s},
+        {TrayDuration::untilDismissed, u"untilDismissed"_s, u"Until dismissed"_s},
     };
     return cases;
 }
@@ -70,10 +68,10 @@ template <>
 const QList<OptionCase<TrayPosition>> &optionCases<TrayPosition>()
 {
     static const QList<OptionCase<TrayPosition>> cases = {
-        {TrayPosition::bottomRight, QStringLiteral("bottomRight"), QStringLiteral("Bottom-right")},
-        {TrayPosition::topRight, QStringLiteral("topRight"), QStringLiteral("Top-right")},
-        {TrayPosition::bottomLeft, QStringLiteral("bottomLeft"), QStringLiteral("Bottom-left")},
-        {TrayPosition::topLeft, QStringLiteral("topLeft"), QStringLiteral("Top-left")},
+        {TrayPosition::bottomRight, u"bottomRight"_s, u"Bottom-right"_s},
+        {TrayPosition::topRight, u"topRight"_s, u"Top-right"_s},
+        {TrayPosition::bottomLeft, u"bottomLeft"_s, u"Bottom-left"_s},
+        {TrayPosition::topLeft, u"topLeft"_s, u"Top-left"_s},
     };
     return cases;
 }
@@ -83,9 +81,9 @@ template <>
 const QList<OptionCase<SearchConsent>> &optionCases<SearchConsent>()
 {
     static const QList<OptionCase<SearchConsent>> cases = {
-        {SearchConsent::notAsked, QStringLiteral("notAsked"), {}},
-        {SearchConsent::given, QStringLiteral("given"), {}},
-        {SearchConsent::refused, QStringLiteral("refused"), {}},
+        {SearchConsent::notAsked, u"notAsked"_s, {}},
+        {SearchConsent::given, u"given"_s, {}},
+        {SearchConsent::refused, u"refused"_s, {}},
     };
     return cases;
 }
@@ -96,7 +94,7 @@ namespace VelmoraSettings
 SettingsStore &open()
 {
     // Never destroyed: an abandoned thread may still read from it.
-    static SettingsStore &store = *new SettingsStore(QStringLiteral("velmora"));
+    static SettingsStore &store = *new SettingsStore(u"velmora"_s);
     struct StoreAtExit {
         ~StoreAtExit() { store.waitUntilStored(longestWaitAtExit); }
     };

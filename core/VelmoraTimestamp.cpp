@@ -3,7 +3,9 @@
 
 #include <QLocale>
 
+using namespace Qt::StringLiterals;
+
 QString velmoraTimestamp(const QDateTime &moment)
 {
-    return QLocale().toString(moment.toLocalTime(), QStringLiteral("yyyyMMdd-HHmmss"));
+    return QLocale().toString(moment.toLocalTime(), u"yyyyMMdd-HHmmss"_s);
 }

@@ -79,7 +79,7 @@ void ScreenshotFolder::resolve()
         const QUrl folder = ScreenshotFolderResolver::currentScreenshotFolder(*preferences);
         const bool isAnswer = !isSomethingElse(folder);
         if (first->folder.isEmpty()) {
-            first->folder = folder;
+            first->folder = isAnswer ? folder : ScreenshotFolderResolver::defaultFolder();
             first->done.release();
         }
         return isAnswer ? folder : QUrl();

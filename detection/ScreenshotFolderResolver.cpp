@@ -18,6 +18,8 @@
 #include <fcntl.h>
 #include <pwd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -110,7 +112,7 @@ QUrl currentScreenshotFolder(const ScreenshotPreferences &preferences)
 
 QUrl defaultFolder()
 {
-    return folderAt(QDir::homePath() + QStringLiteral("/Desktop"));
+    return folderAt(QDir::homePath() + u"/Desktop"_s);
 }
 
 void setScreenshotFolder(ScreenshotPreferences &preferences, const QUrl &folder)
@@ -118,7 +120,7 @@ void setScreenshotFolder(ScreenshotPreferences &preferences, const QUrl &folder)
     const QString path = FileUrls::standardized(folder).toLocalFile();
     if (path.isEmpty())
         return;
-    VelmoraLog::write(QStringLiteral("set screenshot folder ") + path);
+    VelmoraLog::write(u"set screenshot folder "_s + path);
     const QList<SystemCommand> commands = preferences.storeLocation(path);
     for (const SystemCommand &command : commands)
         ScreenshotSpeedOptimizer::run(command.executable, command.arguments);

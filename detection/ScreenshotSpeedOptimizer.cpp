@@ -5,6 +5,8 @@
 
 #include <QProcess>
 
+using namespace Qt::StringLiterals;
+
 namespace ScreenshotSpeedOptimizer
 {
 
@@ -15,7 +17,7 @@ bool isAppleThumbnailDisabled(const ScreenshotPreferences &preferences)
 
 void disableAppleThumbnail(ScreenshotPreferences &preferences)
 {
-    VelmoraLog::write(QStringLiteral("disable Apple screenshot thumbnail"));
+    VelmoraLog::write(u"disable Apple screenshot thumbnail"_s);
     const QList<SystemCommand> commands = preferences.storeShowsThumbnail(false);
     for (const SystemCommand &command : commands)
         run(command.executable, command.arguments);
@@ -31,8 +33,7 @@ void run(const QString &executable, const QStringList &arguments)
     if (process.waitForStarted(-1))
         process.waitForFinished(-1);
     else
-        VelmoraLog::write(QStringLiteral("command failed ") + executable + u' ' +
-                          arguments.join(u' '));
+        VelmoraLog::write(u"command failed "_s + executable + u' ' + arguments.join(u' '));
 }
 
 } // namespace ScreenshotSpeedOptimizer

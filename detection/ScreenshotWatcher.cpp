@@ -15,6 +15,7 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -69,7 +70,7 @@ ScreenshotWatcher::ScreenshotWatcher(
     , m_thread(new QThread)
     , m_scanner(new ScreenshotScanner(folderURL, FileTimes::now(), std::move(makeFolderEvents)))
 {
-    m_thread->setObjectName(QStringLiteral("velmora.screenshot-watcher"));
+    m_thread->setObjectName(u"velmora.screenshot-watcher"_s);
     m_scanner->moveToThread(m_thread);
     connect(m_thread, &QThread::finished, m_scanner, &QObject::deleteLater);
     connect(m_scanner, &ScreenshotScanner::newScreenshot, this, &ScreenshotWatcher::report,
@@ -89,7 +90,7 @@ ScreenshotWatcher::~ScreenshotWatcher()
 
 void ScreenshotWatcher::start(FileTime newSince)
 {
-    VelmoraLog::write(QStringLiteral("watcher start"));
+    VelmoraLog::write(u"watcher start"_s);
     const FileTime now = FileTimes::now();
     const auto start = std::make_shared<Start>();
     QMetaObject::invokeMethod(

@@ -44,7 +44,7 @@ void Screenshot::whenOpened(QObject *receiver, std::function<void()> then)
     if (isOpen())
         then();
     else
-        connect(this, &Screenshot::opened, receiver, std::move(then));
+        connect(this, &Screenshot::opened, receiver, std::move(then), Qt::SingleShotConnection);
 }
 
 void Screenshot::whenComplete(QObject *receiver, std::function<void()> then)

@@ -24,6 +24,8 @@ constexpr auto announcementDelay = 100ms;
 } // namespace
 
 struct ScreenshotActions::Task {
+    explicit Task(QUrl folderOfName = {}) : folder(std::move(folderOfName)) {}
+
     /// The folder in which the task may create a name; empty if it creates none.
     QUrl folder;
     std::atomic_bool hasBegun = false;

@@ -8,19 +8,21 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 ScreenshotTrash::Result moveToHomeTrash(const QUrl &source)
 {
-    const QString folder = QDir::home().filePath(QStringLiteral(".Trash"));
+    const QString folder = QDir::home().filePath(u".Trash"_s);
     QDir().mkpath(folder);
     const MovedFile moved = moveToFreeName(
         source, FileUrls::child(FileUrls::fromPath(folder), FileUrls::lastPathComponent(source)));
     if (moved.error)
         return {moved.error, std::nullopt};
-    VelmoraLog::write(QStringLiteral("fallback trash moved ") + source.toLocalFile() +
-                      QStringLiteral(" to ") + moved.location.toLocalFile());
+    VelmoraLog::write(u"fallback trash moved "_s + source.toLocalFile() + u" to "_s +
+                      moved.location.toLocalFile());
     return {{}, moved.location};
 }
 
@@ -35,8 +37,7 @@ ScreenshotTrash::Result ScreenshotTrash::move(SystemTrash &trash, const QUrl &ur
     if (!trashed.error && trashed.location)
         return {{}, FileUrls::standardized(*trashed.location)};
     if (trashed.error)
-        VelmoraLog::write(QStringLiteral("system trash failed ") + source.toLocalFile() +
-                          QStringLiteral(": ") +
+        VelmoraLog::write(u"system trash failed "_s + source.toLocalFile() + u": "_s +
                           QString::fromLocal8Bit(trashed.error.message().c_str()));
     return moveToHomeTrash(source);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "files/UndoHistory.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -11,9 +13,9 @@ constexpr qsizetype maximumActions = 10;
 QString UndoHistory::title() const
 {
     if (m_actions.isEmpty())
-        return QStringLiteral("Undo Last Action");
-    return m_actions.last().kind == UndoableAction::Kind::Rename ? QStringLiteral("Undo Rename")
-                                                                 : QStringLiteral("Undo Trash");
+        return u"Undo Last Action"_s;
+    return m_actions.last().kind == UndoableAction::Kind::Rename ? u"Undo Rename"_s
+                                                                 : u"Undo Trash"_s;
 }
 
 void UndoHistory::push(const UndoableAction &action)

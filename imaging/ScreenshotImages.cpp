@@ -5,12 +5,14 @@
 
 #include <QThread>
 
+using namespace Qt::StringLiterals;
+
 class ScreenshotImages::Private
 {
 public:
     explicit Private(FileWriters &writers) : m_loader(new PictureLoader(writers))
     {
-        m_thread.setObjectName(QStringLiteral("velmora.screenshot-images"));
+        m_thread.setObjectName(u"velmora.screenshot-images"_s);
         m_loader->moveToThread(&m_thread);
         QObject::connect(&m_thread, &QThread::finished, m_loader, &QObject::deleteLater);
         m_thread.start();

@@ -7,14 +7,16 @@
 #include <QPainter>
 #include <QToolTip>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 /// Qt shows a plain tool tip on one line, however long, and takes some texts for HTML.
 QString wrappingToolTip(const QString &text)
 {
-    return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>")
-        .arg(breakableText(text).toHtmlEscaped());
+    return u"<span style=\"white-space: pre-wrap\">%1</span>"_s.arg(
+        breakableText(text).toHtmlEscaped());
 }
 
 } // namespace

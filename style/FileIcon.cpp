@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QMimeDatabase>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -42,6 +44,5 @@ QIcon fileIcon(const QUrl &file)
         QMimeDatabase().mimeTypeForFile(file.toLocalFile(), QMimeDatabase::MatchExtension);
     const QString name = knownThemeIconName(type);
     const QIcon icon = name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
-    return icon.isNull() ? symbolIcon(QStringLiteral("photo"), VelmoraPalette::tertiaryText())
-                         : icon;
+    return icon.isNull() ? symbolIcon(u"photo"_s, VelmoraPalette::tertiaryText()) : icon;
 }

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 // The resources of a static library are registered by hand, with a macro that must be used outside
 // namespaces.
 static void registerResources()
@@ -73,7 +75,7 @@ private:
 QIcon svgIcon(const QString &name, const std::optional<QColor> &tint)
 {
     registerResources();
-    const QString path = QStringLiteral(":/velmora/%1.svg").arg(name);
+    const QString path = u":/velmora/%1.svg"_s.arg(name);
     if (!QFile::exists(path))
         return {};
     const auto renderer = std::make_shared<QSvgRenderer>(path);

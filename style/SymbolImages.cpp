@@ -3,7 +3,9 @@
 
 #include "style/SvgIconEngine.h"
 
+using namespace Qt::StringLiterals;
+
 QIcon symbolIcon(const QString &name, const QColor &color)
 {
-    return svgIcon(QStringLiteral("symbols/") + name, color);
+    return svgIcon(u"symbols/"_s + name, color);
 }

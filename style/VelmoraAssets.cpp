@@ -5,9 +5,10 @@
 #include "style/SymbolImages.h"
 #include "style/VelmoraPalette.h"
 
+using namespace Qt::StringLiterals;
+
 QIcon VelmoraAssets::logoImage()
 {
-    const QIcon logo = svgIcon(QStringLiteral("VelmoraLogo"), std::nullopt);
-    return logo.isNull() ? symbolIcon(QStringLiteral("camera.viewfinder"), VelmoraPalette::coral())
-                         : logo;
+    const QIcon logo = svgIcon(u"VelmoraLogo"_s, std::nullopt);
+    return logo.isNull() ? symbolIcon(u"camera.viewfinder"_s, VelmoraPalette::coral()) : logo;
 }

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -65,7 +67,7 @@ bool isDefaultButton(const QStyleOption *option)
 
 } // namespace
 
-VelmoraStyle::VelmoraStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+VelmoraStyle::VelmoraStyle() : QProxyStyle(u"fusion"_s) {}
 
 void VelmoraStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                  QPainter *painter, const QWidget *widget) const

@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -18,7 +20,7 @@ void describe(const QUrl &file, QMimeData &data)
 {
     data.setUrls({file});
     data.setText(file.toLocalFile());
-    data.setData(QStringLiteral("application/x-kde-suggestedfilename"),
+    data.setData(u"application/x-kde-suggestedfilename"_s,
                  FileUrls::lastPathComponent(file).toUtf8());
 }
 

@@ -12,6 +12,8 @@
 #include <QStyleOptionFrame>
 #include <QToolTip>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -61,8 +63,8 @@ bool FilenameTextField::event(QEvent *event)
 /// The name may be too long for one line, and must not be taken for HTML.
 QString FilenameTextField::wholeNameToolTip() const
 {
-    return QStringLiteral("<p style=\"white-space: pre-wrap\"><b>%1</b></p><p>%2</p>")
-        .arg(breakableText(text()).toHtmlEscaped(), toolTip().toHtmlEscaped());
+    return u"<p style=\"white-space: pre-wrap\"><b>%1</b></p><p>%2</p>"_s.arg(
+        breakableText(text()).toHtmlEscaped(), toolTip().toHtmlEscaped());
 }
 
 void FilenameTextField::keyPressEvent(QKeyEvent *event)

@@ -13,6 +13,8 @@
 #include <QScreen>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -48,7 +50,7 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     , m_panelWindow(panelWindow)
     , m_background(new PaletteView(this))
 {
-    setWindowTitle(QStringLiteral("Velmora"));
+    setWindowTitle(u"Velmora"_s);
     setAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_AlwaysShowToolTips);

@@ -15,6 +15,8 @@
 
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -36,11 +38,10 @@ constexpr int buttonsWidth = 208;
 
 BezelButton *makeUndoButton(QWidget *row)
 {
-    auto *button = new BezelButton(QStringLiteral("Undo"), row);
-    button->setIcon(
-        symbolIcon(QStringLiteral("arrow.uturn.backward"), VelmoraPalette::primaryText()));
-    button->setToolTip(QStringLiteral("Undo last change"));
-    button->setAccessibleName(QStringLiteral("Undo"));
+    auto *button = new BezelButton(u"Undo"_s, row);
+    button->setIcon(symbolIcon(u"arrow.uturn.backward"_s, VelmoraPalette::primaryText()));
+    button->setToolTip(u"Undo last change"_s);
+    button->setAccessibleName(u"Undo"_s);
     button->setAccessibleDescription(button->toolTip());
     button->setFixedSize(undoSize);
     button->hide();
@@ -59,10 +60,10 @@ RowControls makeControls(QWidget *row, const QUrl &file, const QString &filename
         .statusLabel = new StatusLabel(row),
         .filenameField = new FilenameTextField(filename, row),
         .undoButton = makeUndoButton(row),
-        .copyButton = symbolButton(QStringLiteral("doc.on.doc"), QStringLiteral("Copy")),
-        .revealButton = symbolButton(QStringLiteral("folder"), SystemWords::reveal.here()),
-        .trashButton = symbolButton(QStringLiteral("trash"), QStringLiteral("Move to Trash")),
-        .closeButton = symbolButton(QStringLiteral("xmark"), QStringLiteral("Dismiss")),
+        .copyButton = symbolButton(u"doc.on.doc"_s, u"Copy"_s),
+        .revealButton = symbolButton(u"folder"_s, SystemWords::reveal.here()),
+        .trashButton = symbolButton(u"trash"_s, u"Move to Trash"_s),
+        .closeButton = symbolButton(u"xmark"_s, u"Dismiss"_s),
     };
 }
 
@@ -73,14 +74,14 @@ void configure(const RowControls &controls)
 
     controls.thumbnailView->setFixedSize(thumbnailSize);
     controls.thumbnailView->setCornerRadius(thumbnailRadius);
-    controls.thumbnailView->setToolTip(QStringLiteral("Drag screenshot"));
+    controls.thumbnailView->setToolTip(u"Drag screenshot"_s);
     controls.thumbnailView->setCursor(Qt::OpenHandCursor);
-    controls.thumbnailView->setAccessibleName(QStringLiteral("Thumbnail"));
+    controls.thumbnailView->setAccessibleName(u"Thumbnail"_s);
 
     controls.freshnessLabel->setFixedSize(freshnessSize);
 
     controls.filenameField->setFixedHeight(filenameHeight);
-    controls.filenameField->setToolTip(QStringLiteral("Edit filename and press Return"));
+    controls.filenameField->setToolTip(u"Edit filename and press Return"_s);
     controls.filenameField->setAccessibleName(controls.filenameField->toolTip());
 }
 
@@ -107,7 +108,7 @@ void nameAfterFile(QWidget *row, DraggableImageView *thumbnail)
     const auto name = [row, thumbnail] {
         const QString file = FileUrls::lastPathComponent(thumbnail->fileURL());
         row->setAccessibleName(file);
-        thumbnail->setAccessibleDescription(QStringLiteral("Thumbnail of ") + file);
+        thumbnail->setAccessibleDescription(u"Thumbnail of "_s + file);
     };
     setAccessibleRole(*row, QAccessible::Grouping);
     name();

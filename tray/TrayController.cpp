@@ -175,7 +175,7 @@ void TrayController::updateSuggestion(const QUuid &itemID, const QString &filena
 void TrayController::markNaming(const QUuid &itemID)
 {
     if (ScreenshotRowView *row = m_rows.value(itemID))
-        row->setStatus(QStringLiteral("Reading screen text..."));
+        row->setStatus(u"Reading screen text..."_s);
 }
 
 std::optional<QUrl> TrayController::fileURL(const QUuid &itemID) const

@@ -3,13 +3,15 @@
 
 #include "style/VelmoraPalette.h"
 
+using namespace Qt::StringLiterals;
+
 RowStyle rowStyle(bool isNewest)
 {
     using namespace VelmoraPalette;
     const QColor border = withAlpha(coral(), 0.34);
     if (isNewest) {
         return {
-            .freshness = QStringLiteral("NEW"),
+            .freshness = u"NEW"_s,
             .freshnessText = coral(),
             .freshnessBackground = withAlpha(coral(), 0.16),
             .accent = withAlpha(coral(), 0.95),
@@ -20,7 +22,7 @@ RowStyle rowStyle(bool isNewest)
         };
     }
     return {
-        .freshness = QStringLiteral("EARLIER"),
+        .freshness = u"EARLIER"_s,
         .freshnessText = lightPalette().color(QPalette::PlaceholderText),
         .freshnessBackground = withAlpha(blue(), 0.08),
         .accent = withAlpha(blue(), 0.28),

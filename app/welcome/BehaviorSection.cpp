@@ -10,6 +10,8 @@
 #include <QGridLayout>
 #include <QLabel>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -39,13 +41,12 @@ BehaviorSection::BehaviorSection(QWidget *parent) : QWidget(parent)
 
     QGridLayout *grid = makeColumns(this);
     grid->setVerticalSpacing(6);
-    grid->addWidget(sectionLabel(QStringLiteral("Behavior")), 0, 0, 1, columnCount);
-    addOption(*grid, 0, QStringLiteral("Auto-copy"), copyBehavior);
-    addOption(*grid, 1, QStringLiteral("Tray duration"), trayDuration);
-    addOption(*grid, 2, QStringLiteral("Tray position"), trayPosition);
+    grid->addWidget(sectionLabel(u"Behavior"_s), 0, 0, 1, columnCount);
+    addOption(*grid, 0, u"Auto-copy"_s, copyBehavior);
+    addOption(*grid, 1, u"Tray duration"_s, trayDuration);
+    addOption(*grid, 2, u"Tray position"_s, trayPosition);
 
-    const QString hint =
-        QStringLiteral("Picture is best for chats. File is best for uploads and attachments.");
+    const QString hint = u"Picture is best for chats. File is best for uploads and attachments."_s;
     copyBehavior->setAccessibleDescription(hint);
     grid->addWidget(wrappingLabel(hint, systemFont(11), VelmoraPalette::secondaryText()), hintRow,
                     0, 1, columnCount);

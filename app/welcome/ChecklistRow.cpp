@@ -9,6 +9,8 @@
 
 #include <QGridLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -16,8 +18,8 @@ constexpr int symbolSide = 16; // points
 
 QIcon stateSymbol(bool isDone)
 {
-    return isDone ? symbolIcon(QStringLiteral("checkmark.circle.fill"), VelmoraPalette::teal())
-                  : symbolIcon(QStringLiteral("circle"), VelmoraPalette::amber());
+    return isDone ? symbolIcon(u"checkmark.circle.fill"_s, VelmoraPalette::teal())
+                  : symbolIcon(u"circle"_s, VelmoraPalette::amber());
 }
 
 } // namespace
@@ -26,8 +28,8 @@ ChecklistRow::ChecklistRow(const QString &title, const QString &detail, bool isD
                            QWidget *parent)
     : QWidget(parent)
 {
-    const QString state = isDone ? QStringLiteral("Done") : QStringLiteral("To do");
-    setAccessibleName(title + QStringLiteral(", ") + state);
+    const QString state = isDone ? u"Done"_s : u"To do"_s;
+    setAccessibleName(title + u", "_s + state);
 
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

@@ -14,6 +14,8 @@
 #include <QGridLayout>
 #include <QLabel>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -23,19 +25,18 @@ constexpr int rowSpacing = 8; // points
 
 GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWidget(parent)
 {
-    auto *instant = new BezelButton(state.instantModeOn ? QStringLiteral("Instant Mode On")
-                                                        : QStringLiteral("Make Instant"));
+    auto *instant = new BezelButton(state.instantModeOn ? u"Instant Mode On"_s : u"Make Instant"_s);
     connect(instant, &QPushButton::clicked, this, &GeneralSection::instantModeRequested);
 
-    auto *startAtLogin = new QCheckBox(QStringLiteral("Start at login"));
+    auto *startAtLogin = new QCheckBox(u"Start at login"_s);
     startAtLogin->setFont(systemFont(12, QFont::Medium));
     startAtLogin->setFocusPolicy(Qt::TabFocus);
     startAtLogin->setChecked(state.startsAtLogin);
     connect(startAtLogin, &QCheckBox::clicked, this, &GeneralSection::startAtLoginChanged);
 
-    auto *changeFolder = new BezelButton(QStringLiteral("Change Folder"));
-    changeFolder->setIcon(symbolIcon(QStringLiteral("folder"), VelmoraPalette::primaryText()));
-    changeFolder->setAccessibleDescription(QStringLiteral("Change Screenshot Folder"));
+    auto *changeFolder = new BezelButton(u"Change Folder"_s);
+    changeFolder->setIcon(symbolIcon(u"folder"_s, VelmoraPalette::primaryText()));
+    changeFolder->setAccessibleDescription(u"Change Screenshot Folder"_s);
     if (state.keyHasFixedFolder)
         changeFolder->setToolTip(SystemWords::keyHasFixedFolder.here());
     connect(changeFolder, &QPushButton::clicked, this, &GeneralSection::changeFolderRequested);
@@ -47,7 +48,7 @@ GeneralSection::GeneralSection(const WelcomeState &state, QWidget *parent) : QWi
     grid->setVerticalSpacing(rowSpacing);
     grid->setColumnMinimumWidth(0, columnWidth);
     grid->setColumnStretch(1, 1);
-    grid->addWidget(sectionLabel(QStringLiteral("General")), 0, 0, 1, 2);
+    grid->addWidget(sectionLabel(u"General"_s), 0, 0, 1, 2);
     grid->addWidget(instant, 1, 0);
     grid->addWidget(startAtLogin, 1, 1, Qt::AlignLeft);
     grid->addWidget(changeFolder, 2, 0);

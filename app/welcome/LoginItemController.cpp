@@ -4,10 +4,12 @@
 #include "core/VelmoraLog.h"
 #include "platform/LoginItem.h"
 
+using namespace Qt::StringLiterals;
+
 void LoginItemController::setEnabled(LoginItem &item, bool enabled)
 {
     if (item.isEnabled() == enabled)
         return;
     if (const std::optional<QString> failure = item.setEnabled(enabled))
-        VelmoraLog::write(QStringLiteral("login item failed ") + *failure);
+        VelmoraLog::write(u"login item failed "_s + *failure);
 }

@@ -9,6 +9,8 @@
 
 #include <QGridLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -26,7 +28,7 @@ ReadinessCard::ReadinessCard(const QString &title, const QString &detail, const 
     setFillColor(VelmoraPalette::card());
     setCornerRadius(cornerRadius);
     setBorder(1, VelmoraPalette::withAlpha(color, borderAlpha));
-    setAccessibleName(title + QStringLiteral(", ") + detail);
+    setAccessibleName(title + u", "_s + detail);
 
     QLabel *detailLabel = truncatedLabel(detail, systemFont(12), VelmoraPalette::secondaryText());
 

@@ -15,6 +15,8 @@
 
 #include <QDesktopServices>
 
+using namespace Qt::StringLiterals;
+
 WelcomeController::WelcomeController(const Services &services, ScreenshotFolder &folder,
                                      QObject *parent)
     : QObject(parent), m_services(services), m_folder(folder)
@@ -85,8 +87,8 @@ void WelcomeController::startAtLoginChanged(bool on)
         return;
     }
     const Explanation explanation = {
-        .key = QStringLiteral("didExplainStartAtLogin"),
-        .title = QStringLiteral("Start at login"),
+        .key = u"didExplainStartAtLogin"_s,
+        .title = u"Start at login"_s,
         .message = SystemWords::startAtLogin.here(),
     };
     explainOnce(*m_welcomeWindow, explanation,
@@ -99,8 +101,8 @@ void WelcomeController::changeScreenshotFolder()
     if (m_services.preferences.keyHasFixedFolder())
         message += u' ' + SystemWords::keyHasFixedFolder.here();
     const Explanation explanation = {
-        .key = QStringLiteral("didExplainFolderAccess"),
-        .title = QStringLiteral("Screenshot folder access"),
+        .key = u"didExplainFolderAccess"_s,
+        .title = u"Screenshot folder access"_s,
         .message = message,
     };
     explainOnce(*m_welcomeWindow, explanation, [this] {

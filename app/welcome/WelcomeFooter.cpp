@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QShortcut>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -26,7 +28,7 @@ BezelButton *symbolButton(const QString &symbol, const QString &title)
 
 BezelButton *doneButton()
 {
-    auto *button = new BezelButton(QStringLiteral("Done"));
+    auto *button = new BezelButton(u"Done"_s);
     button->setFont(systemFont(12, QFont::DemiBold));
     button->setMinimumWidth(doneWidth);
     button->setDefault(true);
@@ -41,12 +43,10 @@ BezelButton *doneButton()
 
 WelcomeFooter::WelcomeFooter(const QString &folderPath, QWidget *parent) : QWidget(parent)
 {
-    BezelButton *recent = symbolButton(QStringLiteral("clock.arrow.circlepath"),
-                                       QStringLiteral("Recent Screenshots"));
+    BezelButton *recent = symbolButton(u"clock.arrow.circlepath"_s, u"Recent Screenshots"_s);
     BezelButton *done = doneButton();
-    BezelButton *feedback =
-        symbolButton(QStringLiteral("bubble.left.and.bubble.right"), QStringLiteral("Feedback"));
-    feedback->setAccessibleDescription(QStringLiteral("Send Feedback"));
+    BezelButton *feedback = symbolButton(u"bubble.left.and.bubble.right"_s, u"Feedback"_s);
+    feedback->setAccessibleDescription(u"Send Feedback"_s);
     connect(recent, &QPushButton::clicked, this, &WelcomeFooter::recentScreenshotsRequested);
     connect(done, &QPushButton::clicked, this, &WelcomeFooter::doneRequested);
     connect(feedback, &QPushButton::clicked, this, &WelcomeFooter::feedbackRequested);

@@ -12,6 +12,8 @@
 #include <QFontMetrics>
 #include <QHBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -38,10 +40,9 @@ QHBoxLayout *pills(bool instantModeOn)
 {
     auto *row = new QHBoxLayout;
     row->setSpacing(8);
-    row->addWidget(instantModeOn
-                       ? new Pill(QStringLiteral("Instant mode on"), VelmoraPalette::teal())
-                       : new Pill(QStringLiteral("Instant mode off"), VelmoraPalette::amber()));
-    row->addWidget(new Pill(QStringLiteral("Ready for screenshots"), VelmoraPalette::blue()));
+    row->addWidget(instantModeOn ? new Pill(u"Instant mode on"_s, VelmoraPalette::teal())
+                                 : new Pill(u"Instant mode off"_s, VelmoraPalette::amber()));
+    row->addWidget(new Pill(u"Ready for screenshots"_s, VelmoraPalette::blue()));
     row->addStretch();
     return row;
 }
@@ -50,7 +51,7 @@ QHBoxLayout *pills(bool instantModeOn)
 
 WelcomeHeader::WelcomeHeader(bool instantModeOn, QWidget *parent) : QWidget(parent)
 {
-    const QString heading = QStringLiteral("Your screenshots, already handled.");
+    const QString heading = u"Your screenshots, already handled."_s;
     auto *texts = new QVBoxLayout;
     texts->setSpacing(6);
     texts->addWidget(lineLabel(heading, headingFont(heading), VelmoraPalette::primaryText()));
@@ -59,7 +60,7 @@ WelcomeHeader::WelcomeHeader(bool instantModeOn, QWidget *parent) : QWidget(pare
     texts->addSpacing(6);
     texts->addLayout(pills(instantModeOn));
 
-    auto *logo = new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora"));
+    auto *logo = new SymbolView(VelmoraAssets::logoImage(), logoSide, u"Velmora"_s);
     logo->setOutset(logoMargin);
 
     auto *row = new QHBoxLayout(this);

@@ -19,6 +19,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -35,21 +37,19 @@ QWidget *readinessCards(const WelcomeState &state)
     auto *cards = new QWidget;
     QGridLayout *columns = makeColumns(cards);
     columns->addWidget(
-        new ReadinessCard(QStringLiteral("Instant"),
+        new ReadinessCard(u"Instant"_s,
                           state.instantModeOn ? SystemWords::instantIsOn.here()
                                               : SystemWords::instantIsOff.here(),
-                          QStringLiteral("bolt.fill"),
+                          u"bolt.fill"_s,
                           state.instantModeOn ? VelmoraPalette::teal() : VelmoraPalette::amber()),
         0, 0);
-    columns->addWidget(new ReadinessCard(QStringLiteral("Private"),
-                                         QStringLiteral("Local naming only"),
-                                         QStringLiteral("lock.fill"), VelmoraPalette::teal()),
+    columns->addWidget(new ReadinessCard(u"Private"_s, u"Local naming only"_s, u"lock.fill"_s,
+                                         VelmoraPalette::teal()),
                        0, 1);
-    columns->addWidget(
-        new ReadinessCard(QStringLiteral("Folder"),
-                          folderName.isEmpty() ? QStringLiteral("Selected") : folderName,
-                          QStringLiteral("folder.fill"), VelmoraPalette::blue()),
-        0, 2);
+    columns->addWidget(new ReadinessCard(u"Folder"_s,
+                                         folderName.isEmpty() ? u"Selected"_s : folderName,
+                                         u"folder.fill"_s, VelmoraPalette::blue()),
+                       0, 2);
     return cards;
 }
 
@@ -60,15 +60,14 @@ QWidget *setupChecklist(const WelcomeState &state)
     auto *rows = new QVBoxLayout(checklist);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(7);
-    rows->addWidget(sectionLabel(QStringLiteral("Setup checklist")));
-    rows->addWidget(new ChecklistRow(state.instantModeOn
-                                         ? QStringLiteral("Instant screenshots are on")
-                                         : QStringLiteral("Turn on instant screenshots"),
+    rows->addWidget(sectionLabel(u"Setup checklist"_s));
+    rows->addWidget(new ChecklistRow(state.instantModeOn ? u"Instant screenshots are on"_s
+                                                         : u"Turn on instant screenshots"_s,
                                      {}, state.instantModeOn));
-    rows->addWidget(new ChecklistRow(QStringLiteral("Screenshot folder selected"),
+    rows->addWidget(new ChecklistRow(u"Screenshot folder selected"_s,
                                      folderName.isEmpty() ? state.folder.toLocalFile() : folderName,
                                      true));
-    rows->addWidget(new ChecklistRow(QStringLiteral("Smart naming is active"), {}, true));
+    rows->addWidget(new ChecklistRow(u"Smart naming is active"_s, {}, true));
     rows->addWidget(new ChecklistRow(SystemWords::screenshotsStay.here(), {}, true));
     return checklist;
 }
@@ -76,7 +75,7 @@ QWidget *setupChecklist(const WelcomeState &state)
 } // namespace
 
 WelcomeWindow::WelcomeWindow(const WelcomeState &state, QWidget *parent)
-    : FloatingWindow(QStringLiteral("Velmora"), Qt::WindowMinimizeButtonHint, parent)
+    : FloatingWindow(u"Velmora"_s, Qt::WindowMinimizeButtonHint, parent)
     , m_scrollArea(new QScrollArea)
 {
     WelcomeState shown = state;

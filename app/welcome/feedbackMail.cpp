@@ -6,6 +6,8 @@
 
 #include <QString>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -18,10 +20,10 @@ QString encoded(const QString &text)
 
 QUrl feedbackMail()
 {
-    const QString subject = QStringLiteral("Velmora feedback");
-    const QString body = QStringLiteral("Hi Velmora team,\n\nWhat I tried:\n\nWhat felt "
-                                        "confusing:\n\nWhat I expected:\n\n") +
+    const QString subject = u"Velmora feedback"_s;
+    const QString body = u"Hi Velmora team,\n\nWhat I tried:\n\nWhat felt "
+                         "confusing:\n\nWhat I expected:\n\n"_s +
                          SystemWords::systemQuestion.here() + u'\n';
-    return QUrl(QStringLiteral("mailto:") + velmoraFeedbackAddress() + QStringLiteral("?subject=") +
-                encoded(subject) + QStringLiteral("&body=") + encoded(body));
+    return QUrl(u"mailto:"_s + velmoraFeedbackAddress() + u"?subject="_s + encoded(subject) +
+                u"&body="_s + encoded(body));
 }

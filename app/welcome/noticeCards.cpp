@@ -79,9 +79,9 @@ QWidget *permissionsCard(const DesktopLimits &limits)
     grid->setHorizontalSpacing(12);
     grid->setVerticalSpacing(4);
     grid->setColumnStretch(1, 1);
-    grid->addWidget(new SymbolView(symbolIcon(QStringLiteral("hand.raised.fill"), blue), symbolSide,
-                                   QStringLiteral("Permissions")),
-                    0, 0, 3, 1, Qt::AlignTop);
+    grid->addWidget(
+        new SymbolView(symbolIcon(u"hand.raised.fill"_s, blue), symbolSide, u"Permissions"_s), 0, 0,
+        3, 1, Qt::AlignTop);
     grid->addWidget(lineLabel(SystemWords::permissionsTitle.here(), systemFont(13, QFont::DemiBold),
                               VelmoraPalette::primaryText()),
                     0, 1);

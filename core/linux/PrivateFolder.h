@@ -19,6 +19,9 @@ public:
 
     /// Replaces the file's content in one step and flushes it to the disk: there is always the
     /// complete old file or the complete new one. Does not replace anything but a file.
+    ///
+    /// QSaveFile gives its temporary file a random name: what a killed writer leaves behind could
+    /// not be told from a file of the user's.
     bool replace(const QString &name, const QByteArray &content) const;
 
     /// Renames whatever has that name to a free name.
@@ -26,6 +29,9 @@ public:
 
     /// An advisory lock on the folder. The system releases it when its holder dies. After waiting
     /// for a second the caller goes on without it, since its holder may be stopped.
+    ///
+    /// QLockFile leaves a file behind when its holder is killed, and whether that file is stale can
+    /// only be guessed. Such a file once held up a start for half a minute.
     class Lock
     {
     public:

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -18,8 +19,7 @@ namespace
 
 QString folderPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/velmora");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/velmora"_s;
 }
 
 /// Distinguishes two states of a file. File systems keep time in steps of some milliseconds: a file
@@ -77,8 +77,8 @@ struct SettingsFile::Private {
 };
 
 SettingsFile::SettingsFile(const QString &domain)
-    : m_private(new Private{domain + QStringLiteral(".conf"),
-                            folderPath() + u'/' + domain + QStringLiteral(".conf"),
+    : m_private(new Private{domain + u".conf"_s,
+                            folderPath() + u'/' + domain + u".conf"_s,
                             PrivateFolder(folderPath()),
                             {},
                             {}})

@@ -3,6 +3,8 @@
 
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 /// The system's own preference store, which manages its files itself.
 struct SettingsFile::Private {
     QSettings store;
@@ -17,10 +19,9 @@ namespace
 /// domain is its bundle identifier, "app.velmora.Velmora"; other domains go by their own names.
 QSettings storeOf(const QString &domain)
 {
-    const bool isOwn = domain == QStringLiteral("velmora");
-    return {QSettings::NativeFormat, QSettings::UserScope,
-            isOwn ? QStringLiteral("velmora.app") : QStringLiteral("velmora"),
-            isOwn ? QStringLiteral("Velmora") : domain};
+    const bool isOwn = domain == u"velmora"_s;
+    return {QSettings::NativeFormat, QSettings::UserScope, isOwn ? u"velmora.app"_s : u"velmora"_s,
+            isOwn ? u"Velmora"_s : domain};
 }
 
 } // namespace

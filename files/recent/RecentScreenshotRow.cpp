@@ -14,6 +14,8 @@
 #include <QHBoxLayout>
 #include <QPalette>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -45,8 +47,8 @@ RecentScreenshotRow::RecentScreenshotRow(const QUrl &url, OnAction onAction, con
     const QString name = FileUrls::lastPathComponent(url);
     setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(name);
-    m_thumbnail->setAccessibleName(QStringLiteral("Thumbnail"));
-    m_thumbnail->setAccessibleDescription(QStringLiteral("Thumbnail of ") + name);
+    m_thumbnail->setAccessibleName(u"Thumbnail"_s);
+    m_thumbnail->setAccessibleDescription(u"Thumbnail of "_s + name);
     m_thumbnail->setFixedSize(thumbnailSize);
     m_thumbnail->setCornerRadius(thumbnailRadius);
 
@@ -95,9 +97,9 @@ QWidget *RecentScreenshotRow::buttons()
     row->setContentsMargins({});
     row->setSpacing(buttonSpacing);
     using Kind = RecentScreenshotAction::Kind;
-    row->addWidget(button(QStringLiteral("doc.on.doc"), QStringLiteral("Copy"), Kind::Copy));
-    row->addWidget(button(QStringLiteral("folder"), SystemWords::reveal.here(), Kind::Reveal));
-    row->addWidget(button(QStringLiteral("trash"), QStringLiteral("Move to Trash"), Kind::Trash));
+    row->addWidget(button(u"doc.on.doc"_s, u"Copy"_s, Kind::Copy));
+    row->addWidget(button(u"folder"_s, SystemWords::reveal.here(), Kind::Reveal));
+    row->addWidget(button(u"trash"_s, u"Move to Trash"_s, Kind::Trash));
     row->addStretch();
     return stack;
 }

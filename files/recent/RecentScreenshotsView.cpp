@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -30,7 +32,7 @@ QLabel *folderLabel(const QUrl &folder)
 {
     const QString path = folder.toLocalFile();
     auto *label = new ElidedLabel(Qt::ElideMiddle);
-    label->setText(QStringLiteral("Folder: ") + path);
+    label->setText(u"Folder: "_s + path);
     label->setToolTip(path);
     setRecentStyle(label, monospacedSystemFont(12), VelmoraPalette::tertiaryText());
     return label;
@@ -69,7 +71,7 @@ QWidget *RecentScreenshotsView::header() const
     titleLine->addWidget(recentTitleLabel());
     titleLine->addStretch();
     titleLine->addSpacing(leastTitleToCount);
-    const QString count = QString::number(m_rows.size()) + QStringLiteral(" items");
+    const QString count = QString::number(m_rows.size()) + u" items"_s;
     titleLine->addWidget(recentCountLabel(count), 0, Qt::AlignVCenter);
 
     auto *header = new QWidget;
@@ -90,7 +92,7 @@ QWidget *RecentScreenshotsView::list() const
     for (RecentScreenshotRow *row : m_rows)
         column->addWidget(row);
     if (m_rows.isEmpty())
-        column->addWidget(recentEmptyLabel(QStringLiteral("No recent screenshots")));
+        column->addWidget(recentEmptyLabel(u"No recent screenshots"_s));
     else
         column->addStretch();
     return list;

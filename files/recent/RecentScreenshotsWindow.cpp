@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -19,7 +21,7 @@ constexpr QSize leastSize(400, 240);
 RecentScreenshotsWindow::RecentScreenshotsWindow(RecentScreenshots &recent,
                                                  ScreenshotImages &images, ScreenshotSearch *search,
                                                  QWidget *parent)
-    : FloatingWindow(QStringLiteral("Recent Screenshots"), Qt::WindowMinMaxButtonsHint, parent)
+    : FloatingWindow(u"Recent Screenshots"_s, Qt::WindowMinMaxButtonsHint, parent)
     , m_recent(recent)
     , m_finder(search)
     , m_thumbnails(images, RecentScreenshotRow::thumbnailSize)

@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QPalette>
 
+using namespace Qt::StringLiterals;
+
 void setRecentStyle(QLabel *label, const QFont &font, const QColor &color)
 {
     label->setTextFormat(Qt::PlainText);
@@ -18,7 +20,7 @@ void setRecentStyle(QLabel *label, const QFont &font, const QColor &color)
 
 QLabel *recentTitleLabel()
 {
-    auto *label = new QLabel(QStringLiteral("Recent Screenshots"));
+    auto *label = new QLabel(u"Recent Screenshots"_s);
     setRecentStyle(label, systemFont(22, QFont::DemiBold), VelmoraPalette::primaryText());
     return label;
 }

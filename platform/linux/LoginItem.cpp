@@ -10,12 +10,14 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 QString entryName()
 {
-    return QStringLiteral("/autostart/app.velmora.Velmora.desktop");
+    return u"/autostart/app.velmora.Velmora.desktop"_s;
 }
 
 QString ownEntryPath()
@@ -58,7 +60,7 @@ bool canBeTried(const QString &program)
 QString ownProgram()
 {
     QString path = QCoreApplication::applicationFilePath();
-    const QString replaced = QStringLiteral(" (deleted)");
+    const QString replaced = u" (deleted)"_s;
     if (path.endsWith(replaced) && !QFileInfo::exists(path))
         path.chop(replaced.size());
     return path;
@@ -67,7 +69,7 @@ QString ownProgram()
 /// Escaped like any string value of a desktop entry.
 QString escaped(QString value)
 {
-    return value.replace(u'\\', QStringLiteral("\\\\"));
+    return value.replace(u'\\', u"\\\\"_s);
 }
 
 /// A path as a complete command line: quoted as for a shell, percent signs doubled, and the result
@@ -75,7 +77,7 @@ QString escaped(QString value)
 /// and find none; no other form of entry helps there.)
 QString commandLine(const QString &program)
 {
-    QString word = QStringLiteral("\"");
+    QString word = u"\""_s;
     for (const QChar character : program) {
         if (QStringView(u"\"`$\\").contains(character))
             word += u'\\';
@@ -88,16 +90,16 @@ QString commandLine(const QString &program)
 
 QByteArray enabledEntry(const QString &program)
 {
-    const QString entry = QStringLiteral("[Desktop Entry]\n"
-                                         "Type=Application\n"
-                                         "Name=Velmora\n"
-                                         "Comment=Names and keeps your screenshots at hand\n"
-                                         "Icon=app.velmora.Velmora\n"
-                                         "Exec=") +
-                          commandLine(program) + QStringLiteral("\nTryExec=") + escaped(program) +
-                          QStringLiteral("\nTerminal=false\n"
-                                         "X-GNOME-Autostart-enabled=true\n"
-                                         "X-KDE-autostart-after=panel\n");
+    const QString entry = u"[Desktop Entry]\n"
+                          "Type=Application\n"
+                          "Name=Velmora\n"
+                          "Comment=Names and keeps your screenshots at hand\n"
+                          "Icon=app.velmora.Velmora\n"
+                          "Exec="_s +
+                          commandLine(program) + u"\nTryExec="_s + escaped(program) +
+                          u"\nTerminal=false\n"
+                          "X-GNOME-Autostart-enabled=true\n"
+                          "X-KDE-autostart-after=panel\n"_s;
     return entry.toUtf8();
 }
 
@@ -111,7 +113,7 @@ QByteArray hidingEntry()
 bool setAside(const QString &path)
 {
     for (int number = 1;; ++number) {
-        const QString aside = path + QStringLiteral(".aside-%1").arg(number);
+        const QString aside = path + u".aside-%1"_s.arg(number);
         const std::error_code error =
             moveFile(QUrl::fromLocalFile(path), QUrl::fromLocalFile(aside));
         if (error != std::errc::file_exists)
@@ -130,9 +132,9 @@ std::optional<QString> write(const QByteArray &content)
     const QString path = ownEntryPath();
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
-        return QStringLiteral("The folder %1 could not be made").arg(folder);
+        return u"The folder %1 could not be made"_s.arg(folder);
     if (!isOrdinaryOrMissing(path) && !setAside(path))
-        return QStringLiteral("Something else is in the place of %1").arg(path);
+        return u"Something else is in the place of %1"_s.arg(path);
     QSaveFile file(path);
     if (file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.commit())
         return std::nullopt;
@@ -170,7 +172,7 @@ private:
     static std::optional<QString> enable(const QString &program)
     {
         if (program.contains(u'\n'))
-            return QStringLiteral("No desktop entry can name the program's path");
+            return u"No desktop entry can name the program's path"_s;
         return write(enabledEntry(program));
     }
 };

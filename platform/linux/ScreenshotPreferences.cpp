@@ -11,17 +11,19 @@
 #include <QFileInfo>
 #include <QMutex>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 QString locationKey()
 {
-    return QStringLiteral("location");
+    return u"location"_s;
 }
 
 QString showsThumbnailKey()
 {
-    return QStringLiteral("show-thumbnail");
+    return u"show-thumbnail"_s;
 }
 
 std::span<const ScreenshotTool> runningTools()
@@ -92,9 +94,9 @@ public:
     std::optional<bool> showsThumbnail() const override
     {
         const QString stored = m_domain.value(showsThumbnailKey()).toString();
-        if (stored == QStringLiteral("true"))
+        if (stored == u"true"_s)
             return true;
-        return stored == QStringLiteral("false") ? std::optional(false) : std::nullopt;
+        return stored == u"false"_s ? std::optional(false) : std::nullopt;
     }
 
     QList<SystemCommand> storeLocation(const QString &path) override
@@ -134,7 +136,7 @@ private:
     /// The last folder that the tool's settings named.
     mutable std::optional<QString> m_toolFolder;
     /// A file beside the program's own preferences.
-    SettingsStore m_domain{QStringLiteral("com.apple.screencapture")};
+    SettingsStore m_domain{u"com.apple.screencapture"_s};
     PathWatch m_files;
     const std::function<void()> m_tellChange = [this] {
         QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);

@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -65,7 +67,7 @@ private:
     /// A host that finds the installed symbol by its name draws it in the colour of its bar.
     QIcon iconFor(StatusNotifierSearch::StatusBar bar) const
     {
-        const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
+        const QString name = u"app.velmora.Velmora-symbolic"_s;
         if (bar == StatusNotifierSearch::StatusBar::Host && QIcon::hasThemeIcon(name))
             return QIcon::fromTheme(name);
         return edgedIcon(m_icon);

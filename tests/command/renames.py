@@ -71,6 +71,13 @@ class Renames(CommandCase):
         self.assertEqual(self.names(), sorted(names))
         self.assertEqual(self.journals(), [])
 
+    def test_a_name_that_fits_stays_also_when_another_picture_wanted_it(self):
+        fitting = ["quarterly-budget-meeting.png", "quarterly-budget-meeting-2.png"]
+        for name in [tool_name(1), *fitting]:
+            self.put(name, 0)
+        out = self.lines("--all", "--rename", tool_name(1), *fitting)
+        self.assertEqual([new for _, new in out], ["quarterly-budget-meeting-3.png", *fitting])
+
     def test_a_name_that_becomes_free_is_given_again(self):
         for number in range(3):
             self.put(tool_name(number), 0)

@@ -110,6 +110,9 @@ private Q_SLOTS:
         QCOMPARE(IniText::changed({}, changes), QByteArray("[General]\na=1\nb=2\n"));
         QCOMPARE(IniText::changed("[Other]\nx=1\n", changes),
                  QByteArray("[General]\na=1\nb=2\n[Other]\nx=1\n"));
+        // Keys without a header belong to General.
+        QCOMPARE(IniText::changed("x=1\n", changes, "Other"),
+                 QByteArray("x=1\n[Other]\na=1\nb=2\n"));
     }
 
     void aKeyThatStandsThereTwiceCountsOnceAndIsWrittenOnce()

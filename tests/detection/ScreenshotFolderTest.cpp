@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "detection/ScreenshotFolder.h"
 
+#include "detection/ScreenshotFolderResolver.h"
+
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
 #include "tests/world/TestProgram.h"
@@ -130,6 +132,16 @@ private Q_SLOTS:
         QVERIFY(told >= 1);
         preferences.change(u"/srv/three"_s);
         QVERIFY(Waiting::staysTrue([&] { return changes.size() == told; }, 100ms));
+    }
+
+    void whatIsNoFolderIsNoFirstAnswerEither()
+    {
+        const QTemporaryDir directory;
+        SlowPreferences preferences;
+        preferences.storedLocation = directory.filePath(u"shot.png"_s);
+        QVERIFY(FolderActions::write(preferences.storedLocation));
+        ScreenshotFolder folder(preferences);
+        QCOMPARE(folder.current(), ScreenshotFolderResolver::defaultFolder());
     }
 
     void whatIsNoFolderIsNoAnswer()

@@ -15,6 +15,8 @@
 #include <QLabel>
 #include <QShortcut>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -32,7 +34,7 @@ constexpr Qt::WindowFlags windowKind = Qt::Dialog | Qt::CustomizeWindowHint | Qt
 Alert::Alert(const QString &title, const QString &message, QWidget *window)
     : QDialog(window, windowKind)
 {
-    auto *ok = new BezelButton(QStringLiteral("OK"));
+    auto *ok = new BezelButton(u"OK"_s);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     build(title, message, {ok});
@@ -55,7 +57,7 @@ QLabel *Alert::build(const QString &title, const QString &message,
                      const QList<QPushButton *> &buttons)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(QStringLiteral("Velmora"));
+    setWindowTitle(u"Velmora"_s);
     setAccessibleRole(*this, QAccessible::AlertMessage);
     setAccessibleDescription(title + u' ' + message);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
@@ -81,8 +83,8 @@ QLabel *Alert::build(const QString &title, const QString &message,
     grid->setHorizontalSpacing(16);
     grid->setVerticalSpacing(6);
     grid->setSizeConstraint(QLayout::SetFixedSize);
-    grid->addWidget(new SymbolView(VelmoraAssets::logoImage(), logoSide, QStringLiteral("Velmora")),
-                    0, 0, 2, 1, Qt::AlignTop);
+    grid->addWidget(new SymbolView(VelmoraAssets::logoImage(), logoSide, u"Velmora"_s), 0, 0, 2, 1,
+                    Qt::AlignTop);
     grid->addWidget(titleLabel, 0, 1);
     grid->addWidget(messageLabel, 1, 1);
     grid->setRowMinimumHeight(2, 8);

@@ -4,15 +4,17 @@
 #include <QAbstractItemView>
 #include <QShortcut>
 
+using namespace Qt::StringLiterals;
+
 FolderPanel::FolderPanel(const QUrl &start, QWidget *window)
-    : QFileDialog(window, QStringLiteral("Choose Screenshot Folder"))
+    : QFileDialog(window, u"Choose Screenshot Folder"_s)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setFileMode(QFileDialog::Directory);
     setOptions(QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
-    setSupportedSchemes({QStringLiteral("file")});
-    setLabelText(QFileDialog::Accept, QStringLiteral("Use Folder"));
+    setSupportedSchemes({u"file"_s});
+    setLabelText(QFileDialog::Accept, u"Use Folder"_s);
     setDirectoryUrl(start);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     leaveFilesAlone();

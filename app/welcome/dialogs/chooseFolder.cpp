@@ -5,6 +5,8 @@
 #include "app/welcome/dialogs/FolderPanel.h"
 #include "app/welcome/dialogs/folderRefusal.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -15,10 +17,9 @@ void openPanel(QWidget &window, const QUrl &current, const QUrl &start, const On
 void refuse(QWidget &window, const QUrl &current, const QUrl &start, const QString &reason,
             const OnChosen &onChosen)
 {
-    auto *alert = new Alert(
-        QStringLiteral("This folder can't be used"),
-        reason + QStringLiteral(" Velmora goes on watching %1.").arg(current.toLocalFile()),
-        &window);
+    auto *alert =
+        new Alert(u"This folder can't be used"_s,
+                  reason + u" Velmora goes on watching %1."_s.arg(current.toLocalFile()), &window);
     QObject::connect(alert, &QDialog::finished, &window, [&window, current, start, onChosen] {
         openPanel(window, current, start, onChosen);
     });

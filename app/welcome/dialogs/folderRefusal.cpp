@@ -3,19 +3,20 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 std::optional<QString> folderRefusal(const QUrl &folder)
 {
     if (!folder.isLocalFile() || !folder.host().isEmpty()) {
-        return QStringLiteral("%1 is not on this computer. Velmora can only watch a folder on one "
-                              "of its own disks.")
-            .arg(folder.toDisplayString(QUrl::PreferLocalFile));
+        return u"%1 is not on this computer. Velmora can only watch a folder on one "
+               "of its own disks."_s.arg(folder.toDisplayString(QUrl::PreferLocalFile));
     }
     const QFileInfo entry(folder.toLocalFile());
     if (!entry.exists())
-        return QStringLiteral("There is no folder %1.").arg(entry.filePath());
+        return u"There is no folder %1."_s.arg(entry.filePath());
     if (!entry.isDir())
-        return QStringLiteral("%1 is not a folder.").arg(entry.filePath());
+        return u"%1 is not a folder."_s.arg(entry.filePath());
     if (!entry.isReadable() || !entry.isExecutable())
-        return QStringLiteral("You do not have permission to open %1.").arg(entry.filePath());
+        return u"You do not have permission to open %1."_s.arg(entry.filePath());
     return std::nullopt;
 }

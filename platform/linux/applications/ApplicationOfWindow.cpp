@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -57,7 +59,7 @@ bool isToolOrShell(const QString &name)
 /// The id of the sandbox that the process runs in.
 QString sandboxId(qint64 processId)
 {
-    QFile info(QStringLiteral("/proc/%1/root/.flatpak-info").arg(processId));
+    QFile info(u"/proc/%1/root/.flatpak-info"_s.arg(processId));
     if (processId <= 0 || !info.open(QFile::ReadOnly))
         return {};
     bool inGroup = false;
@@ -74,7 +76,7 @@ QString sandboxId(qint64 processId)
 /// Child processes inherit the record, so it counts only when it names this very process.
 QString launchedEntry(qint64 processId)
 {
-    QFile file(QStringLiteral("/proc/%1/environ").arg(processId));
+    QFile file(u"/proc/%1/environ"_s.arg(processId));
     if (processId <= 0 || !file.open(QFile::ReadOnly))
         return {};
     QByteArray path;
@@ -92,7 +94,7 @@ QString launchedEntry(qint64 processId)
 QString bareId(const QString &noted)
 {
     const QString name = QFileInfo(noted).fileName();
-    const QString suffix = QStringLiteral(".desktop");
+    const QString suffix = u".desktop"_s;
     return name.endsWith(suffix) ? name.chopped(suffix.size()) : name;
 }
 

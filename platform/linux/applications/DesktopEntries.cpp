@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <time.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -68,7 +70,7 @@ void DesktopEntries::readFolder(const QString &folder, const QString &idPrefix, 
     m_folderTimes[folder] = justChanged ? uncertain : time;
     if (time == absent)
         return;
-    const QString suffix = QStringLiteral(".desktop");
+    const QString suffix = u".desktop"_s;
     const QDir::Filters filters = QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Readable;
     for (const QFileInfo &info : QDir(folder).entryInfoList(filters, QDir::Name)) {
         const QString name = info.fileName();

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -63,8 +65,8 @@ QByteArray unescaped(const QByteArray &value)
 
 QString withHome(QString value)
 {
-    value.replace(QStringLiteral("${HOME}"), QDir::homePath());
-    return value.replace(QStringLiteral("$HOME"), QDir::homePath());
+    value.replace(u"${HOME}"_s, QDir::homePath());
+    return value.replace(u"$HOME"_s, QDir::homePath());
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 
 /// The plain "key=value" files, with or without groups, in which KDE and Xfce programs keep their
 /// settings. Only regular files of a plausible size are read. Any thread; blocks on the file.
+///
+/// GLib's GKeyFile reads neither entries before the first group nor KDE's marked keys ("key[$e]").
 namespace KeyFile
 {
 

@@ -8,6 +8,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -36,7 +38,7 @@ namespace UserDirectories
 QString file()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/user-dirs.dirs");
+           u"/user-dirs.dirs"_s;
 }
 
 std::optional<QString> folder(const QString &name)
@@ -45,7 +47,7 @@ std::optional<QString> folder(const QString &name)
     if (!value || value->size() < 2 || !value->startsWith(u'"') || !value->endsWith(u'"'))
         return std::nullopt;
     QString path = value->mid(1, value->size() - 2);
-    if (path == QStringLiteral("$HOME") || path.startsWith(QStringLiteral("$HOME/")))
+    if (path == u"$HOME"_s || path.startsWith(u"$HOME/"_s))
         path.replace(0, 5, QDir::homePath());
     return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
 }

@@ -3,13 +3,15 @@
 
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 /// The command takes values in text form: a string is in quotes.
 QString quoted(QString value)
 {
-    value.replace(u'\\', QStringLiteral("\\\\")).replace(u'\'', QStringLiteral("\\'"));
+    value.replace(u'\\', u"\\\\"_s).replace(u'\'', u"\\'"_s);
     return u'\'' + value + u'\'';
 }
 
@@ -20,12 +22,12 @@ namespace GSettings
 
 QList<SystemCommand> storeString(const FollowedSetting::Name &name, const QString &value)
 {
-    const QString executable = QStandardPaths::findExecutable(QStringLiteral("gsettings"));
+    const QString executable = QStandardPaths::findExecutable(u"gsettings"_s);
     if (executable.isEmpty())
         return {};
     return {{executable,
-             {QStringLiteral("set"), QString::fromLatin1(name.schema),
-              QString::fromLatin1(name.key), quoted(value)}}};
+             {u"set"_s, QString::fromLatin1(name.schema), QString::fromLatin1(name.key),
+              quoted(value)}}};
 }
 
 } // namespace GSettings

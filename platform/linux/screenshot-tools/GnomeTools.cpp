@@ -9,12 +9,14 @@
 #include <QFileInfo>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace GnomeTools
 {
 
 Folder picturesOrHome()
 {
-    return UserDirectories::folder(QStringLiteral("PICTURES")).value_or(QDir::homePath());
+    return UserDirectories::folder(u"PICTURES"_s).value_or(QDir::homePath());
 }
 
 // gnome-screenshot, which Cinnamon's shortcuts run.
@@ -70,7 +72,7 @@ QList<SystemCommand> storeElementaryFolder(const QString &path)
 
 Folder desktopFolder()
 {
-    return UserDirectories::folder(QStringLiteral("DESKTOP"));
+    return UserDirectories::folder(u"DESKTOP"_s);
 }
 
 Folder mateFolder(const Folder &setting)

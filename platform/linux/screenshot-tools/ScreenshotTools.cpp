@@ -12,6 +12,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -43,7 +45,7 @@ Commands noSetting(const QString &)
 QString xfceFile()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/xfce4/xfce4-screenshooter");
+           u"/xfce4/xfce4-screenshooter"_s;
 }
 
 Folder xfceFolder(const Folder &)
@@ -79,18 +81,18 @@ Folder cosmicFolder(const Folder &)
 
 Folder grimFolder(const Folder &)
 {
-    if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
+    if (const Folder screenshots = UserDirectories::folder(u"SCREENSHOTS"_s))
         return screenshots;
     for (const char *name : {"XDG_SCREENSHOTS_DIR", "HYPRSHOT_DIR", "GRIM_DEFAULT_DIR"}) {
         if (const QString path = qEnvironmentVariable(name); !path.isEmpty())
             return UserDirectories::ofThisMachine(path);
     }
-    return UserDirectories::folder(QStringLiteral("PICTURES"));
+    return UserDirectories::folder(u"PICTURES"_s);
 }
 
 Commands storeGrimFolder(const QString &path)
 {
-    UserDirectories::store(QStringLiteral("SCREENSHOTS"), path);
+    UserDirectories::store(u"SCREENSHOTS"_s, path);
     return {};
 }
 
@@ -105,7 +107,7 @@ Folder niriFolder(const Folder &)
 
 Folder saidFolder(const Folder &)
 {
-    if (const Folder screenshots = UserDirectories::folder(QStringLiteral("SCREENSHOTS")))
+    if (const Folder screenshots = UserDirectories::folder(u"SCREENSHOTS"_s))
         return screenshots;
     return UserDirectories::ofThisMachine(qEnvironmentVariable("XDG_SCREENSHOTS_DIR"));
 }

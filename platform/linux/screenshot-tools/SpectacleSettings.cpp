@@ -7,6 +7,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -24,12 +26,11 @@ std::optional<QString> value(const char *group, const char *key)
 /// KDE's own tool writes the file under the lock that its programs respect.
 QList<SystemCommand> write(const QString &group, const QString &key, const QString &value)
 {
-    for (const QString &name : {QStringLiteral("kwriteconfig6"), QStringLiteral("kwriteconfig5")}) {
+    for (const QString &name : {u"kwriteconfig6"_s, u"kwriteconfig5"_s}) {
         const QString tool = QStandardPaths::findExecutable(name);
         if (!tool.isEmpty())
             return {{tool,
-                     {QStringLiteral("--file"), QStringLiteral("spectaclerc"),
-                      QStringLiteral("--group"), group, QStringLiteral("--key"), key, value}}};
+                     {u"--file"_s, u"spectaclerc"_s, u"--group"_s, group, u"--key"_s, key, value}}};
     }
     return {};
 }
@@ -42,7 +43,7 @@ namespace SpectacleSettings
 QString file()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/spectaclerc");
+           u"/spectaclerc"_s;
 }
 
 std::optional<QString> folder()
@@ -57,21 +58,20 @@ std::optional<QString> folder()
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     if (const auto frozenName = value("ImageSave", "translatedScreenshotsFolder"))
         return QString(pictures + u'/' + *frozenName);
-    return isPlasma6() ? QString(pictures + QStringLiteral("/Screenshots")) : pictures;
+    return isPlasma6() ? QString(pictures + u"/Screenshots"_s) : pictures;
 }
 
 QList<SystemCommand> storeFolder(const QString &path)
 {
     const QString url = QUrl::fromLocalFile(path + u'/').toString(QUrl::FullyEncoded);
     if (isPlasma6())
-        return write(QStringLiteral("ImageSave"), QStringLiteral("imageSaveLocation"), url);
-    return write(QStringLiteral("Save"), QStringLiteral("defaultSaveLocation"), url);
+        return write(u"ImageSave"_s, u"imageSaveLocation"_s, url);
+    return write(u"Save"_s, u"defaultSaveLocation"_s, url);
 }
 
 QList<SystemCommand> saveAtOnce()
 {
-    return write(QStringLiteral("General"), QStringLiteral("autoSaveImage"),
-                 QStringLiteral("true"));
+    return write(u"General"_s, u"autoSaveImage"_s, u"true"_s);
 }
 
 } // namespace SpectacleSettings

@@ -6,11 +6,12 @@
 
 #include <libintl.h>
 
+using namespace Qt::StringLiterals;
+
 QString Translations::translated(const char *catalogue, const char *text)
 {
-    const QStringList folders =
-        QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("locale"),
-                                  QStandardPaths::LocateDirectory);
+    const QStringList folders = QStandardPaths::locateAll(
+        QStandardPaths::GenericDataLocation, u"locale"_s, QStandardPaths::LocateDirectory);
     ::bind_textdomain_codeset(catalogue, "UTF-8");
     for (const QString &folder : folders) {
         ::bindtextdomain(catalogue, QFile::encodeName(folder).constData());

@@ -10,6 +10,8 @@
 #include <chrono>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -19,12 +21,12 @@ constexpr QStringView actions[] = {u"recent", u"undo", u"instant", u"reveal", u"
 
 QString busName()
 {
-    return QStringLiteral("app.velmora.Velmora");
+    return u"app.velmora.Velmora"_s;
 }
 
 QString objectPath()
 {
-    return QStringLiteral("/app/velmora/Velmora");
+    return u"/app/velmora/Velmora"_s;
 }
 
 /// The other process went away before or during the call. A call that timed out looks the same.
@@ -46,8 +48,7 @@ ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
     // The object is registered before the name, so that a process that sees the name can call it.
     m_bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
     QDBusMessage activate = QDBusMessage::createMethodCall(
-        busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
-        QStringLiteral("Activate"));
+        busName(), objectPath(), u"org.freedesktop.Application"_s, u"Activate"_s);
     activate.setAutoStartService(false);
     activate << token.platformData();
     QDeadlineTimer deadline(answerTime);
@@ -81,7 +82,7 @@ void ApplicationOnBus::ActivateAction(const QString &name, const QVariantList &,
                                       const QVariantMap &platformData)
 {
     if (std::find(std::begin(actions), std::end(actions), name) == std::end(actions)) {
-        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No such action: ") + name);
+        sendErrorReply(QDBusError::InvalidArgs, u"No such action: "_s + name);
         return;
     }
     Q_EMIT actionActivated(name, LaunchToken::fromPlatformData(platformData));

@@ -17,6 +17,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -150,8 +152,8 @@ ApplicationOnSocket::Claim ApplicationOnSocket::claim(const LaunchToken &token)
     const QString folder = privateFolder();
     if (folder.isEmpty())
         return Claim::Impossible;
-    const QString socketPath = folder + QStringLiteral("/velmora.socket");
-    m_lock = std::make_unique<QLockFile>(folder + QStringLiteral("/velmora.lock"));
+    const QString socketPath = folder + u"/velmora.socket"_s;
+    m_lock = std::make_unique<QLockFile>(folder + u"/velmora.lock"_s);
     // A running process still holds this lock, however old it is.
     m_lock->setStaleLockTime(0);
     QDeadlineTimer deadline(answerTime);

@@ -13,6 +13,7 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -23,12 +24,12 @@ constexpr std::chrono::milliseconds askAgainAfter[] = {2s, 5s, 10s, 20s, 30s};
 
 QString watcherName()
 {
-    return QStringLiteral("org.kde.StatusNotifierWatcher");
+    return u"org.kde.StatusNotifierWatcher"_s;
 }
 
 QString watcherPath()
 {
-    return QStringLiteral("/StatusNotifierWatcher");
+    return u"/StatusNotifierWatcher"_s;
 }
 
 /// The bus replies with this when the service does not run and was not to be started.
@@ -74,8 +75,8 @@ void StatusNotifierSearch::listenToBus()
             &StatusNotifierSearch::askForHost);
     connect(names, &QDBusServiceWatcher::serviceUnregistered, this,
             [this] { m_hasWatcher = false; });
-    bus.connect(watcherName(), watcherPath(), watcherName(),
-                QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(askForHost()));
+    bus.connect(watcherName(), watcherPath(), watcherName(), u"StatusNotifierHostRegistered"_s,
+                this, SLOT(askForHost()));
     for (const std::chrono::milliseconds delay : askAgainAfter)
         QTimer::singleShot(delay, this, &StatusNotifierSearch::askForHost);
     askForHost();
@@ -86,10 +87,9 @@ void StatusNotifierSearch::askForHost()
     if (m_isFound)
         return;
     QDBusMessage question = QDBusMessage::createMethodCall(
-        watcherName(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
-        QStringLiteral("Get"));
+        watcherName(), watcherPath(), u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     question.setAutoStartService(false);
-    question << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+    question << watcherName() << u"IsStatusNotifierHostRegistered"_s;
     auto *call =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {

@@ -3,6 +3,8 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -13,7 +15,7 @@ constexpr char startupVariable[] = "DESKTOP_STARTUP_ID";
 /// with can still be read.
 QString launchVariable(const QByteArray &name)
 {
-    QFile environment(QStringLiteral("/proc/self/environ"));
+    QFile environment(u"/proc/self/environ"_s);
     if (!environment.open(QFile::ReadOnly))
         return {};
     const QByteArray beginning = name + '=';
@@ -26,12 +28,12 @@ QString launchVariable(const QByteArray &name)
 
 QString activationKey()
 {
-    return QStringLiteral("activation-token");
+    return u"activation-token"_s;
 }
 
 QString startupKey()
 {
-    return QStringLiteral("desktop-startup-id");
+    return u"desktop-startup-id"_s;
 }
 
 } // namespace
