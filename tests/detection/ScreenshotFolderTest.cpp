@@ -2,7 +2,6 @@
 #include "detection/ScreenshotFolder.h"
 
 #include "detection/ScreenshotFolderResolver.h"
-
 #include "tests/detection/FolderActions.h"
 #include "tests/detection/RememberedPreferences.h"
 #include "tests/world/TestProgram.h"
@@ -137,9 +136,10 @@ private Q_SLOTS:
     void whatIsNoFolderIsNoFirstAnswerEither()
     {
         const QTemporaryDir directory;
+        const QString file = directory.filePath(u"shot.png"_s);
+        QVERIFY(FolderActions::write(file));
         SlowPreferences preferences;
-        preferences.storedLocation = directory.filePath(u"shot.png"_s);
-        QVERIFY(FolderActions::write(preferences.storedLocation));
+        preferences.storedLocation = file;
         ScreenshotFolder folder(preferences);
         QCOMPARE(folder.current(), ScreenshotFolderResolver::defaultFolder());
     }
