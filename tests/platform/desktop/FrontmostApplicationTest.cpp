@@ -200,7 +200,7 @@ private Q_SLOTS:
         QTRY_COMPARE(lastActivated(), (Application{setting("Paint Box"), setting("paint")}));
         m_activated->clear();
         activateUnheard(fox);
-        QCOMPARE(m_front->current(), (Application{setting("Fox Browser"), setting("fox")}));
+        QTRY_COMPARE(m_front->current(), (Application{setting("Fox Browser"), setting("fox")}));
         QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
     }
 
@@ -213,7 +213,8 @@ private Q_SLOTS:
         m_activated->clear();
         // All of it before the program learns of the first change.
         activateUnheard(paint);
-        QCOMPARE(m_front->current(), (Application{setting("Paint Box"), setting("paint")}));
+        // A busy X server may answer too late for the first time.
+        QTRY_COMPARE(m_front->current(), (Application{setting("Paint Box"), setting("paint")}));
         activateUnheard(fox);
         QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
     }
