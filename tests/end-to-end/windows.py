@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: MIT
 """The program's own windows, for cases that examine them."""
 
+import contextlib
+import subprocess
+
 import desktop
 
 WELCOME = "Velmora"
@@ -26,8 +29,10 @@ class ProgramWindows:
         for window in desktop.windows_of(self.velmora.pid):
             if title_of(window) != title or is_dialog(window):
                 continue
-            if desktop.geometry(window)[3] >= LOWEST_WINDOW:
-                return window
+            # It may have been closed since it was listed.
+            with contextlib.suppress(subprocess.CalledProcessError):
+                if desktop.geometry(window)[3] >= LOWEST_WINDOW:
+                    return window
         return None
 
     def dialogs(self):
