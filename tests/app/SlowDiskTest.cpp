@@ -135,6 +135,7 @@ private Q_SLOTS:
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         AppRig rig;
         rig.launch();
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
         takeAside(rig, u"First.png"_s);
         QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
         press(u"Dismiss"_s);
@@ -169,6 +170,7 @@ private Q_SLOTS:
         rig.launch();
         const QByteArrayList calls = SlowDisk::mainThreadCalls();
         QVERIFY2(SlowDisk::mainThreadDelay() <= longestTurn, calls.join('\n').constData());
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
         takeAside(rig, u"First.png"_s);
         QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"safari-harvest-festival-invitation.png"_s,
                                   patience);
@@ -180,6 +182,7 @@ private Q_SLOTS:
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         AppRig rig;
         rig.launch();
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
         takeAside(rig, u"First.png"_s);
         QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
 
