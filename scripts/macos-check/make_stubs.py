@@ -17,7 +17,7 @@ import sys
 FRAMEWORKS = {"Foundation": "C", "AppKit": "C", "Vision": "A", "ServiceManagement": "A",
               "CoreGraphics": "A", "CoreFoundation": "A"}
 LIBRARIES = "/usr/lib/x86_64-linux-gnu"
-QT_MODULES = "Core Gui Widgets Svg Concurrent Network Test".split()
+QT_MODULES = "Core Gui Widgets Svg Sql Concurrent Network Test".split()
 STUB = """--- !tapi-tbd
 tbd-version: 4
 targets: [ arm64-macos ]
