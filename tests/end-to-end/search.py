@@ -17,7 +17,7 @@ DATABASE = pathlib.Path(os.environ["XDG_DATA_HOME"], "velmora", "search.db")
 # Occurs in the page's text and in no name.
 WORD = "treasurer"
 QUESTION = "Search the text of your screenshots?"
-READING_SECONDS = 60
+READING_SECONDS = 240
 SERVICE = "app.velmora.Velmora.Search"
 SHELL_PATH = "/app/velmora/Velmora/SearchProvider"
 SHELL = "org.gnome.Shell.SearchProvider2."
