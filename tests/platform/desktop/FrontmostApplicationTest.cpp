@@ -208,6 +208,9 @@ private Q_SLOTS:
     {
         const Terminal paint(setting("x"), setting("paint"));
         const Terminal fox(setting("x"), setting("Fox-esr"));
+        // The case before may have ended with the other one.
+        paint.activate();
+        QTRY_COMPARE(lastActivated(), (Application{setting("Paint Box"), setting("paint")}));
         fox.activate();
         QTRY_COMPARE(lastActivated(), (Application{setting("Fox Browser"), setting("fox")}));
         m_activated->clear();
