@@ -2,21 +2,12 @@
 #include "imaging/decodePng.h"
 
 #include "imaging/PictureSink.h"
+#include "imaging/PngReader.h"
 
 #include <QIODevice>
 
-#include <memory>
-#include <png.h>
-
 namespace
 {
-
-void fail(png_structp png, png_const_charp)
-{
-    png_longjmp(png, 1);
-}
-
-void ignore(png_structp, png_const_charp) {}
 
 void readBytes(png_structp png, png_bytep to, std::size_t size)
 {
@@ -24,19 +15,6 @@ void readBytes(png_structp png, png_bytep to, std::size_t size)
     if (file->read(reinterpret_cast<char *>(to), qint64(size)) != qint64(size))
         png_error(png, "cut short");
 }
-
-/// The library's reader with its information about the picture.
-struct Reader {
-    Reader() : png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore))
-    {
-        info = png ? png_create_info_struct(png) : nullptr;
-    }
-    ~Reader() { png_destroy_read_struct(&png, &info, nullptr); }
-    Q_DISABLE_COPY_MOVE(Reader)
-
-    png_structp png;
-    png_infop info;
-};
 
 /// Texts, profiles and the like are not even read into memory: a small file may hold gigabytes of
 /// them.
@@ -110,7 +88,7 @@ bool read(png_structp png, png_infop info, PictureSink &sink)
 
 bool decodePng(QIODevice &file, PictureSink &sink)
 {
-    const Reader reader;
+    const PngReader reader;
     if (!reader.info)
         return false;
     png_set_read_fn(reader.png, &file, readBytes);

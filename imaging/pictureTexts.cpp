@@ -2,9 +2,9 @@
 #include "imaging/pictureTexts.h"
 
 #include "imaging/DescriptorDevice.h"
+#include "imaging/PngReader.h"
 
 #include <cstring>
-#include <png.h>
 
 namespace
 {
@@ -22,13 +22,6 @@ struct Source {
     qint64 bytesLeft = mostBytes;
 };
 
-void fail(png_structp png, png_const_charp)
-{
-    png_longjmp(png, 1);
-}
-
-void ignore(png_structp, png_const_charp) {}
-
 void readBytes(png_structp png, png_bytep to, std::size_t size)
 {
     auto *source = static_cast<Source *>(png_get_io_ptr(png));
@@ -37,18 +30,6 @@ void readBytes(png_structp png, png_bytep to, std::size_t size)
         source->file.read(reinterpret_cast<char *>(to), qint64(size)) != qint64(size))
         png_error(png, "no more");
 }
-
-struct Reader {
-    Reader() : png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignore))
-    {
-        info = png ? png_create_info_struct(png) : nullptr;
-    }
-    ~Reader() { png_destroy_read_struct(&png, &info, nullptr); }
-    Q_DISABLE_COPY_MOVE(Reader)
-
-    png_structp png;
-    png_infop info;
-};
 
 void keepTextsAlone(png_structp png)
 {
@@ -86,7 +67,7 @@ QString textOf(const png_text &text)
 PictureTexts pictureTexts(int descriptor)
 {
     Source source(descriptor);
-    const Reader reader;
+    const PngReader reader;
     if (!reader.info)
         return {};
     png_set_read_fn(reader.png, &source, readBytes);
