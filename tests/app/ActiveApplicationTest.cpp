@@ -10,19 +10,6 @@
 namespace
 {
 
-class SteeredFrontmostApplication : public FrontmostApplication
-{
-public:
-    std::optional<Application> current() override { return inFront; }
-    void bringToFront(const Application &application)
-    {
-        inFront = application;
-        Q_EMIT activated(application);
-    }
-
-    std::optional<Application> inFront;
-};
-
 Application application(const char *name, const char *identifier)
 {
     return {QString::fromLatin1(name), QString::fromLatin1(identifier)};
@@ -37,14 +24,14 @@ class ActiveApplicationTest : public QObject
 private Q_SLOTS:
     void withNothingInFrontTheNameIsScreenshot()
     {
-        SteeredFrontmostApplication frontmost;
+        FakeFrontmostApplication frontmost;
         QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("screenshot"));
         QVERIFY(!ActiveApplication(frontmost).isTold());
     }
 
     void theApplicationInFrontAtTheStartCounts()
     {
-        SteeredFrontmostApplication frontmost;
+        FakeFrontmostApplication frontmost;
         frontmost.inFront = application("Writer", "org.example.Writer");
         QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("Writer"));
         QVERIFY(ActiveApplication(frontmost).isTold());
@@ -52,7 +39,7 @@ private Q_SLOTS:
 
     void anActivationCountsOnceObserved()
     {
-        SteeredFrontmostApplication frontmost;
+        FakeFrontmostApplication frontmost;
         ActiveApplication active(frontmost);
         frontmost.bringToFront(application("Writer", "org.example.Writer"));
         QCOMPARE(active.lastActiveAppName(), QStringLiteral("screenshot"));
@@ -63,7 +50,7 @@ private Q_SLOTS:
 
     void anApplicationThatTheDesktopDoesNotNameTakesThePlaceOfTheLastOne()
     {
-        SteeredFrontmostApplication frontmost;
+        FakeFrontmostApplication frontmost;
         ActiveApplication active(frontmost);
         active.observe();
         frontmost.bringToFront(application("Writer", "org.example.Writer"));
@@ -73,7 +60,7 @@ private Q_SLOTS:
 
     void systemComponentsAndVelmoraItselfKeepTheFormerName()
     {
-        SteeredFrontmostApplication frontmost;
+        FakeFrontmostApplication frontmost;
         ActiveApplication active(frontmost);
         active.observe();
         frontmost.bringToFront(application("Writer", "org.example.Writer"));
@@ -122,3 +109,4 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ActiveApplicationTest)
 #include "ActiveApplicationTest.moc"
+#include "tests/fakes/FakeFrontmostApplication.h"

@@ -4,6 +4,8 @@
 #include "app/VelmoraApp.h"
 #include "filesystem/FileUrls.h"
 #include "platform/Platform.h"
+#include "tests/fakes/FakeFrontmostApplication.h"
+#include "tests/fakes/FakePasteboard.h"
 #include "tests/files/LogTail.h"
 #include "tray/ScreenshotRowView.h"
 
@@ -12,20 +14,11 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QThread>
 
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-
-/// An application in front, chosen by the test.
-class SteeredFrontmostApplication : public FrontmostApplication
-{
-public:
-    std::optional<Application> current() override { return inFront; }
-
-    std::optional<Application> inFront =
-        Application{QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
-};
 
 /// Reads one text out of every picture, once the test allows it.
 class SteeredTextRecognizer : public TextRecognizer
@@ -67,38 +60,18 @@ private:
     QList<Page> m_pages;
 };
 
-/// Records what is put on the clipboard.
-class RecordingPasteboard : public Pasteboard
-{
-public:
-    void clear() override { ++changes; }
-    bool write(PasteboardContents contents) override
-    {
-        ++changes;
-        written = std::move(contents);
-        return true;
-    }
-    void fileMoved(const QUrl &from, const QUrl &to) override
-    {
-        if (written.file == from)
-            written.file = to;
-    }
-
-    int changes = 0;
-    PasteboardContents written;
-};
-
 /// The coordinator on the real platform, except for what the test controls.
 class AppRig
 {
 public:
     AppRig() : platform(nativePlatform())
     {
-        frontmost = new SteeredFrontmostApplication;
+        frontmost = new FakeFrontmostApplication;
+        frontmost->inFront = {QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
         platform.frontmostApplication.reset(frontmost);
         recognizer = new SteeredTextRecognizer;
         platform.textRecognizer.reset(recognizer);
-        pasteboard = new RecordingPasteboard;
+        pasteboard = new FakePasteboard;
         platform.pasteboard.reset(pasteboard);
     }
     ~AppRig() { recognizer->letRead(); }
@@ -119,6 +92,14 @@ public:
         return FileUrls::fromPath(path);
     }
 
+    /// The same on another thread: another program's disk calls must not count as ours.
+    void takeAside(const QString &name) const
+    {
+        const std::unique_ptr<QThread> tool(QThread::create([this, name] { take(name); }));
+        tool->start();
+        tool->wait();
+    }
+
     static QString folder() { return QDir::homePath() + QStringLiteral("/Desktop"); }
 
     static QStringList filesInFolder() { return QDir(folder()).entryList(QDir::Files); }
@@ -129,6 +110,17 @@ public:
         for (const QWidget *window : QApplication::topLevelWidgets())
             rows += window->findChildren<ScreenshotRowView *>();
         return rows;
+    }
+
+    /// The file name of the topmost row; empty without a row.
+    static QString newestName()
+    {
+        const QList<ScreenshotRowView *> shown = rows();
+        const auto newest =
+            std::min_element(shown.begin(), shown.end(), [](const auto *one, const auto *other) {
+                return one->y() < other->y();
+            });
+        return newest == shown.end() ? QString() : (*newest)->fileURL().fileName();
     }
 
     /// Whether the row has something to undo.
@@ -150,9 +142,9 @@ public:
     }
 
     Platform platform;
-    SteeredFrontmostApplication *frontmost;
+    FakeFrontmostApplication *frontmost;
     SteeredTextRecognizer *recognizer;
-    RecordingPasteboard *pasteboard;
+    FakePasteboard *pasteboard;
     std::unique_ptr<VelmoraApp> app;
     LogTail log;
 };

@@ -6,9 +6,7 @@
 #include "tests/world/Waiting.h"
 
 #include <QTest>
-#include <QThread>
 
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -17,23 +15,6 @@ namespace
 {
 
 constexpr qsizetype mostCalls = 8;
-
-/// Takes it on another thread, because another program's disk calls must not count as ours.
-void takeAside(const AppRig &rig, const QString &name)
-{
-    const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));
-    tool->start();
-    tool->wait();
-}
-
-QString newestName()
-{
-    const QList<ScreenshotRowView *> rows = AppRig::rows();
-    const auto newest =
-        std::min_element(rows.begin(), rows.end(),
-                         [](const auto *one, const auto *other) { return one->y() < other->y(); });
-    return newest == rows.end() ? QString() : (*newest)->fileURL().fileName();
-}
 
 } // namespace
 
@@ -54,11 +35,11 @@ private Q_SLOTS:
         rig.launch();
         QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
         // The first row creates fonts, symbols and a window that all others use.
-        takeAside(rig, u"First.png"_s);
-        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        rig.takeAside(u"First.png"_s);
+        QTRY_COMPARE(AppRig::newestName(), u"safari-harvest-festival-invitation.png"_s);
         SlowDisk::startCounting();
-        takeAside(rig, u"Second.png"_s);
-        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation-2.png"_s);
+        rig.takeAside(u"Second.png"_s);
+        QTRY_COMPARE(AppRig::newestName(), u"safari-harvest-festival-invitation-2.png"_s);
         QVERIFY(Waiting::settles([] { return SlowDisk::mainThreadCalls().size(); }, 500ms));
         const QByteArrayList calls = SlowDisk::mainThreadCalls();
         qInfo() << calls.size() << "calls";

@@ -35,14 +35,6 @@ QStringList found(const QString &words)
     return names;
 }
 
-class RecordingFileBrowser : public FileBrowser
-{
-public:
-    void reveal(const QUrl &file) override { revealed << file; }
-
-    QList<QUrl> revealed;
-};
-
 RecentScreenshotsWindow *openRecent(const AppRig &rig)
 {
     Q_EMIT rig.platform.runningInstance->actionRequested(u"recent"_s);
@@ -190,7 +182,7 @@ private Q_SLOTS:
     void aResultOfTheDesktopOpensItsPictureOrIsRevealed()
     {
         AppRig rig;
-        auto *browser = new RecordingFileBrowser;
+        auto *browser = new FakeFileBrowser;
         rig.platform.fileBrowser.reset(browser);
         rig.launch();
         const QUrl picture = rig.take(u"old.png"_s);
@@ -229,3 +221,4 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(SearchTest)
 #include "SearchTest.moc"
+#include "tests/fakes/FakeFileBrowser.h"

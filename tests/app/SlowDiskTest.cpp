@@ -56,14 +56,6 @@ private:
     }
 };
 
-/// Takes it on another thread, because another program's disk calls must not count as ours.
-void takeAside(const AppRig &rig, const QString &name)
-{
-    const std::unique_ptr<QThread> tool(QThread::create([&rig, name] { rig.take(name); }));
-    tool->start();
-    tool->wait();
-}
-
 bool existsAside(const QString &path)
 {
     bool exists = false;
@@ -79,15 +71,6 @@ bool existsAside(const QString &path)
 void keepWelcomeClosed(const AppRig &rig)
 {
     Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
-}
-
-QString newestName()
-{
-    const QList<ScreenshotRowView *> rows = AppRig::rows();
-    const auto newest =
-        std::min_element(rows.begin(), rows.end(),
-                         [](const auto *one, const auto *other) { return one->y() < other->y(); });
-    return newest == rows.end() ? QString() : (*newest)->fileURL().fileName();
 }
 
 void makeDisksSlow()
@@ -143,8 +126,8 @@ private Q_SLOTS:
         AppRig rig;
         rig.launch();
         keepWelcomeClosed(rig);
-        takeAside(rig, u"First.png"_s);
-        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        rig.takeAside(u"First.png"_s);
+        QTRY_COMPARE(AppRig::newestName(), u"safari-harvest-festival-invitation.png"_s);
         press(u"Dismiss"_s);
         QTRY_VERIFY(AppRig::rows().isEmpty());
 
@@ -152,9 +135,9 @@ private Q_SLOTS:
         SlowDisk::startCounting();
         Turns turns;
         int copies = rig.pasteboard->changes;
-        takeAside(rig, u"Second.png"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"safari-harvest-festival-invitation-2.png"_s,
-                                  patience);
+        rig.takeAside(u"Second.png"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(AppRig::newestName(),
+                                  u"safari-harvest-festival-invitation-2.png"_s, patience);
         QTRY_VERIFY_WITH_TIMEOUT(rig.pasteboard->changes > copies, patience);
         copies = rig.pasteboard->changes;
         press(u"Copy"_s);
@@ -178,8 +161,8 @@ private Q_SLOTS:
         keepWelcomeClosed(rig);
         const QByteArrayList calls = SlowDisk::mainThreadCalls();
         QVERIFY2(SlowDisk::mainThreadDelay() <= longestTurn, calls.join('\n').constData());
-        takeAside(rig, u"First.png"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"safari-harvest-festival-invitation.png"_s,
+        rig.takeAside(u"First.png"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(AppRig::newestName(), u"safari-harvest-festival-invitation.png"_s,
                                   patience);
         turns.verify();
     }
@@ -190,8 +173,8 @@ private Q_SLOTS:
         AppRig rig;
         rig.launch();
         keepWelcomeClosed(rig);
-        takeAside(rig, u"First.png"_s);
-        QTRY_COMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        rig.takeAside(u"First.png"_s);
+        QTRY_COMPARE(AppRig::newestName(), u"safari-harvest-festival-invitation.png"_s);
 
         makeDisksSlow();
         SlowDisk::startCounting();
@@ -202,12 +185,12 @@ private Q_SLOTS:
         field->selectAll();
         QTest::keyClicks(field, u"Typed name"_s);
         QTest::keyClick(field, Qt::Key_Return);
-        QTRY_COMPARE_WITH_TIMEOUT(newestName(), u"typed-name.png"_s, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(AppRig::newestName(), u"typed-name.png"_s, patience);
         QTRY_VERIFY_WITH_TIMEOUT(rowSays(u"Saved as typed-name.png"_s), patience);
         QVERIFY(existsAside(AppRig::folder() + u"/typed-name.png"_s));
         press(u"Undo"_s);
         QTRY_VERIFY_WITH_TIMEOUT(rowSays(u"Restored"_s), patience);
-        QCOMPARE(newestName(), u"safari-harvest-festival-invitation.png"_s);
+        QCOMPARE(AppRig::newestName(), u"safari-harvest-festival-invitation.png"_s);
         QVERIFY(existsAside(AppRig::folder() + u"/safari-harvest-festival-invitation.png"_s));
         turns.verify();
     }

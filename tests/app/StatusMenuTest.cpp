@@ -10,23 +10,6 @@
 namespace
 {
 
-class RecordingStatusItem : public StatusItem
-{
-public:
-    void show(const QIcon &icon, const QString &text, const QList<QAction *> &items) override
-    {
-        hasIcon = !icon.isNull();
-        toolTip = text;
-        actions = items;
-    }
-    void setTitle(const QString &text) override { title = text; }
-
-    bool hasIcon = false;
-    QString toolTip;
-    QString title;
-    QList<QAction *> actions;
-};
-
 } // namespace
 
 class StatusMenuTest : public QObject
@@ -36,7 +19,7 @@ class StatusMenuTest : public QObject
 private Q_SLOTS:
     void theItemShowsItsSymbolTitleAndToolTip()
     {
-        RecordingStatusItem item;
+        FakeStatusItem item;
         StatusMenu menu(item);
         menu.show();
         QVERIFY(item.hasIcon);
@@ -46,7 +29,7 @@ private Q_SLOTS:
 
     void theItemsStandInTheirOrder()
     {
-        RecordingStatusItem item;
+        FakeStatusItem item;
         StatusMenu menu(item);
         menu.show();
         QStringList titles;
@@ -65,7 +48,7 @@ private Q_SLOTS:
 
     void eachItemAsksForItsCommand()
     {
-        RecordingStatusItem item;
+        FakeStatusItem item;
         StatusMenu menu(item);
         menu.show();
         menu.setUndo(QStringLiteral("Undo Rename"), true);
@@ -86,7 +69,7 @@ private Q_SLOTS:
 
     void undoIsDisabledUntilThereIsSomethingToUndo()
     {
-        RecordingStatusItem item;
+        FakeStatusItem item;
         StatusMenu menu(item);
         menu.show();
         QVERIFY(!item.actions[2]->isEnabled());
@@ -98,3 +81,4 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(StatusMenuTest)
 #include "StatusMenuTest.moc"
+#include "tests/fakes/FakeStatusItem.h"

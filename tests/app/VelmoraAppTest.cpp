@@ -134,13 +134,13 @@ private Q_SLOTS:
         rig.recognizer->mayRead = false;
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
-        QTRY_VERIFY(rig.pasteboard->written.file.has_value());
-        QVERIFY(rig.pasteboard->written.picture->bytes.has_value());
-        QVERIFY(FileUrls::exists(*rig.pasteboard->written.file));
+        QTRY_VERIFY(rig.pasteboard->contents && rig.pasteboard->contents->file);
+        QVERIFY(rig.pasteboard->contents->picture->bytes.has_value());
+        QVERIFY(FileUrls::exists(*rig.pasteboard->contents->file));
         rig.recognizer->letRead();
         const QUrl named = FileUrls::fromPath(
             AppRig::folder() + QStringLiteral("/safari-harvest-festival-invitation.png"));
-        QTRY_COMPARE(*rig.pasteboard->written.file, named);
+        QTRY_COMPARE(*rig.pasteboard->contents->file, named);
         QVERIFY(FileUrls::exists(named));
     }
 

@@ -15,35 +15,14 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Keeps the menu so that the test can examine it.
-class RecordingStatusItem : public StatusItem
-{
-public:
-    void show(const QIcon &, const QString &, const QList<QAction *> &items) override
-    {
-        actions = items;
-    }
-    void setTitle(const QString &) override {}
-
-    QList<QAction *> actions;
-};
-
-class RecordingFileBrowser : public FileBrowser
-{
-public:
-    void reveal(const QUrl &file) override { revealed << file; }
-
-    QList<QUrl> revealed;
-};
-
 class Rig : public AppRig
 {
 public:
     Rig()
     {
-        item = new RecordingStatusItem;
+        item = new FakeStatusItem;
         platform.statusItem.reset(item);
-        browser = new RecordingFileBrowser;
+        browser = new FakeFileBrowser;
         platform.fileBrowser.reset(browser);
     }
 
@@ -67,8 +46,8 @@ public:
         QTRY_COMPARE(filesInFolder(), QStringList(u"safari-harvest-festival-invitation.png"_s));
     }
 
-    RecordingStatusItem *item;
-    RecordingFileBrowser *browser;
+    FakeStatusItem *item;
+    FakeFileBrowser *browser;
 };
 
 } // namespace
@@ -179,3 +158,5 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(WindowsTest)
 #include "WindowsTest.moc"
+#include "tests/fakes/FakeFileBrowser.h"
+#include "tests/fakes/FakeStatusItem.h"

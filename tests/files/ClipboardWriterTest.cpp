@@ -2,7 +2,7 @@
 #include "files/ClipboardWriter.h"
 
 #include "imaging/decodeImage.h"
-#include "tests/files/FakePasteboard.h"
+#include "tests/fakes/FakePasteboard.h"
 #include "tests/files/LogTail.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"

@@ -6,9 +6,9 @@
 #include "filesystem/OpenFile.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
-#include "tests/files/FakeDesktopRecords.h"
-#include "tests/files/FakePasteboard.h"
-#include "tests/files/FakeSystemTrash.h"
+#include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 
@@ -24,12 +24,6 @@ using namespace std::chrono_literals;
 
 namespace
 {
-
-class NoFileBrowser : public FileBrowser
-{
-public:
-    void reveal(const QUrl &) override {}
-};
 
 /// A trash that waits until the test lets it continue.
 class GatedTrash : public FakeSystemTrash
@@ -74,7 +68,7 @@ class ScreenshotActionsTest : public QObject
     std::unique_ptr<TestFiles> m_files;
     GatedTrash m_trash;
     FakePasteboard m_pasteboard;
-    NoFileBrowser m_browser;
+    FakeFileBrowser m_browser;
     FakeDesktopRecords m_records;
     SteeredFileWriters m_writers;
     std::unique_ptr<ScreenshotImages> m_images;
@@ -509,3 +503,4 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ScreenshotActionsTest)
 #include "ScreenshotActionsTest.moc"
+#include "tests/fakes/FakeFileBrowser.h"

@@ -2,7 +2,7 @@
 #include "files/ScreenshotTrash.h"
 
 #include "filesystem/FileUrls.h"
-#include "tests/files/FakeSystemTrash.h"
+#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/LogTail.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"

@@ -27,24 +27,6 @@ namespace
 
 constexpr int patience = 20'000; // milliseconds
 
-/// The real answers, counted; or always "Unknown".
-class CountedFileWriters : public FileWriters
-{
-public:
-    Answer writersOf(int descriptor) override
-    {
-        const Answer answer = unknown ? Answer::Unknown : m_real->writersOf(descriptor);
-        ++asked;
-        return answer;
-    }
-
-    std::atomic_bool unknown = false;
-    std::atomic_int asked = 0;
-
-private:
-    std::unique_ptr<FileWriters> m_real = makeFileWriters();
-};
-
 qsizetype openDescriptors()
 {
     return QDir(QStringLiteral("/dev/fd")).entryList(QDir::Files | QDir::System).size();
@@ -451,3 +433,4 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ScreenshotImagesTest)
 #include "ScreenshotImagesTest.moc"
+#include "tests/fakes/CountedFileWriters.h"

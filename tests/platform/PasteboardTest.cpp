@@ -2,7 +2,7 @@
 #include "platform/Pasteboard.h"
 
 #include "filesystem/FileUrls.h"
-#include "tests/files/FakePasteboard.h"
+#include "tests/fakes/FakePasteboard.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/XClip.h"

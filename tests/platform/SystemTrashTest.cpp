@@ -2,7 +2,7 @@
 #include "platform/SystemTrash.h"
 
 #include "filesystem/FileUrls.h"
-#include "tests/files/FakeSystemTrash.h"
+#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 

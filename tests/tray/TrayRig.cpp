@@ -26,7 +26,7 @@ Platform trayPlatform()
 {
     Platform platform;
     platform.desktopRecords = makeDesktopRecords();
-    platform.fileBrowser = std::make_unique<NotingFileBrowser>();
+    platform.fileBrowser = std::make_unique<FakeFileBrowser>();
     platform.fileWriters = makeFileWriters();
     platform.panelWindow = makePanelWindow();
     platform.pasteboard = makePasteboard();
@@ -38,7 +38,7 @@ Platform trayPlatform()
 
 TrayRig::TrayRig()
     : platform(trayPlatform())
-    , fileBrowser(static_cast<NotingFileBrowser *>(platform.fileBrowser.get()))
+    , fileBrowser(static_cast<FakeFileBrowser *>(platform.fileBrowser.get()))
     , m_images(std::make_unique<ScreenshotImages>(*platform.fileWriters))
     , images(*m_images)
     , actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, images,

@@ -5,6 +5,7 @@
 #include "files/UndoHistory.h"
 #include "imaging/ScreenshotImages.h"
 #include "platform/Platform.h"
+#include "tests/fakes/FakeFileBrowser.h"
 
 #include <QColor>
 #include <QList>
@@ -20,15 +21,6 @@ class PaletteView;
 class QLabel;
 class QWidget;
 class ScreenshotRowView;
-
-/// Records what it is asked to reveal. These tests do not start a file manager.
-class NotingFileBrowser : public FileBrowser
-{
-public:
-    void reveal(const QUrl &file) override { revealed.append(file); }
-
-    QList<QUrl> revealed;
-};
 
 /// The system's services as the tray uses them, and a folder with screenshots.
 class TrayRig
@@ -47,7 +39,7 @@ public:
     ScreenshotPointer open(const QUrl &url);
 
     Platform platform;
-    NotingFileBrowser *fileBrowser;
+    FakeFileBrowser *fileBrowser;
 
 private:
     QTemporaryDir m_folder;

@@ -11,23 +11,6 @@
 namespace
 {
 
-class RecordingLoginItem : public LoginItem
-{
-public:
-    bool isEnabled() const override { return enabled; }
-    std::optional<QString> setEnabled(bool on) override
-    {
-        ++calls;
-        if (!failure)
-            enabled = on;
-        return failure;
-    }
-
-    bool enabled = false;
-    int calls = 0;
-    std::optional<QString> failure;
-};
-
 } // namespace
 
 class LoginItemControllerTest : public QObject
@@ -37,7 +20,7 @@ class LoginItemControllerTest : public QObject
 private Q_SLOTS:
     void theItemIsSwitchedOnAndOff()
     {
-        RecordingLoginItem item;
+        FakeLoginItem item;
         LoginItemController::setEnabled(item, true);
         QVERIFY(item.enabled);
         LoginItemController::setEnabled(item, false);
@@ -46,7 +29,7 @@ private Q_SLOTS:
 
     void aStateThatIsAlreadyThereMakesNoCall()
     {
-        RecordingLoginItem item;
+        FakeLoginItem item;
         LoginItemController::setEnabled(item, false);
         item.enabled = true;
         LoginItemController::setEnabled(item, true);
@@ -55,7 +38,7 @@ private Q_SLOTS:
 
     void aFailureIsLogged()
     {
-        RecordingLoginItem item;
+        FakeLoginItem item;
         item.failure = QStringLiteral("no room ") + QUuid::createUuid().toString();
         const LogTail log;
         LoginItemController::setEnabled(item, true);
@@ -66,3 +49,4 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(LoginItemControllerTest)
 #include "LoginItemControllerTest.moc"
+#include "tests/fakes/FakeLoginItem.h"

@@ -110,7 +110,7 @@ private Q_SLOTS:
         rig.press(u"Start at login"_s);
         QVERIFY(rig.alert().isEmpty());
         QVERIFY(rig.login->enabled);
-        QCOMPARE(rig.login->changes, 4);
+        QCOMPARE(rig.login->calls, 4);
     }
 
     void anExplanationThatIsClosedHasBeenRead()

@@ -6,6 +6,7 @@
 #include "detection/ScreenshotFolder.h"
 #include "platform/Platform.h"
 #include "tests/app/welcome/WelcomeWindowParts.h"
+#include "tests/fakes/FakeLoginItem.h"
 
 #include <QDialog>
 #include <QFileDialog>
@@ -40,21 +41,6 @@ public:
     int thumbnailWrites = 0;
 };
 
-class RecordingLoginItem : public LoginItem
-{
-public:
-    bool isEnabled() const override { return enabled; }
-    std::optional<QString> setEnabled(bool now) override
-    {
-        enabled = now;
-        ++changes;
-        return std::nullopt;
-    }
-
-    bool enabled = false;
-    int changes = 0;
-};
-
 /// The welcome window's controller on services that only record requests, and what a user does to
 /// its windows.
 class WelcomeRig
@@ -65,7 +51,7 @@ public:
         preferences = new RecordingScreenshotPreferences;
         preferences->stored = stored;
         platform.screenshotPreferences.reset(preferences);
-        login = new RecordingLoginItem;
+        login = new FakeLoginItem;
         platform.loginItem.reset(login);
         platform.desktopLimits = std::make_unique<WelcomeWindowParts::SteeredDesktopLimits>();
         folder = std::make_unique<ScreenshotFolder>(*preferences);
@@ -159,7 +145,7 @@ public:
 
     Platform platform;
     RecordingScreenshotPreferences *preferences;
-    RecordingLoginItem *login;
+    FakeLoginItem *login;
     std::unique_ptr<ScreenshotFolder> folder;
     std::unique_ptr<WelcomeController> controller;
 };

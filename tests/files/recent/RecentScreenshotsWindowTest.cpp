@@ -12,9 +12,9 @@
 #include "platform/FileWriters.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
-#include "tests/files/FakeDesktopRecords.h"
-#include "tests/files/FakePasteboard.h"
-#include "tests/files/FakeSystemTrash.h"
+#include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
@@ -37,14 +37,6 @@ QString s(const char *text)
 
 using Kind = RecentScreenshotAction::Kind;
 
-class RecordingFileBrowser : public FileBrowser
-{
-public:
-    QList<QUrl> revealed;
-
-    void reveal(const QUrl &file) override { revealed << file; }
-};
-
 } // namespace
 
 class RecentScreenshotsWindowTest : public QObject
@@ -56,7 +48,7 @@ class RecentScreenshotsWindowTest : public QObject
     std::unique_ptr<TestFiles> m_files;
     QUrl m_folder;
     QSemaphore m_mayList; ///< permits listings, in tests that count them
-    RecordingFileBrowser m_browser;
+    FakeFileBrowser m_browser;
     FakeDesktopRecords m_records;
     FakePasteboard m_pasteboard;
     std::unique_ptr<FakeSystemTrash> m_trash;
@@ -398,3 +390,4 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentScreenshotsWindowTest)
 #include "RecentScreenshotsWindowTest.moc"
+#include "tests/fakes/FakeFileBrowser.h"

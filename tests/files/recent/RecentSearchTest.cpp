@@ -14,9 +14,9 @@
 #include "search/ScreenshotSearch.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
-#include "tests/files/FakeDesktopRecords.h"
-#include "tests/files/FakePasteboard.h"
-#include "tests/files/FakeSystemTrash.h"
+#include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
@@ -53,14 +53,6 @@ public:
     std::optional<int> batteryInUse() override { return std::nullopt; }
 };
 
-class NoFileBrowser : public FileBrowser
-{
-public:
-    void reveal(const QUrl &file) override { revealed << file; }
-
-    QList<QUrl> revealed;
-};
-
 } // namespace
 
 /// Searching in the recent screenshots' window, with real files and real keyboard focus.
@@ -74,7 +66,7 @@ class RecentSearchTest : public QObject
     std::unique_ptr<QTemporaryDir> m_data;
     WidthRecognizer m_recognizer;
     NoBattery m_power;
-    NoFileBrowser m_browser;
+    FakeFileBrowser m_browser;
     FakePasteboard m_pasteboard;
     FakeDesktopRecords m_records;
     std::unique_ptr<FakeSystemTrash> m_trash;
@@ -310,3 +302,4 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentSearchTest)
 #include "RecentSearchTest.moc"
+#include "tests/fakes/FakeFileBrowser.h"

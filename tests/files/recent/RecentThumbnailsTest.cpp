@@ -16,22 +16,6 @@ namespace
 
 using namespace Qt::StringLiterals;
 
-/// Passes on the real answers and counts them: each attempt to read a file begins with one.
-class CountedFileWriters : public FileWriters
-{
-public:
-    Answer writersOf(int descriptor) override
-    {
-        ++asked;
-        return m_real->writersOf(descriptor);
-    }
-
-    std::atomic_int asked = 0;
-
-private:
-    std::unique_ptr<FileWriters> m_real = makeFileWriters();
-};
-
 } // namespace
 
 class RecentThumbnailsTest : public QObject
@@ -75,3 +59,4 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentThumbnailsTest)
 #include "RecentThumbnailsTest.moc"
+#include "tests/fakes/CountedFileWriters.h"

@@ -8,12 +8,18 @@ class FakePasteboard : public Pasteboard
 {
 public:
     bool refuses = false;
+    int changes = 0;
     std::optional<PasteboardContents> contents;
 
-    void clear() override { contents.reset(); }
+    void clear() override
+    {
+        ++changes;
+        contents.reset();
+    }
 
     bool write(PasteboardContents written) override
     {
+        ++changes;
         contents.reset();
         if (!refuses)
             contents = std::move(written);
