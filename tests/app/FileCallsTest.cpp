@@ -7,7 +7,6 @@
 
 #include <QTest>
 
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
