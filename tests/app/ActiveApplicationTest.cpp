@@ -3,6 +3,7 @@
 
 #include "core/VelmoraIdentity.h"
 #include "platform/FrontmostApplication.h"
+#include "tests/fakes/FakeFrontmostApplication.h"
 #include "tests/world/TestProgram.h"
 
 #include <QTest>
@@ -109,4 +110,3 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ActiveApplicationTest)
 #include "ActiveApplicationTest.moc"
-#include "tests/fakes/FakeFrontmostApplication.h"

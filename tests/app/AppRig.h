@@ -2,10 +2,13 @@
 #pragma once
 
 #include "app/VelmoraApp.h"
+#include "core/VelmoraSettings.h"
 #include "filesystem/FileUrls.h"
 #include "platform/Platform.h"
+#include "search/SearchStore.h"
 #include "tests/fakes/FakeFrontmostApplication.h"
 #include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/files/LogTail.h"
 #include "tray/ScreenshotRowView.h"
 
@@ -17,48 +20,8 @@
 #include <QThread>
 
 #include <algorithm>
-#include <atomic>
-#include <mutex>
 
-/// Reads one text out of every picture, once the test allows it.
-class SteeredTextRecognizer : public TextRecognizer
-{
-public:
-    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_pages.append(page);
-        }
-        ++begun;
-        mayRead.wait(false);
-        if (cancelled())
-            ++abandoned;
-        else
-            onLine(QStringLiteral("Harvest festival invitation"));
-    }
-    void warmUp() override {}
-
-    void letRead()
-    {
-        mayRead = true;
-        mayRead.notify_all();
-    }
-
-    QList<Page> pages() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_pages;
-    }
-
-    std::atomic_bool mayRead = true;
-    std::atomic_int begun = 0;
-    std::atomic_int abandoned = 0;
-
-private:
-    mutable std::mutex m_mutex;
-    QList<Page> m_pages;
-};
+using namespace Qt::StringLiterals;
 
 /// The coordinator on the real platform, except for what the test controls.
 class AppRig
@@ -69,12 +32,22 @@ public:
         frontmost = new FakeFrontmostApplication;
         frontmost->inFront = {QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
         platform.frontmostApplication.reset(frontmost);
-        recognizer = new SteeredTextRecognizer;
+        recognizer = new FakeTextRecognizer;
+        recognizer->setLines({u"Harvest festival invitation"_s});
         platform.textRecognizer.reset(recognizer);
         pasteboard = new FakePasteboard;
         platform.pasteboard.reset(pasteboard);
     }
     ~AppRig() { recognizer->letRead(); }
+
+    /// Removes what earlier tests have left behind: settings, screenshots and their texts.
+    static void clear()
+    {
+        VelmoraSettings::open().clear();
+        QDir(folder()).removeRecursively();
+        QDir().mkpath(folder());
+        QDir(SearchStore::defaultFolder()).removeRecursively();
+    }
 
     void launch()
     {
@@ -143,7 +116,7 @@ public:
 
     Platform platform;
     FakeFrontmostApplication *frontmost;
-    SteeredTextRecognizer *recognizer;
+    FakeTextRecognizer *recognizer;
     FakePasteboard *pasteboard;
     std::unique_ptr<VelmoraApp> app;
     LogTail log;

@@ -6,6 +6,7 @@
 #include "files/recent/RecentScreenshotsWindow.h"
 #include "files/recent/SearchField.h"
 #include "search/SearchIndex.h"
+#include "tests/fakes/FakeFileBrowser.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
 
@@ -84,13 +85,7 @@ class SearchTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        VelmoraSettings::open().clear();
-        QDir(AppRig::folder()).removeRecursively();
-        QDir().mkpath(AppRig::folder());
-        QDir(SearchStore::defaultFolder()).removeRecursively();
-    }
+    void init() { AppRig::clear(); }
 
     void whoNeverSearchesHasNoDatabase()
     {
@@ -221,4 +216,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(SearchTest)
 #include "SearchTest.moc"
-#include "tests/fakes/FakeFileBrowser.h"

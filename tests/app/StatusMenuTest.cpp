@@ -2,15 +2,11 @@
 #include "app/StatusMenu.h"
 
 #include "platform/StatusItem.h"
+#include "tests/fakes/FakeStatusItem.h"
 #include "tests/world/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
-
-namespace
-{
-
-} // namespace
 
 class StatusMenuTest : public QObject
 {
@@ -81,4 +77,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(StatusMenuTest)
 #include "StatusMenuTest.moc"
-#include "tests/fakes/FakeStatusItem.h"

@@ -14,12 +14,7 @@ class VelmoraAppTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        VelmoraSettings::open().clear();
-        QDir(AppRig::folder()).removeRecursively();
-        QDir().mkpath(AppRig::folder());
-    }
+    void init() { AppRig::clear(); }
 
     void theLaunchIsLoggedInItsOrder()
     {
@@ -58,7 +53,7 @@ private Q_SLOTS:
     void theFallbackNameStandsUntilTheTextIsRead()
     {
         AppRig rig;
-        rig.recognizer->mayRead = false;
+        rig.recognizer->hold();
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         static const QRegularExpression fallback(
@@ -74,21 +69,21 @@ private Q_SLOTS:
         AppRig rig;
         rig.launch();
         rig.take(QStringLiteral("Part.png"));
-        QTRY_COMPARE(rig.recognizer->pages().size(), 1);
-        QCOMPARE(rig.recognizer->pages().constFirst().leftOut, QList<QRect>());
+        QTRY_COMPARE(rig.recognizer->readings().size(), 1);
+        QCOMPARE(rig.recognizer->readings().constFirst().leftOut, QList<QRect>());
         QTRY_COMPARE(AppRig::rows().size(), 1);
         const ScreenshotRowView *row = AppRig::rows().constFirst();
         QTRY_VERIFY(row->window()->isVisible());
         const QRect tray(row->window()->mapToGlobal(QPoint()), row->window()->size());
 
         rig.take(QStringLiteral("Whole.png"), QApplication::primaryScreen()->size());
-        QTRY_COMPARE(rig.recognizer->pages().size(), 2);
-        const QList<QRect> leftOut = rig.recognizer->pages().constLast().leftOut;
+        QTRY_COMPARE(rig.recognizer->readings().size(), 2);
+        const QList<QRect> leftOut = rig.recognizer->readings().constLast().leftOut;
         QVERIFY(std::any_of(leftOut.cbegin(), leftOut.cend(),
                             [&](const QRect &area) { return area.contains(tray.center()); }));
         rig.take(QStringLiteral("Other part.png"), {640, 400});
-        QTRY_COMPARE(rig.recognizer->pages().size(), 3);
-        QCOMPARE(rig.recognizer->pages().constLast().leftOut, QList<QRect>());
+        QTRY_COMPARE(rig.recognizer->readings().size(), 3);
+        QCOMPARE(rig.recognizer->readings().constLast().leftOut, QList<QRect>());
     }
 
     void aScreenshotThatIsARowIsIgnored()
@@ -131,7 +126,7 @@ private Q_SLOTS:
     {
         AppRig rig;
         VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
-        rig.recognizer->mayRead = false;
+        rig.recognizer->hold();
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_VERIFY(rig.pasteboard->contents && rig.pasteboard->contents->file);
@@ -147,7 +142,7 @@ private Q_SLOTS:
     void aNameThatIsBeingTypedStays()
     {
         AppRig rig;
-        rig.recognizer->mayRead = false;
+        rig.recognizer->hold();
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);
@@ -163,7 +158,7 @@ private Q_SLOTS:
     void aRowThatIsClosedMeanwhileKeepsTheFallbackName()
     {
         AppRig rig;
-        rig.recognizer->mayRead = false;
+        rig.recognizer->hold();
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);
@@ -185,7 +180,7 @@ private Q_SLOTS:
     void aFileThatHasTakenAnothersPlaceKeepsItsName()
     {
         AppRig rig;
-        rig.recognizer->mayRead = false;
+        rig.recognizer->hold();
         rig.launch();
         rig.take(QStringLiteral("Screenshot.png"));
         QTRY_COMPARE(AppRig::rows().size(), 1);

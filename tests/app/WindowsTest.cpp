@@ -3,6 +3,8 @@
 
 #include "app/welcome/OptionPopUp.h"
 #include "core/VelmoraSettings.h"
+#include "tests/fakes/FakeFileBrowser.h"
+#include "tests/fakes/FakeStatusItem.h"
 #include "tests/world/TestProgram.h"
 
 #include <QAction>
@@ -58,12 +60,7 @@ class WindowsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        VelmoraSettings::open().clear();
-        QDir(AppRig::folder()).removeRecursively();
-        QDir().mkpath(AppRig::folder());
-    }
+    void init() { AppRig::clear(); }
 
     void theWelcomeWindowComesAThirdOfASecondAfterTheLaunch()
     {
@@ -158,5 +155,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(WindowsTest)
 #include "WindowsTest.moc"
-#include "tests/fakes/FakeFileBrowser.h"
-#include "tests/fakes/FakeStatusItem.h"

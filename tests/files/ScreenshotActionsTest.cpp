@@ -7,6 +7,7 @@
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
 #include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakeFileBrowser.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
@@ -503,4 +504,3 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ScreenshotActionsTest)
 #include "ScreenshotActionsTest.moc"
-#include "tests/fakes/FakeFileBrowser.h"

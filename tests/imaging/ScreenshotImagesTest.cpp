@@ -3,6 +3,7 @@
 
 #include "imaging/HeldScreenshot.h"
 #include "platform/FileWriters.h"
+#include "tests/fakes/CountedFileWriters.h"
 #include "tests/imaging/TestPictures.h"
 #include "tests/world/TestProgram.h"
 
@@ -433,4 +434,3 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(ScreenshotImagesTest)
 #include "ScreenshotImagesTest.moc"
-#include "tests/fakes/CountedFileWriters.h"

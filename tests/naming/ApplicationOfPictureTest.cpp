@@ -5,7 +5,7 @@
 #include "imaging/pictureTexts.h"
 #include "naming/ScreenshotNamer.h"
 #include "platform/FileWriters.h"
-#include "platform/TextRecognizer.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/world/TestProgram.h"
 
 #include <QImage>
@@ -18,16 +18,6 @@ namespace
 {
 
 constexpr int patience = 20'000; // milliseconds
-
-class OneLine : public TextRecognizer
-{
-public:
-    void recognize(const Page &, const LineHandler &onLine, const Cancelled &) override
-    {
-        onLine(u"Harvest festival invitation"_s);
-    }
-    void warmUp() override {}
-};
 
 } // namespace
 
@@ -97,7 +87,8 @@ private Q_SLOTS:
             image.setText(u"windowTitle"_s, title);
         QVERIFY(image.save(file.toLocalFile()));
 
-        OneLine recognizer;
+        FakeTextRecognizer recognizer;
+        recognizer.setLines({u"Harvest festival invitation"_s});
         const auto writers = makeFileWriters();
         ScreenshotImages images(*writers);
         ScreenshotNamer namer(recognizer, images);

@@ -3,7 +3,7 @@
 
 #include "imaging/ScreenshotImages.h"
 #include "platform/FileWriters.h"
-#include "platform/TextRecognizer.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/imaging/TestPictures.h"
 #include "tests/world/TestProgram.h"
 
@@ -25,15 +25,10 @@ constexpr int patience = 100'000; // milliseconds
 constexpr int screenshots = 200;
 constexpr QSize screenSize(1920, 1080);
 
-class FakeRecognizer : public TextRecognizer
+QStringList textOf(const QImage &picture)
 {
-public:
-    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &) override
-    {
-        onLine(QStringLiteral("width%1").arg(page.image.width()));
-    }
-    void warmUp() override {}
-};
+    return {QStringLiteral("width%1").arg(picture.width())};
+}
 
 qsizetype openDescriptors()
 {
@@ -68,7 +63,7 @@ private Q_SLOTS:
     {
         QTemporaryDir folder;
         const std::unique_ptr<FileWriters> writers = makeFileWriters();
-        FakeRecognizer recognizer;
+        FakeTextRecognizer recognizer(textOf);
         ScreenshotImages images(*writers);
         ScreenshotNamer namer(recognizer, images);
 

@@ -3,19 +3,17 @@
 
 #include "imaging/ScreenshotImages.h"
 #include "platform/FileWriters.h"
-#include "platform/TextRecognizer.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/imaging/TestPictures.h"
 #include "tests/world/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
 #include <atomic>
-#include <mutex>
 #include <sys/resource.h>
 
 using namespace TestPictures;
@@ -24,78 +22,6 @@ namespace
 {
 
 constexpr int patience = 20'000; // milliseconds
-
-/// Returns the lines that the test has set, and records how it was called. A picture's width
-/// identifies the screenshot.
-class FakeRecognizer : public TextRecognizer
-{
-public:
-    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
-    {
-        const int running = ++m_running;
-        {
-            const std::lock_guard lock(m_mutex);
-            m_widths.append(page.image.width());
-            m_leftOut = page.leftOut;
-            m_mostAtOnce = std::max(m_mostAtOnce, running);
-            m_niceness = ::getpriority(PRIO_PROCESS, 0);
-            m_onMainThread = m_onMainThread || QThread::currentThread() == m_mainThread;
-        }
-        while (held && !cancelled() && !gate.tryAcquire(1, 5)) {
-        }
-        for (const QString &line : std::as_const(lines)) {
-            ++linesGiven;
-            if (cancelled() || !onLine(line))
-                break;
-        }
-        --m_running;
-    }
-
-    void warmUp() override { warm = true; }
-
-    QList<int> widths() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_widths;
-    }
-    int mostAtOnce() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_mostAtOnce;
-    }
-    int niceness() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_niceness;
-    }
-    bool wasOnMainThread() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_onMainThread;
-    }
-    QList<QRect> leftOut() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_leftOut;
-    }
-    int running() const { return m_running; }
-
-    QStringList lines;
-    std::atomic_bool held = false; ///< each recognition waits at the gate
-    QSemaphore gate;
-    std::atomic_bool warm = false;
-    std::atomic_int linesGiven = 0;
-
-private:
-    QThread *const m_mainThread = QThread::currentThread();
-    std::atomic_int m_running = 0;
-    mutable std::mutex m_mutex;
-    QList<int> m_widths;
-    QList<QRect> m_leftOut;
-    int m_mostAtOnce = 0;
-    int m_niceness = 0;
-    bool m_onMainThread = false;
-};
 
 } // namespace
 
@@ -106,7 +32,7 @@ class SuggestFilenameTest : public QObject
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<FileWriters> m_writers = makeFileWriters();
     std::unique_ptr<ScreenshotImages> m_images;
-    std::unique_ptr<FakeRecognizer> m_recognizer;
+    std::unique_ptr<FakeTextRecognizer> m_recognizer;
     std::unique_ptr<ScreenshotNamer> m_namer;
 
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -139,7 +65,7 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_images = std::make_unique<ScreenshotImages>(*m_writers);
-        m_recognizer = std::make_unique<FakeRecognizer>();
+        m_recognizer = std::make_unique<FakeTextRecognizer>();
         m_namer = std::make_unique<ScreenshotNamer>(*m_recognizer, *m_images);
     }
 
@@ -153,22 +79,23 @@ private Q_SLOTS:
 
     void theRecogniserIsMadeReadyBeforeTheFirstScreenshot()
     {
-        QVERIFY(soon([&] { return m_recognizer->warm.load(); }));
+        QVERIFY(soon([&] { return m_recognizer->isWarm.load(); }));
     }
 
     void theLinesAreReadAsOneText()
     {
-        m_recognizer->lines = {QStringLiteral("Pull Request #1423"),
-                               QStringLiteral("Review comments")};
+        m_recognizer->setLines(
+            {QStringLiteral("Pull Request #1423"), QStringLiteral("Review comments")});
         QCOMPARE(suggested(screenshot(20), "Google Chrome"),
                  QStringLiteral("chrome-pull-request-review-comments.png"));
-        QVERIFY(!m_recognizer->wasOnMainThread());
     }
 
     void readingStopsWhenTheNameIsComplete()
     {
+        QStringList lines;
         for (int number = 0; number < 100; ++number)
-            m_recognizer->lines.append(QStringLiteral("word%1").arg(number));
+            lines.append(QStringLiteral("word%1").arg(number));
+        m_recognizer->setLines(lines);
         QCOMPARE(suggested(screenshot(20), "Safari"),
                  QStringLiteral("safari-word0-word1-word2-word3.png"));
         QCOMPARE(m_recognizer->linesGiven.load(), 4);
@@ -182,7 +109,7 @@ private Q_SLOTS:
 
     void aFileThatIsNoPictureIsNamedWithoutTheRecogniser()
     {
-        m_recognizer->lines = {QStringLiteral("never read")};
+        m_recognizer->setLines({QStringLiteral("never read")});
         QVERIFY(write(path(QStringLiteral("text.png")), "I am a text."));
         QCOMPARE(suggested(url(QStringLiteral("text.png")), "Safari"),
                  QStringLiteral("safari.png"));
@@ -190,26 +117,26 @@ private Q_SLOTS:
                  QStringLiteral("safari.jpg"));
         QCOMPARE(suggested(QUrl::fromLocalFile(QStringLiteral("/dev/zero")), "Safari"),
                  QStringLiteral("safari"));
-        QCOMPARE(m_recognizer->widths(), QList<int>());
+        QVERIFY(m_recognizer->readings().isEmpty());
     }
 
     void whatIsNotTheScreenshotsOwnIsLeftOut()
     {
-        m_recognizer->lines = {QStringLiteral("Budget")};
+        m_recognizer->setLines({QStringLiteral("Budget")});
         const BlindAreas blind = [](QSize picture) {
             return QList<QRect>{QRect(QPoint(), picture / 2)};
         };
         const auto name = m_namer->suggestFilename(screenshot(20), QString(), blind);
         QVERIFY(soon([&] { return name.isFinished(); }));
         QCOMPARE(name.result(), QStringLiteral("budget.png"));
-        QCOMPARE(m_recognizer->leftOut(), QList<QRect>{QRect(0, 0, 10, 5)});
+        QCOMPARE(m_recognizer->readings().last().leftOut, QList<QRect>{QRect(0, 0, 10, 5)});
         QVERIFY(!suggested(screenshot(21), "").isEmpty());
-        QCOMPARE(m_recognizer->leftOut(), QList<QRect>());
+        QCOMPARE(m_recognizer->readings().last().leftOut, QList<QRect>());
     }
 
     void theFileMayBeRenamedAtOnce()
     {
-        m_recognizer->lines = {QStringLiteral("Budget")};
+        m_recognizer->setLines({QStringLiteral("Budget")});
         const QUrl file = screenshot(20);
         const auto name = m_namer->suggestFilename(file, QString());
         QVERIFY(QFile::rename(file.toLocalFile(), path(QStringLiteral("other.png"))));
@@ -219,7 +146,7 @@ private Q_SLOTS:
 
     void aFileThatIsBeingWrittenIsReadWhenItIsComplete()
     {
-        m_recognizer->lines = {QStringLiteral("Budget")};
+        m_recognizer->setLines({QStringLiteral("Budget")});
         const QByteArray png = encoded(fourFields({77, 10}), QStringLiteral("png"));
         QFile file(path(QStringLiteral("slow.png")));
         QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
@@ -229,17 +156,18 @@ private Q_SLOTS:
         for (int width = 20; width < 30; ++width)
             QCOMPARE(suggested(screenshot(width), ""), QStringLiteral("budget.png"));
         QVERIFY(!slow.isFinished());
-        QVERIFY(!m_recognizer->widths().contains(77));
+        QVERIFY(soon([&] { return m_recognizer->running() == 0; }));
+        QCOMPARE(m_recognizer->readings().size(), 10);
         file.write(png.mid(png.size() / 2));
         file.close();
         QVERIFY(soon([&] { return slow.isFinished(); }));
         QCOMPARE(slow.result(), QStringLiteral("budget.png"));
-        QCOMPARE(m_recognizer->widths().last(), 77);
+        QCOMPARE(m_recognizer->readings().last().width, 77);
     }
 
     void theNewestScreenshotIsReadFirst()
     {
-        m_recognizer->held = true;
+        m_recognizer->hold();
         const int cores = QThread::idealThreadCount();
         QList<QFuture<QString>> names;
         for (int width = 1; width <= cores; ++width)
@@ -252,12 +180,12 @@ private Q_SLOTS:
             QVERIFY(soon([&] { return complete.isFinished(); }));
         }
         for (int number = 0; number < 10; ++number) {
-            m_recognizer->gate.release();
+            m_recognizer->letOneRead();
             const int read = cores + number + 1;
-            QVERIFY(soon([&] { return m_recognizer->widths().size() == read; }));
-            QCOMPARE(m_recognizer->widths().last(), 110 - number);
+            QVERIFY(soon([&] { return m_recognizer->readings().size() == read; }));
+            QCOMPARE(m_recognizer->readings().last().width, 110 - number);
         }
-        m_recognizer->held = false;
+        m_recognizer->letRead();
         for (const QFuture<QString> &name : std::as_const(names))
             QVERIFY(soon([&] { return name.isFinished(); }));
         QCOMPARE(m_recognizer->mostAtOnce(), cores);
@@ -265,14 +193,23 @@ private Q_SLOTS:
 
     void readingGivesWayToWhatAPersonWaitsFor()
     {
-        m_recognizer->lines = {QStringLiteral("Budget")};
-        QVERIFY(!suggested(screenshot(20), "").isEmpty());
-        QVERIFY(m_recognizer->niceness() > ::getpriority(PRIO_PROCESS, 0));
+        std::atomic_int niceness = 0;
+        std::atomic<QThread *> thread = nullptr;
+        m_namer.reset();
+        m_recognizer = std::make_unique<FakeTextRecognizer>([&](const QImage &) {
+            niceness = ::getpriority(PRIO_PROCESS, 0);
+            thread = QThread::currentThread();
+            return QStringList{QStringLiteral("Budget")};
+        });
+        m_namer = std::make_unique<ScreenshotNamer>(*m_recognizer, *m_images);
+        QCOMPARE(suggested(screenshot(20), ""), QStringLiteral("budget.png"));
+        QVERIFY(niceness > ::getpriority(PRIO_PROCESS, 0));
+        QVERIFY(thread != QThread::currentThread());
     }
 
     void aCancelledSuggestionEndsItsReading()
     {
-        m_recognizer->held = true;
+        m_recognizer->hold();
         auto name = m_namer->suggestFilename(screenshot(20), QString());
         QVERIFY(soon([&] { return m_recognizer->running() == 1; }));
         name.cancel();
@@ -282,7 +219,7 @@ private Q_SLOTS:
 
     void destructionCancelsEverythingWithinASecond()
     {
-        m_recognizer->held = true;
+        m_recognizer->hold();
         QFile unfinished(path(QStringLiteral("unfinished.png")));
         QVERIFY(unfinished.open(QFile::WriteOnly));
         QList<QFuture<QString>> names = {

@@ -2,7 +2,6 @@
 #include "platform/Pasteboard.h"
 
 #include "filesystem/FileUrls.h"
-#include "tests/fakes/FakePasteboard.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/XClip.h"
@@ -17,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 namespace
@@ -29,30 +27,6 @@ QString s(const char *text)
 }
 
 using ImageType = PasteboardContents::ImageType;
-
-/// A pasteboard, and which file another program sees on it.
-struct Subject {
-    std::unique_ptr<Pasteboard> pasteboard;
-    std::function<std::optional<QUrl>()> seenFile;
-};
-
-Subject realSubject()
-{
-    const auto seenFile = []() -> std::optional<QUrl> {
-        const QByteArray list = XClip::read(s("text/uri-list")).trimmed();
-        return list.isEmpty() ? std::nullopt : std::optional(QUrl::fromEncoded(list));
-    };
-    return {makePasteboard(), seenFile};
-}
-
-Subject fakeSubject()
-{
-    auto fake = std::make_unique<FakePasteboard>();
-    const FakePasteboard *pasteboard = fake.get();
-    return {std::move(fake), [pasteboard]() -> std::optional<QUrl> {
-                return pasteboard->contents ? pasteboard->contents->file : std::nullopt;
-            }};
-}
 
 PasteboardContents fileContents(const QUrl &file)
 {
@@ -77,11 +51,8 @@ QImage redPicture()
 
 } // namespace
 
-using SubjectMaker = std::function<Subject()>;
-Q_DECLARE_METATYPE(SubjectMaker)
-
-/// What every pasteboard promises, checked on the real one and on the one that other tests use; and
-/// what other programs see of the real one.
+/// What other programs see of the clipboard. What every pasteboard promises is in
+/// ServiceContractsTest.
 class PasteboardTest : public QObject
 {
     Q_OBJECT
@@ -90,70 +61,8 @@ class PasteboardTest : public QObject
     const QUrl m_shot = m_files.make(s("a b é%25.png"));
     const QUrl m_other = m_files.make(s("other.png"));
 
-    static void addMakers()
-    {
-        QTest::addColumn<SubjectMaker>("make");
-        QTest::newRow("real") << SubjectMaker(realSubject);
-        QTest::newRow("fake") << SubjectMaker(fakeSubject);
-    }
-
 private Q_SLOTS:
     void init() { XClip::take("before"); }
-
-    void whatIsWrittenReplacesWhatIsThere_data() { addMakers(); }
-    void whatIsWrittenReplacesWhatIsThere()
-    {
-        QFETCH(SubjectMaker, make);
-        const Subject subject = make();
-        QVERIFY(subject.pasteboard->write(fileContents(m_shot)));
-        QCOMPARE(subject.seenFile(), m_shot);
-        QVERIFY(subject.pasteboard->write(fileContents(m_other)));
-        QCOMPARE(subject.seenFile(), m_other);
-    }
-
-    void clearingLeavesNothing_data() { addMakers(); }
-    void clearingLeavesNothing()
-    {
-        QFETCH(SubjectMaker, make);
-        const Subject subject = make();
-        subject.pasteboard->write(fileContents(m_shot));
-        subject.pasteboard->clear();
-        QVERIFY(!subject.seenFile());
-        subject.pasteboard->fileMoved(m_shot, m_other);
-        QVERIFY(!subject.seenFile());
-    }
-
-    void aFileThatMovesIsNamedAtItsNewPlace_data() { addMakers(); }
-    void aFileThatMovesIsNamedAtItsNewPlace()
-    {
-        QFETCH(SubjectMaker, make);
-        const Subject subject = make();
-        subject.pasteboard->write(fileContents(m_shot));
-        subject.pasteboard->fileMoved(m_shot, m_other);
-        QCOMPARE(subject.seenFile(), m_other);
-        const QUrl third = m_files.url(s("third.png"));
-        subject.pasteboard->fileMoved(m_other, third);
-        QCOMPARE(subject.seenFile(), third);
-    }
-
-    void anotherFileThatMovesChangesNothing_data() { addMakers(); }
-    void anotherFileThatMovesChangesNothing()
-    {
-        QFETCH(SubjectMaker, make);
-        const Subject subject = make();
-        subject.pasteboard->write(fileContents(m_shot));
-        subject.pasteboard->fileMoved(m_other, m_files.url(s("third.png")));
-        QCOMPARE(subject.seenFile(), m_shot);
-    }
-
-    void aPictureAloneNamesNoFile_data() { addMakers(); }
-    void aPictureAloneNamesNoFile()
-    {
-        QFETCH(SubjectMaker, make);
-        const Subject subject = make();
-        QVERIFY(subject.pasteboard->write(pictureContents(ImageType::Png, "bytes", {})));
-        QVERIFY(!subject.seenFile());
-    }
 
     void aFileStandsThereInEveryFormThatIsPasted()
     {

@@ -2,7 +2,6 @@
 #include "platform/SystemTrash.h"
 
 #include "filesystem/FileUrls.h"
-#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 
@@ -12,7 +11,6 @@
 #include <QStandardPaths>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,11 +44,7 @@ QStringList filesIn(const QString &folder)
 
 } // namespace
 
-using TrashMaker = std::function<std::unique_ptr<SystemTrash>()>;
-Q_DECLARE_METATYPE(TrashMaker)
-
-/// What every trash promises, checked on the real one and on the one that other tests use; and the
-/// real one's own behaviour.
+/// The freedesktop trash. What every trash promises is in SystemTrashContractTest.
 class SystemTrashTest : public QObject
 {
     Q_OBJECT
@@ -83,13 +77,6 @@ class SystemTrashTest : public QObject
         return age >= 0 && age < 60 ? lines.at(1).mid(qstrlen("Path=")) : "no proper date";
     }
 
-    static void addMakers()
-    {
-        QTest::addColumn<TrashMaker>("make");
-        QTest::newRow("real") << TrashMaker(makeSystemTrash);
-        QTest::newRow("fake") << TrashMaker([] { return std::make_unique<FakeSystemTrash>(); });
-    }
-
 private Q_SLOTS:
     void init()
     {
@@ -97,84 +84,6 @@ private Q_SLOTS:
         m_data = std::make_unique<QTemporaryDir>();
         qputenv("XDG_DATA_HOME", QFile::encodeName(m_data->filePath(s("data"))));
         m_trash = makeSystemTrash();
-    }
-
-    void aTrashedFileLiesWhereTheTrashSays_data() { addMakers(); }
-    void aTrashedFileLiesWhereTheTrashSays()
-    {
-        QFETCH(TrashMaker, make);
-        const QUrl shot = m_files->make(s("Shot.png"));
-        const SystemTrash::Trashed trashed = make()->trash(shot);
-        QVERIFY(!trashed.error);
-        QVERIFY(!FileUrls::exists(shot));
-        QVERIFY(trashed.location);
-    }
-
-    void filesOfOneNameDoNotReplaceEachOther_data() { addMakers(); }
-    void filesOfOneNameDoNotReplaceEachOther()
-    {
-        QFETCH(TrashMaker, make);
-        const auto trash = make();
-        const auto first = trash->trash(m_files->make(s("Shot.png"), "first"));
-        const auto second = trash->trash(m_files->make(s("Shot.png"), "second"));
-        QVERIFY(first.location != second.location);
-        QCOMPARE(TestFiles::read(*first.location), QByteArray("first"));
-        QCOMPARE(TestFiles::read(*second.location), QByteArray("second"));
-    }
-
-    void aMissingFileIsAnError_data() { addMakers(); }
-    void aMissingFileIsAnError()
-    {
-        QFETCH(TrashMaker, make);
-        const SystemTrash::Trashed trashed = make()->trash(m_files->url(s("gone.png")));
-        QVERIFY(trashed.error == std::errc::no_such_file_or_directory);
-        QVERIFY(!trashed.location);
-    }
-
-    void aRestoredFileIsBack_data() { addMakers(); }
-    void aRestoredFileIsBack()
-    {
-        QFETCH(TrashMaker, make);
-        const auto trash = make();
-        const QUrl shot = m_files->make(s("Shot.png"));
-        const QUrl trashed = *trash->trash(shot).location;
-        QVERIFY(!trash->restore(trashed, shot));
-        QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
-        QVERIFY(!FileUrls::exists(trashed));
-    }
-
-    void restoringReplacesNothing_data() { addMakers(); }
-    void restoringReplacesNothing()
-    {
-        QFETCH(TrashMaker, make);
-        const auto trash = make();
-        const QUrl shot = m_files->make(s("Shot.png"));
-        const QUrl trashed = *trash->trash(shot).location;
-        TestFiles::write(shot, "somebody else's");
-        QVERIFY(trash->restore(trashed, shot) == std::errc::file_exists);
-        QCOMPARE(TestFiles::read(shot), QByteArray("somebody else's"));
-        QCOMPARE(TestFiles::read(trashed), QByteArray("Shot.png"));
-    }
-
-    void restoringWhatIsGoneIsAnError_data() { addMakers(); }
-    void restoringWhatIsGoneIsAnError()
-    {
-        QFETCH(TrashMaker, make);
-        const auto trash = make();
-        const QUrl shot = m_files->make(s("Shot.png"));
-        const QUrl trashed = *trash->trash(shot).location;
-        QVERIFY(QFile::remove(trashed.toLocalFile()));
-        QVERIFY(trash->restore(trashed, shot) == std::errc::no_such_file_or_directory);
-        QVERIFY(!FileUrls::exists(shot));
-    }
-
-    void aFileFromElsewhereIsRestoredToo_data() { addMakers(); }
-    void aFileFromElsewhereIsRestoredToo()
-    {
-        QFETCH(TrashMaker, make);
-        const QUrl elsewhere = m_files->make(s("elsewhere.png"));
-        QVERIFY(!make()->restore(elsewhere, m_files->url(s("back.png"))));
-        QCOMPARE(TestFiles::read(m_files->url(s("back.png"))), QByteArray("elsewhere.png"));
     }
 
     void theHomeTrashHoldsTheFileAndANote()

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "search/ScreenshotSearch.h"
 
-#include "platform/PowerSource.h"
-#include "platform/TextRecognizer.h"
+#include "tests/fakes/FakePowerSource.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
@@ -25,39 +25,10 @@ using Place = SearchIndex::Place;
 
 constexpr int patience = 20'000;
 
-/// Returns the text that a picture's width stands for, as soon as the test lets it.
-class SteeredRecognizer : public TextRecognizer
+QStringList textOf(const QImage &picture)
 {
-public:
-    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &cancelled) override
-    {
-        ++begun;
-        while (!mayRead && !cancelled())
-            std::this_thread::yield();
-        if (cancelled())
-            ++abandoned;
-        else
-            onLine(u"page of width %1"_s.arg(page.image.width()));
-    }
-    void warmUp() override {}
-
-    std::atomic_bool mayRead = true;
-    std::atomic_int begun = 0;
-    std::atomic_int abandoned = 0;
-};
-
-class SteeredPower : public PowerSource
-{
-public:
-    std::optional<int> batteryInUse() override
-    {
-        ++asked;
-        return level < 0 ? std::nullopt : std::optional(level.load());
-    }
-
-    std::atomic_int level = -1;
-    std::atomic_int asked = 0;
-};
+    return {u"page of width %1"_s.arg(picture.width())};
+}
 
 std::optional<QList<QUrl>> picturesIn(const QUrl &folder)
 {
@@ -77,8 +48,8 @@ class ScreenshotSearchTest : public QObject
 
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<QTemporaryDir> m_data;
-    std::unique_ptr<SteeredRecognizer> m_recognizer;
-    SteeredPower m_power;
+    std::unique_ptr<FakeTextRecognizer> m_recognizer;
+    FakePowerSource m_power;
     bool m_isBusy = false;
     std::unique_ptr<ScreenshotSearch> m_search;
 
@@ -126,7 +97,7 @@ private Q_SLOTS:
     {
         m_files = std::make_unique<TestFiles>();
         m_data = std::make_unique<QTemporaryDir>();
-        m_recognizer = std::make_unique<SteeredRecognizer>();
+        m_recognizer = std::make_unique<FakeTextRecognizer>(textOf);
         m_power.level = -1;
         m_isBusy = false;
         start();
@@ -185,7 +156,7 @@ private Q_SLOTS:
 
     void whatIsBeingReadGivesWayToANewScreenshot()
     {
-        m_recognizer->mayRead = false;
+        m_recognizer->hold();
         picture(u"old.png"_s, 41);
         m_search->keepTexts();
         QTRY_COMPARE_WITH_TIMEOUT(m_recognizer->begun, 1, patience);
@@ -193,7 +164,7 @@ private Q_SLOTS:
         m_search->arrived(picture(u"new.png"_s, 42), {});
         QTRY_COMPARE_WITH_TIMEOUT(m_recognizer->abandoned, 1, patience);
         QVERIFY(Waiting::staysTrue([this] { return m_recognizer->begun == 1; }, 500ms));
-        m_recognizer->mayRead = true;
+        m_recognizer->letRead();
         m_isBusy = false;
         QTRY_COMPARE_WITH_TIMEOUT(read(), 2, patience);
     }
@@ -249,14 +220,14 @@ private Q_SLOTS:
 
     void forgettingDeletesEverythingAndNothingComesBack()
     {
-        m_recognizer->mayRead = false;
+        m_recognizer->hold();
         picture(u"a.png"_s, 41);
         picture(u"b.png"_s, 42);
         m_search->keepTexts();
         QTRY_COMPARE_WITH_TIMEOUT(m_recognizer->begun, 1, patience);
         QCOMPARE(stored(), QStringList{u"velmora"_s});
         const QFuture<bool> forgotten = m_search->forgetTexts();
-        m_recognizer->mayRead = true;
+        m_recognizer->letRead();
         QVERIFY(forgotten.result());
         const auto isEmpty = [this] {
             return QDir(m_data->filePath(u"velmora"_s)).entryList(QDir::Files).isEmpty();
@@ -269,7 +240,7 @@ private Q_SLOTS:
 
     void theEndDoesNotWaitForAPageToBeRead()
     {
-        m_recognizer->mayRead = false;
+        m_recognizer->hold();
         picture(u"a.png"_s, 41);
         m_search->keepTexts();
         QTRY_COMPARE_WITH_TIMEOUT(m_recognizer->begun, 1, patience);

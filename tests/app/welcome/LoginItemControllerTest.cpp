@@ -2,16 +2,12 @@
 #include "app/welcome/LoginItemController.h"
 
 #include "platform/LoginItem.h"
+#include "tests/fakes/FakeLoginItem.h"
 #include "tests/files/LogTail.h"
 #include "tests/world/TestProgram.h"
 
 #include <QTest>
 #include <QUuid>
-
-namespace
-{
-
-} // namespace
 
 class LoginItemControllerTest : public QObject
 {
@@ -49,4 +45,3 @@ private Q_SLOTS:
 
 VELMORA_EVENTS_TEST(LoginItemControllerTest)
 #include "LoginItemControllerTest.moc"
-#include "tests/fakes/FakeLoginItem.h"

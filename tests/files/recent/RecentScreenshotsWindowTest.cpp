@@ -13,6 +13,7 @@
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
 #include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakeFileBrowser.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeSystemTrash.h"
 #include "tests/files/TestFiles.h"
@@ -390,4 +391,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentScreenshotsWindowTest)
 #include "RecentScreenshotsWindowTest.moc"
-#include "tests/fakes/FakeFileBrowser.h"

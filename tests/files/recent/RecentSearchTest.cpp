@@ -9,14 +9,15 @@
 #include "imaging/ScreenshotImages.h"
 #include "platform/FileBrowser.h"
 #include "platform/FileWriters.h"
-#include "platform/PowerSource.h"
-#include "platform/TextRecognizer.h"
 #include "search/ScreenshotSearch.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
 #include "tests/fakes/FakeDesktopRecords.h"
+#include "tests/fakes/FakeFileBrowser.h"
 #include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakePowerSource.h"
 #include "tests/fakes/FakeSystemTrash.h"
+#include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
@@ -37,21 +38,10 @@ namespace
 
 constexpr int patience = 20'000;
 
-class WidthRecognizer : public TextRecognizer
+QStringList textOf(const QImage &picture)
 {
-public:
-    void recognize(const Page &page, const LineHandler &onLine, const Cancelled &) override
-    {
-        onLine(u"Page of width %1"_s.arg(page.image.width()));
-    }
-    void warmUp() override {}
-};
-
-class NoBattery : public PowerSource
-{
-public:
-    std::optional<int> batteryInUse() override { return std::nullopt; }
-};
+    return {u"Page of width %1"_s.arg(picture.width())};
+}
 
 } // namespace
 
@@ -64,8 +54,8 @@ class RecentSearchTest : public QObject
     ScreenshotImages m_images{*m_writers};
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<QTemporaryDir> m_data;
-    WidthRecognizer m_recognizer;
-    NoBattery m_power;
+    FakeTextRecognizer m_recognizer{textOf};
+    FakePowerSource m_power;
     FakeFileBrowser m_browser;
     FakePasteboard m_pasteboard;
     FakeDesktopRecords m_records;
@@ -302,4 +292,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentSearchTest)
 #include "RecentSearchTest.moc"
-#include "tests/fakes/FakeFileBrowser.h"

@@ -4,6 +4,7 @@
 #include "imaging/ScreenshotImages.h"
 #include "platform/FileWriters.h"
 #include "style/ImageView.h"
+#include "tests/fakes/CountedFileWriters.h"
 #include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 
@@ -59,4 +60,3 @@ private Q_SLOTS:
 
 VELMORA_WIDGETS_TEST(RecentThumbnailsTest)
 #include "RecentThumbnailsTest.moc"
-#include "tests/fakes/CountedFileWriters.h"
