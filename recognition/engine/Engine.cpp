@@ -9,6 +9,25 @@
 
 #include <mutex>
 
+namespace tesseract
+{
+
+class UNICHARSET;
+
+class UnicharAmbigs
+{
+public:
+    void LoadUniversal(const UNICHARSET &, UNICHARSET *);
+};
+
+/// Replaces a function of the library, because the loader prefers the program's definition. At
+/// every start the library builds a table of similar letters that only its older engine reads. That
+/// takes two thirds of the start, and no setting prevents it. A library that does not call the
+/// function in this way starts as before.
+void UnicharAmbigs::LoadUniversal(const UNICHARSET &, UNICHARSET *) {}
+
+} // namespace tesseract
+
 namespace
 {
 

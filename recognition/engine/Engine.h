@@ -14,7 +14,7 @@ struct ReadWord {
     double confidence = 0; ///< 0 to 1
 };
 
-/// One text recognition engine with its models. Takes about 20 MB, and 60 ms to create. Used by one
+/// One text recognition engine with its models. Takes about 20 MB, and 30 ms to create. Used by one
 /// thread at a time; it starts none of its own.
 class Engine
 {

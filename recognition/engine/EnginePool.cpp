@@ -37,7 +37,14 @@ public:
         std::unique_lock lock(mutex);
         while (!ending) {
             const Clock::time_point now = Clock::now();
-            if (tidyingDue <= now) {
+            if (waiters > waiting.size()) {
+                ++existing;
+                lock.unlock();
+                auto made = std::make_unique<Engine>(languages);
+                lock.lock();
+                waiting.push_back({std::move(made), Clock::now()});
+                changed.notify_all();
+            } else if (tidyingDue <= now) {
                 tidyingDue = never;
                 const bool isResting = existing == 0;
                 lock.unlock();
@@ -72,9 +79,9 @@ public:
     QStringList languages;
     std::chrono::milliseconds lifetime;
     mutable std::mutex mutex;
-    std::mutex making;
     std::condition_variable changed;
     std::vector<Waiting> waiting;
+    std::size_t waiters = 0; ///< threads that wait for an engine
     /// The number of engines, including those in use and those being made.
     int existing = 0;
     Clock::time_point tidyingDue = never;
@@ -87,7 +94,6 @@ EnginePool::EnginePool(QStringList languages, std::chrono::milliseconds lifetime
 {
     d->languages = std::move(languages);
     d->lifetime = lifetime;
-    d->housekeeper = std::thread([this] { d->keepHouse(); });
 }
 
 EnginePool::~EnginePool()
@@ -97,23 +103,27 @@ EnginePool::~EnginePool()
         d->ending = true;
     }
     d->changed.notify_all();
-    d->housekeeper.join();
+    if (d->housekeeper.joinable())
+        d->housekeeper.join();
 }
 
+/// The housekeeper makes the engines: one at a time, because that writes to globals of the library,
+/// and not at the priority of the thread that needs one. A thread of idle priority that made one
+/// would keep the others waiting for seconds on a busy machine.
 EnginePool::Lease EnginePool::take()
 {
-    {
-        const std::lock_guard lock(d->mutex);
-        if (!d->waiting.empty()) {
-            Engine *engine = d->waiting.back().engine.release();
-            d->waiting.pop_back();
-            return Lease(engine, Returner(this));
-        }
-        ++d->existing;
+    std::unique_lock lock(d->mutex);
+    if (d->waiting.empty()) {
+        ++d->waiters;
+        if (!d->housekeeper.joinable())
+            d->housekeeper = std::thread([this] { d->keepHouse(); });
+        d->changed.notify_all();
+        d->changed.wait(lock, [this] { return !d->waiting.empty(); });
+        --d->waiters;
     }
-    // Starting an engine writes to globals of its library, so only one may start at a time.
-    const std::lock_guard lock(d->making);
-    return Lease(new Engine(d->languages), Returner(this));
+    Engine *engine = d->waiting.back().engine.release();
+    d->waiting.pop_back();
+    return Lease(engine, Returner(this));
 }
 
 void EnginePool::warmUp()

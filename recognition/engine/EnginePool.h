@@ -8,6 +8,9 @@
 
 /// Keeps engines ready, so that pictures seldom wait for one to be made. Each is released after
 /// `spareLifetime` without use, because it holds much memory. Any thread.
+///
+/// Engines are made on a thread of the pool's, with the priority of the thread that is the first to
+/// ask for one.
 class EnginePool
 {
 public:

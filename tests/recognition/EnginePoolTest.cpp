@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "recognition/engine/EnginePool.h"
+
+#include "core/idleThreadPriority.h"
+#include "tests/world/BusyProcessor.h"
 #include "tests/world/TestProgram.h"
 
 #include <QTest>
 
+#include <atomic>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -77,6 +81,31 @@ private Q_SLOTS:
         const EnginePool::Lease atWork = pool.take();
         pool.warmUp();
         QCOMPARE(pool.waiting(), 0);
+    }
+
+    void aThreadThatGetsNoProcessorTimeKeepsNobodyWaiting()
+    {
+        EnginePool pool({});
+        pool.warmUp();
+        const EnginePool::Lease inUse = pool.take();
+        std::atomic_bool hasBegun = false;
+        std::atomic_bool isServed = false;
+        std::jthread starved;
+        std::jthread another;
+        const BusyProcessor busy;
+        starved = std::jthread([&] {
+            busy.bindThread();
+            idleThreadPriority();
+            hasBegun = true;
+            pool.take();
+        });
+        // Even that takes such a thread some seconds.
+        QTRY_VERIFY_WITH_TIMEOUT(hasBegun, 100'000);
+        another = std::jthread([&] {
+            pool.take();
+            isServed = true;
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(isServed, 20'000);
     }
 
     void aMissingModelIsNoFailure()

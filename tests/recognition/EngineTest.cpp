@@ -5,8 +5,11 @@
 #include "tests/recognition/DrawnPage.h"
 #include "tests/world/TestProgram.h"
 
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QTest>
+
+#include <dlfcn.h>
 
 namespace
 {
@@ -55,6 +58,20 @@ private Q_SLOTS:
         QVERIFY(wordsRead(english, german) != german);
         Engine both({QStringLiteral("deu")});
         QCOMPARE(wordsRead(both, german), german);
+    }
+
+    void theLoaderPrefersOurFunctionToTheLibrarysThatBuildsUnusedTables()
+    {
+        const auto loadedFrom = [](void *address) {
+            Dl_info info = {};
+            return address && ::dladdr(address, &info)
+                       ? QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath()
+                       : QString();
+        };
+        const char *const mangledName =
+            "_ZN9tesseract13UnicharAmbigs13LoadUniversalERKNS_10UNICHARSETEPS1_";
+        QCOMPARE(loadedFrom(::dlsym(RTLD_DEFAULT, mangledName)),
+                 QCoreApplication::applicationFilePath());
     }
 
     void aMissingModelLeavesEnglish()
