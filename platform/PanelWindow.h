@@ -35,9 +35,8 @@ public:
     virtual bool bringToFront(QWindow &window) = 0;
 
     /// Gives the window the keyboard focus. Call it when the user clicks into a name; no other
-    /// click takes the focus. False when this native window can't have it: make and show another
-    /// one, which gets it.
-    virtual bool takeFocus(QWindow &window) = 0;
+    /// click takes the focus.
+    virtual void takeFocus(QWindow &window) = 0;
 
     /// Returns the keyboard focus to where it was before the window took it. Call it before hiding
     /// the window; without the focus it does nothing.

@@ -85,11 +85,6 @@ void FloatingTrayPanel::present()
 {
     if (isVisible() && m_panelWindow.bringToFront(*windowHandle()))
         return;
-    showAnew();
-}
-
-void FloatingTrayPanel::showAnew()
-{
     hide();
     destroy();
     // Otherwise the new window would be minimised like the old one.
@@ -108,14 +103,7 @@ void FloatingTrayPanel::dismiss()
 
 void FloatingTrayPanel::takeFocus()
 {
-    if (m_panelWindow.takeFocus(*windowHandle()))
-        return;
-    // Not while Qt is handling a click in this native window.
-    const auto move = [this] {
-        if (isVisible())
-            showAnew();
-    };
-    QMetaObject::invokeMethod(this, move, Qt::QueuedConnection);
+    m_panelWindow.takeFocus(*windowHandle());
 }
 
 void FloatingTrayPanel::giveFocusBack()

@@ -45,7 +45,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void showAnew();
     QColor borderColor() const;
     void updateEdge();
     void notePlace();

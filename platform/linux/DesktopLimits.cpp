@@ -20,18 +20,12 @@ namespace
 /// At login the status bar may start after this program.
 constexpr auto longestWaitForStatusBar = 15s;
 
-/// It puts X11's floating windows in the middle of the screen, wherever they ask to stand.
-bool isSway()
-{
-    return !qEnvironmentVariableIsEmpty("SWAYSOCK");
-}
-
 class LinuxDesktopLimits : public DesktopLimits
 {
 public:
     LinuxDesktopLimits() : m_search(StatusNotifierSearch::Patience())
     {
-        if (QGuiApplication::platformName() == u"wayland" || isSway())
+        if (QGuiApplication::platformName() == u"wayland")
             m_missing.insert(DesktopLimit::TrayPlace);
         if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
             askCompositor();

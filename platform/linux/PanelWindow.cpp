@@ -22,11 +22,7 @@ public:
         window.raise();
         return true;
     }
-    bool takeFocus(QWindow &window) override
-    {
-        window.requestActivate();
-        return true;
-    }
+    void takeFocus(QWindow &window) override { window.requestActivate(); }
     void giveFocusBack(QWindow &) override {}
     bool showsTransparency() const override { return true; }
 };

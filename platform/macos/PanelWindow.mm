@@ -74,11 +74,7 @@ public:
 
     /// Qt's requestActivate() makes the panel the key window and leaves the active application as
     /// it is.
-    bool takeFocus(QWindow &window) override
-    {
-        window.requestActivate();
-        return true;
-    }
+    void takeFocus(QWindow &window) override { window.requestActivate(); }
 
     /// The system does this when the panel goes.
     void giveFocusBack(QWindow &) override {}

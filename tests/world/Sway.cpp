@@ -3,10 +3,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardPaths>
 #include <QTest>
 
+#include <algorithm>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +20,21 @@ constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
 
 /// "nobody" on every system.
 constexpr uid_t ordinaryUser = 65534;
+
+QJsonObject focusedIn(const QJsonObject &node)
+{
+    if (node.value(u"focused"_s).toBool())
+        return node;
+    QJsonArray inside = node.value(u"nodes"_s).toArray();
+    const QJsonArray floating = node.value(u"floating_nodes"_s).toArray();
+    for (const QJsonValue &window : floating)
+        inside.append(window);
+    for (const QJsonValue &inner : qAsConst(inside)) {
+        if (const QJsonObject found = focusedIn(inner.toObject()); !found.isEmpty())
+            return found;
+    }
+    return {};
+}
 
 } // namespace
 
@@ -78,11 +95,28 @@ QString Sway::command(const QString &command) const
     return QString::fromUtf8(run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), command}));
 }
 
+QJsonDocument Sway::ask(const QString &type) const
+{
+    return QJsonDocument::fromJson(
+        run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), u"--type"_s, type, u"--raw"_s}));
+}
+
 QJsonObject Sway::tree() const
 {
-    const QByteArray answer =
-        run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), u"--type"_s, u"get_tree"_s, u"--raw"_s});
-    return QJsonDocument::fromJson(answer).object();
+    return ask(u"get_tree"_s).object();
+}
+
+bool Sway::hasKeyboard() const
+{
+    const QJsonArray inputs = ask(u"get_inputs"_s).array();
+    return std::any_of(inputs.begin(), inputs.end(), [](const QJsonValue &input) {
+        return input.toObject().value(u"type"_s) == u"keyboard"_s;
+    });
+}
+
+QString Sway::focusedApplication() const
+{
+    return focusedIn(tree()).value(u"app_id"_s).toString();
 }
 
 QByteArray Sway::run(const QString &program, const QStringList &arguments) const

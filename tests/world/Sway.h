@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QString>
@@ -32,6 +33,13 @@ public:
     /// All outputs, workspaces and windows.
     QJsonObject tree() const;
 
+    /// Whether a keyboard is connected. The desktop begins without any.
+    bool hasKeyboard() const;
+
+    /// The application id of the window that sway itself calls focused; empty for an X11 window
+    /// and when there is none.
+    QString focusedApplication() const;
+
     /// Runs a program on this desktop to its end and returns its output.
     QByteArray run(const QString &program, const QStringList &arguments) const;
 
@@ -40,6 +48,7 @@ public:
 
 private:
     QString ipcSocket() const;
+    QJsonDocument ask(const QString &type) const;
 
     QTemporaryDir m_folder;
     QProcess m_process;

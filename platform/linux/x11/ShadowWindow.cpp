@@ -1,38 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/ShadowWindow.h"
 
+#include "platform/linux/x11/TransparentWindow.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/softShadow.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <xcb/shape.h>
 
 namespace
 {
 
-constexpr uint8_t depthWithAlpha = 32;
-
 /// Sent in pieces, because the size of a request is limited.
 constexpr int rowsAPiece = 32;
-
-/// The visual for colours with alpha; 0 when the server has none.
-xcb_visualid_t visualWithAlpha(const X11Connection &x11)
-{
-    for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(x11.get())); screen.rem > 0;
-         xcb_screen_next(&screen)) {
-        if (screen.data->root != x11.root())
-            continue;
-        for (auto depth = xcb_screen_allowed_depths_iterator(screen.data); depth.rem > 0;
-             xcb_depth_next(&depth)) {
-            const auto visual = xcb_depth_visuals_iterator(depth.data);
-            if (depth.data->depth == depthWithAlpha && visual.rem > 0)
-                return visual.data->visual_id;
-        }
-    }
-    return 0;
-}
 
 /// Keeps the compositor from adding its own shadow to the shadow.
 void forbidFurtherShadow(X11Connection &x11, xcb_window_t window)
@@ -46,40 +27,15 @@ void forbidFurtherShadow(X11Connection &x11, xcb_window_t window)
 
 ShadowWindow::ShadowWindow(X11Connection &x11) : m_x11(x11) {}
 
-ShadowWindow::~ShadowWindow()
-{
-    if (m_window == XCB_WINDOW_NONE)
-        return;
-    xcb_destroy_window(m_x11.get(), m_window);
-    xcb_free_colormap(m_x11.get(), m_colormap);
-}
-
-void ShadowWindow::create()
-{
-    const xcb_visualid_t visual = visualWithAlpha(m_x11);
-    if (visual == 0)
-        return;
-    xcb_connection_t *const connection = m_x11.get();
-    m_colormap = xcb_generate_id(connection);
-    xcb_create_colormap(connection, XCB_COLORMAP_ALLOC_NONE, m_colormap, m_x11.root(), visual);
-
-    m_window = xcb_generate_id(connection);
-    const std::array<uint32_t, 4> values = {0, 0, 1, m_colormap};
-    xcb_create_window(connection, depthWithAlpha, m_window, m_x11.root(), -1, -1, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                          XCB_CW_COLORMAP,
-                      values.data());
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
-                         XCB_CLIP_ORDERING_UNSORTED, m_window, 0, 0, 0, nullptr);
-    forbidFurtherShadow(m_x11, m_window);
-}
+ShadowWindow::~ShadowWindow() = default;
 
 void ShadowWindow::showBelow(const Caster &caster)
 {
-    if (m_window == XCB_WINDOW_NONE)
-        create();
-    if (m_window == XCB_WINDOW_NONE)
+    if (!m_window) {
+        m_window = std::make_unique<TransparentWindow>(m_x11, TransparentWindow::Manager::Ignores);
+        forbidFurtherShadow(m_x11, m_window->id());
+    }
+    if (m_window->id() == XCB_WINDOW_NONE)
         return;
     const int reach = int(std::ceil(shadowReach * caster.scale));
     const QRect place = caster.place.adjusted(-reach, -reach, reach, reach);
@@ -87,12 +43,12 @@ void ShadowWindow::showBelow(const Caster &caster)
     const std::array<uint32_t, 6> values = {uint32_t(place.x()),     uint32_t(place.y()),
                                             uint32_t(place.width()), uint32_t(place.height()),
                                             caster.window,           XCB_STACK_MODE_BELOW};
-    xcb_configure_window(m_x11.get(), m_window,
+    xcb_configure_window(m_x11.get(), m_window->id(),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                              XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_SIBLING |
                              XCB_CONFIG_WINDOW_STACK_MODE,
                          values.data());
-    xcb_map_window(m_x11.get(), m_window);
+    xcb_map_window(m_x11.get(), m_window->id());
     m_isMapped = true;
     xcb_flush(m_x11.get());
 }
@@ -101,7 +57,7 @@ void ShadowWindow::hide()
 {
     if (!m_isMapped)
         return;
-    xcb_unmap_window(m_x11.get(), m_window);
+    xcb_unmap_window(m_x11.get(), m_window->id());
     xcb_flush(m_x11.get());
     m_isMapped = false;
 }
@@ -118,19 +74,19 @@ void ShadowWindow::draw(const Caster &caster)
     xcb_connection_t *const connection = m_x11.get();
     const auto width = static_cast<uint16_t>(image.width());
     const xcb_pixmap_t pixmap = xcb_generate_id(connection);
-    xcb_create_pixmap(connection, depthWithAlpha, pixmap, m_window, width,
+    xcb_create_pixmap(connection, TransparentWindow::depth, pixmap, m_window->id(), width,
                       static_cast<uint16_t>(image.height()));
     const xcb_gcontext_t context = xcb_generate_id(connection);
     xcb_create_gc(connection, context, pixmap, 0, nullptr);
     for (int row = 0; row < image.height(); row += rowsAPiece) {
         const int count = std::min(rowsAPiece, image.height() - row);
         xcb_put_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width,
-                      static_cast<uint16_t>(count), 0, static_cast<int16_t>(row), 0, depthWithAlpha,
-                      static_cast<uint32_t>(count * image.bytesPerLine()),
+                      static_cast<uint16_t>(count), 0, static_cast<int16_t>(row), 0,
+                      TransparentWindow::depth, static_cast<uint32_t>(count * image.bytesPerLine()),
                       image.constScanLine(row));
     }
-    xcb_change_window_attributes(connection, m_window, XCB_CW_BACK_PIXMAP, &pixmap);
-    xcb_clear_area(connection, 0, m_window, 0, 0, 0, 0);
+    xcb_change_window_attributes(connection, m_window->id(), XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(connection, 0, m_window->id(), 0, 0, 0, 0);
     xcb_free_gc(connection, context);
     xcb_free_pixmap(connection, pixmap);
 }

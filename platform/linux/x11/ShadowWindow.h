@@ -3,8 +3,10 @@
 
 #include <QRect>
 
+#include <memory>
 #include <xcb/xcb.h>
 
+class TransparentWindow;
 class X11Connection;
 
 /// A window that shows nothing but another window's soft shadow, for desktops with a compositor. It
@@ -33,12 +35,10 @@ public:
     void hide();
 
 private:
-    void create();
     void draw(const Caster &caster);
 
     X11Connection &m_x11;
-    xcb_window_t m_window = XCB_WINDOW_NONE;
-    xcb_colormap_t m_colormap = XCB_NONE;
+    std::unique_ptr<TransparentWindow> m_window;
     bool m_isMapped = false;
     /// What the window shows now.
     QSize m_drawnSize;

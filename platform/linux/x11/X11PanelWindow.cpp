@@ -29,6 +29,7 @@ X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
     , m_properties(connection, m_own.root())
     , m_manager(m_own)
     , m_keyboard(m_own, m_manager)
+    , m_compositorKeyboard(m_own)
 {
     connect(&m_compositor, &CompositorWatch::changed, this, &PanelWindow::transparencyChanged);
 }
@@ -52,10 +53,10 @@ void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
 {
     const xcb_window_t id = idOf(window);
     m_isNew = true;
-    const bool hasKeyboard = std::exchange(m_willHaveKeyboard, false);
-    m_isUnmanaged = !hasKeyboard && isBestUnmanaged(window);
+    m_compositorKeyboard.giveBack();
+    m_isUnmanaged = isBestUnmanaged(window);
     // Otherwise Qt asks for the keyboard focus at each click into a window that does not have it.
-    window.setFlag(Qt::WindowDoesNotAcceptFocus, !hasKeyboard);
+    window.setFlag(Qt::WindowDoesNotAcceptFocus);
     window.setFlag(Qt::BypassWindowManagerHint, m_isUnmanaged);
     makeGroupOfItsOwn(id);
     m_properties.set(
@@ -78,7 +79,7 @@ bool X11PanelWindow::bringToFront(QWindow &window)
         return true;
     const xcb_window_t id = idOf(window);
     // While the user is typing they see it, and a new window would not have the keyboard.
-    const bool isInUse = m_keyboard.isWith(id);
+    const bool isInUse = m_keyboard.isWith(id) || m_compositorKeyboard.isWith(window);
     if (!isInUse && m_isUnmanaged != isBestUnmanaged(window))
         return false;
     if (!m_isUnmanaged)
@@ -89,20 +90,21 @@ bool X11PanelWindow::bringToFront(QWindow &window)
     return true;
 }
 
-/// Compositors of the wlroots kind give the keyboard only to windows that they manage.
-bool X11PanelWindow::takeFocus(QWindow &window)
+void X11PanelWindow::takeFocus(QWindow &window)
 {
-    m_willHaveKeyboard = m_isUnmanaged && m_manager.isOfWlroots();
-    if (!m_willHaveKeyboard)
+    if (m_isUnmanaged && m_manager.isOfWlroots())
+        m_compositorKeyboard.take(window);
+    else
         m_keyboard.take(idOf(window));
-    return !m_willHaveKeyboard;
 }
 
 /// When a window that they manage goes, window managers give the keyboard to the next one
 /// themselves; KWin does so only if nobody else has.
 void X11PanelWindow::giveFocusBack(QWindow &window)
 {
-    if (m_isUnmanaged)
+    if (m_compositorKeyboard.isWith(window))
+        m_compositorKeyboard.giveBack();
+    else if (m_isUnmanaged)
         m_keyboard.giveBack(idOf(window));
 }
 

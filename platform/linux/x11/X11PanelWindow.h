@@ -3,6 +3,7 @@
 
 #include "platform/PanelWindow.h"
 #include "platform/linux/x11/BorrowedKeyboard.h"
+#include "platform/linux/x11/CompositorKeyboard.h"
 #include "platform/linux/x11/CompositorWatch.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11Properties.h"
@@ -30,7 +31,7 @@ public:
     QScreen *screen() const override;
     void prepare(QWindow &window, double cornerRadius) override;
     bool bringToFront(QWindow &window) override;
-    bool takeFocus(QWindow &window) override;
+    void takeFocus(QWindow &window) override;
     void giveFocusBack(QWindow &window) override;
     bool showsTransparency() const override;
 
@@ -45,10 +46,9 @@ private:
     X11Properties m_properties;
     X11WindowManager m_manager;
     BorrowedKeyboard m_keyboard;
+    CompositorKeyboard m_compositorKeyboard;
     std::unique_ptr<WindowOutline> m_outline;
     /// Shown without the window manager, above everything.
     bool m_isUnmanaged = false;
     bool m_isNew = false;
-    /// The next native window is made to have the keyboard.
-    bool m_willHaveKeyboard = false;
 };

@@ -5,8 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,24 +15,6 @@ namespace
 
 constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
 
-QJsonObject focusedIn(const QJsonObject &node)
-{
-    if (node.value(u"focused"_s).toBool())
-        return node;
-    const QJsonArray inside = node.value(u"nodes"_s).toArray();
-    for (const QJsonValue &inner : inside) {
-        if (const QJsonObject found = focusedIn(inner.toObject()); !found.isEmpty())
-            return found;
-    }
-    return {};
-}
-
-/// The id of the window that sway itself calls focused; empty when none is.
-QString focused(const Sway &sway)
-{
-    return focusedIn(sway.tree()).value(u"app_id"_s).toString();
-}
-
 /// A real program with a window on the Wayland desktop, which has the focus once this is
 /// constructed.
 class Window
@@ -44,7 +24,7 @@ public:
     {
         sway.start(m_process, u"foot"_s,
                    {u"--app-id"_s, applicationId, u"sh"_s, u"-c"_s, u"exec sleep 1000"_s});
-        const auto isInFront = [&] { return focused(sway) == applicationId; };
+        const auto isInFront = [&] { return sway.focusedApplication() == applicationId; };
         if (!QTest::qWaitFor(isInFront, int(patience.count())))
             qWarning() << applicationId << "does not come to the front";
     }
@@ -119,7 +99,7 @@ private Q_SLOTS:
         const Window other(*m_sway, id);
         QCOMPARE(m_front->current(), paintBox);
         focus(u"paint"_s);
-        QTRY_COMPARE(focused(*m_sway), u"paint"_s);
+        QTRY_COMPARE(m_sway->focusedApplication(), u"paint"_s);
         QCOMPARE(m_front->current(), paintBox);
         QVERIFY(activated.isEmpty());
     }
@@ -129,7 +109,7 @@ private Q_SLOTS:
         const Window paint(*m_sway, u"paint"_s);
         QTRY_COMPARE(m_front->current(), paintBox);
         m_sway->command(u"workspace 2"_s);
-        QTRY_COMPARE(focused(*m_sway), QString());
+        QTRY_COMPARE(m_sway->focusedApplication(), QString());
         QCOMPARE(m_front->current(), paintBox);
         m_sway->command(u"workspace 1"_s);
     }
