@@ -16,7 +16,11 @@ class PlainPanelWindow : public PanelWindow
 public:
     Qt::WindowType windowType() const override { return Qt::Window; }
     QScreen *screen() const override { return QGuiApplication::primaryScreen(); }
-    void prepare(QWindow &, double) override {}
+    void prepare(QWindow &window, double) override
+    {
+        fixSize(window);
+        connect(&window, &QWindow::heightChanged, this, [&window] { fixSize(window); });
+    }
     bool bringToFront(QWindow &window) override
     {
         window.raise();
@@ -25,6 +29,14 @@ public:
     void takeFocus(QWindow &window) override { window.requestActivate(); }
     void giveFocusBack(QWindow &) override {}
     bool showsTransparency() const override { return true; }
+
+private:
+    /// Compositors that tile windows let one of fixed size float.
+    static void fixSize(QWindow &window)
+    {
+        window.setMinimumSize(window.size());
+        window.setMaximumSize(window.size());
+    }
 };
 
 } // namespace

@@ -119,16 +119,21 @@ class Tools:
         return json.loads(done.stdout) if done.returncode == 0 else None
 
 
+def install_gazette(program):
+    """The desktop entry of an application named "Gazette"."""
+    entries = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "applications"
+    entries.mkdir(parents=True, exist_ok=True)
+    (entries / "gazette.desktop").write_text(
+        "[Desktop Entry]\nType=Application\nName=Gazette\n"
+        f"Exec={program}\nStartupWMClass=sample_page\n"
+    )
+
+
 class Page:
     """An ordinary application named "Gazette" that shows a page."""
 
     def __init__(self, program, title, paragraph):
-        entries = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "applications"
-        entries.mkdir(parents=True, exist_ok=True)
-        (entries / "gazette.desktop").write_text(
-            "[Desktop Entry]\nType=Application\nName=Gazette\n"
-            f"Exec={program}\nStartupWMClass=sample_page\n"
-        )
+        install_gazette(program)
         self._process = subprocess.Popen([program, title, paragraph])
         self.window = wait_until(lambda: windows_of(self._process.pid), "the page has a window")[0]
         wait_until(lambda: active_window() == self.window, "the page is in front")

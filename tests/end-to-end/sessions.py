@@ -1,0 +1,160 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""A screenshot's way through a whole desktop session, from the session's own tool to the clipboard.
+VELMORA_SESSION names the session."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+import case
+import desktop
+import sway
+
+# The tray's colour, and its distance from the screen's edges.
+TRAY_COLOUR = (232, 247, 255)
+MARGIN = 44
+
+
+def pixel(picture, x, y):
+    """The colour of one pixel of a picture file."""
+    place = f"1x1+{x}+{y}"
+    raw = desktop.run("convert", str(picture), "-crop", place, "-depth", "8", "rgb:-")
+    return tuple(raw[:3])
+
+
+class X11Session:
+    """The window manager of the test's world."""
+
+    screen = (1600, 1000)
+    tray_is_in_corner = True
+
+    def __init__(self, tool):
+        self._tool = tool
+        self.environment = {}
+
+    def start(self, tools):
+        self._page = tools.page(case.TITLE, case.PARAGRAPH)
+
+    def stop(self):
+        self._page.close()
+
+    def close_welcome_window(self, velmora):
+        velmora.close_welcome_window()
+
+    def take_screenshot(self, folder):
+        desktop.run(*(word.format(folder=folder) for word in self._tool))
+
+    def photograph(self, path):
+        desktop.run("maim", "--hidecursor", str(path))
+
+    def pasted(self, kind):
+        return desktop.clipboard(kind)
+
+
+class SwaySession:
+    screen = (1280, 720)
+
+    def __init__(self, x11):
+        self.tray_is_in_corner = x11
+        self._sway = sway.Sway(x11)
+        self.environment = self._sway.environment | {"GRIM_DEFAULT_DIR": str(desktop.FOLDER)}
+        if not x11:
+            self.environment |= {"QT_QPA_PLATFORM": "wayland", "DISPLAY": ""}
+
+    def start(self, _tools):
+        desktop.install_gazette("foot")
+        text = f"clear; printf '\\n\\n  {case.TITLE}\\n\\n {case.PARAGRAPH}'; exec sleep 1000"
+        look = ("--font=DejaVu Sans Mono:size=20", "--override=colors.background=ffffff")
+        look += ("--override=colors.foreground=000000", "--override=cursor.color=ffffff ffffff")
+        self._terminal = subprocess.Popen(
+            ["foot", "--app-id=gazette", *look, "sh", "-c", text],
+            env=os.environ | self.environment,
+            stderr=subprocess.DEVNULL,
+        )
+        desktop.wait_until(
+            lambda: self._sway.message("[app_id=gazette]", "focus").returncode == 0, "the window"
+        )
+
+    def stop(self):
+        self._terminal.kill()
+        self._terminal.wait(20)
+        self._sway.stop()
+
+    def close_welcome_window(self, velmora):
+        criteria = f"[pid={velmora.pid}]"
+        desktop.wait_until(
+            lambda: self._sway.message(criteria, "kill").returncode == 0, "the welcome window"
+        )
+        desktop.wait_until(
+            lambda: self._sway.message(criteria, "focus").returncode != 0, "it is closed"
+        )
+
+    def take_screenshot(self, _folder):
+        self._run("grim")
+
+    def photograph(self, path):
+        self._run("grim", str(path))
+
+    def pasted(self, kind):
+        return self._run("wl-paste", "--no-newline", "--type", kind).stdout
+
+    def _run(self, *command):
+        environment = os.environ | self.environment
+        return subprocess.run(command, env=environment, stdout=subprocess.PIPE, timeout=30)
+
+
+SESSIONS = {
+    "openbox": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
+    "xfce": lambda: X11Session(("xfce4-screenshooter", "--fullscreen", "--save", "{folder}/shot.png")),
+    "mate": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
+    "kwin": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
+    "sway": lambda: SwaySession(x11=True),
+    "sway_without_x11": lambda: SwaySession(x11=False),
+}
+
+
+class Session(unittest.TestCase):
+    def setUp(self):
+        shutil.rmtree(desktop.FOLDER)
+        desktop.FOLDER.mkdir()
+        desktop.save_settings(copyBehavior="file")
+        self.outside = pathlib.Path(tempfile.mkdtemp(dir=desktop.HOME))
+        self.session = SESSIONS[os.environ["VELMORA_SESSION"]]()
+        self.session.start(desktop.Tools(case.BUILD))
+        self.addCleanup(self.session.stop)
+        self.velmora = desktop.Velmora(case.BUILD, environment=self.session.environment)
+        self.addCleanup(self.velmora.stop)
+        self.velmora.start()
+        self.session.close_welcome_window(self.velmora)
+
+    def test_a_screenshot_gets_its_row_its_name_and_its_place_on_the_clipboard(self):
+        self.session.take_screenshot(desktop.FOLDER)
+        row = self.velmora.wait_for_row(
+            lambda row: row.status == "Renamed automatically", "the row", case.NAMING_SECONDS
+        )
+        self.assertEqual(row.filename, f"{case.TITLE_NAME}.png")
+        self.assertEqual(desktop.pictures(), [row.filename])
+        named = str(desktop.FOLDER / row.filename).encode()
+        desktop.wait_until(lambda: self.session.pasted("text/plain") == named, "the clipboard")
+        desktop.wait_until(self.tray_is_at_its_place, "the tray at its place")
+
+    def tray_is_at_its_place(self):
+        """In its corner, or in the middle where windows can't choose their place."""
+        photograph = self.outside / "photograph.png"
+        self.session.photograph(photograph)
+        width, height = self.session.screen
+        right, bottom = width - MARGIN, height - MARGIN
+        if not self.session.tray_is_in_corner:
+            right = (width + desktop.TRAY_WIDTH) // 2
+            bottom = (height + desktop.TRAY_HEIGHTS[1]) // 2
+        top = bottom - desktop.TRAY_HEIGHTS[1]
+        edges = [(right - 300, top + 4), (right - 300, bottom - 4), (right - 4, bottom - 40)]
+        return all(pixel(photograph, *place) == TRAY_COLOUR for place in edges)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
