@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "command/Namer.h"
 
-#include "command/RenameJournal.h"
 #include "command/filePaths.h"
 #include "filesystem/FileUrls.h"
+#include "filesystem/RenameJournal.h"
 #include "filesystem/moveWithinFileSystem.h"
 #include "naming/NameFile.h"
 

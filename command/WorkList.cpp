@@ -3,8 +3,8 @@
 
 #include "command/ToolNames.h"
 #include "command/filePaths.h"
-#include "command/namesInFolder.h"
 #include "filesystem/ImageNames.h"
+#include "filesystem/namesInFolder.h"
 
 #include <QSet>
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "command/IndexUpdate.h"
 #include "command/Namer.h"
-#include "command/RenameJournal.h"
 #include "command/exitStatus.h"
 #include "command/readPictures.h"
 #include "command/runs.h"
+#include "filesystem/RenameJournal.h"
 
 #include <memory>
 
@@ -25,13 +26,15 @@ int preview(const CommandOptions &options, Console &console, Report &report)
 
 /// Reports the picture's result. Stops if renaming could no longer be recorded in the journal, or
 /// no longer be reported.
-Going rename(Renamer &renamer, const PictureReading &reading, Report &report)
+Going rename(Renamer &renamer, const PictureReading &reading, Report &report, IndexUpdate &index)
 {
     const Naming naming = renamer.name(reading);
     if (renamer.hasLostJournal()) {
         report.note("the journal can't be written, so nothing more is renamed: " + naming.failure);
         return Going::EndsBefore;
     }
+    if (naming.newPath != reading.path)
+        index.add(naming.newPath);
     const auto renamed =
         naming.newPath == reading.path ? Report::Renamed::No : Report::Renamed::Yes;
     const bool isTold = naming.failure.isEmpty()
@@ -51,9 +54,10 @@ int rename(const CommandOptions &options, Console &console, Report &report)
     }
     PictureReader reader(PictureReader::Wanted::Words, options.appName);
     Renamer renamer(options.appName, *journal);
+    IndexUpdate index;
     return readPictures(
         WorkList::of(options), reader, console, report,
-        [&](const PictureReading &reading) { return rename(renamer, reading, report); });
+        [&](const PictureReading &reading) { return rename(renamer, reading, report, index); });
 }
 
 } // namespace

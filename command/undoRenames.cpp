@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "command/IndexUpdate.h"
 #include "command/Interruption.h"
 #include "command/PictureReader.h"
-#include "command/RenameJournal.h"
 #include "command/Report.h"
 #include "command/exitStatus.h"
 #include "command/filePaths.h"
 #include "command/runs.h"
+#include "filesystem/RenameJournal.h"
 #include "filesystem/moveWithinFileSystem.h"
 
 #include <algorithm>
@@ -58,8 +59,10 @@ private:
             back = FilePaths::numbered(entry.oldPath, counter);
             error = moveWithinFileSystem(entry.newPath.constData(), back.constData());
         }
-        if (!error)
+        if (!error) {
+            m_index.add(back);
             return m_report.name(entry.newPath, back, Report::Renamed::Yes);
+        }
         m_mayBeTriedAgain = true;
         return m_report.failure(entry.newPath,
                                 "can't be renamed: " + QByteArray::fromStdString(error.message()));
@@ -76,6 +79,7 @@ private:
 
     const std::vector<Entry> m_entries;
     Report &m_report;
+    IndexUpdate m_index;
     bool m_mayBeTriedAgain = false;
 };
 
@@ -99,7 +103,7 @@ int Runs::undo(const CommandOptions &options, Console &console)
     Undoing undoing(journal->entries(), report);
     const bool isDone = undoing.run();
     if (isDone && !undoing.mayBeTriedAgain())
-        journal->remove();
+        journal->end();
     if (!isDone)
         report.note("stopped early; --undo goes on where it was");
     if (Interruption::signal() != 0 && !isDone)

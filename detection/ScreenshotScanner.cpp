@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "detection/ScreenshotScanner.h"
 
+#include "filesystem/RenameJournal.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -74,6 +76,10 @@ void ScreenshotScanner::scan()
     m_hasScanned = true;
     const QList<QUrl> added = m_newScreenshots.scan(m_follower->candidates());
     for (const QUrl &url : added) {
+        const std::optional<FileIdentity> file = fileIdentity(url.toLocalFile());
+        // Only its name is new.
+        if (file && RenameJournal::hasRenamed(*file))
+            continue;
         m_lastReports.insert(url, ++m_reports);
         Q_EMIT newScreenshot(url, m_reports);
     }

@@ -4,6 +4,7 @@
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/SearchField.h"
 #include "filesystem/FileUrls.h"
+#include "search/ScreenshotSearch.h"
 
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -74,6 +75,16 @@ void RecentScreenshotsWindow::hideEvent(QHideEvent *event)
 {
     endSearch();
     FloatingWindow::hideEvent(event);
+}
+
+void RecentScreenshotsWindow::changeEvent(QEvent *event)
+{
+    FloatingWindow::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !isVisible())
+        return;
+    m_recent.refresh();
+    if (m_search)
+        m_finder->lookAgain();
 }
 
 void RecentScreenshotsWindow::searchFor(const QString &words)

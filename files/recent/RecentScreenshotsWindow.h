@@ -16,6 +16,9 @@ class ScreenshotSearch;
 /// changes. After a change of folder it keeps showing the previous one, name and files, until the
 /// new one has been listed.
 ///
+/// When the user comes back to it from another program, which may have renamed files, it looks
+/// again.
+///
 /// Typing into it starts a search. It then shows the results instead of the list, until Escape is
 /// pressed or the last letter is deleted. Main thread.
 class RecentScreenshotsWindow : public FloatingWindow
@@ -53,6 +56,7 @@ protected:
     void fitInto(const QSize &room) override;
     void keyPressEvent(QKeyEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void showList();

@@ -117,5 +117,5 @@ class CommandCase(unittest.TestCase):
         return sorted(os.listdir(folder or self.folder))
 
     def journals(self):
-        folder = self.state / "velmora"
-        return sorted(folder.iterdir()) if folder.exists() else []
+        """Of what can be undone."""
+        return sorted((self.state / "velmora").glob("renames-*"))

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """The command is killed in the middle of renaming and of taking back, again and again, and no
-picture is ever lost."""
+picture is ever lost.
+
+Variables for a longer run: VELMORA_PICTURES, the number of pictures, and VELMORA_KILLS."""
 
 import os
 import pathlib
@@ -16,8 +18,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "world"))
 
 import desktop  # noqa: E402
 
-KILLS = 100
-PICTURES = 12
+KILLS = int(os.environ.get("VELMORA_KILLS", 100))
+PICTURES = int(os.environ.get("VELMORA_PICTURES", 12))
 # Each step takes so long that most kills meet one.
 MILLISECONDS = 2
 STEPS = ("pwrite", "fsync", "renameat2", "unlink")

@@ -156,7 +156,7 @@ class Renames(CommandCase):
         for value in (None, "relative"):
             variables = self.environment(XDG_STATE_HOME=value)
             self.rename(env=variables)
-            self.assertEqual(len(list((self.home / ".local/state/velmora").iterdir())), 1)
+            self.assertEqual(len(list((self.home / ".local/state/velmora").glob("renames-*"))), 1)
             self.undo(env=variables)
             self.assertEqual(self.names(), [tool_name(1)])
 

@@ -11,7 +11,7 @@
 #include <system_error>
 #include <vector>
 
-/// The renames of one run of the command, kept so that they can be undone: one file per run in
+/// The renames of one run of `velmora-name`, kept so that they can be undone: one file per run in
 /// $XDG_STATE_HOME/velmora, private to the user. Each rename is on disk before it happens, so the
 /// journal may contain a rename that did not happen, but never lacks one that did. A run locks its
 /// journal for as long as it lives.
@@ -45,8 +45,13 @@ public:
     /// complete is left out.
     std::vector<Entry> entries() const;
 
-    /// Removes the journal once all its renames have been undone.
-    void remove();
+    /// Call it once all its renames have been undone. The journal can no longer be opened, but
+    /// `hasRenamed` still knows the last one that ended so.
+    void end();
+
+    /// Whether a run has renamed this file, or undone that, and its content is still the same. Any
+    /// thread; blocks for the disk.
+    static bool hasRenamed(const FileIdentity &file);
 
     const QByteArray &path() const { return m_path; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "command/namesInFolder.h"
+#include "filesystem/namesInFolder.h"
 
 #include <algorithm>
 #include <cerrno>

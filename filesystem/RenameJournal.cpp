@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "command/RenameJournal.h"
+#include "filesystem/RenameJournal.h"
 
-#include "command/JournalFolder.h"
+#include "filesystem/JournalFolder.h"
 
+#include <QFile>
 #include <QList>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <limits>
 #include <sys/file.h>
@@ -58,6 +61,19 @@ bool hasName(const Descriptor &file)
 {
     struct stat status = {};
     return ::fstat(file.number(), &status) == 0 && status.st_nlink > 0;
+}
+
+std::vector<RenameJournal::Entry> entriesIn(const Descriptor &file)
+{
+    std::vector<RenameJournal::Entry> found;
+    const QByteArray content = readWhole(file.number(), largestJournal).value_or(QByteArray());
+    // A line without a line break at its end was never completed.
+    const QByteArray whole = content.left(content.lastIndexOf('\n') + 1);
+    for (const QByteArray &line : whole.split('\n')) {
+        if (std::optional<RenameJournal::Entry> entry = entryOf(line))
+            found.push_back(std::move(*entry));
+    }
+    return found;
 }
 
 bool writeAll(int descriptor, const QByteArray &bytes, qint64 at)
@@ -133,7 +149,7 @@ RenameJournal::RenameJournal(QByteArray path, Descriptor file, qint64 size)
 RenameJournal::~RenameJournal()
 {
     if (m_size == 0)
-        remove();
+        end();
 }
 
 std::error_code RenameJournal::append(const Entry &entry)
@@ -151,20 +167,37 @@ std::error_code RenameJournal::append(const Entry &entry)
 
 std::vector<RenameJournal::Entry> RenameJournal::entries() const
 {
-    std::vector<Entry> found;
-    const QByteArray content = readWhole(m_file.number(), largestJournal).value_or(QByteArray());
-    // A line without a line break at its end was never completed.
-    const QByteArray whole = content.left(content.lastIndexOf('\n') + 1);
-    for (const QByteArray &line : whole.split('\n')) {
-        if (std::optional<Entry> entry = entryOf(line))
-            found.push_back(std::move(*entry));
-    }
-    return found;
+    return entriesIn(m_file);
 }
 
-void RenameJournal::remove()
+void RenameJournal::end()
 {
-    if (m_file && hasName(m_file))
-        ::unlink(m_path.constData());
+    if (m_file && hasName(m_file)) {
+        if (m_size == 0 ||
+            ::rename(m_path.constData(), JournalFolder().pathOfUndone().constData()) != 0)
+            ::unlink(m_path.constData());
+    }
     m_file.close();
+}
+
+bool RenameJournal::hasRenamed(const FileIdentity &file)
+{
+    const JournalFolder folder;
+    std::vector<QByteArray> paths{folder.pathOfUndone()};
+    for (const int number : folder.numbers())
+        paths.push_back(folder.pathOf(number));
+    return std::any_of(paths.crbegin(), paths.crend(), [&file](const QByteArray &path) {
+        // Of a new file nothing more is read, for no journal has been written since.
+        const auto identity = fileIdentity(QFile::decodeName(path));
+        if (!identity || identity->modified < file.modified)
+            return false;
+        const Descriptor journal(
+            ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        if (!journal)
+            return false;
+        const std::vector<Entry> entries = entriesIn(journal);
+        return std::any_of(entries.cbegin(), entries.cend(), [&file](const Entry &entry) {
+            return entry.identity.sameContent(file);
+        });
+    });
 }

@@ -20,6 +20,9 @@ public:
 
     QByteArray pathOf(int number) const;
 
+    /// Where the last journal is kept whose renames have all been undone.
+    QByteArray pathOfUndone() const { return m_path + "/undone.journal"; }
+
     /// Flushes the names in the folder to the disk.
     std::error_code flush() const;
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "command/JournalFolder.h"
+#include "filesystem/JournalFolder.h"
 
-#include "command/namesInFolder.h"
 #include "filesystem/Descriptor.h"
+#include "filesystem/namesInFolder.h"
 
 #include <algorithm>
 #include <cstdlib>
