@@ -67,7 +67,8 @@ void BackgroundReader::bePatient()
 
 QFuture<BackgroundReader::Reading> BackgroundReader::read(const QUrl &file)
 {
-    return ask([services = m_services, abandoned = m_abandoned, file] {
+    return m_thread.ask([services = m_services, abandoned = m_abandoned, file] {
+        bePatient();
         return readPage(*services, file, *abandoned);
     });
 }

@@ -44,16 +44,6 @@ public:
     /// Abandons the readings that are in progress or queued.
     void abandon();
 
-    /// Runs other work that nobody waits for on the same thread.
-    template <typename Work>
-    auto ask(Work work)
-    {
-        return m_thread.ask([work = std::move(work)] {
-            bePatient();
-            return work();
-        });
-    }
-
 private:
     struct Services;
     using Flag = std::shared_ptr<std::atomic_bool>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/ScreenshotSearch.h"
 
+#include "core/lowerThreadPriority.h"
 #include "core/whenFinished.h"
 
 #include <limits>
@@ -43,6 +44,7 @@ ScreenshotSearch::ScreenshotSearch(Services services, const QString &databaseFol
     , m_names(std::make_shared<NameSearch>(m_services.screenshotsIn))
     , m_keeps(std::make_shared<std::atomic_bool>(false))
     , m_reader(m_services.recognizer, m_services.power)
+    , m_lister(0ms)
     , m_thread(longestWaitAtEnd)
 {
     m_quiet.setSingleShot(true);
@@ -114,9 +116,11 @@ void ScreenshotSearch::lookAgain()
         return;
     m_isListing = true;
     const auto list = [folder = m_folder, screenshotsIn = m_services.screenshotsIn] {
+        // Not at idle priority: a search may be waiting for it.
+        lowerThreadPriority();
         return entriesOf(screenshotsIn(folder));
     };
-    whenFinished(m_reader.ask(list), this,
+    whenFinished(m_lister.ask(list), this,
                  [this, folder = m_folder](const std::optional<Entries> &entries) {
                      m_isListing = false;
                      if (folder != m_folder)

@@ -90,5 +90,6 @@ private:
     QTimer m_quiet; ///< while it runs, nothing is read, so that a new screenshot is not slowed down
     QTimer m_later;
     BackgroundReader m_reader;
-    BackgroundThread m_thread;
+    BackgroundThread m_lister;
+    BackgroundThread m_thread; ///< the database's
 };

@@ -199,6 +199,18 @@ bool SearchIndex::moved(const QUrl &from, const QUrl &to, Place place)
     });
 }
 
+bool SearchIndex::renamed(const QList<Entry> &entries)
+{
+    return !exists() || change([&] {
+        for (const Entry &entry : entries) {
+            const std::optional<Row> row = rowOf(entry.file);
+            if (m_store.isBroken() || (row && !update(*row, entry)))
+                return false;
+        }
+        return true;
+    });
+}
+
 bool SearchIndex::setText(const FileIdentity &file, const QStringList &lines)
 {
     QString text = withoutSecrets(lines).join(u'\n');

@@ -46,6 +46,9 @@ public:
     enum class Place { Folder, Trash };
     bool moved(const QUrl &from, const QUrl &to, Place place);
 
+    /// Another program has moved these files. Unknown ones are left alone. Creates no database.
+    bool renamed(const QList<Entry> &entries);
+
     /// Whether the database had to be set aside since `setFolder`, which should then be called
     /// again.
     bool isBegunAnew() const { return m_isBegunAnew; }

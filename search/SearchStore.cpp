@@ -128,7 +128,7 @@ bool SearchStore::prepareTables()
     run(u"PRAGMA synchronous=NORMAL"_s);
     run(u"PRAGMA secure_delete=ON"_s);
     if (!isEmpty())
-        return !m_isBroken && isOurs();
+        return !m_isBroken && isOurs() && hasOurTables();
     if (m_isBroken || !begin())
         return false;
     // Another process may have created the tables first.
@@ -151,6 +151,20 @@ bool SearchStore::isOurs()
         return false;
     m_isBroken = id->value(0).toInt() != applicationId;
     return !m_isBroken;
+}
+
+/// Another version of the program may have created it, with other tables.
+bool SearchStore::hasOurTables()
+{
+    for (const QString &statement : tables()) {
+        auto table = run(u"SELECT 1 FROM sqlite_master WHERE sql=?"_s, {statement});
+        if (!table)
+            return false;
+        m_isBroken = !table->next();
+        if (m_isBroken)
+            return false;
+    }
+    return true;
 }
 
 void SearchStore::close()
@@ -184,7 +198,8 @@ bool SearchStore::remove()
     close();
     bool isGone = true;
     QDir folder(m_folder);
-    for (const QString &name : folder.entryList({fileName() + u'*'}, QDir::Files | QDir::Hidden))
+    constexpr QDir::Filters all = QDir::Files | QDir::Hidden | QDir::System;
+    for (const QString &name : folder.entryList({fileName() + u'*'}, all))
         isGone = folder.remove(name) && isGone;
     // Succeeds only if it is empty.
     QDir().rmdir(m_folder);

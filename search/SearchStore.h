@@ -51,6 +51,7 @@ private:
     bool prepareFile(Missing missing);
     bool prepareTables();
     bool isOurs();
+    bool hasOurTables();
     void note(const QSqlError &error);
 
     const QString m_folder;

@@ -9,8 +9,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Nobody types a longer query.
+/// Nobody types a longer query, but anything may be pasted.
 constexpr qsizetype maximumTerms = 16;
+constexpr qsizetype maximumQueryLength = 400;
 
 bool isWrittenWithoutSpaces(char32_t codePoint)
 {
@@ -65,7 +66,7 @@ QString SearchTerms::indexed(const QString &text)
 QStringList SearchTerms::ofQuery(const QString &query)
 {
     QStringList terms;
-    for (const QString &token : NameTokens::tokens(foldedText(query))) {
+    for (const QString &token : NameTokens::tokens(foldedText(query.left(maximumQueryLength)))) {
         if (terms.size() < maximumTerms && !terms.contains(token))
             terms << token;
     }

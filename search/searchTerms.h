@@ -14,7 +14,7 @@ namespace SearchTerms
 /// is a word.
 QString indexed(const QString &text);
 
-/// The words of a query.
+/// The words of a query, at most the first 16 in its first 400 characters.
 QStringList ofQuery(const QString &query);
 
 /// The words as a query of SQLite's full-text search: all must occur, each as the beginning of a

@@ -291,6 +291,125 @@ private Q_SLOTS:
                      content);
     }
 
+    void whatIsNoFileIsSetAside_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *kind : {"pipe", "link", "dangling link"})
+            QTest::newRow(kind) << QString::fromLatin1(kind);
+    }
+
+    void whatIsNoFileIsSetAside()
+    {
+        QFETCH(const QString, kind);
+        QVERIFY(QDir().mkpath(folder()));
+        const QString target = m_data->filePath(u"letter"_s);
+        if (kind == u"link")
+            TestFiles::write(FileUrls::fromPath(target), "This is a letter to my aunt.");
+        const QByteArray place = QFile::encodeName(path());
+        if (kind == u"pipe")
+            QCOMPARE(::mkfifo(place.constData(), 0600), 0);
+        else
+            QVERIFY(QFile::link(target, path()));
+        SearchIndex index(folder());
+        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
+        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
+        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
+        QCOMPARE(asides(), QStringList{u"search.db.aside-1"_s});
+        if (kind == u"link")
+            QCOMPARE(TestFiles::read(FileUrls::fromPath(target)), "This is a letter to my aunt.");
+        QVERIFY(index.forget());
+        QVERIFY(asides().isEmpty());
+        QCOMPARE(QFile::exists(target), kind == u"link");
+    }
+
+    /// With other tables than this version knows.
+    void aDatabaseOfALaterVersionIsSetAside()
+    {
+        {
+            SearchIndex index(folder());
+            screenshot(index, u"one.png"_s, {u"lighthouse"_s});
+        }
+        {
+            QSqlDatabase later = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"later"_s);
+            later.setDatabaseName(path());
+            QVERIFY(later.open());
+            QVERIFY(
+                QSqlQuery(later).exec(u"ALTER TABLE screenshots RENAME COLUMN path TO place"_s));
+            later.close();
+        }
+        QSqlDatabase::removeDatabase(u"later"_s);
+        SearchIndex index(folder());
+        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
+        screenshot(index, u"two.png"_s, {u"harbour"_s});
+        QCOMPARE(namesOf(index.find(u"harbour"_s, 10)), QStringList{u"two.png"_s});
+        QCOMPARE(asides().size(), 1);
+    }
+
+    void aDiskThatVanishesCostsNothingButTheIndex()
+    {
+        SearchIndex index(folder());
+        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
+        QVERIFY(QDir(folder()).removeRecursively());
+        TestFiles::write(FileUrls::fromPath(folder()), "in the way");
+        index.find(u"lighthouse"_s, 10);
+        index.add({entryOf(m_files->make(u"two.png"_s))});
+        index.close();
+        QVERIFY(!index.add({entryOf(m_files->make(u"two.png"_s))}));
+        QVERIFY(index.find(u"two"_s, 10).isEmpty());
+        QCOMPARE(TestFiles::read(FileUrls::fromPath(folder())), "in the way");
+        QVERIFY(QFile::remove(folder()));
+        QVERIFY(index.add({entryOf(m_files->make(u"two.png"_s))}));
+        QCOMPARE(index.find(u"two"_s, 10).size(), 1);
+    }
+
+    void noQueryBreaksTheSearch_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<bool>("isFound");
+        QTest::newRow("quotes") << u"\"light\"\"house' \" -- ;"_s << false;
+        QTest::newRow("operators") << u"lighthouse NEAR(keeper, 2)"_s << false;
+        QTest::newRow("a column") << u"text:lighthouse"_s << false;
+        QTest::newRow("asterisks") << u"*light* ^light (light) {light} +light"_s << true;
+        QTest::newRow("nothing but signs") << u"\"*^:(){}-+"_s << false;
+        QTest::newRow("zero") << (u"light"_s + QChar(0) + u"house keeper"_s) << false;
+        QTest::newRow("lone surrogates")
+            << (u"light "_s + QChar(0xd800) + QChar(0xd800) + u" keeper"_s + QChar(0xdfff)) << true;
+        QTest::newRow("one long word") << QString(100'000, u'x') << false;
+        QTest::newRow("many words") << u"light "_s.repeated(20'000) << true;
+        QTest::newRow("many different words") << [] {
+            QString words;
+            for (int number = 0; number < 20'000; ++number)
+                words += u"w%1 "_s.arg(number);
+            return words;
+        }() << false;
+        QTest::newRow("a long Chinese text") << QString(100'000, QChar(0x706f)) << false;
+        QTest::newRow("marks") << QString(100'000, QChar(0x0301)) << false;
+    }
+
+    /// As it may be pasted.
+    void noQueryBreaksTheSearch()
+    {
+        QFETCH(const QString, words);
+        QFETCH(const bool, isFound);
+        SearchIndex index(folder());
+        screenshot(index, u"one.png"_s,
+                   {u"The lighthouse and its keeper"_s, QString(QChar(0x706f))});
+        QCOMPARE(index.find(words, 10).size(), isFound ? 1 : 0);
+        QVERIFY(asides().isEmpty());
+        QCOMPARE(index.find(u"light"_s, 10).size(), 1);
+    }
+
+    void aVeryLongPageIsFoundByItsLastWord()
+    {
+        QStringList lines;
+        for (int number = 0; number < 5'000; ++number)
+            lines << u"line %1 of a long page"_s.arg(number);
+        lines << QString(100'000, u'y') << (QString(QChar(0xd800)) + QChar(0)) << u"lighthouse"_s;
+        SearchIndex index(folder());
+        screenshot(index, u"one.png"_s, lines);
+        QCOMPARE(index.find(u"lighthouse"_s, 10).value(0).line, u"lighthouse"_s);
+    }
+
     void anotherProgramsDatabaseIsSetAside()
     {
         QVERIFY(QDir().mkpath(folder()));

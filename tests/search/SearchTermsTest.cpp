@@ -31,6 +31,15 @@ private Q_SLOTS:
         QCOMPARE(SearchTerms::expression({}), QString());
     }
 
+    void ofAPastedTextOnlyTheBeginningIsSearchedFor()
+    {
+        QCOMPARE(SearchTerms::ofQuery(QString(100'000, QChar(0x706f))).join(QString()).size(), 400);
+        QString words;
+        for (int number = 10'000; number < 20'000; ++number)
+            words += u"w%1 "_s.arg(number);
+        QCOMPARE(SearchTerms::ofQuery(words).size(), 16);
+    }
+
     void whatIsNoWordCannotLeaveTheQuotes()
     {
         QCOMPARE(SearchTerms::ofQuery(u"a\" OR * NOT (b"_s),
