@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QPointer>
 #include <QSemaphore>
 #include <QThread>
 
@@ -27,24 +28,29 @@ constexpr auto longestWaitForSnapshot = 20ms;
 /// Listing a dead network mount may never return; the program then exits without this thread.
 constexpr auto longestWaitForThread = 1s;
 
-/// A thread that ends on its own. The application waits for it at exit, because a thread must not
-/// outlive what Qt destroys then.
+/// A thread that ends on its own, and with it its worker. The application waits for it at exit,
+/// because a thread must not outlive what Qt destroys then.
 class LeftThread : public QObject
 {
 public:
-    explicit LeftThread(QThread *thread) : QObject(QCoreApplication::instance()), m_thread(thread)
+    LeftThread(QThread *thread, QObject *worker)
+        : QObject(QCoreApplication::instance()), m_thread(thread), m_worker(worker)
     {
         connect(thread, &QThread::finished, this, &QObject::deleteLater);
     }
     ~LeftThread() override
     {
-        if (m_thread->wait(QDeadlineTimer(longestWaitForThread)))
-            delete m_thread;
+        if (!m_thread->wait(QDeadlineTimer(longestWaitForThread)))
+            return;
+        // A thread that ends while the application is being destroyed can't delete it.
+        delete m_worker;
+        delete m_thread;
     }
     Q_DISABLE_COPY_MOVE(LeftThread)
 
 private:
     QThread *m_thread;
+    QPointer<QObject> m_worker;
 };
 
 /// True also for a dangling symbolic link.
@@ -85,7 +91,7 @@ ScreenshotWatcher::~ScreenshotWatcher()
         return;
     }
     m_thread->quit();
-    new LeftThread(m_thread);
+    new LeftThread(m_thread, m_scanner);
 }
 
 void ScreenshotWatcher::start(FileTime newSince)

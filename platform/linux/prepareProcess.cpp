@@ -28,14 +28,17 @@ void keepEnginesOnOneCore()
     qputenv("OMP_THREAD_LIMIT", "1");
 }
 
-/// Some decoders write complaints about damaged pictures directly to standard error.
+/// Some decoders write complaints about damaged pictures directly to standard error. A debug build
+/// shows them, and what sanitizers report there.
 void silenceLibraries()
 {
+#ifdef NDEBUG
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (nowhere >= 0) {
         ::dup2(nowhere, STDERR_FILENO);
         ::close(nowhere);
     }
+#endif
 }
 
 /// Connects the signal handler to the event loop: writing to a pipe is all that it may safely do.

@@ -4,7 +4,6 @@
 #include "platform/linux/x11/X11Connection.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace
 {
@@ -46,10 +45,8 @@ QList<quint32> X11Properties::numbers(xcb_window_t window, const char *property)
         xcb_get_property_reply(m_connection, cookie, nullptr));
     if (!reply || reply->format != 32)
         return {};
-    const auto size = size_t(xcb_get_property_value_length(reply.get()));
-    QList<quint32> values(qsizetype(size / sizeof(quint32)));
-    std::memcpy(values.data(), xcb_get_property_value(reply.get()), size);
-    return values;
+    const auto *values = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
+    return {values, values + xcb_get_property_value_length(reply.get()) / int(sizeof(quint32))};
 }
 
 QByteArray X11Properties::bytes(xcb_window_t window, const char *property)

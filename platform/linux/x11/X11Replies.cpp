@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11Replies.h"
 
-#include <cstring>
 #include <xcb/xcbext.h>
 
 namespace
@@ -58,8 +57,6 @@ QList<uint32_t> X11Replies::numbers(size_t index) const
     const xcb_get_property_reply_t *value = property(index, 32);
     if (!value)
         return {};
-    QList<uint32_t> numbers(xcb_get_property_value_length(value) / int(sizeof(uint32_t)));
-    std::memcpy(numbers.data(), xcb_get_property_value(value),
-                size_t(numbers.size()) * sizeof(uint32_t));
-    return numbers;
+    const auto *numbers = static_cast<const uint32_t *>(xcb_get_property_value(value));
+    return {numbers, numbers + xcb_get_property_value_length(value) / int(sizeof(uint32_t))};
 }
