@@ -51,7 +51,8 @@ SearchController::SearchController(const Services &services, std::function<bool(
                                    QObject *parent)
     : QObject(parent)
     , m_services(services)
-    , m_search({services.recognizer, services.power, screenshotsIn, std::move(isBusy)})
+    , m_search({services.recognizer, services.power, services.images.budget(), screenshotsIn,
+                std::move(isBusy)})
 {
     using Place = SearchIndex::Place;
     connect(&services.actions, &ScreenshotActions::movedFile, this,

@@ -14,12 +14,10 @@ class PictureBudget : public std::enable_shared_from_this<PictureBudget>
 public:
     // In bytes. Together with the clipboard's bytes (maximumClipboardBytes) they are 400 MB.
 
-    /// For all screenshots that are being decoded, cached, scaled and read.
+    /// For all screenshots that are being decoded, cached, scaled and read, also in the background.
     static constexpr qint64 ofScreenshots = 216'000'000;
     /// For a picture that is decoded because a program pastes it.
     static constexpr qint64 ofPasting = 120'000'000;
-    /// For the picture that is read in the background for the search, if the user has agreed.
-    static constexpr qint64 ofSearch = 176'000'000;
 
     explicit PictureBudget(qint64 total) : m_total(total) {}
 

@@ -30,7 +30,8 @@ std::chrono::milliseconds unchangedFor(const FileIdentity &identity)
 
 } // namespace
 
-PictureLoader::PictureLoader(FileWriters &writers) : m_writers(writers), m_dropTimer(this)
+PictureLoader::PictureLoader(FileWriters &writers, std::shared_ptr<PictureBudget> budget)
+    : m_writers(writers), m_budget(std::move(budget)), m_dropTimer(this)
 {
     m_dropTimer.setSingleShot(true);
     connect(&m_dropTimer, &QTimer::timeout, this, &PictureLoader::dropUnusedPictures);

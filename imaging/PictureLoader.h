@@ -23,7 +23,7 @@ class PictureLoader : public QObject
 {
     Q_OBJECT
 public:
-    explicit PictureLoader(FileWriters &writers);
+    PictureLoader(FileWriters &writers, std::shared_ptr<PictureBudget> budget);
     /// Drops all requests, and waits for the pictures that are being decoded.
     ~PictureLoader() override;
 
@@ -65,8 +65,7 @@ private:
         qint64 bytes;
     };
     std::vector<Postponed> m_postponed;
-    std::shared_ptr<PictureBudget> m_budget =
-        std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
+    std::shared_ptr<PictureBudget> m_budget;
     PictureCache m_pictures;
     QTimer m_dropTimer;
     int m_decodePriority = 0;

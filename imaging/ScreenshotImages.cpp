@@ -10,7 +10,9 @@ using namespace Qt::StringLiterals;
 class ScreenshotImages::Private
 {
 public:
-    explicit Private(FileWriters &writers) : m_loader(new PictureLoader(writers))
+    explicit Private(FileWriters &writers)
+        : m_budget(std::make_shared<PictureBudget>(PictureBudget::ofScreenshots))
+        , m_loader(new PictureLoader(writers, m_budget))
     {
         m_thread.setObjectName(u"velmora.screenshot-images"_s);
         m_loader->moveToThread(&m_thread);
@@ -23,6 +25,8 @@ public:
         m_thread.quit();
         m_thread.wait();
     }
+
+    const std::shared_ptr<PictureBudget> &budget() const { return m_budget; }
 
     Held hold(const QUrl &file) { return HeldScreenshot::hold(file, m_openCount); }
 
@@ -44,6 +48,7 @@ public:
 
 private:
     HeldScreenshot::OpenCount m_openCount = std::make_shared<std::atomic_int>(0);
+    std::shared_ptr<PictureBudget> m_budget;
     QThread m_thread;
     PictureLoader *m_loader; ///< deleted by its own thread, at its end
 };
@@ -85,4 +90,9 @@ QFuture<QImage> ScreenshotImages::thumbnail(const Held &file, QSize bounds)
 QFuture<void> ScreenshotImages::completion(const Held &file)
 {
     return d->completion(file);
+}
+
+const std::shared_ptr<PictureBudget> &ScreenshotImages::budget() const
+{
+    return d->budget();
 }

@@ -10,6 +10,7 @@
 
 class FileWriters;
 class HeldScreenshot;
+class PictureBudget;
 
 /// The pixels of new screenshots: decoded once for all who need them, off the main thread, and not
 /// before the file is complete.
@@ -49,6 +50,9 @@ public:
     QFuture<QImage> image(const Held &file);
     QFuture<QImage> thumbnail(const Held &file, QSize bounds);
     QFuture<void> completion(const Held &file);
+
+    /// The budget that all these pictures share, for others who decode screenshots.
+    const std::shared_ptr<PictureBudget> &budget() const;
 
 private:
     class Private;

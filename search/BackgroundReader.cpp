@@ -28,16 +28,19 @@ bool isSteady(const FileIdentity &file)
 /// The services that the reading thread uses. Taken away from it at the end, because it may then be
 /// stuck in a file.
 struct BackgroundReader::Services {
+    std::shared_ptr<PictureBudget> budget;
     std::mutex mutex;
     TextRecognizer *recognizer; ///< guarded by the mutex
     PowerSource *power;         ///< guarded by the mutex
 };
 
-BackgroundReader::BackgroundReader(TextRecognizer &recognizer, PowerSource &power)
+BackgroundReader::BackgroundReader(TextRecognizer &recognizer, PowerSource &power,
+                                   std::shared_ptr<PictureBudget> budget)
     : m_services(std::make_shared<Services>())
     , m_abandoned(std::make_shared<std::atomic_bool>(false))
     , m_thread(0ms)
 {
+    m_services->budget = std::move(budget);
     m_services->recognizer = &recognizer;
     m_services->power = &power;
 }
@@ -88,9 +91,10 @@ BackgroundReader::Reading BackgroundReader::readPage(Services &services, const Q
     const std::optional<FileIdentity> file = open ? open->identity() : std::nullopt;
     if (!file)
         return {Outcome::Missing, {}, {}};
-    const QImage picture =
-        decodePicture(open->descriptor(), std::make_shared<PictureBudget>(PictureBudget::ofSearch))
-            .picture.top;
+    const Decoding decoding = decodePicture(open->descriptor(), services.budget);
+    if (decoding.lackingBytes > 0)
+        return {Outcome::NoMemory, *file, {}};
+    const QImage &picture = decoding.picture.top;
     if (picture.isNull())
         return {isSteady(*file) ? Outcome::Read : Outcome::Missing, *file, {}};
     const std::lock_guard lock(services.mutex);

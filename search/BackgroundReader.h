@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 
+class PictureBudget;
 class PowerSource;
 class TextRecognizer;
 
@@ -20,8 +21,10 @@ class TextRecognizer;
 class BackgroundReader
 {
 public:
-    /// Both must outlive this object.
-    BackgroundReader(TextRecognizer &recognizer, PowerSource &power);
+    /// The recogniser and the power source must outlive this object. The pictures it reads count in
+    /// the budget.
+    BackgroundReader(TextRecognizer &recognizer, PowerSource &power,
+                     std::shared_ptr<PictureBudget> budget);
     /// Waits until the recogniser is no longer used, which takes some tens of milliseconds.
     ~BackgroundReader();
 
@@ -32,8 +35,9 @@ public:
         enum class Outcome {
             Read,
             Abandoned,
-            NoPower, ///< the battery is low
-            Missing, ///< there is no file, or it may still be being written
+            NoPower,  ///< the battery is low
+            NoMemory, ///< other pictures need all of the budget
+            Missing,  ///< there is no file, or it may still be being written
         };
         Outcome outcome = Outcome::Abandoned;
         FileIdentity file;

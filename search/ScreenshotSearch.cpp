@@ -14,7 +14,7 @@ namespace
 /// After the last event of a new screenshot; by then it has been renamed.
 constexpr auto quietTime = 3s;
 
-/// After a full disk, a lock, a low battery, or an incomplete file.
+/// After a full disk, a lock, a low battery, a lack of memory, or an incomplete file.
 constexpr auto timeToNextTry = 1min;
 
 /// For storing the last changes at program exit. What is lost is read again.
@@ -43,7 +43,7 @@ ScreenshotSearch::ScreenshotSearch(Services services, const QString &databaseFol
     , m_index(std::make_shared<SearchIndex>(databaseFolder))
     , m_names(std::make_shared<NameSearch>(m_services.screenshotsIn))
     , m_keeps(std::make_shared<std::atomic_bool>(false))
-    , m_reader(m_services.recognizer, m_services.power)
+    , m_reader(m_services.recognizer, m_services.power, m_services.budget)
     , m_lister(0ms)
     , m_thread(longestWaitAtEnd)
 {

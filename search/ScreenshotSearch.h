@@ -26,6 +26,7 @@ public:
     struct Services {
         TextRecognizer &recognizer;
         PowerSource &power;
+        std::shared_ptr<PictureBudget> budget; ///< for the pictures that are read
         /// Called on background threads.
         NameSearch::List screenshotsIn;
         /// Whether a new screenshot is waiting for its name; meanwhile nothing is read.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/ScreenshotSearch.h"
 
+#include "imaging/PictureBudget.h"
 #include "tests/fakes/FakePowerSource.h"
 #include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/files/TestFiles.h"
@@ -50,6 +51,8 @@ class ScreenshotSearchTest : public QObject
     std::unique_ptr<QTemporaryDir> m_data;
     std::unique_ptr<FakeTextRecognizer> m_recognizer;
     FakePowerSource m_power;
+    const std::shared_ptr<PictureBudget> m_budget =
+        std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
     bool m_isBusy = false;
     std::unique_ptr<ScreenshotSearch> m_search;
 
@@ -73,7 +76,7 @@ class ScreenshotSearchTest : public QObject
     void start()
     {
         m_search = std::make_unique<ScreenshotSearch>(
-            ScreenshotSearch::Services{*m_recognizer, m_power, picturesIn,
+            ScreenshotSearch::Services{*m_recognizer, m_power, m_budget, picturesIn,
                                        [this] { return m_isBusy; }},
             m_data->filePath(u"velmora"_s));
         m_search->setFolder(m_files->folder());
@@ -172,6 +175,17 @@ private Q_SLOTS:
     void aLowBatteryIsLeftAlone()
     {
         m_power.level = BackgroundReader::leastBattery - 1;
+        picture(u"a.png"_s, 41);
+        m_search->keepTexts();
+        QTRY_VERIFY_WITH_TIMEOUT(m_power.asked > 0, patience);
+        QVERIFY(Waiting::staysTrue([this] { return m_recognizer->begun == 0; }, 500ms));
+        QCOMPARE(found(u"a"_s), QStringList{u"a.png"_s});
+    }
+
+    void nothingIsReadWhileOtherPicturesNeedTheMemory()
+    {
+        const auto others = m_budget->reserve(m_budget->total());
+        QVERIFY(others);
         picture(u"a.png"_s, 41);
         m_search->keepTexts();
         QTRY_VERIFY_WITH_TIMEOUT(m_power.asked > 0, patience);

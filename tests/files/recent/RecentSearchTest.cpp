@@ -140,7 +140,7 @@ private Q_SLOTS:
             ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images, m_records},
             *m_history);
         m_search = std::make_unique<ScreenshotSearch>(
-            ScreenshotSearch::Services{m_recognizer, m_power,
+            ScreenshotSearch::Services{m_recognizer, m_power, m_images.budget(),
                                        [](const QUrl &folder) {
                                            return ScreenshotFolderResolver::readableScreenshotFiles(
                                                folder, std::numeric_limits<int>::max());
