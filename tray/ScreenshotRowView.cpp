@@ -208,6 +208,7 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
     showName();
     if (ended.outcome == ScreenshotRename::Outcome::Failed)
         setStatus(u"Rename failed"_s);
+    const bool undoes = !m_isRenaming && std::exchange(m_undoesWhenMoved, false);
     if (!ended.result)
         return;
     const auto &[oldURL, newURL] = *ended.result;
@@ -220,6 +221,8 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
     } else if (rename.statusNumber == m_statusNumber) {
         setStatus(*rename.successMessage);
     }
+    if (undoes)
+        undoTapped();
 }
 
 /// Keeps a name that the user is typing or that the file is being renamed to.
@@ -249,6 +252,7 @@ void ScreenshotRowView::moveToTrash(Trashed trashed)
 void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
 {
     m_isTrashing = false;
+    const bool undoes = std::exchange(m_undoesWhenMoved, false);
     endAnnouncement();
     if (!ended.result) {
         setStatus(u"Trash failed"_s);
@@ -258,6 +262,8 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
     m_controls.thumbnailView->setFileURL(ended.result->trashedURL);
     setPendingUndo(UndoableAction::trash(ended.result->originalURL, ended.result->trashedURL));
     m_controls.statusLabel->setText(u"Moved to Trash"_s);
+    if (undoes)
+        undoTapped();
 }
 
 void ScreenshotRowView::performUndo(const UndoableAction &action, Restored restored)
@@ -318,9 +324,12 @@ void ScreenshotRowView::renameFromField()
         renameFile(std::nullopt, tellingRenamed());
 }
 
+/// While the file is being moved, Undo means that move. If the move then fails, nothing is undone.
 void ScreenshotRowView::undoTapped()
 {
-    if (m_pendingUndo)
+    if (m_isRenaming || m_isTrashing)
+        m_undoesWhenMoved = true;
+    else if (m_pendingUndo)
         m_onAction({m_id, ScreenshotRowAction::Undo{*m_pendingUndo}});
 }
 

@@ -117,6 +117,7 @@ private:
     std::optional<QString> m_isRenaming;
     bool m_isTrashing = false;
     bool m_isUndoing = false;
+    bool m_undoesWhenMoved = false;
     bool m_isRetired = false;
     QString m_announcement;
     int m_statusNumber = 0;

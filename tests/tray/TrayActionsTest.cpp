@@ -133,6 +133,21 @@ private Q_SLOTS:
         QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("one.png"))));
     }
 
+    void undoWhileTheFileIsBeingRenamedTakesThatNameBack()
+    {
+        const QUuid id = add("one.png");
+        suggest(id, "better.png");
+        FilenameTextField *field = name(rows().first());
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, text("best.png"));
+        QTest::keyClick(field, Qt::Key_Return);
+        click(rows().first(), "Undo");
+        QTRY_COMPARE(m_rig->filesInFolder(), QStringList{text("better.png")});
+        QCOMPARE(names(), QStringList{text("better.png")});
+        QCOMPARE(status(rows().first()), text("Restored"));
+    }
+
     void anUndoThatFailsIsNotTold()
     {
         const QUuid id = add("one.png");
