@@ -37,7 +37,7 @@ public:
         if (isWithCompositor())
             return m_compositor->offer(std::move(data));
         QGuiApplication::clipboard()->setMimeData(data.release());
-        return QGuiApplication::clipboard()->ownsClipboard();
+        return QGuiApplication::clipboard()->ownsClipboard() && !wouldBeRefused();
     }
 
     void fileMoved(const QUrl &from, const QUrl &to) override
@@ -47,6 +47,12 @@ public:
     }
 
 private:
+    /// Qt can't know: a Wayland compositor does not answer.
+    static bool wouldBeRefused()
+    {
+        return QGuiApplication::platformName() == u"wayland" && !QGuiApplication::focusWindow();
+    }
+
     bool isWithCompositor() const { return m_compositor && m_compositor->isAvailable(); }
 
     std::unique_ptr<CompositorClipboard> m_compositor;

@@ -333,6 +333,27 @@ private Q_SLOTS:
                  today.toString(QStringLiteral("'/srv/'yyyy/MM")));
     }
 
+    void aFolderInThePatternOfNamesIsThatOfToday()
+    {
+        const auto folderWith = [this](const char *settings) {
+            writeFile(configPath(QStringLiteral("spectaclerc")), settings);
+            return m_preferences->desktopToolFolder();
+        };
+        const QDate today = QDate::currentDate();
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        QCOMPARE(folderWith("[ImageSave]\nimageSaveLocation=file:///srv/\n"
+                            "imageFilenameTemplate=<yyyy>/<MM>/Shot_<yyyy><MM><dd>_<HH><mm>\n"),
+                 today.toString(QStringLiteral("'/srv/'yyyy/MM")));
+        QCOMPARE(folderWith("[Save]\ndefaultSaveLocation=file:///srv/\n"
+                            "saveFilenameFormat=%Y-%M/%D/Shot_%H%m%S\n"),
+                 today.toString(QStringLiteral("'/srv/'yyyy-MM/dd")));
+        for (const char *settings :
+             {"[ImageSave]\nimageSaveLocation=file:///srv/\nimageFilenameTemplate=<title>/<MM>\n",
+              "[ImageSave]\nimageSaveLocation=file:///srv/\nimageFilenameTemplate=Shot_<yyyy>\n",
+              "[Save]\ndefaultSaveLocation=file:///srv/\nsaveFilenameFormat=%T/Shot_%Y\n"})
+            QCOMPARE(folderWith(settings), QStringLiteral("/srv"));
+    }
+
     void aSandboxedToolKeepsItsSettingsElsewhere()
     {
         qputenv("XDG_CURRENT_DESKTOP", "i3");

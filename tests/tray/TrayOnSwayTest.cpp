@@ -114,7 +114,7 @@ private Q_SLOTS:
             typeLineAfter([&] { m_pointer->click(nameIn(trayPlace(2))); }, u" other"_s);
             return QTest::qWaitFor([&] { return hasRenamedTo("other"); }, 1000);
         };
-        QTRY_VERIFY_WITH_TIMEOUT(isRenamed(), patience);
+        QVERIFY(QTest::qWaitFor(isRenamed, patience));
         typeLineAfter([&] { m_pointer->moveTo({300, 300}); }, u"after the tray"_s);
         QTRY_VERIFY_WITH_TIMEOUT(contents(typed()).endsWith(u"after the tray"_s), patience);
         QVERIFY(isSeenAt(trayPlace(2)));

@@ -4,8 +4,13 @@
 #include "platform/linux/freedesktop/KeyFile.h"
 #include "platform/linux/freedesktop/UserDirectories.h"
 
+#include <QDate>
+#include <QDir>
+#include <QLocale>
 #include <QStandardPaths>
 #include <QUrl>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +26,49 @@ std::optional<QString> value(const char *group, const char *key)
 {
     const std::optional<QString> stored = KeyFile::value(SpectacleSettings::file(), group, key);
     return stored && !stored->isEmpty() ? stored : std::nullopt;
+}
+
+std::optional<QString> baseFolder()
+{
+    // From the newest version to the oldest.
+    for (const auto &[group, key] :
+         {std::pair("ImageSave", "imageSaveLocation"), std::pair("Save", "defaultSaveLocation"),
+          std::pair("General", "default-save-location")}) {
+        if (const std::optional<QString> stored = value(group, key))
+            return UserDirectories::ofThisMachine(*stored);
+    }
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    if (const auto frozenName = value("ImageSave", "translatedScreenshotsFolder"))
+        return QString(pictures + u'/' + *frozenName);
+    return isPlasma6() ? QString(pictures + u"/Screenshots"_s) : pictures;
+}
+
+/// A date's parts in patterns of file names: as the newer versions write them, as the older ones
+/// do, and in Qt's way.
+constexpr struct {
+    QStringView newer;
+    QStringView older;
+    QStringView format;
+} dateParts[] = {
+    {u"<yyyy>", u"%Y", u"yyyy"}, {u"<yy>", u"%y", u"yy"}, {u"<MMMM>", u"%N", u"MMMM"},
+    {u"<MMM>", u"%n", u"MMM"},   {u"<MM>", u"%M", u"MM"}, {u"<dddd>", {}, u"dddd"},
+    {u"<ddd>", {}, u"ddd"},      {u"<dd>", u"%D", u"dd"},
+};
+
+/// The pattern of file names may contain folders. Empty when they depend on more than the date,
+/// such as the window's title.
+QString subfolderOfToday()
+{
+    const auto newer = value("ImageSave", "imageFilenameTemplate");
+    QString path = newer ? *newer : value("Save", "saveFilenameFormat").value_or(QString());
+    path.truncate(std::max(path.lastIndexOf(u'/'), qsizetype(0)));
+    const QDate today = QDate::currentDate();
+    for (const auto &part : dateParts) {
+        const QStringView name = newer ? part.newer : part.older;
+        if (!name.isEmpty())
+            path.replace(name.toString(), QLocale::system().toString(today, part.format));
+    }
+    return path.contains(newer ? u'<' : u'%') ? QString() : path;
 }
 
 /// KDE's own tool writes the file under the lock that its programs respect.
@@ -48,17 +96,9 @@ QString file()
 
 std::optional<QString> folder()
 {
-    // From the newest version to the oldest.
-    for (const auto &[group, key] :
-         {std::pair("ImageSave", "imageSaveLocation"), std::pair("Save", "defaultSaveLocation"),
-          std::pair("General", "default-save-location")}) {
-        if (const std::optional<QString> stored = value(group, key))
-            return UserDirectories::ofThisMachine(*stored);
-    }
-    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    if (const auto frozenName = value("ImageSave", "translatedScreenshotsFolder"))
-        return QString(pictures + u'/' + *frozenName);
-    return isPlasma6() ? QString(pictures + u"/Screenshots"_s) : pictures;
+    const std::optional<QString> base = baseFolder();
+    const QString inside = subfolderOfToday();
+    return base && !inside.isEmpty() ? QDir::cleanPath(*base + u'/' + inside) : base;
 }
 
 QList<SystemCommand> storeFolder(const QString &path)

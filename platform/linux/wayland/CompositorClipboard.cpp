@@ -40,6 +40,17 @@ bool isText(const QString &mimeType)
     return std::find(std::begin(textNames), std::end(textNames), mimeType) != std::end(textNames);
 }
 
+/// The newer protocol is the older one under other names, of which only the manager's is ever sent.
+const wl_interface &newerManagerInterface()
+{
+    static const wl_interface interface = [] {
+        wl_interface renamed = zwlr_data_control_manager_v1_interface;
+        renamed.name = "ext_data_control_manager_v1";
+        return renamed;
+    }();
+    return interface;
+}
+
 } // namespace
 
 CompositorClipboard::CompositorClipboard()
@@ -74,8 +85,10 @@ void CompositorClipboard::begin()
         .finished = [](void *, Device *) {},
         .primary_selection = drop,
     };
-    m_manager = m_connection.bind<zwlr_data_control_manager_v1>(
-        zwlr_data_control_manager_v1_interface, newestVersion);
+    m_manager = m_connection.bind<zwlr_data_control_manager_v1>(newerManagerInterface(), 1);
+    if (!m_manager)
+        m_manager = m_connection.bind<zwlr_data_control_manager_v1>(
+            zwlr_data_control_manager_v1_interface, newestVersion);
     m_seat = m_connection.bind<wl_seat>(wl_seat_interface, 1);
     if (!m_manager || !m_seat)
         return;
