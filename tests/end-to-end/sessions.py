@@ -32,15 +32,27 @@ class X11Session:
     screen = (1600, 1000)
     tray_is_in_corner = True
 
-    def __init__(self, tool):
+    def __init__(self, tool, clipboard_manager=None):
         self._tool = tool
+        self._clipboard_manager = clipboard_manager
         self.environment = {}
+
+    @property
+    def keeps_clipboard(self):
+        """Whether another program keeps what one that ends has copied."""
+        return self._clipboard_manager is not None
 
     def start(self, tools):
         self._page = tools.page(case.TITLE, case.PARAGRAPH)
+        if self._clipboard_manager:
+            nowhere = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+            self._clipboard_manager = subprocess.Popen(self._clipboard_manager, **nowhere)
 
     def stop(self):
         self._page.close()
+        if self._clipboard_manager:
+            self._clipboard_manager.terminate()
+            self._clipboard_manager.wait(20)
 
     def close_welcome_window(self, velmora):
         velmora.close_welcome_window()
@@ -57,6 +69,7 @@ class X11Session:
 
 class SwaySession:
     screen = (1280, 720)
+    keeps_clipboard = False
 
     def __init__(self, x11):
         self.tray_is_in_corner = x11
@@ -109,7 +122,10 @@ class SwaySession:
 
 SESSIONS = {
     "openbox": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
-    "xfce": lambda: X11Session(("xfce4-screenshooter", "--fullscreen", "--save", "{folder}/shot.png")),
+    "xfce": lambda: X11Session(
+        ("xfce4-screenshooter", "--fullscreen", "--save", "{folder}/shot.png"),
+        clipboard_manager=("xfsettingsd", "--no-daemon"),
+    ),
     "mate": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
     "kwin": lambda: X11Session(("scrot", "--focused", "{folder}/shot.png")),
     "sway": lambda: SwaySession(x11=True),
@@ -141,6 +157,9 @@ class Session(unittest.TestCase):
         named = str(desktop.FOLDER / row.filename).encode()
         desktop.wait_until(lambda: self.session.pasted("text/plain") == named, "the clipboard")
         desktop.wait_until(self.tray_is_at_its_place, "the tray at its place")
+        if self.session.keeps_clipboard:
+            self.velmora.stop()
+            self.assertEqual(self.session.pasted("text/plain"), named)
 
     def tray_is_at_its_place(self):
         """In its corner, or in the middle where windows can't choose their place."""
