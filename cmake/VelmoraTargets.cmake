@@ -12,16 +12,6 @@ target_compile_definitions(velmora_strict INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(velmora_strict INTERFACE ${PROJECT_SOURCE_DIR})
 
-# What a program of the tsan preset must know about Qt; empty for other presets.
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
-    add_library(velmora_hand_overs OBJECT ${PROJECT_SOURCE_DIR}/tests/world/HandOvers.cpp)
-    target_compile_features(velmora_hand_overs PRIVATE cxx_std_20)
-    # Member functions must have even addresses.
-    target_compile_options(velmora_hand_overs PRIVATE -fno-sanitize=thread -falign-functions=16)
-else()
-    add_library(velmora_hand_overs INTERFACE)
-endif()
-
 # Parsing Qt's headers is most of the cost of a source: those that most sources need are precompiled
 # once per kind of target. Sources still include what they use; nothing may rely on these lists.
 set(velmora_core_headers
@@ -82,8 +72,8 @@ function(velmora_tests name)
     list(TRANSFORM classes APPEND .cpp OUTPUT_VARIABLE sources)
     add_executable(${name}_tests ${sources})
     set_target_properties(${name}_tests PROPERTIES AUTOMOC ON)
-    target_link_libraries(${name}_tests PRIVATE velmora_strict velmora_hand_overs
-        ${tests_LINKS} ${tests_WORLD_LINKS} velmora_test_program velmora_test_library)
+    target_link_libraries(${name}_tests PRIVATE velmora_strict ${tests_LINKS}
+         ${tests_WORLD_LINKS} velmora_test_program velmora_test_library)
     target_precompile_headers(${name}_tests REUSE_FROM velmora_precompiled_tests)
     foreach(class IN LISTS classes)
         add_test(NAME ${name}.${class}

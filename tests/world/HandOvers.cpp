@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Linked into every program of the tsan preset, and only there.
+// Loaded before every program that a test of the tsan preset starts (tests/world/run-in-world).
 //
 // The system's Qt is not built with ThreadSanitizer, which therefore doesn't see that a queued
 // signal, a posted event or a task for a thread pool hands over what was written before it, and
@@ -7,19 +7,21 @@
 // gives something to Qt, or before a function called by Qt returns to Qt, counts as done before
 // every function of ours that another thread enters later. Two threads that touch something at the
 // same time, without such a hand-over between them, are still reported.
+//
+// Programs without ThreadSanitizer, such as a window manager, are not affected.
 
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <dlfcn.h>
+#include <link.h>
+#include <sys/auxv.h>
 
+// Null in a program without ThreadSanitizer.
 extern "C" {
-void __tsan_acquire(void *address);
-void __tsan_release(void *address);
-
-// The linker's marks around the program's own code.
-extern const char __executable_start;
-extern const char etext;
+[[gnu::weak]] void __tsan_acquire(void *address);
+[[gnu::weak]] void __tsan_release(void *address);
 }
 
 namespace
@@ -31,6 +33,8 @@ thread_local unsigned seenCount = 0;
 
 void give()
 {
+    if (!__tsan_release)
+        return;
     __tsan_release(&handOver);
     handOverCount.fetch_add(1, std::memory_order_release);
 }
@@ -70,9 +74,32 @@ private:
 
 thread_local Callers callers;
 
+struct Range {
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+};
+
+/// Where the program's own code is in memory.
+Range findOwnCode()
+{
+    const auto *headers = reinterpret_cast<const ElfW(Phdr) *>(::getauxval(AT_PHDR));
+    const auto count = ::getauxval(AT_PHNUM);
+    std::uintptr_t base = 0;
+    Range code;
+    for (unsigned long i = 0; i < count; ++i) {
+        if (headers[i].p_type == PT_PHDR)
+            base = reinterpret_cast<std::uintptr_t>(headers) - headers[i].p_vaddr;
+        else if (headers[i].p_type == PT_LOAD && (headers[i].p_flags & PF_X) != 0)
+            code = {base + headers[i].p_vaddr, base + headers[i].p_vaddr + headers[i].p_memsz};
+    }
+    return code;
+}
+
 bool isOurs(const void *code)
 {
-    return code >= &__executable_start && code < &etext;
+    static const Range own = findOwnCode();
+    const auto address = reinterpret_cast<std::uintptr_t>(code);
+    return address >= own.begin && address < own.end;
 }
 
 template <typename Function>

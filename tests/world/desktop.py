@@ -302,7 +302,7 @@ def slow_disk(build, folders, milliseconds, calls=(), report=None):
     library = pathlib.Path(build) / "tests" / "tools" / "libvelmora_slow_disk.so"
     sanitizer = os.environ.get("ASAN_OPTIONS", "")
     environment = {
-        "LD_PRELOAD": str(library),
+        "LD_PRELOAD": f"{library} {os.environ.get('LD_PRELOAD', '')}",
         "ASAN_OPTIONS": f"{sanitizer}:verify_asan_link_order=0",
         "SLOW_DISK_FOLDERS": ":".join(map(str, folders)),
         "SLOW_DISK_MILLISECONDS": str(milliseconds),
