@@ -31,13 +31,6 @@ class Restart(case.EndToEnd):
     def two_named(self):
         return [self.drop_named(title).name for title in ("Alpha Glacier", "Bravo Harbour")][::-1]
 
-    def test_the_recent_window_shows_the_same_after_a_restart(self):
-        names = self.two_named()
-        self.open_recent(names)
-        self.velmora.stop()
-        self.velmora.start()
-        self.open_recent(names)
-
     def test_the_recent_window_shows_the_same_after_a_kill(self):
         names = self.two_named()
         self.open_recent(names)

@@ -28,10 +28,6 @@ class Rows(case.EndToEnd):
     def first_row(self):
         return self.velmora.rows()[0]
 
-    def test_a_new_row_does_not_take_the_keyboard(self):
-        self.drop_named()
-        self.assertEqual(desktop.active_window(), self.page.window)
-
     def test_a_row_shows_what_happens(self):
         self.drop()
         row = self.velmora.wait_for_row(lambda each: each.status, "a status")
@@ -40,11 +36,6 @@ class Rows(case.EndToEnd):
         self.velmora.wait_for_row(
             lambda each: each.status == "Renamed automatically", "the outcome", case.NAMING_SECONDS
         )
-
-    def test_every_control_has_a_name(self):
-        self.drop_named()
-        wanted = ["Undo", "Copy", "Show in File Manager", "Move to Trash", "Dismiss"]
-        self.velmora.wait_for_row(lambda each: each.buttons == wanted, f"buttons {wanted}")
 
     def test_return_renames_to_the_typed_name(self):
         self.drop_named()
@@ -57,24 +48,6 @@ class Rows(case.EndToEnd):
             "the outcome",
         )
         self.assertEqual(desktop.pictures(), ["board-minutes.png"])
-
-    def test_leaving_the_field_renames_to_the_typed_name(self):
-        self.drop_named()
-        self.edit(self.first_row(), "board minutes")
-        x, y, width, _ = desktop.geometry(self.page.window)
-        desktop.click(x + width // 2, y + 20)
-        self.wait_for_name("board-minutes.png")
-
-    def test_a_typed_name_that_is_taken_gets_a_number(self):
-        self.drop_named()
-        old = self.outside / "taken.png"
-        old.write_bytes(b"another file")
-        os.utime(old, (0, 0))
-        taken = old.rename(desktop.FOLDER / old.name)
-        self.edit(self.first_row(), "taken")
-        desktop.press("Return")
-        self.wait_for_name("taken-2.png")
-        self.assertEqual(taken.read_bytes(), b"another file")
 
     def test_typing_before_the_suggestion_keeps_the_users_name(self):
         content = self.picture_bytes()
@@ -94,15 +67,6 @@ class Rows(case.EndToEnd):
         desktop.press("Return")
         self.wait_for_name("my-own.png")
         self.assertEqual((desktop.FOLDER / "my-own.png").read_bytes(), content)
-
-    def test_the_four_editing_keys_work_in_the_field(self):
-        self.drop_named()
-        self.edit(self.first_row(), "minutes")
-        desktop.press("ctrl+a", "ctrl+x")
-        self.velmora.wait_for_row(lambda each: each.filename == "", "the empty field")
-        self.assertEqual(desktop.clipboard("UTF8_STRING"), b"minutes")
-        desktop.press("ctrl+v", "ctrl+v")
-        self.velmora.wait_for_row(lambda each: each.filename == "minutesminutes", "the text twice")
 
     def test_the_close_button_commits_what_was_typed(self):
         path = self.drop_named()
@@ -126,20 +90,6 @@ class Rows(case.EndToEnd):
         desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
         kept = desktop.stays(lambda: desktop.pictures() == [path.name], SETTLED_SECONDS)
         self.assertTrue(kept, desktop.pictures())
-
-    def test_escape_closes_the_row_and_leaves_the_file(self):
-        path = self.drop_named()
-        desktop.click(*self.first_row().field)
-        self.velmora.wait_for_row(lambda each: each.is_editing, "the field has the keyboard")
-        desktop.press("Escape")
-        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
-        self.assertEqual(desktop.pictures(), [path.name])
-
-    def test_the_close_button_closes_the_row_and_leaves_the_file(self):
-        path = self.drop_named()
-        self.press_button("Dismiss")
-        desktop.wait_until(self.tray_is_hidden, "the tray is hidden")
-        self.assertEqual(desktop.pictures(), [path.name])
 
     def test_the_undo_button_takes_the_automatic_name_back(self):
         self.drop_named()
@@ -173,16 +123,6 @@ class Rows(case.EndToEnd):
         self.assertEqual((trash / "files" / path.name).read_bytes(), content)
         note = (trash / "info" / f"{path.name}.trashinfo").read_text().splitlines()
         self.assertEqual(note[:2], ["[Trash Info]", f"Path={path}"])
-
-    def test_a_file_that_is_gone_gives_clear_outcomes(self):
-        self.drop_named().unlink()
-        self.edit(self.first_row(), "minutes")
-        desktop.press("Return")
-        self.velmora.wait_for_row(lambda each: each.status == "Rename failed", "the outcome")
-        self.press_button("Copy")
-        self.velmora.wait_for_row(lambda each: each.status == "Could not copy", "the outcome")
-        self.press_button("Move to Trash")
-        self.velmora.wait_for_row(lambda each: each.status == "Trash failed", "the outcome")
 
 
 if __name__ == "__main__":

@@ -13,14 +13,6 @@ MARGIN = 44
 
 
 class Tray(case.EndToEnd):
-    def test_three_rows_and_a_fourth(self):
-        titles = ["Alpha Glacier", "Bravo Harbour", "Charlie Meadow", "Delta Orchard"]
-        paths = [self.drop_named(title) for title in titles]
-        rows = self.wait_for_rows(3)
-        self.assertEqual([row.freshness for row in rows], ["NEW", "EARLIER", "EARLIER"])
-        self.assertEqual([row.filename for row in rows], [path.name for path in paths[:0:-1]])
-        self.assertEqual(desktop.geometry(self.velmora.tray_window())[3], desktop.TRAY_HEIGHTS[3])
-        self.assertEqual(desktop.pictures(), sorted(path.name for path in paths))
 
     def test_a_new_row_follows_the_corner_setting(self):
         right = SCREEN_WIDTH - desktop.TRAY_WIDTH - MARGIN
@@ -65,21 +57,6 @@ class FifteenSeconds(case.EndToEnd):
         desktop.wait_until(self.tray_is_hidden, "the tray is hidden", 20)
         self.assertAlmostEqual(time.monotonic() - shown, 15, delta=1.5)
         self.assertEqual(len(desktop.pictures()), 1)
-
-    def test_each_row_has_its_own_fifteen_seconds(self):
-        self.drop("Alpha Glacier")
-        self.wait_for_rows(1)
-        first = time.monotonic()
-        desktop.let_pass(4)
-        self.drop("Bravo Harbour")
-        self.wait_for_rows(2)
-        # While the first row leaves, its elements may be reported at the second row's position.
-        remaining = ["gazette-bravo-harbour-harvest-better.png"]
-        desktop.wait_until(
-            lambda: [row.filename for row in self.velmora.rows()] == remaining, "one row is left", 15
-        )
-        self.assertAlmostEqual(time.monotonic() - first, 15, delta=1.5)
-        self.assertEqual(self.velmora.rows()[0].freshness, "NEW")
 
 
 if __name__ == "__main__":
