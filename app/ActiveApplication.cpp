@@ -71,7 +71,7 @@ void ActiveApplication::consider(const Application &application)
     if (!isCustomerApp(application.localizedName, application.bundleIdentifier))
         return;
     m_lastActiveAppName = application.localizedName;
-    m_isTold = !application.localizedName.isEmpty();
+    m_isKnown = !application.localizedName.isEmpty();
 }
 
 bool ActiveApplication::isCustomerApp(const QString &name,

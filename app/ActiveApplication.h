@@ -22,7 +22,7 @@ public:
     QString lastActiveAppName() const { return m_lastActiveAppName; }
 
     /// Whether the system has reported that name.
-    bool isTold() const { return m_isTold; }
+    bool isKnown() const { return m_isKnown; }
 
     /// Asks what is in front, for a screenshot that has just been taken.
     void refresh();
@@ -38,5 +38,5 @@ private:
 
     FrontmostApplication &m_frontmost;
     QString m_lastActiveAppName = QStringLiteral("screenshot");
-    bool m_isTold = false;
+    bool m_isKnown = false;
 };

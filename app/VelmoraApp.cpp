@@ -115,7 +115,7 @@ void VelmoraApp::folderChanged(const QUrl &folder)
 void VelmoraApp::handleNewScreenshot(const QUrl &reported)
 {
     const QUrl url = FileUrls::standardized(reported);
-    m_actions.whenNotOwn(url, [this, url] { takeIn(url); });
+    m_actions.whenNew(url, [this, url] { takeIn(url); });
 }
 
 void VelmoraApp::takeIn(const QUrl &url)
@@ -143,8 +143,8 @@ void VelmoraApp::takeIn(const QUrl &url)
 
     if (behavior != CopyBehavior::none)
         m_actions.copyNew(screenshot, behavior);
-    const auto kind = m_activeApplication.isTold() ? ScreenshotNamer::AppName::Known
-                                                   : ScreenshotNamer::AppName::Assumed;
+    const auto kind = m_activeApplication.isKnown() ? ScreenshotNamer::AppName::Known
+                                                    : ScreenshotNamer::AppName::Assumed;
     screenshot->whenOpened(this, [this, itemID, trayAreas, kind, screenshot = screenshot.get()] {
         suggestName(itemID, *screenshot, trayAreas, kind);
     });
@@ -229,7 +229,7 @@ void VelmoraApp::connectTray()
         m_actions.remember(UndoableAction::trash(originalURL, trashedURL));
     };
     m_trayController.onUndoPerformed = [this](const UndoableAction &action, const QUrl &url) {
-        m_actions.tookBack(action, url);
+        m_actions.noteUndone(action, url);
     };
     // Its name is no longer needed.
     m_trayController.onRowGone = [this](const QUuid &itemID) {

@@ -31,12 +31,12 @@ void Screenshot::open()
     m_isOpen = true;
 }
 
-void Screenshot::tellOpened()
+void Screenshot::reportOpened()
 {
     Q_EMIT opened();
     if (!m_completion)
         m_completion = m_images.completion(held());
-    letGo();
+    closeFile();
 }
 
 void Screenshot::whenOpened(QObject *receiver, std::function<void()> then)
@@ -65,7 +65,7 @@ Screenshot::Held Screenshot::held() const
     return m_held;
 }
 
-void Screenshot::letGo()
+void Screenshot::closeFile()
 {
     const std::lock_guard lock(m_mutex);
     m_held.reset();

@@ -38,7 +38,7 @@ public:
 
     /// Emits opened(), so that receivers can take what they need. Then closes the file, so that its
     /// disk can be unmounted; the file's identity is kept.
-    void tellOpened();
+    void reportOpened();
 
     /// Calls `then` once the file has been opened or could not be, unless `receiver` has been
     /// destroyed. Calls it at once if that has already happened.
@@ -47,11 +47,11 @@ public:
     /// The same, once no program writes the file any more or the wait for that is over.
     void whenComplete(QObject *receiver, std::function<void()> then);
 
-    /// The open file; null after letGo(), or if there was no file. Use it in the callbacks that
+    /// The open file; null after closeFile(), or if there was no file. Use it in the callbacks that
     /// learn that the file is open.
     Held held() const;
 
-    void letGo();
+    void closeFile();
 
     /// Whether the file at `place` is this very file. Any thread but the main one; blocks.
     bool isAt(const QUrl &place) const;

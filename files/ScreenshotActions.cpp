@@ -36,7 +36,7 @@ struct ScreenshotActions::Task {
 struct ScreenshotActions::Report {
     QUrl url;
     TaskPointer lastSuspect;
-    std::function<void()> isNew;
+    std::function<void()> onNew;
 };
 
 ScreenshotActions::ScreenshotActions(const Services &services, UndoHistory &history,
@@ -52,28 +52,28 @@ ScreenshotPointer ScreenshotActions::open(const QUrl &url, const QString &applic
     const auto screenshot = std::make_shared<Screenshot>(url, applicationName, m_services.images);
     m_opening.add([screenshot]() -> WorkQueue::Outcome {
         screenshot->open();
-        return [screenshot] { screenshot->tellOpened(); };
+        return [screenshot] { screenshot->reportOpened(); };
     });
     return screenshot;
 }
 
 void ScreenshotActions::rename(const ScreenshotPointer &screenshot, const QString &name, By by,
-                               Renamed told)
+                               const Renamed &onDone)
 {
     if (by == By::User) {
-        enqueueRename(screenshot, name, by, told);
+        enqueueRename(screenshot, name, by, onDone);
         return;
     }
     screenshot->whenComplete(this, [=, this] {
         if (screenshot->isNamedByUser())
-            told({});
+            onDone({});
         else
-            enqueueRename(screenshot, name, by, told);
+            enqueueRename(screenshot, name, by, onDone);
     });
 }
 
 void ScreenshotActions::enqueueRename(const ScreenshotPointer &screenshot, const QString &name,
-                                      By by, const Renamed &told)
+                                      By by, const Renamed &onDone)
 {
     const auto only = by == By::User ? ScreenshotMoves::Only::Any : ScreenshotMoves::Only::Filled;
     const auto task = std::make_shared<Task>(FileUrls::parentFolder(screenshot->url()));
@@ -83,26 +83,26 @@ void ScreenshotActions::enqueueRename(const ScreenshotPointer &screenshot, const
         [=, this](const ScreenshotRename &rename) {
             if (rename.result)
                 moved(rename.result->oldURL, rename.result->newURL);
-            told(rename);
+            onDone(rename);
         });
 }
 
-void ScreenshotActions::trash(const ScreenshotPointer &screenshot, Trashed told)
+void ScreenshotActions::trash(const ScreenshotPointer &screenshot, const Trashed &onDone)
 {
     enqueue(
         screenshot, std::make_shared<Task>(), u"Moving to Trash..."_s,
         [this, screenshot] { return ScreenshotMoves::trash(*screenshot, m_services.trash); },
-        [this, told = std::move(told)](const ScreenshotMoves::Trashing &trashing) {
+        [this, onDone](const ScreenshotMoves::Trashing &trashing) {
             if (trashing.result) {
                 m_services.records.fileTrashed(trashing.result->originalURL);
                 Q_EMIT trashedFile(trashing.result->originalURL, trashing.result->trashedURL);
             }
-            told(trashing);
+            onDone(trashing);
         });
 }
 
 void ScreenshotActions::undo(const ScreenshotPointer &screenshot, const UndoableAction &action,
-                             Undone told)
+                             const Undone &onDone)
 {
     const auto task = std::make_shared<Task>(FileUrls::parentFolder(action.before));
     enqueue(
@@ -111,8 +111,8 @@ void ScreenshotActions::undo(const ScreenshotPointer &screenshot, const Undoable
         [=, this](const std::error_code &error) {
             if (!error)
                 moved(action.after, action.before);
-            told(error);
-            screenshot->letGo();
+            onDone(error);
+            screenshot->closeFile();
         });
 }
 
@@ -138,9 +138,9 @@ void ScreenshotActions::undoNewest()
 }
 
 void ScreenshotActions::copy(const ScreenshotPointer &screenshot, CopyBehavior behavior,
-                             Copied told)
+                             const Copied &onDone)
 {
-    enqueueCopy(screenshot, behavior, ++m_lastCopyAsked, std::move(told));
+    enqueueCopy(screenshot, behavior, ++m_lastCopyAsked, onDone);
 }
 
 void ScreenshotActions::copyNew(const ScreenshotPointer &screenshot, CopyBehavior behavior)
@@ -151,7 +151,7 @@ void ScreenshotActions::copyNew(const ScreenshotPointer &screenshot, CopyBehavio
 }
 
 void ScreenshotActions::enqueueCopy(const ScreenshotPointer &screenshot, CopyBehavior behavior,
-                                    int number, Copied told)
+                                    int number, const Copied &onDone)
 {
     enqueue(
         screenshot, std::make_shared<Task>(), u"Copying..."_s,
@@ -161,7 +161,7 @@ void ScreenshotActions::enqueueCopy(const ScreenshotPointer &screenshot, CopyBeh
             const bool copied = isNewest && ClipboardWriter::copy(m_services.pasteboard, contents);
             if (copied)
                 m_lastCopyDone = number;
-            told(copied);
+            onDone(copied);
         });
 }
 
@@ -175,13 +175,13 @@ void ScreenshotActions::remember(const UndoableAction &action)
     m_history.push(action);
 }
 
-void ScreenshotActions::tookBack(const UndoableAction &action, const QUrl &restored)
+void ScreenshotActions::noteUndone(const UndoableAction &action, const QUrl &restored)
 {
     keep(restored);
     m_history.remove(action);
 }
 
-void ScreenshotActions::whenNotOwn(const QUrl &url, std::function<void()> isNew)
+void ScreenshotActions::whenNew(const QUrl &url, std::function<void()> onNew)
 {
     const QUrl folder = FileUrls::parentFolder(url);
     const auto suspect =
@@ -189,14 +189,14 @@ void ScreenshotActions::whenNotOwn(const QUrl &url, std::function<void()> isNew)
             return task->hasBegun && task->folder == folder;
         });
     if (suspect == m_tasks.rend())
-        isNew();
+        onNew();
     else
-        m_reports.push_back({url, *suspect, std::move(isNew)});
+        m_reports.push_back({url, *suspect, std::move(onNew)});
 }
 
-template <typename Work, typename Told>
+template <typename Work, typename OnDone>
 void ScreenshotActions::enqueue(const ScreenshotPointer &screenshot, const TaskPointer &task,
-                                const QString &description, Work work, Told told)
+                                const QString &description, Work work, OnDone onDone)
 {
     m_tasks.push_back(task);
     if (screenshot)
@@ -205,7 +205,7 @@ void ScreenshotActions::enqueue(const ScreenshotPointer &screenshot, const TaskP
         task->hasBegun = true;
         return [=, this, result = work()] {
             task->hasEnded = true;
-            told(result);
+            onDone(result);
             ended(task);
         };
     });
@@ -238,5 +238,5 @@ void ScreenshotActions::ended(const TaskPointer &task)
     }
     std::erase_if(m_reports, [&task](const Report &each) { return each.lastSuspect == task; });
     for (const Report &report : cleared)
-        report.isNew();
+        report.onNew();
 }

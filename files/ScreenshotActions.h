@@ -22,8 +22,8 @@ class UndoHistory;
 /// another file has replaced the screenshot in the meantime, the action fails. Main thread; the
 /// services must outlive this object.
 ///
-/// `told` is called with the outcome on the main thread, as long as this object exists, even if the
-/// requester has been destroyed.
+/// `onDone` is called with the outcome on the main thread, as long as this object exists, even if
+/// the requester has been destroyed.
 class ScreenshotActions : public QObject
 {
     Q_OBJECT
@@ -47,21 +47,23 @@ public:
     /// meantime.
     enum class By { User, Program };
     using Renamed = std::function<void(const ScreenshotRename &)>;
-    void rename(const ScreenshotPointer &screenshot, const QString &name, By by, Renamed told);
+    void rename(const ScreenshotPointer &screenshot, const QString &name, By by,
+                const Renamed &onDone);
 
     using Trashed = std::function<void(const ScreenshotMoves::Trashing &)>;
-    void trash(const ScreenshotPointer &screenshot, Trashed told);
+    void trash(const ScreenshotPointer &screenshot, const Trashed &onDone);
 
     /// Undoes an action on this screenshot.
     using Undone = std::function<void(const std::error_code &)>;
-    void undo(const ScreenshotPointer &screenshot, const UndoableAction &action, Undone told);
+    void undo(const ScreenshotPointer &screenshot, const UndoableAction &action,
+              const Undone &onDone);
 
     /// Undoes the newest action of the history, after all earlier requests are done. A failure is
     /// not reported.
     void undoLast();
 
     using Copied = std::function<void(bool)>;
-    void copy(const ScreenshotPointer &screenshot, CopyBehavior behavior, Copied told);
+    void copy(const ScreenshotPointer &screenshot, CopyBehavior behavior, const Copied &onDone);
 
     /// Copies a new screenshot as soon as it is complete. It never replaces a copy that was
     /// requested later: of two screenshots, the newer one stays on the clipboard.
@@ -76,11 +78,11 @@ public:
     void keep(const QUrl &url) { Q_EMIT kept(url); }
     /// Adds the action to the undo history.
     void remember(const UndoableAction &action);
-    void tookBack(const UndoableAction &action, const QUrl &restored);
+    void noteUndone(const UndoableAction &action, const QUrl &restored);
 
-    /// Calls `isNew`, unless this object has just moved the file there itself. While that is not
+    /// Calls `onNew`, unless this object has just moved the file there itself. While that is not
     /// yet known, the call is delayed.
-    void whenNotOwn(const QUrl &url, std::function<void()> isNew);
+    void whenNew(const QUrl &url, std::function<void()> onNew);
 
     /// Waits at most `limit` until all actions are done and reported. Actions that still wait for a
     /// file to be complete do not count. False if the time was not enough.
@@ -101,12 +103,12 @@ private:
 
     void undoNewest();
     void enqueueRename(const ScreenshotPointer &screenshot, const QString &name, By by,
-                       const Renamed &told);
+                       const Renamed &onDone);
     void enqueueCopy(const ScreenshotPointer &screenshot, CopyBehavior behavior, int number,
-                     Copied told);
-    template <typename Work, typename Told>
+                     const Copied &onDone);
+    template <typename Work, typename OnDone>
     void enqueue(const ScreenshotPointer &screenshot, const TaskPointer &task,
-                 const QString &description, Work work, Told told);
+                 const QString &description, Work work, OnDone onDone);
     void announceWhenSlow(const ScreenshotPointer &screenshot, const TaskPointer &task,
                           const QString &description);
     void moved(const QUrl &from, const QUrl &to);

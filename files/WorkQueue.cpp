@@ -57,7 +57,7 @@ void WorkQueue::add(std::function<Outcome()> work)
         const std::scoped_lock lock(shared->mutex);
         shared->done.push_back(std::move(job));
         if (shared->owner)
-            QMetaObject::invokeMethod(shared->owner, &WorkQueue::tell, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(shared->owner, &WorkQueue::deliver, Qt::QueuedConnection);
     });
 }
 
@@ -68,14 +68,14 @@ bool WorkQueue::finish(std::chrono::milliseconds limit)
     do {
         const bool isIdle =
             m_thread.waitUntilIdle(std::chrono::milliseconds(deadline.remainingTime()));
-        tell();
+        deliver();
         if (!isIdle)
             return false;
     } while (m_thread.tasksLeft() > 0);
     return true;
 }
 
-void WorkQueue::tell()
+void WorkQueue::deliver()
 {
     for (;;) {
         std::shared_ptr<Job> job;

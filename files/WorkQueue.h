@@ -34,7 +34,7 @@ public:
 private:
     struct Shared;
 
-    void tell();
+    void deliver();
 
     std::shared_ptr<Shared> m_shared;
     BackgroundThread m_thread;

@@ -122,8 +122,9 @@ QString SuggestionQueue::applicationOf(const Request &request)
     if (!request.isAppNameAssumed || !request.file)
         return request.appName;
     const std::shared_ptr<OpenFile> file = request.file->open();
-    const QString told = file ? applicationOfPicture(pictureTexts(file->descriptor())) : QString();
-    return told.isEmpty() ? request.appName : told;
+    const QString fromPicture =
+        file ? applicationOfPicture(pictureTexts(file->descriptor())) : QString();
+    return fromPicture.isEmpty() ? request.appName : fromPicture;
 }
 
 QImage SuggestionQueue::picture(const Suggestion &suggestion)

@@ -2,13 +2,10 @@
 #include "tray/ScreenshotRowView.h"
 
 #include "core/VelmoraLog.h"
-#include "core/whenFinished.h"
 #include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
-#include "imaging/ScreenshotImages.h"
 #include "naming/ScreenshotNamer.h"
 #include "style/BezelButton.h"
-#include "style/FileIcon.h"
 #include "style/VelmoraPalette.h"
 #include "tray/BadgeLabel.h"
 #include "tray/DraggableImageView.h"
@@ -27,12 +24,6 @@ namespace
 {
 
 constexpr double cornerRadius = 10;
-
-/// Enough pixels for any screen that the row may appear on.
-QSize pixelsOf(QSize points)
-{
-    return points * qGuiApp->devicePixelRatio();
-}
 
 } // namespace
 
@@ -54,6 +45,8 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &s
     , m_services(services)
     , m_onAction(std::move(onAction))
     , m_controls(buildRowControls(this, screenshot->url(), suggestedFilename))
+    , m_status(*m_controls.statusLabel)
+    , m_thumbnail(*m_controls.thumbnailView, screenshot, services.images)
     , m_veil(new PaletteView(this))
 {
     setCornerRadius(cornerRadius);
@@ -62,7 +55,6 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &s
     setFocusProxy(m_controls.filenameField);
     m_veil->setAttribute(Qt::WA_TransparentForMouseEvents);
     connectControls();
-    configureThumbnail();
     setNewest(true);
 }
 
@@ -85,7 +77,8 @@ void ScreenshotRowView::connectControls()
     connect(field, &FilenameTextField::pressed, this, &ScreenshotRowView::nameClicked);
     connect(field, &QLineEdit::returnPressed, this, &ScreenshotRowView::renameFromField);
     connect(field, &QLineEdit::editingFinished, this, &ScreenshotRowView::renameFromField);
-    connect(m_screenshot.get(), &Screenshot::takesLong, this, &ScreenshotRowView::announce);
+    connect(m_screenshot.get(), &Screenshot::takesLong, this,
+            [this](const QString &work) { m_status.announce(work); });
 }
 
 void ScreenshotRowView::setNewest(bool isNewest)
@@ -123,27 +116,7 @@ void ScreenshotRowView::resizeEvent(QResizeEvent *)
 
 void ScreenshotRowView::setStatus(const QString &text)
 {
-    ++m_statusNumber;
-    m_controls.statusLabel->showBriefly(text);
-}
-
-void ScreenshotRowView::configureThumbnail()
-{
-    const QSize pixels = pixelsOf(m_controls.thumbnailView->size());
-    m_controls.thumbnailView->setImage(fileIcon(fileURL()).pixmap(pixels, 1).toImage());
-    m_screenshot->whenOpened(this, [this] { loadThumbnail(Unreadable::LeavesNoImage); });
-}
-
-void ScreenshotRowView::loadThumbnail(Unreadable unreadable)
-{
-    const int request = ++m_thumbnailRequest;
-    const QSize pixels = pixelsOf(m_controls.thumbnailView->size());
-    whenFinished(m_services.images.thumbnail(m_screenshot->held(), pixels), this,
-                 [this, request, unreadable](const QImage &image) {
-                     const bool isNewest = request == m_thumbnailRequest;
-                     if (isNewest && (!image.isNull() || unreadable == Unreadable::LeavesNoImage))
-                         m_controls.thumbnailView->setImage(image);
-                 });
+    m_status.showBriefly(text);
 }
 
 void ScreenshotRowView::setPendingUndo(const std::optional<UndoableAction> &action)
@@ -160,16 +133,16 @@ void ScreenshotRowView::updateSuggestedFilename(const QString &name, bool autoRe
     if (!autoRename)
         return;
     requestRename({ScreenshotActions::By::Program, name, u"Renamed automatically"_s,
-                   tellingRenamed(), m_statusNumber});
+                   renameHandler(), m_status.number()});
 }
 
 void ScreenshotRowView::renameFile(const std::optional<QString> &successMessage, Renamed renamed)
 {
     requestRename({ScreenshotActions::By::User, m_controls.filenameField->text(), successMessage,
-                   std::move(renamed), m_statusNumber});
+                   std::move(renamed), m_status.number()});
 }
 
-ScreenshotRowView::Renamed ScreenshotRowView::tellingRenamed() const
+ScreenshotRowView::Renamed ScreenshotRowView::renameHandler() const
 {
     return [id = m_id, onAction = m_onAction](const RenameResult &result) {
         onAction({id, ScreenshotRowAction::Renamed{result}});
@@ -204,7 +177,7 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
 {
     if (m_isRenaming == rename.text)
         m_isRenaming.reset();
-    endAnnouncement();
+    m_status.endAnnouncement();
     showName();
     if (ended.outcome == ScreenshotRename::Outcome::Failed)
         setStatus(u"Rename failed"_s);
@@ -215,10 +188,9 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
     m_controls.thumbnailView->setFileURL(newURL);
     setPendingUndo(UndoableAction::rename(oldURL, newURL));
     if (rename.by == ScreenshotActions::By::User) {
-        ++m_statusNumber;
-        m_controls.statusLabel->setText(
+        m_status.show(
             rename.successMessage.value_or(u"Saved as "_s + FileUrls::lastPathComponent(newURL)));
-    } else if (rename.statusNumber == m_statusNumber) {
+    } else if (rename.statusNumber == m_status.number()) {
         setStatus(*rename.successMessage);
     }
     if (undoes)
@@ -253,7 +225,7 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
 {
     m_isTrashing = false;
     const bool undoes = std::exchange(m_undoesWhenMoved, false);
-    endAnnouncement();
+    m_status.endAnnouncement();
     if (!ended.result) {
         setStatus(u"Trash failed"_s);
         return;
@@ -261,7 +233,7 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
     m_hasTypedName = false;
     m_controls.thumbnailView->setFileURL(ended.result->trashedURL);
     setPendingUndo(UndoableAction::trash(ended.result->originalURL, ended.result->trashedURL));
-    m_controls.statusLabel->setText(u"Moved to Trash"_s);
+    m_status.show(u"Moved to Trash"_s);
     if (undoes)
         undoTapped();
 }
@@ -282,30 +254,17 @@ void ScreenshotRowView::performUndo(const UndoableAction &action, Restored resto
 void ScreenshotRowView::undoEnded(const UndoableAction &action, const std::error_code &error)
 {
     m_isUndoing = false;
-    endAnnouncement();
+    m_status.endAnnouncement();
     if (error) {
         setStatus(u"Could not undo"_s);
         return;
     }
     m_controls.thumbnailView->setFileURL(fileURL());
-    loadThumbnail(Unreadable::KeepsTheImage);
+    m_thumbnail.reload();
     showName();
     if (m_pendingUndo == action)
         setPendingUndo(std::nullopt);
     setStatus(u"Restored"_s);
-}
-
-void ScreenshotRowView::announce(const QString &work)
-{
-    m_announcement = work;
-    m_controls.statusLabel->setText(work);
-}
-
-void ScreenshotRowView::endAnnouncement()
-{
-    if (!m_announcement.isEmpty() && m_controls.statusLabel->text() == m_announcement)
-        m_controls.statusLabel->clear();
-    m_announcement.clear();
 }
 
 void ScreenshotRowView::retire(TypedName typed)
@@ -321,7 +280,7 @@ void ScreenshotRowView::retire(TypedName typed)
 void ScreenshotRowView::renameFromField()
 {
     if (m_hasTypedName && !m_isRetired)
-        renameFile(std::nullopt, tellingRenamed());
+        renameFile(std::nullopt, renameHandler());
 }
 
 /// While the file is being moved, Undo means that move. If the move then fails, nothing is undone.

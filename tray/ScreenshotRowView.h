@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "style/PaletteView.h"
-#include "tray/RowControls.h"
-#include "tray/ScreenshotRowAction.h"
-
 #include "files/Screenshot.h"
 #include "files/ScreenshotMoves.h"
+#include "style/PaletteView.h"
+#include "tray/RowControls.h"
+#include "tray/RowStatus.h"
+#include "tray/RowThumbnail.h"
+#include "tray/ScreenshotRowAction.h"
 
 #include <QUrl>
 #include <QUuid>
@@ -82,20 +83,15 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    enum class Unreadable { LeavesNoImage, KeepsTheImage };
     struct Rename;
 
     void connectControls();
-    void configureThumbnail();
-    void loadThumbnail(Unreadable unreadable);
     void requestRename(const Rename &rename);
     void renameEnded(const Rename &rename, const ScreenshotRename &ended);
-    Renamed tellingRenamed() const;
+    Renamed renameHandler() const;
     void trashEnded(const ScreenshotMoves::Trashing &ended);
     void undoEnded(const UndoableAction &action, const std::error_code &error);
     void showName();
-    void announce(const QString &work);
-    void endAnnouncement();
     void setPendingUndo(const std::optional<UndoableAction> &action);
     void renameFromField();
     void undoTapped();
@@ -106,6 +102,8 @@ private:
     const Services m_services;
     const OnAction m_onAction;
     const RowControls m_controls;
+    RowStatus m_status;
+    RowThumbnail m_thumbnail;
     PaletteView *m_veil;
     double m_alpha = 1;
     double m_arrival = 1;
@@ -119,7 +117,4 @@ private:
     bool m_isUndoing = false;
     bool m_undoesWhenMoved = false;
     bool m_isRetired = false;
-    QString m_announcement;
-    int m_statusNumber = 0;
-    int m_thumbnailRequest = 0;
 };

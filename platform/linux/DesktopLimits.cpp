@@ -42,9 +42,9 @@ private:
     {
         m_compositor = std::make_unique<WaylandConnection>();
         connect(m_compositor.get(), &WaylandConnection::globalsKnown, this, [this] {
-            const bool tells = ToplevelFocusSource::make(*m_compositor) != nullptr;
+            const bool canTell = ToplevelFocusSource::make(*m_compositor) != nullptr;
             m_compositor.release()->deleteLater();
-            if (tells)
+            if (canTell)
                 return;
             KWinFocusSource::find(this, [this](bool isThere) {
                 if (!isThere)

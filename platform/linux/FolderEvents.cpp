@@ -38,11 +38,11 @@ public:
         m_pause.setSingleShot(true);
         m_pause.setTimerType(Qt::PreciseTimer);
         m_pause.setInterval(pauseBetweenContentReads);
-        connect(&m_presence, &InotifyQueue::readable, this, [this] { tell(m_presence.read()); });
+        connect(&m_presence, &InotifyQueue::readable, this, [this] { report(m_presence.read()); });
         connect(&m_content, &InotifyQueue::readable, this, [this] {
             m_content.setListening(false);
             m_pause.start();
-            tell(m_content.read());
+            report(m_content.read());
         });
         connect(&m_pause, &QTimer::timeout, this, [this] { m_content.setListening(true); });
     }
@@ -52,12 +52,12 @@ public:
         disarm();
         const QByteArray path = QFile::encodeName(folder);
         const bool isWatched = m_presence.open(path, presenceMask);
-        const bool contentIsTold = isWatched && m_content.open(path, contentMask);
-        const bool wayIsTold = watchWayTo(path);
+        const bool isContentWatched = isWatched && m_content.open(path, contentMask);
+        const bool isWayWatched = watchWayTo(path);
         if (!isWatched)
-            return wayIsTold && isNoFolder(path) ? Coverage::Missing : Coverage::Nothing;
-        return wayIsTold && contentIsTold && tellsEveryChange(path) ? Coverage::All
-                                                                    : Coverage::Some;
+            return isWayWatched && isNoFolder(path) ? Coverage::Missing : Coverage::Nothing;
+        return isWayWatched && isContentWatched && reportsEveryChange(path) ? Coverage::All
+                                                                            : Coverage::Some;
     }
 
     void disarm() override
@@ -80,23 +80,23 @@ private:
     bool watchWayTo(const QByteArray &path)
     {
         m_way.emplace();
-        connect(&*m_way, &PathWatch::changed, this, &InotifyFolderEvents::tellGone,
+        connect(&*m_way, &PathWatch::changed, this, &InotifyFolderEvents::reportGone,
                 Qt::QueuedConnection);
         m_clock.emplace();
         connect(&*m_clock, &ClockWatch::clockSet, this, &FolderEvents::listAgain);
         return m_clock->isWatching() && m_way->watch(path, PathWatch::End::Folder);
     }
 
-    void tellGone()
+    void reportGone()
     {
         disarm();
         Q_EMIT folderGone();
     }
 
-    void tell(const InotifyQueue::News &news)
+    void report(const InotifyQueue::News &news)
     {
         if (news.folderGone) {
-            tellGone();
+            reportGone();
             return;
         }
         if (news.lost)

@@ -128,7 +128,7 @@ private:
         if (!name.schema)
             return std::nullopt;
         if (!m_setting)
-            m_setting = std::make_unique<FollowedSetting>(name, m_tellChange);
+            m_setting = std::make_unique<FollowedSetting>(name, m_reportChange);
         return m_setting->value();
     }
 
@@ -138,7 +138,7 @@ private:
     /// A file beside the program's own preferences.
     SettingsStore m_domain{u"com.apple.screencapture"_s};
     PathWatch m_files;
-    const std::function<void()> m_tellChange = [this] {
+    const std::function<void()> m_reportChange = [this] {
         QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);
     };
     /// Made on first use; last, because it reports changes until it is destroyed.

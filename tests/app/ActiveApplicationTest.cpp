@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -26,16 +28,16 @@ private Q_SLOTS:
     void withNothingInFrontTheNameIsScreenshot()
     {
         FakeFrontmostApplication frontmost;
-        QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("screenshot"));
-        QVERIFY(!ActiveApplication(frontmost).isTold());
+        QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), u"screenshot"_s);
+        QVERIFY(!ActiveApplication(frontmost).isKnown());
     }
 
     void theApplicationInFrontAtTheStartCounts()
     {
         FakeFrontmostApplication frontmost;
         frontmost.inFront = application("Writer", "org.example.Writer");
-        QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), QStringLiteral("Writer"));
-        QVERIFY(ActiveApplication(frontmost).isTold());
+        QCOMPARE(ActiveApplication(frontmost).lastActiveAppName(), u"Writer"_s);
+        QVERIFY(ActiveApplication(frontmost).isKnown());
     }
 
     void anActivationCountsOnceObserved()
@@ -43,10 +45,10 @@ private Q_SLOTS:
         FakeFrontmostApplication frontmost;
         ActiveApplication active(frontmost);
         frontmost.bringToFront(application("Writer", "org.example.Writer"));
-        QCOMPARE(active.lastActiveAppName(), QStringLiteral("screenshot"));
+        QCOMPARE(active.lastActiveAppName(), u"screenshot"_s);
         active.observe();
         frontmost.bringToFront(application("Painter", "org.example.Painter"));
-        QCOMPARE(active.lastActiveAppName(), QStringLiteral("Painter"));
+        QCOMPARE(active.lastActiveAppName(), u"Painter"_s);
     }
 
     void anApplicationThatTheDesktopDoesNotNameTakesThePlaceOfTheLastOne()
@@ -67,44 +69,40 @@ private Q_SLOTS:
         frontmost.bringToFront(application("Writer", "org.example.Writer"));
         frontmost.bringToFront(application("Finder", "com.apple.finder"));
         frontmost.bringToFront(application("Control Center", "com.apple.controlcenter"));
-        frontmost.bringToFront({QStringLiteral("Velmora"), velmoraBundleIdentifier()});
+        frontmost.bringToFront({u"Velmora"_s, velmoraBundleIdentifier()});
         active.refresh();
-        QCOMPARE(active.lastActiveAppName(), QStringLiteral("Writer"));
+        QCOMPARE(active.lastActiveAppName(), u"Writer"_s);
         frontmost.inFront.reset();
         active.refresh();
-        QCOMPARE(active.lastActiveAppName(), QStringLiteral("Writer"));
+        QCOMPARE(active.lastActiveAppName(), u"Writer"_s);
     }
 
     void theNamesAreJudgedFoldedAndWhole_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("counts");
-        QTest::newRow("spaces") << QStringLiteral("Notification Center") << false;
-        QTest::newRow("hyphens") << QStringLiteral("Control-Center") << false;
-        QTest::newRow("capitals") << QStringLiteral("LOGINWINDOW") << false;
-        QTest::newRow("accents") << QStringLiteral("Fïndér") << false;
-        QTest::newRow("only whole names match") << QStringLiteral("Finder Helper") << true;
-        QTest::newRow("ordinary") << QStringLiteral("Writer") << true;
+        QTest::newRow("spaces") << u"Notification Center"_s << false;
+        QTest::newRow("hyphens") << u"Control-Center"_s << false;
+        QTest::newRow("capitals") << u"LOGINWINDOW"_s << false;
+        QTest::newRow("accents") << u"Fïndér"_s << false;
+        QTest::newRow("only whole names match") << u"Finder Helper"_s << true;
+        QTest::newRow("ordinary") << u"Writer"_s << true;
     }
 
     void theNamesAreJudgedFoldedAndWhole()
     {
         QFETCH(QString, name);
-        QTEST(ActiveApplication::isCustomerApp(name, QStringLiteral("org.example.Vendor")),
-              "counts");
+        QTEST(ActiveApplication::isCustomerApp(name, u"org.example.Vendor"_s), "counts");
     }
 
     void theIdentifiersAreJudgedByTheirPrefix()
     {
-        const QString name = QStringLiteral("Helper");
-        QVERIFY(!ActiveApplication::isCustomerApp(
-            name, QStringLiteral("com.apple.controlcenter.helper")));
-        QVERIFY(ActiveApplication::isCustomerApp(name,
-                                                 QStringLiteral("COM.apple.controlcenter.helper")));
+        const QString name = u"Helper"_s;
+        QVERIFY(!ActiveApplication::isCustomerApp(name, u"com.apple.controlcenter.helper"_s));
+        QVERIFY(ActiveApplication::isCustomerApp(name, u"COM.apple.controlcenter.helper"_s));
         QVERIFY(ActiveApplication::isCustomerApp(name, std::nullopt));
         QVERIFY(!ActiveApplication::isCustomerApp(name, velmoraBundleIdentifier()));
-        QVERIFY(!ActiveApplication::isCustomerApp(QStringLiteral("Control Center"),
-                                                  QStringLiteral("org.example.Vendor")));
+        QVERIFY(!ActiveApplication::isCustomerApp(u"Control Center"_s, u"org.example.Vendor"_s));
     }
 };
 

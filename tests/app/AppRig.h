@@ -21,8 +21,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 /// The coordinator on the real platform, except for what the test controls.
 class AppRig
 {
@@ -33,7 +31,7 @@ public:
         frontmost->inFront = {QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
         platform.frontmostApplication.reset(frontmost);
         recognizer = new FakeTextRecognizer;
-        recognizer->setLines({u"Harvest festival invitation"_s});
+        recognizer->setLines({QStringLiteral("Harvest festival invitation")});
         platform.textRecognizer.reset(recognizer);
         pasteboard = new FakePasteboard;
         platform.pasteboard.reset(pasteboard);

@@ -11,6 +11,8 @@
 #include <chrono>
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -75,10 +77,10 @@ private:
 QImage page(const QString &heading)
 {
     DrawnPage page(QSize(1920, 1080));
-    page.font(QStringLiteral("DejaVu Sans"), 30).text(QPoint(60, 80), heading);
-    page.font(QStringLiteral("DejaVu Sans"), 15);
+    page.font(u"DejaVu Sans"_s, 30).text(QPoint(60, 80), heading);
+    page.font(u"DejaVu Sans"_s, 15);
     for (int y = 140; y < 1040; y += 26)
-        page.text(QPoint(60, y), QStringLiteral("The river was quiet and the boats lay still"));
+        page.text(QPoint(60, y), u"The river was quiet and the boats lay still"_s);
     return page.image();
 }
 
@@ -95,9 +97,9 @@ QStringList namesInTray()
 /// Whether the log says that our own folder is watched; other tests write to it, too.
 bool isWatching(const LogTail &log)
 {
-    const QStringList messages = log.messagesWith(QStringLiteral("watch"));
-    const qsizetype own = messages.indexOf(QStringLiteral("watching ") + AppRig::folder());
-    return own >= 0 && messages.indexOf(QStringLiteral("watcher start"), own) >= 0;
+    const QStringList messages = log.messagesWith(u"watch"_s);
+    const qsizetype own = messages.indexOf(u"watching "_s + AppRig::folder());
+    return own >= 0 && messages.indexOf(u"watcher start"_s, own) >= 0;
 }
 
 } // namespace
@@ -110,33 +112,29 @@ private Q_SLOTS:
     void tenScreenshotsAtOnceNeverHoldUpTheTray()
     {
         Platform platform = nativePlatform();
-        QTemporaryDir elsewhere(AppRig::folder() + QStringLiteral("/../XXXXXX"));
-        const QStringList subjects{QStringLiteral("garden"),  QStringLiteral("kitchen"),
-                                   QStringLiteral("harbour"), QStringLiteral("mountain"),
-                                   QStringLiteral("station"), QStringLiteral("theatre"),
-                                   QStringLiteral("airport"), QStringLiteral("library"),
-                                   QStringLiteral("orchard"), QStringLiteral("museum")};
+        QTemporaryDir elsewhere(AppRig::folder() + u"/../XXXXXX"_s);
+        const QStringList subjects{u"garden"_s,  u"kitchen"_s, u"harbour"_s, u"mountain"_s,
+                                   u"station"_s, u"theatre"_s, u"airport"_s, u"library"_s,
+                                   u"orchard"_s, u"museum"_s};
         QCOMPARE(subjects.size(), screenshots);
         for (int index = 0; index < screenshots; ++index)
-            QVERIFY(page(QStringLiteral("Minutes about ") + subjects[index])
-                        .save(elsewhere.filePath(QStringLiteral("%1.png").arg(index))));
+            QVERIFY(page(u"Minutes about "_s + subjects[index])
+                        .save(elsewhere.filePath(u"%1.png"_s.arg(index))));
 
         VelmoraApp app(platform);
         const LogTail log;
         Turns turns;
         app.applicationDidFinishLaunching();
         QTRY_VERIFY(isWatching(log));
-        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
         // The first row creates fonts, symbols and a window that all others use.
-        QVERIFY(page(QStringLiteral("Minutes about palace"))
-                    .save(AppRig::folder() + QStringLiteral("/first.png")));
-        QTRY_VERIFY(namesInTray().join(QLatin1Char(' ')).contains(QStringLiteral("palace")));
+        QVERIFY(page(u"Minutes about palace"_s).save(AppRig::folder() + u"/first.png"_s));
+        QTRY_VERIFY(namesInTray().join(u' ').contains(u"palace"_s));
 
         turns.begin();
         for (int index = 0; index < screenshots; ++index) {
-            const QString name = QStringLiteral("%1.png").arg(index);
-            QVERIFY(QFile::rename(elsewhere.filePath(name),
-                                  AppRig::folder() + QLatin1Char('/') + name));
+            const QString name = u"%1.png"_s.arg(index);
+            QVERIFY(QFile::rename(elsewhere.filePath(name), AppRig::folder() + u'/' + name));
         }
         // The tray keeps three rows; each of them ends up with the name of one of the ten.
         const auto areNamed = [&] {
@@ -152,7 +150,7 @@ private Q_SLOTS:
         qInfo() << "turns" << turns.count() << "the longest in ms" << turns.longest().count();
         QVERIFY(turns.count() > screenshots);
         QVERIFY2(turns.longest() <= longestTurn,
-                 qPrintable(QStringLiteral("%1 ms").arg(turns.longest().count())));
+                 qPrintable(u"%1 ms"_s.arg(turns.longest().count())));
     }
 };
 

@@ -8,6 +8,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class StatusMenuTest : public QObject
 {
     Q_OBJECT
@@ -19,8 +21,8 @@ private Q_SLOTS:
         StatusMenu menu(item);
         menu.show();
         QVERIFY(item.hasIcon);
-        QCOMPARE(item.title, QStringLiteral(" Velmora"));
-        QCOMPARE(item.toolTip, QStringLiteral("Velmora"));
+        QCOMPARE(item.title, u" Velmora"_s);
+        QCOMPARE(item.toolTip, u"Velmora"_s);
     }
 
     void theItemsStandInTheirOrder()
@@ -30,13 +32,10 @@ private Q_SLOTS:
         menu.show();
         QStringList titles;
         for (const QAction *action : item.actions)
-            titles.append(action->isSeparator() ? QStringLiteral("-") : action->text());
-        QCOMPARE(titles, QStringList({QStringLiteral("Show Status"),
-                                      QStringLiteral("Show Recent Screenshots"),
-                                      QStringLiteral("Undo Last Action"),
-                                      QStringLiteral("Make Screenshots Instant"),
-                                      QStringLiteral("Reveal Screenshot Folder"),
-                                      QStringLiteral("-"), QStringLiteral("Quit Velmora")}));
+            titles.append(action->isSeparator() ? u"-"_s : action->text());
+        QCOMPARE(titles, QStringList({u"Show Status"_s, u"Show Recent Screenshots"_s,
+                                      u"Undo Last Action"_s, u"Make Screenshots Instant"_s,
+                                      u"Reveal Screenshot Folder"_s, u"-"_s, u"Quit Velmora"_s}));
         QCOMPARE(item.actions[1]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_R));
         QCOMPARE(item.actions[2]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
         QCOMPARE(item.actions[6]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -47,7 +46,7 @@ private Q_SLOTS:
         FakeStatusItem item;
         StatusMenu menu(item);
         menu.show();
-        menu.setUndo(QStringLiteral("Undo Rename"), true);
+        menu.setUndo(u"Undo Rename"_s, true);
         const QList<void (StatusMenu::*)()> requests = {
             &StatusMenu::showStatusRequested,   &StatusMenu::recentScreenshotsRequested,
             &StatusMenu::undoRequested,         &StatusMenu::instantModeRequested,
@@ -69,9 +68,9 @@ private Q_SLOTS:
         StatusMenu menu(item);
         menu.show();
         QVERIFY(!item.actions[2]->isEnabled());
-        menu.setUndo(QStringLiteral("Undo Trash"), true);
+        menu.setUndo(u"Undo Trash"_s, true);
         QVERIFY(item.actions[2]->isEnabled());
-        QCOMPARE(item.actions[2]->text(), QStringLiteral("Undo Trash"));
+        QCOMPARE(item.actions[2]->text(), u"Undo Trash"_s);
     }
 };
 

@@ -9,6 +9,8 @@
 #include <QScreen>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class VelmoraAppTest : public QObject
 {
     Q_OBJECT
@@ -20,34 +22,33 @@ private Q_SLOTS:
     {
         AppRig rig;
         rig.launch();
-        QTRY_VERIFY(rig.log.messagesWith(QStringLiteral("watch")).size() >= 2);
+        QTRY_VERIFY(rig.log.messagesWith(u"watch"_s).size() >= 2);
         const QStringList messages = rig.log.messagesWith(QString());
-        const qsizetype launched =
-            messages.indexOf(QStringLiteral("applicationDidFinishLaunching"));
-        const qsizetype watching = messages.indexOf(QStringLiteral("watching ") + AppRig::folder());
+        const qsizetype launched = messages.indexOf(u"applicationDidFinishLaunching"_s);
+        const qsizetype watching = messages.indexOf(u"watching "_s + AppRig::folder());
         QVERIFY(launched >= 0);
         QVERIFY(launched < watching);
-        QVERIFY(watching < messages.indexOf(QStringLiteral("watcher start")));
+        QVERIFY(watching < messages.indexOf(u"watcher start"_s));
     }
 
     void theWelcomeWindowFollowsEveryLaunch()
     {
         AppRig rig;
         rig.launch();
-        QVERIFY(!AppRig::windowTitled(QStringLiteral("Velmora")));
-        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        QVERIFY(!AppRig::windowTitled(u"Velmora"_s));
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
     }
 
     void aNewScreenshotBecomesARowAndIsRenamedByItsText()
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.PNG"));
+        rig.take(u"Screenshot.PNG"_s);
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
         QCOMPARE(AppRig::rows().size(), 1);
         QCOMPARE(AppRig::rows().constFirst()->findChild<QLineEdit *>()->text(),
-                 QStringLiteral("safari-harvest-festival-invitation.png"));
+                 u"safari-harvest-festival-invitation.png"_s);
     }
 
     void theFallbackNameStandsUntilTheTextIsRead()
@@ -55,20 +56,19 @@ private Q_SLOTS:
         AppRig rig;
         rig.recognizer->hold();
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
-        static const QRegularExpression fallback(
-            QStringLiteral("^safari-screen-\\d{8}-\\d{6}\\.png$"));
+        rig.take(u"Screenshot.png"_s);
+        static const QRegularExpression fallback(u"^safari-screen-\\d{8}-\\d{6}\\.png$"_s);
         QTRY_VERIFY(AppRig::filesInFolder().constFirst().contains(fallback));
         rig.recognizer->letRead();
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
     }
 
     void aPictureOfTheWholeScreenIsNotReadWhereTheTrayStood()
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Part.png"));
+        rig.take(u"Part.png"_s);
         QTRY_COMPARE(rig.recognizer->readings().size(), 1);
         QCOMPARE(rig.recognizer->readings().constFirst().leftOut, QList<QRect>());
         QTRY_COMPARE(AppRig::rows().size(), 1);
@@ -76,12 +76,12 @@ private Q_SLOTS:
         QTRY_VERIFY(row->window()->isVisible());
         const QRect tray(row->window()->mapToGlobal(QPoint()), row->window()->size());
 
-        rig.take(QStringLiteral("Whole.png"), QApplication::primaryScreen()->size());
+        rig.take(u"Whole.png"_s, QApplication::primaryScreen()->size());
         QTRY_COMPARE(rig.recognizer->readings().size(), 2);
         const QList<QRect> leftOut = rig.recognizer->readings().constLast().leftOut;
         QVERIFY(std::any_of(leftOut.cbegin(), leftOut.cend(),
                             [&](const QRect &area) { return area.contains(tray.center()); }));
-        rig.take(QStringLiteral("Other part.png"), {640, 400});
+        rig.take(u"Other part.png"_s, {640, 400});
         QTRY_COMPARE(rig.recognizer->readings().size(), 3);
         QCOMPARE(rig.recognizer->readings().constLast().leftOut, QList<QRect>());
     }
@@ -90,15 +90,13 @@ private Q_SLOTS:
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
-        const QString named = QStringLiteral("safari-harvest-festival-invitation.png");
+        rig.take(u"Screenshot.png"_s);
+        const QString named = u"safari-harvest-festival-invitation.png"_s;
         QTRY_COMPARE(AppRig::filesInFolder(), QStringList(named));
         const LogTail log;
-        rig.app->handleNewScreenshot(
-            FileUrls::fromPath(AppRig::folder() + QStringLiteral("/./") + named));
-        const QString path = AppRig::folder() + QLatin1Char('/') + named;
-        QCOMPARE(log.messagesWith(path),
-                 QStringList(QStringLiteral("ignored already visible ") + path));
+        rig.app->handleNewScreenshot(FileUrls::fromPath(AppRig::folder() + u"/./"_s + named));
+        const QString path = AppRig::folder() + u'/' + named;
+        QCOMPARE(log.messagesWith(path), QStringList(u"ignored already visible "_s + path));
         QCOMPARE(AppRig::rows().size(), 1);
     }
 
@@ -106,19 +104,19 @@ private Q_SLOTS:
     {
         AppRig rig;
         rig.launch();
-        rig.frontmost->inFront = {QStringLiteral("Finder"), QStringLiteral("com.apple.finder")};
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.frontmost->inFront = {u"Finder"_s, u"com.apple.finder"_s};
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
     }
 
     void withNothingToCopyTheClipboardIsNotTouched()
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
         QCOMPARE(rig.pasteboard->changes, 0);
     }
 
@@ -128,13 +126,13 @@ private Q_SLOTS:
         VelmoraSettings::setCopyBehavior(CopyBehavior::imageAndFile);
         rig.recognizer->hold();
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_VERIFY(rig.pasteboard->contents && rig.pasteboard->contents->file);
         QVERIFY(rig.pasteboard->contents->picture->bytes.has_value());
         QVERIFY(FileUrls::exists(*rig.pasteboard->contents->file));
         rig.recognizer->letRead();
-        const QUrl named = FileUrls::fromPath(
-            AppRig::folder() + QStringLiteral("/safari-harvest-festival-invitation.png"));
+        const QUrl named =
+            FileUrls::fromPath(AppRig::folder() + u"/safari-harvest-festival-invitation.png"_s);
         QTRY_COMPARE(*rig.pasteboard->contents->file, named);
         QVERIFY(FileUrls::exists(named));
     }
@@ -144,15 +142,15 @@ private Q_SLOTS:
         AppRig rig;
         rig.recognizer->hold();
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::rows().size(), 1);
         auto *field = AppRig::rows().constFirst()->findChild<QLineEdit *>();
         field->selectAll();
-        QTest::keyClicks(field, QStringLiteral("mine"));
+        QTest::keyClicks(field, u"mine"_s);
         rig.recognizer->letRead();
         QTest::keyClick(field, Qt::Key_Return);
-        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("mine.png")));
-        QTRY_COMPARE(field->text(), QStringLiteral("mine.png"));
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(u"mine.png"_s));
+        QTRY_COMPARE(field->text(), u"mine.png"_s);
     }
 
     void aRowThatIsClosedMeanwhileKeepsTheFallbackName()
@@ -160,7 +158,7 @@ private Q_SLOTS:
         AppRig rig;
         rig.recognizer->hold();
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::rows().size(), 1);
         QTRY_COMPARE(rig.recognizer->begun, 1);
         QTRY_VERIFY(AppRig::filesInFolder().constFirst().startsWith(u"safari-screen-"));
@@ -169,9 +167,8 @@ private Q_SLOTS:
         QTRY_VERIFY(AppRig::rows().isEmpty());
         rig.recognizer->letRead();
         // The next one's name shows that the closed one's text has been handled.
-        rig.take(QStringLiteral("Another.png"));
-        QTRY_VERIFY(AppRig::filesInFolder().contains(
-            QStringLiteral("safari-harvest-festival-invitation.png")));
+        rig.take(u"Another.png"_s);
+        QTRY_VERIFY(AppRig::filesInFolder().contains(u"safari-harvest-festival-invitation.png"_s));
         QVERIFY(AppRig::filesInFolder().contains(before.constFirst()));
         QCOMPARE(AppRig::filesInFolder().size(), 2);
         QTRY_COMPARE(rig.recognizer->abandoned, 1);
@@ -182,22 +179,19 @@ private Q_SLOTS:
         AppRig rig;
         rig.recognizer->hold();
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::rows().size(), 1);
-        QTRY_VERIFY(AppRig::rows().constFirst()->fileURL().fileName().startsWith(
-            QStringLiteral("safari-screen-")));
+        QTRY_VERIFY(
+            AppRig::rows().constFirst()->fileURL().fileName().startsWith(u"safari-screen-"_s));
         const QUrl place = AppRig::rows().constFirst()->fileURL();
         QTRY_VERIFY(AppRig::canUndo(*AppRig::rows().constFirst()));
-        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QTRY_VERIFY(FileUrls::exists(
-            FileUrls::fromPath(AppRig::folder() + QStringLiteral("/Screenshot.png"))));
-        QVERIFY(
-            QFile::copy(AppRig::folder() + QStringLiteral("/Screenshot.png"), place.toLocalFile()));
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QTRY_VERIFY(FileUrls::exists(FileUrls::fromPath(AppRig::folder() + u"/Screenshot.png"_s)));
+        QVERIFY(QFile::copy(AppRig::folder() + u"/Screenshot.png"_s, place.toLocalFile()));
         rig.app->handleNewScreenshot(place);
         rig.recognizer->letRead();
-        rig.take(QStringLiteral("Another.png"));
-        QTRY_VERIFY(AppRig::filesInFolder().contains(
-            QStringLiteral("safari-harvest-festival-invitation.png")));
+        rig.take(u"Another.png"_s);
+        QTRY_VERIFY(AppRig::filesInFolder().contains(u"safari-harvest-festival-invitation.png"_s));
         QVERIFY(FileUrls::exists(place));
     }
 
@@ -206,13 +200,13 @@ private Q_SLOTS:
     {
         AppRig rig;
         rig.launch();
-        const QString place = AppRig::folder() + QStringLiteral("/Screenshot.png");
+        const QString place = AppRig::folder() + u"/Screenshot.png"_s;
         QFile begun(place);
         QVERIFY(begun.open(QFile::WriteOnly));
         begun.write("\x89PNG\r\n\x1a\n");
         begun.flush();
         QTRY_COMPARE(AppRig::rows().size(), 1);
-        const QString beside = AppRig::folder() + QStringLiteral("/.beside");
+        const QString beside = AppRig::folder() + u"/.beside"_s;
         QImage picture(320, 200, QImage::Format_RGB32);
         picture.fill(Qt::darkGreen);
         QVERIFY(picture.save(beside, "PNG"));
@@ -220,9 +214,8 @@ private Q_SLOTS:
                              QFile::encodeName(place).constData()),
                  0);
         begun.close();
-        QTRY_COMPARE_WITH_TIMEOUT(
-            AppRig::filesInFolder(),
-            QStringList(QStringLiteral("safari-harvest-festival-invitation.png")), 20'000);
+        QTRY_COMPARE_WITH_TIMEOUT(AppRig::filesInFolder(),
+                                  QStringList(u"safari-harvest-festival-invitation.png"_s), 20'000);
         QVERIFY(!QTest::qWaitFor([] { return AppRig::rows().size() != 1; }, 500));
     }
 
@@ -230,47 +223,45 @@ private Q_SLOTS:
     {
         AppRig rig;
         rig.launch();
-        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
-        AppRig::windowTitled(QStringLiteral("Velmora"))->close();
-        QVERIFY(!AppRig::windowTitled(QStringLiteral("Velmora")));
+        QTRY_VERIFY(AppRig::windowTitled(u"Velmora"_s));
+        AppRig::windowTitled(u"Velmora"_s)->close();
+        QVERIFY(!AppRig::windowTitled(u"Velmora"_s));
         Q_EMIT rig.platform.runningInstance->reopened();
-        QVERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        QVERIFY(AppRig::windowTitled(u"Velmora"_s));
         Q_EMIT rig.platform.runningInstance->reopened();
-        QVERIFY(AppRig::windowTitled(QStringLiteral("Velmora")));
+        QVERIFY(AppRig::windowTitled(u"Velmora"_s));
     }
 
     void theMenuTakesTheLastActionBack()
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
-        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QTRY_VERIFY(
-            AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
-        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
-        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QTRY_VERIFY(AppRig::filesInFolder().constFirst().startsWith(u"safari-screen-"_s));
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(u"Screenshot.png"_s));
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QCOMPARE(AppRig::filesInFolder(), QStringList(u"Screenshot.png"_s));
     }
 
     void whatWasTakenBackInTheRowIsNotTakenBackAgain()
     {
         AppRig rig;
         rig.launch();
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QTRY_COMPARE(AppRig::filesInFolder(),
-                     QStringList(QStringLiteral("safari-harvest-festival-invitation.png")));
+                     QStringList(u"safari-harvest-festival-invitation.png"_s));
         for (auto *button : AppRig::rows().constFirst()->findChildren<QPushButton *>()) {
-            if (button->text() == QStringLiteral("Undo"))
+            if (button->text() == u"Undo"_s)
                 button->click();
         }
-        QTRY_VERIFY(
-            AppRig::filesInFolder().constFirst().startsWith(QStringLiteral("safari-screen-")));
+        QTRY_VERIFY(AppRig::filesInFolder().constFirst().startsWith(u"safari-screen-"_s));
         QCoreApplication::processEvents();
-        Q_EMIT rig.platform.runningInstance->actionRequested(QStringLiteral("undo"));
-        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+        Q_EMIT rig.platform.runningInstance->actionRequested(u"undo"_s);
+        QTRY_COMPARE(AppRig::filesInFolder(), QStringList(u"Screenshot.png"_s));
     }
 
     void theRecentListSurvivesARestart()
@@ -278,17 +269,17 @@ private Q_SLOTS:
         {
             AppRig rig;
             rig.launch();
-            rig.take(QStringLiteral("Screenshot.png"));
+            rig.take(u"Screenshot.png"_s);
             QTRY_VERIFY(VelmoraSettings::open()
-                            .value(QStringLiteral("recentScreenshots"))
+                            .value(u"recentScreenshots"_s)
                             .toStringList()
                             .value(0)
-                            .endsWith(QStringLiteral("invitation.png")));
+                            .endsWith(u"invitation.png"_s));
         }
         AppRig again;
         again.launch();
-        Q_EMIT again.platform.runningInstance->actionRequested(QStringLiteral("recent"));
-        QTRY_VERIFY(AppRig::windowTitled(QStringLiteral("Recent Screenshots")));
+        Q_EMIT again.platform.runningInstance->actionRequested(u"recent"_s);
+        QTRY_VERIFY(AppRig::windowTitled(u"Recent Screenshots"_s));
     }
 
     void watchingAnotherFolderLeavesTheFirst()
@@ -297,13 +288,12 @@ private Q_SLOTS:
         rig.launch();
         QTemporaryDir other;
         rig.app->startWatching(FileUrls::fromPath(other.path()));
-        rig.take(QStringLiteral("Screenshot.png"));
+        rig.take(u"Screenshot.png"_s);
         QImage picture(20, 20, QImage::Format_RGB32);
         picture.fill(Qt::red);
-        picture.save(other.filePath(QStringLiteral("Here.png")));
-        QTRY_VERIFY(QFile::exists(
-            other.filePath(QStringLiteral("safari-harvest-festival-invitation.png"))));
-        QCOMPARE(AppRig::filesInFolder(), QStringList(QStringLiteral("Screenshot.png")));
+        picture.save(other.filePath(u"Here.png"_s));
+        QTRY_VERIFY(QFile::exists(other.filePath(u"safari-harvest-festival-invitation.png"_s)));
+        QCOMPARE(AppRig::filesInFolder(), QStringList(u"Screenshot.png"_s));
     }
 };
 

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -55,38 +57,38 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_path = m_folder->filePath(QStringLiteral("store.ini"));
+        m_path = m_folder->filePath(u"store.ini"_s);
     }
 
     void stringsOfAllKindsAreUnderstoodBothWays()
     {
         QRandomGenerator random(20261122);
-        const QString key = QStringLiteral("a-key_1");
+        const QString key = u"a-key_1"_s;
         for (int round = 0; round < 600; ++round) {
             const QString string = randomString(random);
-            m_path = m_folder->filePath(QStringLiteral("%1.ini").arg(round));
+            m_path = m_folder->filePath(u"%1.ini"_s.arg(round));
             write(IniText::changed("[General]\nother=1\n", {{key, string}}));
             QCOMPARE(bySettings(key).toString(), string);
             QCOMPARE(IniText::values(text()).value(key).toString(), string);
-            writeBySettings(QStringLiteral("theirs"), string);
-            QCOMPARE(IniText::values(text()).value(QStringLiteral("theirs")).toString(), string);
+            writeBySettings(u"theirs"_s, string);
+            QCOMPARE(IniText::values(text()).value(u"theirs"_s).toString(), string);
         }
     }
 
     void listsOfAllKindsAreUnderstoodBothWays()
     {
         QRandomGenerator random(20261123);
-        const QString key = QStringLiteral("list");
+        const QString key = u"list"_s;
         for (int round = 0; round < 300; ++round) {
             QStringList list;
             for (quint32 i = random.bounded(4U); i > 0; --i)
                 list << randomString(random);
-            m_path = m_folder->filePath(QStringLiteral("%1.ini").arg(round));
+            m_path = m_folder->filePath(u"%1.ini"_s.arg(round));
             write(IniText::changed({}, {{key, list}}));
             QCOMPARE(bySettings(key).toStringList(), list);
             QCOMPARE(IniText::values(text()).value(key).toStringList(), list);
-            writeBySettings(QStringLiteral("theirs"), list);
-            QCOMPARE(IniText::values(text()).value(QStringLiteral("theirs")).toStringList(), list);
+            writeBySettings(u"theirs"_s, list);
+            QCOMPARE(IniText::values(text()).value(u"theirs"_s).toStringList(), list);
         }
     }
 
@@ -94,19 +96,18 @@ private Q_SLOTS:
     {
         const QByteArray before = "; mine\nfirst=1\n\n[Other]\na=1\n\n[General]\n# mine too\nb=2\n"
                                   "c=3\n\n[Last]\nb=9\n";
-        QCOMPARE(IniText::changed(before, {{QStringLiteral("b"), QStringLiteral("new")}}),
+        QCOMPARE(IniText::changed(before, {{u"b"_s, u"new"_s}}),
                  QByteArray(before).replace("b=2", "b=new"));
-        QCOMPARE(IniText::changed(before, {{QStringLiteral("d"), QStringLiteral("new")}}),
+        QCOMPARE(IniText::changed(before, {{u"d"_s, u"new"_s}}),
                  QByteArray(before).replace("c=3\n", "c=3\nd=new\n"));
-        QCOMPARE(IniText::changed(before, {{QStringLiteral("c"), QVariant()}}),
+        QCOMPARE(IniText::changed(before, {{u"c"_s, QVariant()}}),
                  QByteArray(before).replace("c=3\n", ""));
-        QCOMPARE(IniText::changed(before, {{QStringLiteral("none"), QVariant()}}), before);
+        QCOMPARE(IniText::changed(before, {{u"none"_s, QVariant()}}), before);
     }
 
     void aTextWithoutTheGroupGetsIt()
     {
-        const QMap<QString, QVariant> changes = {{QStringLiteral("a"), QStringLiteral("1")},
-                                                 {QStringLiteral("b"), QStringLiteral("2")}};
+        const QMap<QString, QVariant> changes = {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}};
         QCOMPARE(IniText::changed({}, changes), QByteArray("[General]\na=1\nb=2\n"));
         QCOMPARE(IniText::changed("[Other]\nx=1\n", changes),
                  QByteArray("[General]\na=1\nb=2\n[Other]\nx=1\n"));
@@ -118,9 +119,8 @@ private Q_SLOTS:
     void aKeyThatStandsThereTwiceCountsOnceAndIsWrittenOnce()
     {
         const QByteArray twice = "[General]\na=1\nb=2\na=3\n";
-        QCOMPARE(IniText::values(twice).value(QStringLiteral("a")).toString(), QStringLiteral("3"));
-        QCOMPARE(IniText::changed(twice, {{QStringLiteral("a"), QStringLiteral("4")}}),
-                 QByteArray("[General]\na=4\nb=2\n"));
+        QCOMPARE(IniText::values(twice).value(u"a"_s).toString(), u"3"_s);
+        QCOMPARE(IniText::changed(twice, {{u"a"_s, u"4"_s}}), QByteArray("[General]\na=4\nb=2\n"));
     }
 
     void whatIsNoSettingsFileHoldsNothing()

@@ -9,13 +9,15 @@
 #include <atomic>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 /// How much of the program's mapped files is in memory, in kB.
 int mappedFiles()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     if (!status.open(QFile::ReadOnly))
         return 0;
     const QByteArrayList lines = status.readAll().split('\n');
@@ -38,9 +40,8 @@ private Q_SLOTS:
         const int before = mappedFiles();
         releaseCode();
         const int after = mappedFiles();
-        QVERIFY2(after < before / 2,
-                 qPrintable(QStringLiteral("%1 kB, %2 kB before").arg(after).arg(before)));
-        QCOMPARE(QLocale::c().toString(1234.5), QStringLiteral("1234.5"));
+        QVERIFY2(after < before / 2, qPrintable(u"%1 kB, %2 kB before"_s.arg(after).arg(before)));
+        QCOMPARE(QLocale::c().toString(1234.5), u"1234.5"_s);
     }
 
     void itMayBeReleasedWhileItRuns()
@@ -49,7 +50,7 @@ private Q_SLOTS:
         std::atomic_int rounds = 0;
         std::thread worker([&] {
             while (!isEnding) {
-                if (QLocale::c().toString(1234.5) == QStringLiteral("1234.5"))
+                if (QLocale::c().toString(1234.5) == u"1234.5"_s)
                     ++rounds;
             }
         });

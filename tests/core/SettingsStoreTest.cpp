@@ -16,23 +16,24 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
 {
 
 constexpr auto patience = 10s;
-const QString key = QStringLiteral("trayDuration");
-const QString other = QStringLiteral("zOther");
+const QString key = u"trayDuration"_s;
+const QString other = u"zOther"_s;
 
 QString folder()
 {
-    return qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/velmora");
+    return qEnvironmentVariable("XDG_CONFIG_HOME") + u"/velmora"_s;
 }
 
 QString path()
 {
-    return folder() + QStringLiteral("/store.conf");
+    return folder() + u"/store.conf"_s;
 }
 
 QByteArray encoded(const QString &name)
@@ -75,9 +76,9 @@ void makeTrap(const QByteArray &kind, const QString &name)
     else if (kind == "folder")
         QVERIFY(QDir().mkdir(name));
     else if (kind == "link to a device")
-        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), name));
+        QVERIFY(QFile::link(u"/dev/zero"_s, name));
     else if (kind == "link to a file")
-        QVERIFY(QFile::link(QStringLiteral("/etc/hostname"), name));
+        QVERIFY(QFile::link(u"/etc/hostname"_s, name));
     else if (kind == "link to itself")
         QVERIFY(QFile::link(name, name));
     else if (kind == "huge file")
@@ -96,7 +97,7 @@ class SettingsStoreTest : public QObject
 
     std::unique_ptr<SettingsStore> m_store;
 
-    void begin() { m_store = std::make_unique<SettingsStore>(QStringLiteral("store")); }
+    void begin() { m_store = std::make_unique<SettingsStore>(u"store"_s); }
     QString value() const { return m_store->value(key).toString(); }
 
     static qint64 millisecondsOf(const std::function<void()> &work)
@@ -124,8 +125,8 @@ private Q_SLOTS:
     {
         begin();
         QVERIFY(!m_store->value(key).isValid());
-        m_store->setValue(key, QStringLiteral("fifteenSeconds"));
-        QCOMPARE(value(), QStringLiteral("fifteenSeconds"));
+        m_store->setValue(key, u"fifteenSeconds"_s);
+        QCOMPARE(value(), u"fifteenSeconds"_s);
         m_store->setValue(other, true);
         QCOMPARE(m_store->allKeys().size(), 2);
         QVERIFY(m_store->waitUntilStored(patience));
@@ -138,13 +139,13 @@ private Q_SLOTS:
 
     void whatIsStoredIsReadAgain()
     {
-        const QStringList list = {QStringLiteral("/a, b.png"), QStringLiteral("/c.png")};
+        const QStringList list = {u"/a, b.png"_s, u"/c.png"_s};
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         m_store->setValue(other, list);
         m_store.reset();
         begin();
-        QCOMPARE(value(), QStringLiteral("x"));
+        QCOMPARE(value(), u"x"_s);
         QCOMPARE(m_store->value(other).toStringList(), list);
     }
 
@@ -152,7 +153,7 @@ private Q_SLOTS:
     {
         QVERIFY(QDir().rmdir(folder()));
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(modeOf(folder()), mode_t(0700));
         QCOMPARE(modeOf(path()), mode_t(0600));
@@ -166,9 +167,9 @@ private Q_SLOTS:
         begin();
         QTRY_COMPARE(modeOf(path()), mode_t(0600));
         QTRY_COMPARE(modeOf(folder()), mode_t(0700));
-        QCOMPARE(value(), QStringLiteral("x"));
+        QCOMPARE(value(), u"x"_s);
         QCOMPARE(::chmod(encoded(path()).constData(), 0644), 0);
-        m_store->setValue(key, QStringLiteral("y"));
+        m_store->setValue(key, u"y"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(modeOf(path()), mode_t(0600));
     }
@@ -197,37 +198,37 @@ private Q_SLOTS:
     void anotherProcessKeepsWhatItHasStoredBeside()
     {
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         fill(path(), "; mine\n[General]\ntrayDuration=x\nzOther=theirs\n\n[Theirs]\na=1\n");
-        m_store->setValue(key, QStringLiteral("y"));
+        m_store->setValue(key, u"y"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(content(),
                  QByteArray("; mine\n[General]\ntrayDuration=y\nzOther=theirs\n\n[Theirs]\na=1\n"));
-        QCOMPARE(m_store->value(other).toString(), QStringLiteral("theirs"));
+        QCOMPARE(m_store->value(other).toString(), u"theirs"_s);
     }
 
     void whatIsStoredAlreadyIsNotWrittenAgain()
     {
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         const auto serial = [] {
             struct stat status = {};
             return ::lstat(encoded(path()).constData(), &status) == 0 ? status.st_ino : 0;
         };
         const ino_t before = serial();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(serial(), before);
     }
 
     void nothingIsTakenFromTheFilesForAllUsers()
     {
-        const QString system = QDir::homePath() + QStringLiteral("/xdg");
-        QVERIFY(QDir().mkpath(system + QStringLiteral("/velmora")));
-        fill(system + QStringLiteral("/velmora/store.conf"), "[General]\ntrayDuration=system\n");
-        fill(system + QStringLiteral("/velmora.conf"), "[General]\ntrayDuration=system\n");
+        const QString system = QDir::homePath() + u"/xdg"_s;
+        QVERIFY(QDir().mkpath(system + u"/velmora"_s));
+        fill(system + u"/velmora/store.conf"_s, "[General]\ntrayDuration=system\n");
+        fill(system + u"/velmora.conf"_s, "[General]\ntrayDuration=system\n");
         qputenv("XDG_CONFIG_DIRS", encoded(system));
         begin();
         QVERIFY(m_store->waitUntilRead(patience));
@@ -252,14 +253,14 @@ private Q_SLOTS:
         begin();
         QVERIFY(m_store->waitUntilRead(patience));
         QVERIFY(!m_store->value(key).isValid());
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(content(), QByteArray("[General]\ntrayDuration=x\n"));
         struct stat after = {};
-        QCOMPARE(::lstat(encoded(path() + QStringLiteral(".aside-1")).constData(), &after), 0);
+        QCOMPARE(::lstat(encoded(path() + u".aside-1"_s).constData(), &after), 0);
         QCOMPARE(after.st_ino, before.st_ino);
         QCOMPARE(after.st_size, before.st_size);
-        QCOMPARE(content(QStringLiteral("/etc/hostname")).contains("trayDuration"), false);
+        QCOMPARE(content(u"/etc/hostname"_s).contains("trayDuration"), false);
     }
 
     void trapsAtTheLocksPlaceHoldNobodyUp_data()
@@ -272,19 +273,19 @@ private Q_SLOTS:
     void trapsAtTheLocksPlaceHoldNobodyUp()
     {
         QFETCH(QByteArray, kind);
-        makeTrap(kind, path() + QStringLiteral(".lock"));
-        makeTrap(kind, folder() + QStringLiteral("/.store.conf.new"));
+        makeTrap(kind, path() + u".lock"_s);
+        makeTrap(kind, folder() + u"/.store.conf.new"_s);
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(1s));
         QCOMPARE(content(), QByteArray("[General]\ntrayDuration=x\n"));
     }
 
     void aLockOfAnotherHostHoldsNobodyUp()
     {
-        fill(path() + QStringLiteral(".lock"), "4711\nvelmora\nanother-host\n\n\n");
+        fill(path() + u".lock"_s, "4711\nvelmora\nanother-host\n\n\n");
         begin();
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(m_store->waitUntilStored(1s));
     }
 
@@ -295,7 +296,7 @@ private Q_SLOTS:
         QCOMPARE(::flock(stopped, LOCK_EX), 0);
         begin();
         QVERIFY(m_store->waitUntilRead(patience));
-        QVERIFY(millisecondsOf([this] { m_store->setValue(key, QStringLiteral("x")); }) < 500);
+        QVERIFY(millisecondsOf([this] { m_store->setValue(key, u"x"_s); }) < 500);
         QVERIFY(m_store->waitUntilStored(patience));
         ::close(stopped);
         QCOMPARE(content(), QByteArray("[General]\ntrayDuration=x\n"));
@@ -303,10 +304,10 @@ private Q_SLOTS:
 
     void whatAKilledWriterHasLeftIsClearedAtTheNextStart()
     {
-        fill(folder() + QStringLiteral("/.store.conf.new"), "[Gen");
-        fill(folder() + QStringLiteral("/store.conf.backup"), "the user's");
+        fill(folder() + u"/.store.conf.new"_s, "[Gen");
+        fill(folder() + u"/store.conf.backup"_s, "the user's");
         begin();
-        QTRY_COMPARE(entries(), QStringList(QStringLiteral("store.conf.backup")));
+        QTRY_COMPARE(entries(), QStringList(u"store.conf.backup"_s));
         QVERIFY(!m_store->value(key).isValid());
     }
 
@@ -316,11 +317,11 @@ private Q_SLOTS:
         QVERIFY(m_store->waitUntilRead(patience));
         QDir(folder()).removeRecursively();
         fill(folder(), "no folder");
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         QVERIFY(!m_store->waitUntilStored(1s));
-        QCOMPARE(value(), QStringLiteral("x"));
+        QCOMPARE(value(), u"x"_s);
         QVERIFY(QFile::remove(folder()));
-        m_store->setValue(other, QStringLiteral("y"));
+        m_store->setValue(other, u"y"_s);
         QVERIFY(m_store->waitUntilStored(patience));
         QCOMPARE(content(), QByteArray("[General]\ntrayDuration=x\nzOther=y\n"));
     }
@@ -330,10 +331,10 @@ private Q_SLOTS:
         fill(path(), "[General]\ntrayDuration=x\n");
         SlowDisk::startCounting();
         begin();
-        QTRY_COMPARE(value(), QStringLiteral("x"));
-        m_store->setValue(key, QStringLiteral("y"));
+        QTRY_COMPARE(value(), u"x"_s);
+        m_store->setValue(key, u"y"_s);
         QVERIFY(m_store->waitUntilStored(patience));
-        QCOMPARE(value(), QStringLiteral("y"));
+        QCOMPARE(value(), u"y"_s);
         m_store.reset();
         QCOMPARE(SlowDisk::mainThreadCalls(), QByteArrayList());
     }
@@ -366,8 +367,8 @@ private Q_SLOTS:
         });
         // The first read waits 50 ms, all others together 5 ms.
         QVERIFY2(taken < 300, QByteArray::number(taken).constData());
-        m_store->setValue(other, QStringLiteral("set before it was read"));
-        QTRY_COMPARE_WITH_TIMEOUT(value(), QStringLiteral("x"), 10'000);
+        m_store->setValue(other, u"set before it was read"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(value(), u"x"_s, 10'000);
         SlowDisk::fast();
         QTRY_VERIFY_WITH_TIMEOUT(m_store->waitUntilStored(patience), 30'000);
         QCOMPARE(content(),
@@ -379,14 +380,14 @@ private Q_SLOTS:
         begin();
         QVERIFY(m_store->waitUntilRead(patience));
         SlowDisk::slow({encoded(folder())}, 50ms);
-        m_store->setValue(key, QStringLiteral("x"));
+        m_store->setValue(key, u"x"_s);
         m_store.reset();
         SlowDisk::fast();
         QCOMPARE(content(), QByteArray("[General]\ntrayDuration=x\n"));
         begin();
         QVERIFY(m_store->waitUntilRead(patience));
         SlowDisk::slow({encoded(folder())}, 20s, "fsync");
-        m_store->setValue(key, QStringLiteral("y"));
+        m_store->setValue(key, u"y"_s);
         QVERIFY(millisecondsOf([this] { m_store.reset(); }) < 5000);
     }
 };

@@ -20,12 +20,13 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
 {
 
-const QString programLog = QStringLiteral("/tmp/Velmora.log");
+const QString programLog = u"/tmp/Velmora.log"_s;
 constexpr uid_t nobody = 65534;
 
 QByteArray contentOf(const QString &path)
@@ -61,20 +62,20 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_path = m_folder->filePath(QStringLiteral("Velmora.log"));
+        m_path = m_folder->filePath(u"Velmora.log"_s);
     }
 
     void aLineIsAStampASpaceTheMessageAndALineFeed()
     {
-        VelmoraLog::append(m_path, QStringLiteral("watcher start"));
-        const QRegularExpression line(QStringLiteral("\\A\\d{8}-\\d{6} watcher start\\n\\z"));
+        VelmoraLog::append(m_path, u"watcher start"_s);
+        const QRegularExpression line(u"\\A\\d{8}-\\d{6} watcher start\\n\\z"_s);
         QVERIFY(line.match(QString::fromUtf8(contentOf(m_path))).hasMatch());
     }
 
     void aMissingFileIsCreatedForItsOwnerOnly()
     {
         const mode_t before = ::umask(0);
-        VelmoraLog::append(m_path, QStringLiteral("first"));
+        VelmoraLog::append(m_path, u"first"_s);
         ::umask(before);
         QCOMPARE(QFileInfo(m_path).permissions(),
                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
@@ -83,8 +84,8 @@ private Q_SLOTS:
     void laterLinesAreAppendedToWhatStandsThere()
     {
         fill(m_path, "an older run\n");
-        VelmoraLog::append(m_path, QStringLiteral("first"));
-        VelmoraLog::append(m_path, QStringLiteral("second"));
+        VelmoraLog::append(m_path, u"first"_s);
+        VelmoraLog::append(m_path, u"second"_s);
         const QList<QByteArray> lines = linesOf(m_path);
         QCOMPARE(lines.size(), 4);
         QCOMPARE(lines.at(0), QByteArray("an older run"));
@@ -95,7 +96,7 @@ private Q_SLOTS:
 
     void nonAsciiTextIsWrittenAsUtf8Unchanged()
     {
-        const QString message = QStringLiteral("detected /tmp/Captures d’écran/日本 😀.png");
+        const QString message = u"detected /tmp/Captures d’écran/日本 😀.png"_s;
         VelmoraLog::append(m_path, message);
         QVERIFY(contentOf(m_path).endsWith(QByteArray(" " + message.toUtf8() + "\n")));
     }
@@ -110,25 +111,25 @@ private Q_SLOTS:
 
     void lineFeedsInAMessageStay()
     {
-        VelmoraLog::append(m_path, QStringLiteral("one\ntwo"));
+        VelmoraLog::append(m_path, u"one\ntwo"_s);
         QVERIFY(contentOf(m_path).endsWith(" one\ntwo\n"));
     }
 
     void aPlantedSymbolicLinkIsNotFollowed()
     {
-        const QString victim = m_folder->filePath(QStringLiteral("victim"));
+        const QString victim = m_folder->filePath(u"victim"_s);
         fill(victim, "precious");
         QVERIFY(QFile::link(victim, m_path));
-        VelmoraLog::append(m_path, QStringLiteral("line"));
+        VelmoraLog::append(m_path, u"line"_s);
         QCOMPARE(contentOf(victim), QByteArray("precious"));
         QVERIFY(QFileInfo(m_path).isSymbolicLink());
     }
 
     void aPlantedLinkToNothingCreatesNothing()
     {
-        const QString target = m_folder->filePath(QStringLiteral("target"));
+        const QString target = m_folder->filePath(u"target"_s);
         QVERIFY(QFile::link(target, m_path));
-        VelmoraLog::append(m_path, QStringLiteral("line"));
+        VelmoraLog::append(m_path, u"line"_s);
         QVERIFY(!QFileInfo::exists(target));
     }
 
@@ -136,11 +137,11 @@ private Q_SLOTS:
     {
         const QByteArray path = QFile::encodeName(m_path);
         QCOMPARE(::mkfifo(path.constData(), 0600), 0);
-        VelmoraLog::append(m_path, QStringLiteral("nobody reads"));
+        VelmoraLog::append(m_path, u"nobody reads"_s);
 
         const int reader = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
         QVERIFY(reader >= 0);
-        VelmoraLog::append(m_path, QStringLiteral("somebody reads"));
+        VelmoraLog::append(m_path, u"somebody reads"_s);
         char byte = 0;
         QCOMPARE(::read(reader, &byte, 1), ssize_t(0));
         ::close(reader);
@@ -149,14 +150,14 @@ private Q_SLOTS:
     void aFolderInTheWayLosesTheLineOnly()
     {
         QVERIFY(QDir().mkdir(m_path));
-        VelmoraLog::append(m_path, QStringLiteral("line"));
+        VelmoraLog::append(m_path, u"line"_s);
         QVERIFY(QDir(m_path).isEmpty());
     }
 
     void aMissingFolderLosesTheLineOnly()
     {
-        const QString path = m_folder->filePath(QStringLiteral("missing/Velmora.log"));
-        VelmoraLog::append(path, QStringLiteral("line"));
+        const QString path = m_folder->filePath(u"missing/Velmora.log"_s);
+        VelmoraLog::append(path, u"line"_s);
         QVERIFY(!QFileInfo::exists(path));
     }
 
@@ -170,7 +171,7 @@ private Q_SLOTS:
         // Permissions do not restrict root, so root writes this line as another user.
         const uid_t user = ::geteuid();
         QVERIFY(user != 0 || ::seteuid(nobody) == 0);
-        VelmoraLog::append(m_path, QStringLiteral("line"));
+        VelmoraLog::append(m_path, u"line"_s);
         QCOMPARE(::seteuid(user), 0);
         QCOMPARE(contentOf(m_path), QByteArray("kept\n"));
     }
@@ -184,11 +185,11 @@ private Q_SLOTS:
         const rlimit full = {static_cast<rlim_t>(before.size()), old.rlim_max};
         const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &full), 0);
-        VelmoraLog::append(m_path, QStringLiteral("line"));
+        VelmoraLog::append(m_path, u"line"_s);
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &old), 0);
         std::signal(SIGXFSZ, oldHandler);
         QCOMPARE(contentOf(m_path), before);
-        VelmoraLog::append(m_path, QStringLiteral("next"));
+        VelmoraLog::append(m_path, u"next"_s);
         QVERIFY(contentOf(m_path).endsWith(" next\n"));
     }
 
@@ -200,20 +201,20 @@ private Q_SLOTS:
         for (int number = 0; number < threadCount; ++number) {
             threads.emplace_back([this, number] {
                 for (int line = 0; line < linesEach; ++line)
-                    VelmoraLog::append(m_path, QStringLiteral("thread %1 end").arg(number));
+                    VelmoraLog::append(m_path, u"thread %1 end"_s.arg(number));
             });
         }
         for (std::thread &thread : threads)
             thread.join();
         const QString lines = QString::fromUtf8(contentOf(m_path));
-        static const QRegularExpression whole(QStringLiteral("^\\d{8}-\\d{6} thread \\d end$"),
+        static const QRegularExpression whole(u"^\\d{8}-\\d{6} thread \\d end$"_s,
                                               QRegularExpression::MultilineOption);
         QCOMPARE(lines.count(whole), threadCount * linesEach);
     }
 
     void theProgramWritesToItsFixedPath()
     {
-        const QString message = QStringLiteral("detected %1/shot.png").arg(m_folder->path());
+        const QString message = u"detected %1/shot.png"_s.arg(m_folder->path());
         VelmoraLog::write(message);
         QVERIFY(VelmoraLog::waitUntilWritten(10s));
         QVERIFY(contentOf(programLog).contains(QByteArray(" " + message.toUtf8() + "\n")));
@@ -227,7 +228,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         for (int i = 0; i < lines; ++i)
-            VelmoraLog::write(m_folder->path() + QStringLiteral(" line %1").arg(i));
+            VelmoraLog::write(m_folder->path() + u" line %1"_s.arg(i));
         QVERIFY2(timer.elapsed() < 500, QByteArray::number(timer.elapsed()).constData());
         QCOMPARE(SlowDisk::mainThreadCalls(), QByteArrayList());
         QVERIFY(VelmoraLog::waitUntilWritten(30s));
@@ -244,9 +245,9 @@ private Q_SLOTS:
 
     void theEndOfTheProgramWritesWhatIsStillWaiting()
     {
-        const QString mark = m_folder->path() + QStringLiteral(" last words");
+        const QString mark = m_folder->path() + u" last words"_s;
         QProcess program;
-        program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("say"), mark});
+        program.start(QCoreApplication::applicationFilePath(), {u"say"_s, mark});
         QVERIFY(program.waitForFinished());
         QCOMPARE(program.exitCode(), 0);
         QVERIFY(contentOf(programLog).contains(QByteArray(mark.toUtf8() + " 9\n")));
@@ -261,7 +262,7 @@ static const TestProgram::Entry saysSomething("say", [](int argc, char *argv[]) 
     const QString words = QCoreApplication::arguments().value(1);
     SlowDisk::slow({"/tmp/Velmora.log"}, 5ms);
     for (int i = 0; i < 10; ++i)
-        VelmoraLog::write(words + QStringLiteral(" %1").arg(i));
+        VelmoraLog::write(words + u" %1"_s.arg(i));
     return 0;
 });
 

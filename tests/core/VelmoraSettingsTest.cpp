@@ -6,6 +6,7 @@
 #include <QSettings>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 class VelmoraSettingsTest : public QObject
@@ -44,13 +45,11 @@ private Q_SLOTS:
 
     void anUnknownStoredValueReadsAsTheFallbackAndStays()
     {
-        VelmoraSettings::open().setValue(QStringLiteral("trayDuration"),
-                                         QStringLiteral("tenSeconds"));
-        VelmoraSettings::open().setValue(QStringLiteral("copyBehavior"), QStringLiteral("Image"));
+        VelmoraSettings::open().setValue(u"trayDuration"_s, u"tenSeconds"_s);
+        VelmoraSettings::open().setValue(u"copyBehavior"_s, u"Image"_s);
         QCOMPARE(VelmoraSettings::trayDuration(), TrayDuration::sixtySeconds);
         QCOMPARE(VelmoraSettings::copyBehavior(), CopyBehavior::none);
-        QCOMPARE(VelmoraSettings::open().value(QStringLiteral("trayDuration")).toString(),
-                 QStringLiteral("tenSeconds"));
+        QCOMPARE(VelmoraSettings::open().value(u"trayDuration"_s).toString(), u"tenSeconds"_s);
     }
 
     void aMenuIndexOutOfRangeGivesTheFallback()
@@ -80,22 +79,18 @@ private Q_SLOTS:
         VelmoraSettings::setSearchConsent(SearchConsent::refused);
         VelmoraSettings::set(SettingKeys::didExplainFolderAccess);
         VelmoraSettings::set(SettingKeys::didExplainStartAtLogin);
-        VelmoraSettings::setRecentScreenshots({QStringLiteral("/a.png"), QStringLiteral("/b.png")});
+        VelmoraSettings::setRecentScreenshots({u"/a.png"_s, u"/b.png"_s});
         QVERIFY(VelmoraSettings::open().waitUntilStored(10s));
         // As any other Qt program would read it.
         const QSettings stored(VelmoraSettings::open().fileName(), QSettings::IniFormat);
-        QCOMPARE(stored.value(QStringLiteral("copyBehavior")).toString(),
-                 QStringLiteral("imageAndFile"));
-        QCOMPARE(stored.value(QStringLiteral("trayDuration")).toString(),
-                 QStringLiteral("untilDismissed"));
-        QCOMPARE(stored.value(QStringLiteral("trayPosition")).toString(),
-                 QStringLiteral("topLeft"));
-        QCOMPARE(stored.value(QStringLiteral("searchConsent")).toString(),
-                 QStringLiteral("refused"));
-        QVERIFY(stored.value(QStringLiteral("didExplainFolderAccess")).toBool());
-        QVERIFY(stored.value(QStringLiteral("didExplainStartAtLogin")).toBool());
-        QCOMPARE(stored.value(QStringLiteral("recentScreenshots")).toStringList(),
-                 (QStringList{QStringLiteral("/a.png"), QStringLiteral("/b.png")}));
+        QCOMPARE(stored.value(u"copyBehavior"_s).toString(), u"imageAndFile"_s);
+        QCOMPARE(stored.value(u"trayDuration"_s).toString(), u"untilDismissed"_s);
+        QCOMPARE(stored.value(u"trayPosition"_s).toString(), u"topLeft"_s);
+        QCOMPARE(stored.value(u"searchConsent"_s).toString(), u"refused"_s);
+        QVERIFY(stored.value(u"didExplainFolderAccess"_s).toBool());
+        QVERIFY(stored.value(u"didExplainStartAtLogin"_s).toBool());
+        QCOMPARE(stored.value(u"recentScreenshots"_s).toStringList(),
+                 (QStringList{u"/a.png"_s, u"/b.png"_s}));
         QCOMPARE(stored.allKeys().size(), 7);
     }
 
@@ -103,8 +98,7 @@ private Q_SLOTS:
     {
         VelmoraSettings::setTrayPosition(TrayPosition::topLeft);
         QVERIFY(VelmoraSettings::open().waitUntilStored(10s));
-        QFile store(qEnvironmentVariable("XDG_CONFIG_HOME") +
-                    QStringLiteral("/velmora/velmora.conf"));
+        QFile store(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/velmora/velmora.conf"_s);
         QVERIFY(store.open(QFile::ReadWrite));
         const QByteArray changed = store.readAll().replace("topLeft", "bottomLeft");
         store.seek(0);

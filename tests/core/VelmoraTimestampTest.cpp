@@ -6,6 +6,8 @@
 #include <QTest>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
+
 class VelmoraTimestampTest : public QObject
 {
     Q_OBJECT
@@ -14,22 +16,22 @@ private Q_SLOTS:
     void aMomentIsYearMonthDayAndTimeOfDay()
     {
         const QDateTime moment(QDate(2026, 1, 15), QTime(9, 30, 12));
-        QCOMPARE(velmoraTimestamp(moment), QStringLiteral("20260115-093012"));
+        QCOMPARE(velmoraTimestamp(moment), u"20260115-093012"_s);
     }
 
-    void aMomentIsToldInTheSystemsTimeZone()
+    void aMomentIsWrittenInTheSystemsTimeZone()
     {
         // The tests run in the time zone Europe/Berlin.
         const QDateTime summer(QDate(2026, 7, 1), QTime(22, 30), Qt::UTC);
-        QCOMPARE(velmoraTimestamp(summer), QStringLiteral("20260702-003000"));
+        QCOMPARE(velmoraTimestamp(summer), u"20260702-003000"_s);
         const QDateTime winter(QDate(2026, 12, 31), QTime(23, 59, 59), Qt::UTC);
-        QCOMPARE(velmoraTimestamp(winter), QStringLiteral("20270101-005959"));
+        QCOMPARE(velmoraTimestamp(winter), u"20270101-005959"_s);
     }
 
     void theHourCountsToTwentyThree()
     {
         const QDateTime moment(QDate(2026, 3, 2), QTime(15, 4, 5));
-        QCOMPARE(velmoraTimestamp(moment), QStringLiteral("20260302-150405"));
+        QCOMPARE(velmoraTimestamp(moment), u"20260302-150405"_s);
     }
 
     void withoutAMomentItIsNow()
@@ -38,7 +40,7 @@ private Q_SLOTS:
         const QString stamp = velmoraTimestamp();
         const QString after = velmoraTimestamp(QDateTime::currentDateTime());
         QVERIFY(before <= stamp && stamp <= after);
-        QVERIFY(QRegularExpression(QStringLiteral("\\A\\d{8}-\\d{6}\\z")).match(stamp).hasMatch());
+        QVERIFY(QRegularExpression(u"\\A\\d{8}-\\d{6}\\z"_s).match(stamp).hasMatch());
     }
 };
 

@@ -7,6 +7,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace FolderActions
 {
 
@@ -34,7 +36,7 @@ bool setDate(const QString &path, FileTime date)
 bool moveIn(const QString &path, FileTime date)
 {
     const QTemporaryDir aside;
-    const QString made = aside.filePath(QStringLiteral("made"));
+    const QString made = aside.filePath(u"made"_s);
     return write(made) && setDate(made, date) && rename(made, path);
 }
 

@@ -6,6 +6,7 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -20,7 +21,7 @@ struct Dated {
 
 QUrl urlOf(const char *name)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/Shots/") + QString::fromUtf8(name));
+    return QUrl::fromLocalFile(u"/Shots/"_s + QString::fromUtf8(name));
 }
 
 FolderListing::Files files(std::initializer_list<Dated> list)
@@ -58,7 +59,7 @@ private Q_SLOTS:
     {
         NewScreenshots screenshots(startedAt);
         screenshots.start(files({"a.png"}));
-        QCOMPARE(joined(screenshots.scan(files({"a.png", "b.png"}))), QStringLiteral("b.png"));
+        QCOMPARE(joined(screenshots.scan(files({"a.png", "b.png"}))), u"b.png"_s);
         QCOMPARE(joined(screenshots.scan(files({"a.png", "b.png"}))), QString());
     }
 
@@ -67,7 +68,7 @@ private Q_SLOTS:
         NewScreenshots screenshots(startedAt);
         const auto present = files({{"before.png", startedAt - 1ns}, {"after.png", startedAt}});
         screenshots.start(present, startedAt);
-        QCOMPARE(joined(screenshots.scan(present)), QStringLiteral("after.png"));
+        QCOMPARE(joined(screenshots.scan(present)), u"after.png"_s);
     }
 
     void aFileOlderThanTheGraceIsNotNew()
@@ -78,7 +79,7 @@ private Q_SLOTS:
                                                 {"b.png", startedAt - 2500ms},
                                                 {"c.png", startedAt - 2s},
                                                 {"d.png", startedAt - 2s - 1ns}}))),
-                 QStringLiteral("a.png c.png"));
+                 u"a.png c.png"_s);
     }
 
     void theNewComeInTheOrderOfTheirNamesCodePoints()
@@ -97,9 +98,8 @@ private Q_SLOTS:
     {
         NewScreenshots screenshots(startedAt);
         screenshots.start({});
-        screenshots.ignore(QUrl::fromLocalFile(QStringLiteral("/Shots/./ours.png")));
-        QCOMPARE(joined(screenshots.scan(files({"ours.png", "theirs.png"}))),
-                 QStringLiteral("theirs.png"));
+        screenshots.ignore(QUrl::fromLocalFile(u"/Shots/./ours.png"_s));
+        QCOMPARE(joined(screenshots.scan(files({"ours.png", "theirs.png"}))), u"theirs.png"_s);
         QCOMPARE(joined(screenshots.scan({})), QString());
         QCOMPARE(joined(screenshots.scan(files({"ours.png"}))), QString());
     }
@@ -108,7 +108,7 @@ private Q_SLOTS:
     {
         NewScreenshots screenshots(startedAt);
         screenshots.start({});
-        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), QStringLiteral("a.png"));
+        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), u"a.png"_s);
         screenshots.ignore(urlOf("a.png"));
         QCOMPARE(joined(screenshots.scan({})), QString());
         QCOMPARE(joined(screenshots.scan(files({"a.png"}))), QString());
@@ -118,9 +118,9 @@ private Q_SLOTS:
     {
         NewScreenshots screenshots(startedAt);
         screenshots.start({});
-        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), QStringLiteral("a.png"));
+        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), u"a.png"_s);
         QCOMPARE(joined(screenshots.scan({})), QString());
-        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), QStringLiteral("a.png"));
+        QCOMPARE(joined(screenshots.scan(files({"a.png"}))), u"a.png"_s);
     }
 
     void aKnownFileFromBeforeTheStartThatIsModifiedIsNew()
@@ -129,8 +129,7 @@ private Q_SLOTS:
         const auto old = files({{"a.png", startedAt - 1min}});
         screenshots.start(old);
         QCOMPARE(joined(screenshots.scan(old)), QString());
-        QCOMPARE(joined(screenshots.scan(files({{"a.png", startedAt + 1s}}))),
-                 QStringLiteral("a.png"));
+        QCOMPARE(joined(screenshots.scan(files({{"a.png", startedAt + 1s}}))), u"a.png"_s);
     }
 };
 

@@ -8,6 +8,7 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -38,13 +39,13 @@ void write(const QString &path)
 
 RandomHistory::RandomHistory(unsigned int seed)
     : m_random(seed)
-    , m_parent(m_directory.path() + QStringLiteral("/parent"))
-    , m_outside(m_directory.path() + QStringLiteral("/outside"))
+    , m_parent(m_directory.path() + u"/parent"_s)
+    , m_outside(m_directory.path() + u"/outside"_s)
 {
     QDir().mkpath(m_outside);
-    QDir().mkpath(m_directory.path() + QStringLiteral("/real1/Shots"));
-    QDir().mkpath(m_directory.path() + QStringLiteral("/real2/Shots"));
-    FolderActions::symlink(m_directory.path() + QStringLiteral("/real1"), m_parent);
+    QDir().mkpath(m_directory.path() + u"/real1/Shots"_s);
+    QDir().mkpath(m_directory.path() + u"/real2/Shots"_s);
+    FolderActions::symlink(m_directory.path() + u"/real1"_s, m_parent);
 }
 
 int RandomHistory::random(int below)
@@ -86,76 +87,75 @@ QString RandomHistory::actOnEntry(int kind, FileTime now)
     case 0:
     case 1:
         write(inside(one));
-        return QStringLiteral("write ") + one;
+        return u"write "_s + one;
     case 2:
         append(inside(one));
-        return QStringLiteral("append to ") + one;
+        return u"append to "_s + one;
     case 3:
         removeEntry(inside(one));
-        return QStringLiteral("remove ") + one;
+        return u"remove "_s + one;
     case 4:
         FolderActions::rename(inside(one), inside(two));
-        return QStringLiteral("rename ") + one + QStringLiteral(" to ") + two;
+        return u"rename "_s + one + u" to "_s + two;
     case 5:
         FolderActions::rename(inside(one), outside(two));
-        return QStringLiteral("move out ") + one + QStringLiteral(" to ") + two;
+        return u"move out "_s + one + u" to "_s + two;
     case 6:
         write(outside(one));
         FolderActions::setDate(outside(one), anyDate(now));
         FolderActions::rename(outside(one), inside(two));
-        return QStringLiteral("move in ") + one + QStringLiteral(" to ") + two;
+        return u"move in "_s + one + u" to "_s + two;
     case 7:
         FolderActions::link(inside(one), inside(two));
-        return QStringLiteral("link ") + one + QStringLiteral(" to ") + two;
+        return u"link "_s + one + u" to "_s + two;
     case 8:
         write(outside(one));
         FolderActions::setDate(outside(one), anyDate(now));
         FolderActions::link(outside(one), inside(two));
-        return QStringLiteral("link in ") + one + QStringLiteral(" to ") + two;
+        return u"link in "_s + one + u" to "_s + two;
     case 9:
         append(outside(one));
-        return QStringLiteral("append outside to ") + one;
+        return u"append outside to "_s + one;
     case 10:
         FolderActions::setDate(inside(one), anyDate(now));
-        return QStringLiteral("date ") + one;
+        return u"date "_s + one;
     case 11:
         QDir().mkdir(inside(one));
         FolderActions::setDate(inside(one), anyDate(now));
-        return QStringLiteral("make folder ") + one;
+        return u"make folder "_s + one;
     case 12:
         write(inside(one) + u'/' + two);
-        return QStringLiteral("write inside ") + one;
+        return u"write inside "_s + one;
     default:
         FolderActions::symlink(random(2) ? inside(two) : outside(two), inside(one));
-        return QStringLiteral("symbolic link ") + one;
+        return u"symbolic link "_s + one;
     }
 }
 
 QString RandomHistory::actOnFolder(int kind)
 {
-    const QString away = m_directory.path() + QStringLiteral("/away%1").arg(random(2));
+    const QString away = m_directory.path() + u"/away%1"_s.arg(random(2));
     switch (kind) {
     case 0:
         QDir(folder()).removeRecursively();
-        return QStringLiteral("remove the folder");
+        return u"remove the folder"_s;
     case 1:
     case 2:
         QDir().mkdir(folder());
-        return QStringLiteral("make the folder");
+        return u"make the folder"_s;
     case 3:
         FolderActions::rename(folder(), away);
-        return QStringLiteral("move the folder to ") + away;
+        return u"move the folder to "_s + away;
     case 4:
         FolderActions::rename(away, folder());
-        return QStringLiteral("move the folder back from ") + away;
+        return u"move the folder back from "_s + away;
     case 5:
         if (FolderActions::rename(folder(), away) && FolderActions::rename(away, folder()))
-            return QStringLiteral("move the folder away and back");
-        return QStringLiteral("move no folder");
+            return u"move the folder away and back"_s;
+        return u"move no folder"_s;
     default:
         QFile::remove(m_parent);
-        FolderActions::symlink(m_directory.path() + QStringLiteral("/real%1").arg(random(2) + 1),
-                               m_parent);
-        return QStringLiteral("lead the link elsewhere");
+        FolderActions::symlink(m_directory.path() + u"/real%1"_s.arg(random(2) + 1), m_parent);
+        return u"lead the link elsewhere"_s;
     }
 }

@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 class RescanTimesTest : public QObject
@@ -38,7 +39,7 @@ private Q_SLOTS:
         QCOMPARE(times.next(m_start), 30ms);
         QCOMPARE(times.next(m_start + 10ms), 20ms);
         QCOMPARE(times.next(m_start + 50ms), 0ms);
-        QCOMPARE(looks(times), QStringLiteral("30 120 300"));
+        QCOMPARE(looks(times), u"30 120 300"_s);
         QVERIFY(!times.next(m_start));
     }
 
@@ -48,7 +49,7 @@ private Q_SLOTS:
         times.eventAt(m_start);
         times.eventAt(m_start + 20ms);
         times.eventAt(m_start + 20ms + 300us);
-        QCOMPARE(looks(times), QStringLiteral("30 50 51 120 140 141 300 320 321"));
+        QCOMPARE(looks(times), u"30 50 51 120 140 141 300 320 321"_s);
     }
 
     void looksThatAreOverdueAreOne()

@@ -48,12 +48,12 @@ private Q_SLOTS:
 
     void eachEventIsFollowedByThreeMoreLooksThatNoneCancels()
     {
-        const auto pass = [this](bool tell) {
+        const auto pass = [this](bool isReported) {
             for (int i = 0; i < 3; ++i) {
-                if (tell)
+                if (isReported)
                     tellSomething();
                 Waiting::letPass(20ms);
-                if (tell)
+                if (isReported)
                     tellSomething();
                 Waiting::letPass(450ms);
             }

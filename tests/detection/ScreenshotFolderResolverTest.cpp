@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using FolderActions::setDate;
 using FolderActions::write;
@@ -46,22 +47,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("location");
         QTest::addColumn<QUrl>("folder");
-        QTest::newRow("a path") << QStringLiteral("/srv/shots")
-                                << QUrl::fromLocalFile(QStringLiteral("/srv/shots"));
-        QTest::newRow("a tilde") << QStringLiteral("~/Pictures/Shots") << inHome("/Pictures/Shots");
-        QTest::newRow("the home") << QStringLiteral("~") << inHome("");
-        QTest::newRow("a slash too many") << QStringLiteral("~/Shots//") << inHome("/Shots");
-        QTest::newRow("another user")
-            << QStringLiteral("~root/Shots") << QUrl::fromLocalFile(QStringLiteral("/root/Shots"));
-        QTest::newRow("a tilde inside")
-            << QStringLiteral("/srv/~/a~b") << QUrl::fromLocalFile(QStringLiteral("/srv/~/a~b"));
+        QTest::newRow("a path") << u"/srv/shots"_s << QUrl::fromLocalFile(u"/srv/shots"_s);
+        QTest::newRow("a tilde") << u"~/Pictures/Shots"_s << inHome("/Pictures/Shots");
+        QTest::newRow("the home") << u"~"_s << inHome("");
+        QTest::newRow("a slash too many") << u"~/Shots//"_s << inHome("/Shots");
+        QTest::newRow("another user") << u"~root/Shots"_s << QUrl::fromLocalFile(u"/root/Shots"_s);
+        QTest::newRow("a tilde inside") << u"/srv/~/a~b"_s << QUrl::fromLocalFile(u"/srv/~/a~b"_s);
         QTest::newRow("no such user")
-            << QStringLiteral("~nobody-of-that-name/Shots")
-            << QUrl::fromLocalFile(QDir::currentPath() +
-                                   QStringLiteral("/~nobody-of-that-name/Shots"));
+            << u"~nobody-of-that-name/Shots"_s
+            << QUrl::fromLocalFile(QDir::currentPath() + u"/~nobody-of-that-name/Shots"_s);
         QTest::newRow("what a URL would escape")
-            << QStringLiteral("/srv/50% #1?")
-            << QUrl::fromLocalFile(QStringLiteral("/srv/50% #1?"));
+            << u"/srv/50% #1?"_s << QUrl::fromLocalFile(u"/srv/50% #1?"_s);
         QTest::newRow("nothing") << QString() << inHome("/Desktop");
     }
 
@@ -79,40 +75,36 @@ private Q_SLOTS:
         RememberedPreferences preferences;
         QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
                  inHome("/Desktop"));
-        preferences.toolFolder = QStringLiteral("/srv/tool");
+        preferences.toolFolder = u"/srv/tool"_s;
         QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
-                 QUrl::fromLocalFile(QStringLiteral("/srv/tool")));
-        preferences.storedLocation = QStringLiteral("/srv/stored");
+                 QUrl::fromLocalFile(u"/srv/tool"_s));
+        preferences.storedLocation = u"/srv/stored"_s;
         QCOMPARE(ScreenshotFolderResolver::currentScreenshotFolder(preferences),
-                 QUrl::fromLocalFile(QStringLiteral("/srv/stored")));
+                 QUrl::fromLocalFile(u"/srv/stored"_s));
     }
 
-    void aFolderIsLoggedStoredAndToldByCommands()
+    void aFolderIsLoggedStoredAndSetByCommands()
     {
         RememberedPreferences preferences;
-        const QString marker = m_directory->filePath(QStringLiteral("told"));
-        preferences.commands = {
-            {QStringLiteral("/bin/sh"),
-             {QStringLiteral("-c"), QStringLiteral("printf 1 >> \"$0\""), marker}},
-            {QStringLiteral("/bin/sh"),
-             {QStringLiteral("-c"), QStringLiteral("printf 2 >> \"$0\"; exit 3"), marker}}};
+        const QString marker = m_directory->filePath(u"told"_s);
+        preferences.commands = {{u"/bin/sh"_s, {u"-c"_s, u"printf 1 >> \"$0\""_s, marker}},
+                                {u"/bin/sh"_s, {u"-c"_s, u"printf 2 >> \"$0\"; exit 3"_s, marker}}};
         const LogTail log;
-        const QString folder = m_directory->filePath(QStringLiteral("a new folder"));
+        const QString folder = m_directory->filePath(u"a new folder"_s);
         ScreenshotFolderResolver::setScreenshotFolder(preferences,
                                                       QUrl::fromLocalFile(folder + u'/'));
         QCOMPARE(preferences.storedLocation, folder);
-        QFile told(marker);
-        QVERIFY(told.open(QIODevice::ReadOnly));
-        QCOMPARE(told.readAll(), QByteArray("12"));
-        const QString message = QStringLiteral("set screenshot folder ") + folder;
+        QFile seen(marker);
+        QVERIFY(seen.open(QIODevice::ReadOnly));
+        QCOMPARE(seen.readAll(), QByteArray("12"));
+        const QString message = u"set screenshot folder "_s + folder;
         QCOMPARE(log.messagesWith(folder), QStringList(message));
     }
 
     void whatIsNoLocalFolderIsNotStored()
     {
         RememberedPreferences preferences;
-        ScreenshotFolderResolver::setScreenshotFolder(preferences,
-                                                      QUrl(QStringLiteral("smb://server/share")));
+        ScreenshotFolderResolver::setScreenshotFolder(preferences, QUrl(u"smb://server/share"_s));
         QVERIFY(!preferences.storedLocation);
     }
 
@@ -124,7 +116,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkdir(path("d.png")));
         QStringList names = namesOf(recent(100));
         names.sort();
-        QCOMPARE(names.join(u' '), QStringLiteral("a.PNG b.tif d.png e.jpeg g.HEIC i.jpg j.TiFf"));
+        QCOMPARE(names.join(u' '), u"a.PNG b.tif d.png e.jpeg g.HEIC i.jpg j.TiFf"_s);
     }
 
     void theNewestComeFirst()
@@ -134,9 +126,8 @@ private Q_SLOTS:
         QVERIFY(write(path("newest.png")) && setDate(path("newest.png"), now + 1h));
         QVERIFY(write(path("new.png")) && setDate(path("new.png"), now));
         QVERIFY(write(path("newer.png")) && setDate(path("newer.png"), now + 1ns));
-        QCOMPARE(namesOf(recent(100)).join(u' '),
-                 QStringLiteral("newest.png newer.png new.png old.png"));
-        QCOMPARE(namesOf(recent(2)).join(u' '), QStringLiteral("newest.png newer.png"));
+        QCOMPARE(namesOf(recent(100)).join(u' '), u"newest.png newer.png new.png old.png"_s);
+        QCOMPARE(namesOf(recent(2)).join(u' '), u"newest.png newer.png"_s);
         QCOMPARE(recent(1), QList<QUrl>{QUrl::fromLocalFile(path("newest.png"))});
         QCOMPARE(recent(0), QList<QUrl>());
         QCOMPARE(recent(-1), QList<QUrl>());
@@ -146,7 +137,7 @@ private Q_SLOTS:
     {
         const FileTime date = FileTimes::now() - 1min;
         for (int i = 0; i < 50; ++i) {
-            const QString file = m_directory->filePath(QStringLiteral("%1.png").arg(i * 7919 % 50));
+            const QString file = m_directory->filePath(u"%1.png"_s.arg(i * 7919 % 50));
             QVERIFY(write(file) && setDate(file, date));
         }
         QStringList listed;
@@ -165,8 +156,7 @@ private Q_SLOTS:
         QCOMPARE(
             ScreenshotFolderResolver::recentScreenshotFiles(QUrl::fromLocalFile(path("file")), 10),
             QList<QUrl>());
-        QCOMPARE(ScreenshotFolderResolver::recentScreenshotFiles(
-                     QUrl(QStringLiteral("http://server/")), 10),
+        QCOMPARE(ScreenshotFolderResolver::recentScreenshotFiles(QUrl(u"http://server/"_s), 10),
                  QList<QUrl>());
     }
 

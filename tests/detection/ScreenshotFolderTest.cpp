@@ -127,10 +127,10 @@ private Q_SLOTS:
         preferences.change(u"/srv/two"_s);
         preferences.change(u"/srv/three"_s);
         QTRY_COMPARE(folder.current(), url(u"/srv/three"_s));
-        const qsizetype told = changes.size();
-        QVERIFY(told >= 1);
+        const qsizetype reported = changes.size();
+        QVERIFY(reported >= 1);
         preferences.change(u"/srv/three"_s);
-        QVERIFY(Waiting::staysTrue([&] { return changes.size() == told; }, 100ms));
+        QVERIFY(Waiting::staysTrue([&] { return changes.size() == reported; }, 100ms));
     }
 
     void whatIsNoFolderIsNoFirstAnswerEither()

@@ -9,19 +9,21 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 QStringList shell(const char *script, const QString &argument = {})
 {
-    return {QStringLiteral("-c"), QString::fromUtf8(script), argument};
+    return {u"-c"_s, QString::fromUtf8(script), argument};
 }
 
 /// What this test, and anything else that is running, has logged since this object was created.
 class LogSince
 {
 public:
-    LogSince() : m_log(QStringLiteral("/tmp/Velmora.log")), m_begin(m_log.size()) {}
+    LogSince() : m_log(u"/tmp/Velmora.log"_s), m_begin(m_log.size()) {}
 
     QByteArray text()
     {
@@ -53,40 +55,38 @@ private Q_SLOTS:
         QVERIFY(ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(preferences));
     }
 
-    void disablingTheThumbnailIsLoggedStoredAndToldByCommandsEachTime()
+    void disablingTheThumbnailIsLoggedStoredAndSetByCommandsEachTime()
     {
         const QTemporaryDir directory;
-        const QString marker = directory.filePath(QStringLiteral("told"));
+        const QString marker = directory.filePath(u"told"_s);
         RememberedPreferences preferences;
-        preferences.commands = {
-            {QStringLiteral("/bin/sh"), shell("printf 1 >> \"$0\"; exit 1", marker)},
-            {QStringLiteral("/bin/sh"), shell("printf 2 >> \"$0\"", marker)}};
+        preferences.commands = {{u"/bin/sh"_s, shell("printf 1 >> \"$0\"; exit 1", marker)},
+                                {u"/bin/sh"_s, shell("printf 2 >> \"$0\"", marker)}};
         LogSince log;
         ScreenshotSpeedOptimizer::disableAppleThumbnail(preferences);
         ScreenshotSpeedOptimizer::disableAppleThumbnail(preferences);
         QVERIFY(ScreenshotSpeedOptimizer::isAppleThumbnailDisabled(preferences));
-        QFile told(marker);
-        QVERIFY(told.open(QIODevice::ReadOnly));
-        QCOMPARE(told.readAll(), QByteArray("1212"));
+        QFile seen(marker);
+        QVERIFY(seen.open(QIODevice::ReadOnly));
+        QCOMPARE(seen.readAll(), QByteArray("1212"));
         QVERIFY(log.text().count(" disable Apple screenshot thumbnail\n") >= 2);
     }
 
     void aCommandIsWaitedFor()
     {
         const QTemporaryDir directory;
-        const QString marker = directory.filePath(QStringLiteral("ended"));
-        ScreenshotSpeedOptimizer::run(QStringLiteral("/bin/sh"),
-                                      shell("sleep 0.2; touch \"$0\"", marker));
+        const QString marker = directory.filePath(u"ended"_s);
+        ScreenshotSpeedOptimizer::run(u"/bin/sh"_s, shell("sleep 0.2; touch \"$0\"", marker));
         QVERIFY(QFile::exists(marker));
     }
 
     void whatACommandPrintsOrAsksGoesNowhere()
     {
         const QTemporaryDir directory;
-        const QString marker = directory.filePath(QStringLiteral("ended"));
+        const QString marker = directory.filePath(u"ended"_s);
         // More output than a pipe holds, and an input that is at its end.
         ScreenshotSpeedOptimizer::run(
-            QStringLiteral("/bin/sh"),
+            u"/bin/sh"_s,
             shell("head -c 1000000 /dev/zero; head -c 1000000 /dev/zero >&2; cat; touch \"$0\"",
                   marker));
         QVERIFY(QFile::exists(marker));
@@ -95,25 +95,23 @@ private Q_SLOTS:
     void argumentsAreGivenAsTheyStand()
     {
         const QTemporaryDir directory;
-        const QString marker = directory.filePath(QStringLiteral("a \"b\" $c\\"));
-        ScreenshotSpeedOptimizer::run(QStringLiteral("/usr/bin/touch"), {marker});
+        const QString marker = directory.filePath(u"a \"b\" $c\\"_s);
+        ScreenshotSpeedOptimizer::run(u"/usr/bin/touch"_s, {marker});
         QVERIFY(QFile::exists(marker));
     }
 
     void aCommandThatCantBeStartedIsLogged()
     {
         LogSince log;
-        ScreenshotSpeedOptimizer::run(
-            QStringLiteral("/nonexistent/tool"),
-            {QStringLiteral("write"), QStringLiteral("a b"), QStringLiteral("false")});
+        ScreenshotSpeedOptimizer::run(u"/nonexistent/tool"_s, {u"write"_s, u"a b"_s, u"false"_s});
         QVERIFY(log.text().contains(" command failed /nonexistent/tool write a b false\n"));
     }
 
     void aCommandThatFailsIsNotLogged()
     {
         LogSince log;
-        ScreenshotSpeedOptimizer::run(QStringLiteral("/bin/false"), {QStringLiteral("unlogged")});
-        ScreenshotSpeedOptimizer::run(QStringLiteral("/bin/sh"), shell("kill -9 $$"));
+        ScreenshotSpeedOptimizer::run(u"/bin/false"_s, {u"unlogged"_s});
+        ScreenshotSpeedOptimizer::run(u"/bin/sh"_s, shell("kill -9 $$"));
         const QByteArray text = log.text();
         QVERIFY(!text.contains("command failed /bin/false"));
         QVERIFY(!text.contains("command failed /bin/sh"));

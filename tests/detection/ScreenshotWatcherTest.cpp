@@ -13,6 +13,7 @@
 #include <QSemaphore>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using FolderActions::moveIn;
 using FolderActions::write;
@@ -22,11 +23,9 @@ namespace
 
 qsizetype openInotifyDescriptors()
 {
-    const QStringList all =
-        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files);
+    const QStringList all = QDir(u"/proc/self/fd"_s).entryList(QDir::System | QDir::Files);
     return std::count_if(all.begin(), all.end(), [](const QString &number) {
-        return QFile::symLinkTarget(QStringLiteral("/proc/self/fd/") + number)
-            .contains(QStringLiteral("inotify"));
+        return QFile::symLinkTarget(u"/proc/self/fd/"_s + number).contains(u"inotify"_s);
     });
 }
 
@@ -42,7 +41,7 @@ private Q_SLOTS:
         // The watchers of earlier tests end in the background.
         QTRY_COMPARE(openInotifyDescriptors(), 0);
         m_directory = std::make_unique<QTemporaryDir>();
-        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        m_folder = m_directory->path() + u"/Shots"_s;
         QVERIFY(QDir().mkpath(m_folder));
     }
 
@@ -59,7 +58,7 @@ private Q_SLOTS:
 
     void aNewFileIsReportedWithItsStandardisedUrl()
     {
-        Watched watched(m_directory->path() + QStringLiteral("/./Shots//"));
+        Watched watched(m_directory->path() + u"/./Shots//"_s);
         watched->start();
         QVERIFY(write(inFolder("100% a#b?.png")));
         QTRY_COMPARE(watched.urls(),
@@ -72,7 +71,7 @@ private Q_SLOTS:
         watched->start();
         QStringList written;
         for (int i = 0; i < 200; ++i) {
-            written.append(QStringLiteral("shot %1.png").arg(i));
+            written.append(u"shot %1.png"_s.arg(i));
             QVERIFY(write(m_folder + u'/' + written.last()));
         }
         QTRY_VERIFY(watched.names().size() >= written.size());
@@ -122,7 +121,7 @@ private Q_SLOTS:
     {
         Watched watched(m_folder);
         watched->start();
-        watched->ignore(QUrl::fromLocalFile(m_folder + QStringLiteral("/./ours.png")));
+        watched->ignore(QUrl::fromLocalFile(m_folder + u"/./ours.png"_s));
         QVERIFY(write(inFolder("ours.png")));
         QVERIFY(write(inFolder("theirs.png")));
         QTRY_COMPARE(watched.names(), fileNames({"theirs.png"}));
@@ -148,18 +147,18 @@ private Q_SLOTS:
         watched->start();
         const std::unique_ptr<QThread> thread(QThread::create([this, &watched] {
             for (int i = 0; i < 50; ++i)
-                watched->ignore(QUrl::fromLocalFile(m_folder + QStringLiteral("/%1.png").arg(i)));
+                watched->ignore(QUrl::fromLocalFile(m_folder + u"/%1.png"_s.arg(i)));
         }));
         thread->start();
         for (int i = 50; i < 100; ++i)
-            QVERIFY(write(m_folder + QStringLiteral("/%1.png").arg(i)));
+            QVERIFY(write(m_folder + u"/%1.png"_s.arg(i)));
         QVERIFY(thread->wait());
         for (int i = 0; i < 50; ++i)
-            QVERIFY(write(m_folder + QStringLiteral("/%1.png").arg(i)));
+            QVERIFY(write(m_folder + u"/%1.png"_s.arg(i)));
         QTRY_COMPARE(watched.names().size(), 50);
         letAllScansPass();
         QCOMPARE(watched.names().size(), 50);
-        QVERIFY(!watched.names().contains(QStringLiteral("0.png")));
+        QVERIFY(!watched.names().contains(u"0.png"_s));
     }
 
     void aFileIgnoredBeforeTheStartIsNeverReported()
@@ -191,11 +190,11 @@ private Q_SLOTS:
     void filesThatLandInOneScanAreReportedByNameEachInATurnOfItsOwn()
     {
         QVERIFY(QDir().rmdir(m_folder));
-        const QString prepared = m_directory->path() + QStringLiteral("/prepared");
+        const QString prepared = m_directory->path() + u"/prepared"_s;
         QVERIFY(QDir().mkdir(prepared));
         for (const char *name : {"/b.png", "/c.png", "/a.png"})
             QVERIFY(write(prepared + QLatin1String(name)));
-        const QString turn = QStringLiteral("turn");
+        const QString turn = u"turn"_s;
         QStringList history;
         const auto note = [&history](const QString &entry) { history.append(entry); };
         ScreenshotWatcher watcher(
@@ -210,7 +209,7 @@ private Q_SLOTS:
         connect(loop, &QAbstractEventDispatcher::awake, &watcher, [&] { note(turn); });
         QVERIFY(QDir().rename(prepared, m_folder));
         const QStringList names = fileNames({"a.png", "b.png", "c.png"});
-        QTRY_COMPARE(history.filter(QStringLiteral(".png")), names);
+        QTRY_COMPARE(history.filter(u".png"_s), names);
         for (const QString &name : names)
             QCOMPARE(history.value(history.indexOf(name) - 1), turn);
     }
@@ -317,7 +316,7 @@ private Q_SLOTS:
     {
         QStringList reported;
         std::unique_ptr<ScreenshotWatcher> watcher;
-        const QString mark = QStringLiteral("alive");
+        const QString mark = u"alive"_s;
         watcher = std::make_unique<ScreenshotWatcher>(
             QUrl::fromLocalFile(m_folder),
             [&reported, &watcher, mark](const QUrl &) {
@@ -335,7 +334,7 @@ private Q_SLOTS:
 
     void theStartIsLogged()
     {
-        QFile log(QStringLiteral("/tmp/Velmora.log"));
+        QFile log(u"/tmp/Velmora.log"_s);
         const qint64 before = log.size();
         Watched watched(m_folder);
         watched->start();

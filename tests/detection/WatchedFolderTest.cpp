@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using FolderActions::moveIn;
 using FolderActions::write;
@@ -73,7 +74,7 @@ private Q_SLOTS:
     void init()
     {
         m_directory = std::make_unique<QTemporaryDir>();
-        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        m_folder = m_directory->path() + u"/Shots"_s;
         QVERIFY(QDir().mkpath(m_folder));
     }
 
@@ -107,10 +108,10 @@ private Q_SLOTS:
     {
         Watched watched(m_folder);
         watched->start();
-        const QString away = m_directory->path() + QStringLiteral("/away");
+        const QString away = m_directory->path() + u"/away"_s;
         QVERIFY(QDir().rename(m_folder, away));
         QVERIFY(QDir().mkdir(m_folder));
-        QVERIFY(write(away + QStringLiteral("/elsewhere.png")));
+        QVERIFY(write(away + u"/elsewhere.png"_s));
         QVERIFY(write(inFolder("here.png")));
         QTRY_COMPARE(watched.names(), fileNames({"here.png"}));
         QVERIFY(write(inFolder("here too.png")));
@@ -119,36 +120,35 @@ private Q_SLOTS:
 
     void aFolderWhoseParentIsRenamedIsGoneUntilItReturns()
     {
-        const QString parent = m_directory->path() + QStringLiteral("/parent");
-        const QString folder = parent + QStringLiteral("/inner");
+        const QString parent = m_directory->path() + u"/parent"_s;
+        const QString folder = parent + u"/inner"_s;
         QVERIFY(QDir().mkpath(folder));
         Watched watched(folder);
         watched->start();
-        QVERIFY(QDir().rename(parent, parent + QStringLiteral("2")));
+        QVERIFY(QDir().rename(parent, parent + u"2"_s));
         letAllScansPass();
-        QVERIFY(write(parent + QStringLiteral("2/inner/away.png")));
+        QVERIFY(write(parent + u"2/inner/away.png"_s));
         letAllScansPass();
         QCOMPARE(watched.names(), QStringList());
-        QVERIFY(QDir().rename(parent + QStringLiteral("2"), parent));
+        QVERIFY(QDir().rename(parent + u"2"_s, parent));
         QTRY_COMPARE(watched.names(), fileNames({"away.png"}));
-        QVERIFY(write(folder + QStringLiteral("/back.png")));
+        QVERIFY(write(folder + u"/back.png"_s));
         QTRY_COMPARE(watched.names(), fileNames({"away.png", "back.png"}));
     }
 
     void aLinkToAFolderIsFollowedWhereverItLeads()
     {
-        const QString link = m_directory->path() + QStringLiteral("/link");
-        const QString other = m_directory->path() + QStringLiteral("/other");
+        const QString link = m_directory->path() + u"/link"_s;
+        const QString other = m_directory->path() + u"/other"_s;
         QVERIFY(QDir().mkdir(other));
         QVERIFY(FolderActions::symlink(m_folder, link));
         Watched watched(link);
         watched->start();
         QVERIFY(write(inFolder("a.png")));
-        QTRY_COMPARE(watched.urls(),
-                     QList<QUrl>(1, QUrl::fromLocalFile(link + QStringLiteral("/a.png"))));
+        QTRY_COMPARE(watched.urls(), QList<QUrl>(1, QUrl::fromLocalFile(link + u"/a.png"_s)));
         QVERIFY(QFile::remove(link));
         QVERIFY(FolderActions::symlink(other, link));
-        QVERIFY(write(other + QStringLiteral("/b.png")));
+        QVERIFY(write(other + u"/b.png"_s));
         QTRY_COMPARE(watched.names(), fileNames({"a.png", "b.png"}));
         QVERIFY(write(inFolder("c.png")));
         letAllScansPass();
@@ -172,7 +172,7 @@ private Q_SLOTS:
     {
         bool called = false;
         ScreenshotWatcher watcher(
-            QUrl(QStringLiteral("smb://server/share")), [&called](const QUrl &) { called = true; },
+            QUrl(u"smb://server/share"_s), [&called](const QUrl &) { called = true; },
             makeFolderEvents);
         watcher.start();
         letAllScansPass();
@@ -193,20 +193,20 @@ private Q_SLOTS:
         if (!user.isOrdinary())
             QSKIP("root can't become another user here");
         const QTemporaryDir directory;
-        const QString folder = directory.filePath(QStringLiteral("Shots"));
+        const QString folder = directory.filePath(u"Shots"_s);
         QVERIFY(QDir().mkdir(folder));
         const QByteArray closed = QFile::encodeName(parentToo ? directory.path() : folder);
         Watched watched(folder);
         watched->start();
-        QVERIFY(write(folder + QStringLiteral("/a.png")));
+        QVERIFY(write(folder + u"/a.png"_s));
         QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
         QVERIFY(::chmod(closed.constData(), 0) == 0);
-        QVERIFY(!write(folder + QStringLiteral("/b.png")));
+        QVERIFY(!write(folder + u"/b.png"_s));
         letAllScansPass();
         QVERIFY(::chmod(closed.constData(), 0700) == 0);
         // Files that could not be seen for a while count as new.
         QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png"}));
-        QVERIFY(write(folder + QStringLiteral("/b.png")));
+        QVERIFY(write(folder + u"/b.png"_s));
         QTRY_COMPARE(watched.names(), fileNames({"a.png", "a.png", "b.png"}));
     }
 

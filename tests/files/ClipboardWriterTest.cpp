@@ -14,15 +14,7 @@
 #include <memory>
 #include <sys/stat.h>
 
-namespace
-{
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 class ClipboardWriterTest : public QObject
 {
@@ -44,7 +36,7 @@ class ClipboardWriterTest : public QObject
     {
         return ClipboardWriter::copy(pasteboard, ClipboardWriter::read(url, behavior));
     }
-    static QStringList pictureFormats() { return XClip::formats().filter(s("image/")); }
+    static QStringList pictureFormats() { return XClip::formats().filter(u"image/"_s); }
 
 private Q_SLOTS:
     void init()
@@ -53,32 +45,32 @@ private Q_SLOTS:
         m_log = std::make_unique<LogTail>();
         // The other program reports that it is ready just before it owns the clipboard.
         XClip::take("before");
-        QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray("before"));
+        QTRY_COMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray("before"));
     }
 
     void aMissingFileLeavesTheClipboardAlone()
     {
-        const QUrl gone = m_files->url(s("gone.png"));
+        const QUrl gone = m_files->url(u"gone.png"_s);
         QVERIFY(!copy(*m_pasteboard, gone, CopyBehavior::imageAndFile));
-        QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("before"));
-        QCOMPARE(logged(), QStringList{s("copy failed missing file ") + gone.toLocalFile()});
+        QCOMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray("before"));
+        QCOMPARE(logged(), QStringList{u"copy failed missing file "_s + gone.toLocalFile()});
     }
 
     void nothingClearsTheClipboard()
     {
-        const QUrl shot = picture(s("shot.png"));
+        const QUrl shot = picture(u"shot.png"_s);
         QVERIFY(!copy(*m_pasteboard, shot, CopyBehavior::none));
-        QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray());
-        QCOMPARE(logged(), QStringList{s("copy failed ") + shot.toLocalFile()});
+        QTRY_COMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray());
+        QCOMPARE(logged(), QStringList{u"copy failed "_s + shot.toLocalFile()});
     }
 
     void aFileOfTooManyBytesStandsThereAsAPicture()
     {
-        const QUrl shot = picture(s("shot.tiff"), "tiff");
+        const QUrl shot = picture(u"shot.tiff"_s, "tiff");
         QVERIFY(QFile::resize(shot.toLocalFile(), maximumClipboardBytes + 1));
         QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
-        QCOMPARE(pictureFormats(), QStringList{s("image/png")});
-        const QImage pasted = QImage::fromData(XClip::read(s("image/png")));
+        QCOMPARE(pictureFormats(), QStringList{u"image/png"_s});
+        const QImage pasted = QImage::fromData(XClip::read(u"image/png"_s));
         QCOMPARE(pasted.size(), QSize(40, 30));
         QCOMPARE(pasted.pixelColor(20, 15), QColor(Qt::blue));
     }
@@ -87,15 +79,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("format");
-        QTest::newRow("png") << s("shot.png") << s("image/png");
-        QTest::newRow("jpg") << s("shot.jpg") << s("image/jpeg");
-        QTest::newRow("jpeg") << s("shot.jpeg") << s("image/jpeg");
-        QTest::newRow("JPG") << s("shot.JPG") << s("image/jpeg");
-        QTest::newRow("heic") << s("shot.heic") << s("image/heic");
-        QTest::newRow("tiff") << s("shot.tiff") << s("image/tiff");
-        QTest::newRow("TIF") << s("shot.TIF") << s("image/tiff");
-        QTest::newRow("gif") << s("shot.gif") << s("image/png");
-        QTest::newRow("without extension") << s("shot") << s("image/png");
+        QTest::newRow("png") << u"shot.png"_s << u"image/png"_s;
+        QTest::newRow("jpg") << u"shot.jpg"_s << u"image/jpeg"_s;
+        QTest::newRow("jpeg") << u"shot.jpeg"_s << u"image/jpeg"_s;
+        QTest::newRow("JPG") << u"shot.JPG"_s << u"image/jpeg"_s;
+        QTest::newRow("heic") << u"shot.heic"_s << u"image/heic"_s;
+        QTest::newRow("tiff") << u"shot.tiff"_s << u"image/tiff"_s;
+        QTest::newRow("TIF") << u"shot.TIF"_s << u"image/tiff"_s;
+        QTest::newRow("gif") << u"shot.gif"_s << u"image/png"_s;
+        QTest::newRow("without extension") << u"shot"_s << u"image/png"_s;
     }
 
     void aPictureStandsThereWithItsOwnBytes()
@@ -105,62 +97,62 @@ private Q_SLOTS:
         const QUrl shot = m_files->make(name, "the file's own bytes");
         QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
         QCOMPARE(XClip::read(format), QByteArray("the file's own bytes"));
-        QVERIFY(!XClip::formats().contains(s("text/uri-list")));
-        QCOMPARE(logged(), QStringList{s("copied ") + shot.toLocalFile()});
+        QVERIFY(!XClip::formats().contains(u"text/uri-list"_s));
+        QCOMPARE(logged(), QStringList{u"copied "_s + shot.toLocalFile()});
     }
 
     void aJpegStandsThereDecodedToo()
     {
-        const QUrl shot = picture(s("shot.jpg"), "jpg");
+        const QUrl shot = picture(u"shot.jpg"_s, "jpg");
         QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::image));
-        QCOMPARE(XClip::read(s("image/jpeg")), TestFiles::read(shot));
+        QCOMPARE(XClip::read(u"image/jpeg"_s), TestFiles::read(shot));
         QVERIFY(QFile::remove(shot.toLocalFile()));
-        const QImage decoded = QImage::fromData(XClip::read(s("image/png")), "png");
+        const QImage decoded = QImage::fromData(XClip::read(u"image/png"_s), "png");
         QCOMPARE(decoded.size(), QSize(40, 30));
         QVERIFY(decoded.pixelColor(20, 15).blue() > 200);
     }
 
     void aFileStandsThereWithoutItsPicture()
     {
-        const QUrl shot = picture(s("shot.png"));
+        const QUrl shot = picture(u"shot.png"_s);
         QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::file));
-        QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(shot.toEncoded() + "\r\n"));
-        QCOMPARE(XClip::read(s("text/plain")), shot.toLocalFile().toUtf8());
+        QCOMPARE(XClip::read(u"text/uri-list"_s), QByteArray(shot.toEncoded() + "\r\n"));
+        QCOMPARE(XClip::read(u"text/plain"_s), shot.toLocalFile().toUtf8());
         QCOMPARE(pictureFormats(), QStringList());
-        QCOMPARE(logged(), QStringList{s("copied ") + shot.toLocalFile()});
+        QCOMPARE(logged(), QStringList{u"copied "_s + shot.toLocalFile()});
     }
 
     void bothStandThereTogether()
     {
-        const QUrl shot = picture(s("shot.png"));
+        const QUrl shot = picture(u"shot.png"_s);
         QVERIFY(copy(*m_pasteboard, shot, CopyBehavior::imageAndFile));
-        QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(shot.toEncoded() + "\r\n"));
-        QCOMPARE(XClip::read(s("text/plain")), shot.toLocalFile().toUtf8());
-        QCOMPARE(XClip::read(s("image/png")), TestFiles::read(shot));
+        QCOMPARE(XClip::read(u"text/uri-list"_s), QByteArray(shot.toEncoded() + "\r\n"));
+        QCOMPARE(XClip::read(u"text/plain"_s), shot.toLocalFile().toUtf8());
+        QCOMPARE(XClip::read(u"image/png"_s), TestFiles::read(shot));
     }
 
     void aPictureThatCantBeReadClearsTheClipboard()
     {
-        const QUrl pipe = m_files->url(s("shot.png"));
+        const QUrl pipe = m_files->url(u"shot.png"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe.toLocalFile()).constData(), 0600), 0);
         QVERIFY(!copy(*m_pasteboard, pipe, CopyBehavior::image));
-        QTRY_COMPARE(XClip::read(s("UTF8_STRING")), QByteArray());
-        QCOMPARE(logged(), QStringList{s("copy failed ") + pipe.toLocalFile()});
+        QTRY_COMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray());
+        QCOMPARE(logged(), QStringList{u"copy failed "_s + pipe.toLocalFile()});
     }
 
     void aFileWhosePictureCantBeReadIsThereStill()
     {
-        const QUrl pipe = m_files->url(s("shot.png"));
+        const QUrl pipe = m_files->url(u"shot.png"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe.toLocalFile()).constData(), 0600), 0);
         QVERIFY(copy(*m_pasteboard, pipe, CopyBehavior::imageAndFile));
-        QCOMPARE(XClip::read(s("text/plain")), pipe.toLocalFile().toUtf8());
+        QCOMPARE(XClip::read(u"text/plain"_s), pipe.toLocalFile().toUtf8());
         QCOMPARE(pictureFormats(), QStringList());
-        QCOMPARE(logged(), QStringList{s("copied ") + pipe.toLocalFile()});
+        QCOMPARE(logged(), QStringList{u"copied "_s + pipe.toLocalFile()});
     }
 
     void aRefusalCountsForAPictureAndNotForAFile()
     {
-        const QUrl shot = picture(s("shot.png"));
+        const QUrl shot = picture(u"shot.png"_s);
         FakePasteboard pasteboard;
         pasteboard.refuses = true;
         QVERIFY(!copy(pasteboard, shot, CopyBehavior::image));
@@ -168,7 +160,7 @@ private Q_SLOTS:
         QVERIFY(copy(pasteboard, shot, CopyBehavior::imageAndFile));
         const QString path = shot.toLocalFile();
         QCOMPARE(logged(),
-                 (QStringList{s("copy failed ") + path, s("copied ") + path, s("copied ") + path}));
+                 (QStringList{u"copy failed "_s + path, u"copied "_s + path, u"copied "_s + path}));
     }
 };
 

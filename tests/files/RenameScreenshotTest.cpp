@@ -12,6 +12,8 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 using Outcome = ScreenshotRename::Outcome;
 
 class RenameScreenshotTest : public QObject
@@ -122,7 +124,7 @@ private Q_SLOTS:
     {
         const TestFiles files;
         const QUrl shot = files.make(s("Shot.png"));
-        const ScreenshotRename rename = renameScreenshot(shot, QString(300, QLatin1Char('x')));
+        const ScreenshotRename rename = renameScreenshot(shot, QString(300, u'x'));
         QVERIFY(rename.outcome == Outcome::Failed);
         QVERIFY(rename.error == std::errc::filename_too_long);
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
@@ -140,7 +142,7 @@ private Q_SLOTS:
             std::vector<std::jthread> threads;
             for (size_t i = 0; i < count; ++i)
                 threads.emplace_back([&renames, &shots, i] {
-                    renames[i] = renameScreenshot(shots[i], QStringLiteral("same.png"));
+                    renames[i] = renameScreenshot(shots[i], u"same.png"_s);
                 });
         }
         for (size_t i = 0; i < count; ++i) {

@@ -71,8 +71,8 @@ private Q_SLOTS:
         QCOMPARE(TestFiles::read(action.after), QByteArray("old.png"));
     }
 
-    void aMoveThatFailsIsTold_data() { addKinds(); }
-    void aMoveThatFailsIsTold()
+    void aMoveThatFailsIsReported_data() { addKinds(); }
+    void aMoveThatFailsIsReported()
     {
         QFETCH(UndoableAction::Kind, kind);
         const TestFiles files;

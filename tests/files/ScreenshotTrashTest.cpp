@@ -12,6 +12,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 class ScreenshotTrashTest : public QObject
 {
     Q_OBJECT
@@ -52,9 +54,9 @@ private Q_SLOTS:
             Trashed trash(const QUrl &file) override
             {
                 Trashed trashed = FakeSystemTrash::trash(file);
-                trashed.location = QUrl::fromLocalFile(
-                    FileUrls::parentFolder(*trashed.location).toLocalFile() +
-                    QStringLiteral("/./") + FileUrls::lastPathComponent(*trashed.location));
+                trashed.location =
+                    QUrl::fromLocalFile(FileUrls::parentFolder(*trashed.location).toLocalFile() +
+                                        u"/./"_s + FileUrls::lastPathComponent(*trashed.location));
                 return trashed;
             }
         };

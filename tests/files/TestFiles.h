@@ -4,6 +4,7 @@
 #include "filesystem/FileUrls.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -26,6 +27,16 @@ public:
         QFile file(url.toLocalFile());
         if (!file.open(QFile::WriteOnly) || file.write(content) != content.size())
             qFatal("can't write %s", qUtf8Printable(url.toLocalFile()));
+    }
+
+    /// Makes it a file that was last modified this many minutes ago.
+    static void setAge(const QUrl &url, int minutes)
+    {
+        QFile file(url.toLocalFile());
+        if (!file.open(QFile::ReadWrite) ||
+            !file.setFileTime(QDateTime::currentDateTime().addSecs(-60LL * minutes),
+                              QFileDevice::FileModificationTime))
+            qFatal("can't set the time of %s", qUtf8Printable(url.toLocalFile()));
     }
 
     /// Also empty if the file does not exist.

@@ -7,15 +7,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace
-{
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 class UndoHistoryTest : public QObject
 {
@@ -28,7 +20,7 @@ class UndoHistoryTest : public QObject
     UndoableAction numbered(int number) const
     {
         return UndoableAction::rename(m_files->url(QString::number(number)),
-                                      m_files->url(s("new")));
+                                      m_files->url(u"new"_s));
     }
 
 private Q_SLOTS:
@@ -40,7 +32,7 @@ private Q_SLOTS:
 
     void anEmptyHistoryHasNothingToUndo()
     {
-        QCOMPARE(m_history->title(), s("Undo Last Action"));
+        QCOMPARE(m_history->title(), u"Undo Last Action"_s);
         QVERIFY(!m_history->canUndo());
         const QSignalSpy changes(m_history.get(), &UndoHistory::changed);
         QVERIFY(!m_history->takeNewest());
@@ -50,16 +42,16 @@ private Q_SLOTS:
     void theTitleTellsTheNewestKind()
     {
         const QSignalSpy changes(m_history.get(), &UndoHistory::changed);
-        m_history->push(UndoableAction::rename(m_files->url(s("a")), m_files->url(s("b"))));
-        QCOMPARE(m_history->title(), s("Undo Rename"));
+        m_history->push(UndoableAction::rename(m_files->url(u"a"_s), m_files->url(u"b"_s)));
+        QCOMPARE(m_history->title(), u"Undo Rename"_s);
         QVERIFY(m_history->canUndo());
-        m_history->push(UndoableAction::trash(m_files->url(s("b")), m_files->url(s("c"))));
-        QCOMPARE(m_history->title(), s("Undo Trash"));
+        m_history->push(UndoableAction::trash(m_files->url(u"b"_s), m_files->url(u"c"_s)));
+        QCOMPARE(m_history->title(), u"Undo Trash"_s);
         QCOMPARE(changes.size(), 2);
         m_history->takeNewest();
-        QCOMPARE(m_history->title(), s("Undo Rename"));
+        QCOMPARE(m_history->title(), u"Undo Rename"_s);
         m_history->takeNewest();
-        QCOMPARE(m_history->title(), s("Undo Last Action"));
+        QCOMPARE(m_history->title(), u"Undo Last Action"_s);
         QCOMPARE(changes.size(), 4);
     }
 

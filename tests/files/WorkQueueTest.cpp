@@ -15,31 +15,33 @@ class WorkQueueTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void workIsDoneAsideInItsOrderAndToldHere()
+    void workIsDoneInItsOrderOnAnotherThreadAndReportedOnThisOne()
     {
         WorkQueue queue;
         QList<int> done;
-        QList<int> told;
+        QList<int> reported;
         for (int i = 0; i < 100; ++i) {
-            queue.add([this, i, &done, &told]() -> WorkQueue::Outcome {
+            queue.add([this, i, &done, &reported]() -> WorkQueue::Outcome {
                 done.append(QThread::currentThread() == thread() ? -1 : i);
-                return [this, i, &told] {
-                    told.append(QThread::currentThread() == thread() ? i : -1);
+                return [this, i, &reported] {
+                    reported.append(QThread::currentThread() == thread() ? i : -1);
                 };
             });
         }
-        QTRY_COMPARE(told.size(), 100);
+        QTRY_COMPARE(reported.size(), 100);
         for (int i = 0; i < 100; ++i) {
             QCOMPARE(done[i], i);
-            QCOMPARE(told[i], i);
+            QCOMPARE(reported[i], i);
         }
     }
 
     void finishingTellsEverythingWithoutAnEventLoop()
     {
         WorkQueue queue;
-        int told = 0;
-        const auto count = [&told]() -> WorkQueue::Outcome { return [&told] { ++told; }; };
+        int reported = 0;
+        const auto count = [&reported]() -> WorkQueue::Outcome {
+            return [&reported] { ++reported; };
+        };
         for (int i = 0; i < 10; ++i)
             queue.add(count);
         // An outcome that adds more work.
@@ -47,22 +49,22 @@ private Q_SLOTS:
             return [&queue, count] { queue.add(count); };
         });
         QVERIFY(queue.finish(10s));
-        QCOMPARE(told, 11);
+        QCOMPARE(reported, 11);
     }
 
     void whatHangsIsWaitedForNoLongerThanAllowed()
     {
         const auto mayEnd = std::make_shared<QSemaphore>();
         const auto hasEnded = std::make_shared<QSemaphore>();
-        bool told = false;
+        bool reported = false;
         QElapsedTimer watch;
         watch.start();
         {
             WorkQueue queue;
-            queue.add([mayEnd, hasEnded, &told]() -> WorkQueue::Outcome {
+            queue.add([mayEnd, hasEnded, &reported]() -> WorkQueue::Outcome {
                 mayEnd->acquire();
                 hasEnded->release();
-                return [&told] { told = true; };
+                return [&reported] { reported = true; };
             });
             QVERIFY(!queue.finish(200ms));
             QVERIFY(watch.elapsed() >= 199);
@@ -71,7 +73,7 @@ private Q_SLOTS:
         mayEnd->release();
         QVERIFY(hasEnded->tryAcquire(1, 10000));
         QCoreApplication::sendPostedEvents();
-        QVERIFY(!told);
+        QVERIFY(!reported);
     }
 
     void whatHasNotBegunIsDroppedAtTheEnd()

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class FileUrlsTest : public QObject
 {
     Q_OBJECT
@@ -14,29 +16,27 @@ private Q_SLOTS:
     void standardizedUrlsOfOnePlaceAreEqual_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("plain") << QStringLiteral("/home/ada/Desktop/shot.png");
-        QTest::newRow("dot") << QStringLiteral("/home/ada/./Desktop/shot.png");
-        QTest::newRow("dot dot") << QStringLiteral("/home/ada/Music/../Desktop/shot.png");
-        QTest::newRow("doubled slash") << QStringLiteral("/home/ada//Desktop/shot.png");
-        QTest::newRow("trailing slash") << QStringLiteral("/home/ada/Desktop/shot.png/");
+        QTest::newRow("plain") << u"/home/ada/Desktop/shot.png"_s;
+        QTest::newRow("dot") << u"/home/ada/./Desktop/shot.png"_s;
+        QTest::newRow("dot dot") << u"/home/ada/Music/../Desktop/shot.png"_s;
+        QTest::newRow("doubled slash") << u"/home/ada//Desktop/shot.png"_s;
+        QTest::newRow("trailing slash") << u"/home/ada/Desktop/shot.png/"_s;
     }
 
     void standardizedUrlsOfOnePlaceAreEqual()
     {
         QFETCH(QString, path);
-        const QUrl expected = QUrl::fromLocalFile(QStringLiteral("/home/ada/Desktop/shot.png"));
+        const QUrl expected = QUrl::fromLocalFile(u"/home/ada/Desktop/shot.png"_s);
         QCOMPARE(FileUrls::fromPath(path), expected);
         QCOMPARE(FileUrls::standardized(QUrl::fromLocalFile(path)), expected);
     }
 
     void namesThatAUrlWouldEscapeKeepTheirCharacters()
     {
-        for (const QString &name : {QStringLiteral("100% sure?.png"), QStringLiteral("a#b.png"),
-                                    QStringLiteral("é ’.png"), QStringLiteral("%41.png"),
-                                    QStringLiteral("back\\slash.png")}) {
-            const QUrl url =
-                FileUrls::child(QUrl::fromLocalFile(QStringLiteral("/home/ada")), name);
-            QCOMPARE(url.toLocalFile(), QStringLiteral("/home/ada/") + name);
+        for (const QString &name : {u"100% sure?.png"_s, u"a#b.png"_s, u"é ’.png"_s, u"%41.png"_s,
+                                    u"back\\slash.png"_s}) {
+            const QUrl url = FileUrls::child(QUrl::fromLocalFile(u"/home/ada"_s), name);
+            QCOMPARE(url.toLocalFile(), u"/home/ada/"_s + name);
             QCOMPARE(FileUrls::lastPathComponent(url), name);
             QCOMPARE(FileUrls::standardized(url), url);
         }
@@ -45,25 +45,22 @@ private Q_SLOTS:
     void aSymbolicLinkIsNotResolved()
     {
         QTemporaryDir folder;
-        const QUrl link = FileUrls::fromPath(folder.filePath(QStringLiteral("link")));
+        const QUrl link = FileUrls::fromPath(folder.filePath(u"link"_s));
         QVERIFY(QFile::link(folder.path(), link.toLocalFile()));
         QCOMPARE(FileUrls::standardized(link), link);
     }
 
     void theParentOfAFolderDoesNotDependOnATrailingSlash()
     {
-        const QUrl expected = FileUrls::fromPath(QStringLiteral("/home/ada"));
-        QCOMPARE(FileUrls::parentFolder(QUrl::fromLocalFile(QStringLiteral("/home/ada/Desktop"))),
-                 expected);
-        QCOMPARE(FileUrls::parentFolder(QUrl::fromLocalFile(QStringLiteral("/home/ada/Desktop/"))),
-                 expected);
+        const QUrl expected = FileUrls::fromPath(u"/home/ada"_s);
+        QCOMPARE(FileUrls::parentFolder(QUrl::fromLocalFile(u"/home/ada/Desktop"_s)), expected);
+        QCOMPARE(FileUrls::parentFolder(QUrl::fromLocalFile(u"/home/ada/Desktop/"_s)), expected);
     }
 
     void aChildOfTheRootHasOneSlash()
     {
-        const QUrl root = FileUrls::fromPath(QStringLiteral("/"));
-        QCOMPARE(FileUrls::child(root, QStringLiteral("shot.png")).toLocalFile(),
-                 QStringLiteral("/shot.png"));
+        const QUrl root = FileUrls::fromPath(u"/"_s);
+        QCOMPARE(FileUrls::child(root, u"shot.png"_s).toLocalFile(), u"/shot.png"_s);
         QVERIFY(FileUrls::lastPathComponent(root).isEmpty());
     }
 
@@ -101,8 +98,8 @@ private Q_SLOTS:
     void aLinkToNothingDoesNotExist()
     {
         QTemporaryDir folder;
-        const QUrl link = FileUrls::fromPath(folder.filePath(QStringLiteral("link.png")));
-        QVERIFY(QFile::link(folder.filePath(QStringLiteral("nothing")), link.toLocalFile()));
+        const QUrl link = FileUrls::fromPath(folder.filePath(u"link.png"_s));
+        QVERIFY(QFile::link(folder.filePath(u"nothing"_s), link.toLocalFile()));
         QVERIFY(!FileUrls::exists(link));
         QVERIFY(FileUrls::exists(FileUrls::fromPath(folder.path())));
     }
@@ -111,17 +108,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("numbered");
-        QTest::newRow("ordinary") << QStringLiteral("Foo.png") << QStringLiteral("Foo-3.png");
-        QTest::newRow("without extension") << QStringLiteral("Foo") << QStringLiteral("Foo-3");
-        QTest::newRow("two dots") << QStringLiteral("a.b.png") << QStringLiteral("a.b-3.png");
-        QTest::newRow("numbered") << QStringLiteral("Foo-2.png") << QStringLiteral("Foo-2-3.png");
+        QTest::newRow("ordinary") << u"Foo.png"_s << u"Foo-3.png"_s;
+        QTest::newRow("without extension") << u"Foo"_s << u"Foo-3"_s;
+        QTest::newRow("two dots") << u"a.b.png"_s << u"a.b-3.png"_s;
+        QTest::newRow("numbered") << u"Foo-2.png"_s << u"Foo-2-3.png"_s;
     }
 
     void aNumberStandsBeforeTheExtension()
     {
         QFETCH(QString, name);
         QFETCH(QString, numbered);
-        const QUrl parent = QUrl::fromLocalFile(QStringLiteral("/home/ada"));
+        const QUrl parent = QUrl::fromLocalFile(u"/home/ada"_s);
         QCOMPARE(FileUrls::numbered(FileUrls::child(parent, name), 3),
                  FileUrls::child(parent, numbered));
     }

@@ -26,7 +26,7 @@ class ApplicationOfPictureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theTitleOrTheSoftwareTells_data()
+    void theTitleOrTheSoftwareNamesTheApplication_data()
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("software");
@@ -49,7 +49,7 @@ private Q_SLOTS:
         row("", "Inkscape", "Inkscape");
     }
 
-    void theTitleOrTheSoftwareTells()
+    void theTitleOrTheSoftwareNamesTheApplication()
     {
         QFETCH(const QString, title);
         QFETCH(const QString, software);

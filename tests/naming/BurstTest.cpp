@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace TestPictures;
 
 namespace
@@ -27,18 +28,18 @@ constexpr QSize screenSize(1920, 1080);
 
 QStringList textOf(const QImage &picture)
 {
-    return {QStringLiteral("width%1").arg(picture.width())};
+    return {u"width%1"_s.arg(picture.width())};
 }
 
 qsizetype openDescriptors()
 {
-    return QDir(QStringLiteral("/dev/fd")).entryList(QDir::Files | QDir::System).size();
+    return QDir(u"/dev/fd"_s).entryList(QDir::Files | QDir::System).size();
 }
 
 /// In megabytes, for this process.
 qint64 residentMemory()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QFile::ReadOnly))
         return -1;
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1'000'000;
@@ -67,10 +68,8 @@ private Q_SLOTS:
         ScreenshotImages images(*writers);
         ScreenshotNamer namer(recognizer, images);
 
-        const QByteArray png = encoded(fourFields(screenSize), QStringLiteral("png"));
-        const auto path = [&](int number) {
-            return folder.filePath(QStringLiteral("%1.png").arg(number));
-        };
+        const QByteArray png = encoded(fourFields(screenSize), u"png"_s);
+        const auto path = [&](int number) { return folder.filePath(u"%1.png"_s.arg(number)); };
         for (int number = 0; number < screenshots; ++number)
             QVERIFY(write(path(number), png));
         const auto first = namer.suggestFilename(QUrl::fromLocalFile(path(0)), QString());
@@ -98,7 +97,7 @@ private Q_SLOTS:
         for (int number = 0; number < screenshots; ++number) {
             QVERIFY(QTest::qWaitFor([&] { return thumbnails.at(number).isFinished(); }, patience));
             QCOMPARE(thumbnails.at(number).result().size(), QSize(240, 135));
-            QCOMPARE(names.at(number).result(), QStringLiteral("width1920.png"));
+            QCOMPARE(names.at(number).result(), u"width1920.png"_s);
         }
         thumbnails.clear();
 

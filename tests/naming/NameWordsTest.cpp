@@ -5,6 +5,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -12,13 +14,11 @@ namespace
 const QStringList &pieces()
 {
     static const QStringList list =
-        QStringLiteral(
-            "Pull,Request,the,May,1423,²³⁴,ab,abc,Café,CAFÉ,cafe,chrome,Chrome,slack,"
-            "planBoard,PDFViewer,averyveryverylongwordindeed,日本語,がんばる,हिन्दी,"
-            "ЁЛКА,file_name,3.14,don't,—,#,🙂,𐐀𐐁𐐂,\u0301,\u0301abc,\u0600,"
-            "\u0D4Eക,"
-            "\u200D,x\u200Dyz,\u1100,\u1161,\r,\n,\t,-,İzmir,ﬁnal")
-            .split(QLatin1Char(','));
+        u"Pull,Request,the,May,1423,²³⁴,ab,abc,Café,CAFÉ,cafe,chrome,Chrome,slack,"
+        "planBoard,PDFViewer,averyveryverylongwordindeed,日本語,がんばる,हिन्दी,"
+        "ЁЛКА,file_name,3.14,don't,—,#,🙂,𐐀𐐁𐐂,\u0301,\u0301abc,\u0600,"
+        "\u0D4Eക,"
+        "\u200D,x\u200Dyz,\u1100,\u1161,\r,\n,\t,-,İzmir,ﬁnal"_s.split(u',');
     return list;
 }
 
@@ -28,7 +28,7 @@ QString randomLine(QRandomGenerator &random)
     for (int left = random.bounded(6); left > 0; --left) {
         line += pieces().at(random.bounded(int(pieces().size())));
         if (random.bounded(3) > 0)
-            line += QLatin1Char(' ');
+            line += u' ';
     }
     return line;
 }
@@ -43,8 +43,8 @@ private Q_SLOTS:
     void theWordsAreTheSameAsIfAllLinesWereGivenAtOnce()
     {
         QRandomGenerator random(20260115);
-        const QStringList applications = {QString(), QStringLiteral("Google Chrome"),
-                                          QStringLiteral("Slack"), QStringLiteral("Café Planner")};
+        const QStringList applications = {QString(), u"Google Chrome"_s, u"Slack"_s,
+                                          u"Café Planner"_s};
         int early = 0;
         for (int round = 0; round < 5000; ++round) {
             const QString application = applications.at(random.bounded(4));
@@ -53,7 +53,7 @@ private Q_SLOTS:
                 lines.append(randomLine(random));
 
             NameWords whole(application);
-            whole.add(lines.join(QLatin1Char(' ')));
+            whole.add(lines.join(u' '));
             NameWords byLine(application);
             for (const QString &line : std::as_const(lines)) {
                 if (!byLine.add(line)) {
@@ -62,9 +62,8 @@ private Q_SLOTS:
                 }
             }
             QVERIFY2(byLine.words() == whole.words(),
-                     qPrintable(lines.join(QLatin1Char('|')) + QStringLiteral(" -> ") +
-                                byLine.words().join(QLatin1Char('|')) + QStringLiteral(" or ") +
-                                whole.words().join(QLatin1Char('|'))));
+                     qPrintable(lines.join(u'|') + u" -> "_s + byLine.words().join(u'|') +
+                                u" or "_s + whole.words().join(u'|')));
         }
         QVERIFY(early > 500);
         QVERIFY(early < 4500);
@@ -72,28 +71,27 @@ private Q_SLOTS:
 
     void noMoreIsWantedWithTheFourthWordAndNotBefore()
     {
-        NameWords words(QStringLiteral("Safari"));
+        NameWords words(u"Safari"_s);
         QVERIFY(words.add(QString()));
-        QVERIFY(words.add(QStringLiteral("alpha beta")));
-        QVERIFY(words.add(QStringLiteral("alpha safari 1234 the")));
-        QVERIFY(words.add(QStringLiteral("gamma")));
-        QVERIFY(!words.add(QStringLiteral("delta epsilon")));
-        QVERIFY(!words.add(QStringLiteral("zeta")));
-        QCOMPARE(words.words().join(QLatin1Char(' ')),
-                 QStringLiteral("safari alpha beta gamma delta"));
+        QVERIFY(words.add(u"alpha beta"_s));
+        QVERIFY(words.add(u"alpha safari 1234 the"_s));
+        QVERIFY(words.add(u"gamma"_s));
+        QVERIFY(!words.add(u"delta epsilon"_s));
+        QVERIFY(!words.add(u"zeta"_s));
+        QCOMPARE(words.words().join(u' '), u"safari alpha beta gamma delta"_s);
     }
 
     void allTokensOfTheApplicationAreSetAsideButOneIsUsed()
     {
-        NameWords words(QStringLiteral("Adobe Photoshop Lightroom"));
-        words.add(QStringLiteral("photoshop adobe lightroom layers"));
-        QCOMPARE(words.words().join(QLatin1Char(' ')), QStringLiteral("adobe lightroom layers"));
+        NameWords words(u"Adobe Photoshop Lightroom"_s);
+        words.add(u"photoshop adobe lightroom layers"_s);
+        QCOMPARE(words.words().join(u' '), u"adobe lightroom layers"_s);
     }
 
     void withoutApplicationAndTextThereAreNoWords()
     {
         NameWords words{QString()};
-        QVERIFY(words.add(QStringLiteral("12 of May")));
+        QVERIFY(words.add(u"12 of May"_s));
         QCOMPARE(words.words(), QStringList());
     }
 };

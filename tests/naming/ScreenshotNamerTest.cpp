@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class ScreenshotNamerTest : public QObject
 {
     Q_OBJECT
@@ -30,13 +32,12 @@ class ScreenshotNamerTest : public QObject
 
     static QString tokens(const char *text)
     {
-        return ScreenshotNamer::tokens(QString::fromUtf8(text)).join(QLatin1Char('|'));
+        return ScreenshotNamer::tokens(QString::fromUtf8(text)).join(u'|');
     }
 
     static QString applicationTokens(const char *appName)
     {
-        return ScreenshotNamer::applicationTokens(QString::fromUtf8(appName))
-            .join(QLatin1Char('|'));
+        return ScreenshotNamer::applicationTokens(QString::fromUtf8(appName)).join(u'|');
     }
 
 private Q_SLOTS:
@@ -82,10 +83,10 @@ private Q_SLOTS:
             const QString before = velmoraTimestamp();
             const QString name = named("the 12 of May", application);
             const QString after = velmoraTimestamp();
-            QVERIFY(name == QStringLiteral("screenshot-screen-%1.png").arg(before) ||
-                    name == QStringLiteral("screenshot-screen-%1.png").arg(after));
+            QVERIFY(name == u"screenshot-screen-%1.png"_s.arg(before) ||
+                    name == u"screenshot-screen-%1.png"_s.arg(after));
         }
-        QCOMPARE(named("the 12 of May", "Preview"), QStringLiteral("preview.png"));
+        QCOMPARE(named("the 12 of May", "Preview"), u"preview.png"_s);
     }
 
     void theFallbackNameTellsTheApplicationAndTheTime()
@@ -93,22 +94,20 @@ private Q_SLOTS:
         const auto fallback = [](const char *application, const char *path) {
             return ScreenshotNamer::fallbackName(QString::fromUtf8(application), file(path));
         };
-        const QRegularExpression stamp(QStringLiteral("-screen-\\d{8}-\\d{6}"));
-        const auto unstamped = [&](QString name) {
-            return name.replace(stamp, QStringLiteral("-STAMP"));
-        };
-        QCOMPARE(unstamped(fallback("Preview", "/a/b.png")), QStringLiteral("preview-STAMP.png"));
-        QCOMPARE(unstamped(fallback("", "/a/b.PNG")), QStringLiteral("screenshot-STAMP.png"));
+        const QRegularExpression stamp(u"-screen-\\d{8}-\\d{6}"_s);
+        const auto unstamped = [&](QString name) { return name.replace(stamp, u"-STAMP"_s); };
+        QCOMPARE(unstamped(fallback("Preview", "/a/b.png")), u"preview-STAMP.png"_s);
+        QCOMPARE(unstamped(fallback("", "/a/b.PNG")), u"screenshot-STAMP.png"_s);
         QCOMPARE(unstamped(fallback("Adobe Photoshop Lightroom", "/a/b.jpg")),
-                 QStringLiteral("adobe-photoshop-STAMP.jpg"));
-        QCOMPARE(unstamped(fallback("Google Chrome", "/a/b")), QStringLiteral("chrome-STAMP"));
+                 u"adobe-photoshop-STAMP.jpg"_s);
+        QCOMPARE(unstamped(fallback("Google Chrome", "/a/b")), u"chrome-STAMP"_s);
     }
 
     void theExtensionIsInLowerCaseInTheEnd()
     {
-        QCOMPARE(named("Budget", "", file("/shots/Shot.PNG")), QStringLiteral("budget.png"));
-        QCOMPARE(named("Budget", "", file("/shots/Shot.Tiff")), QStringLiteral("budget.tiff"));
-        QCOMPARE(named("Budget", "", file("/shots/Shot")), QStringLiteral("budget"));
+        QCOMPARE(named("Budget", "", file("/shots/Shot.PNG")), u"budget.png"_s);
+        QCOMPARE(named("Budget", "", file("/shots/Shot.Tiff")), u"budget.tiff"_s);
+        QCOMPARE(named("Budget", "", file("/shots/Shot")), u"budget"_s);
     }
 
     void aSpaceComesBeforeACapitalThatFollowsASmallLetter()
@@ -116,42 +115,41 @@ private Q_SLOTS:
         const auto split = [](const char *text) {
             return ScreenshotNamer::splitCamelCase(QString::fromUtf8(text));
         };
-        QCOMPARE(split("GitHubDesktop"), QStringLiteral("Git Hub Desktop"));
-        QCOMPARE(split("iPhone"), QStringLiteral("i Phone"));
-        QCOMPARE(split("PDFViewer"), QStringLiteral("PDFViewer"));
-        QCOMPARE(split("caféÉté"), QStringLiteral("café Été"));
-        QCOMPARE(split("cafe\u0301E\u0301te"), QStringLiteral("cafe\u0301 E\u0301te"));
-        QCOMPARE(split("straßeÄ"), QStringLiteral("straße Ä"));
-        QCOMPARE(split("a1B"), QStringLiteral("a1B"));
-        QCOMPARE(split("𐐨𐐀"), QStringLiteral("𐐨 𐐀"));
+        QCOMPARE(split("GitHubDesktop"), u"Git Hub Desktop"_s);
+        QCOMPARE(split("iPhone"), u"i Phone"_s);
+        QCOMPARE(split("PDFViewer"), u"PDFViewer"_s);
+        QCOMPARE(split("caféÉté"), u"café Été"_s);
+        QCOMPARE(split("cafe\u0301E\u0301te"), u"cafe\u0301 E\u0301te"_s);
+        QCOMPARE(split("straßeÄ"), u"straße Ä"_s);
+        QCOMPARE(split("a1B"), u"a1B"_s);
+        QCOMPARE(split("𐐨𐐀"), u"𐐨 𐐀"_s);
         QCOMPARE(split(""), QString());
     }
 
     void tokensAreRunsOfLettersAndNumbersInLowerCase()
     {
-        QCOMPARE(tokens("Don't stop-it snake_case 3.14"),
-                 QStringLiteral("don|t|stop|it|snake|case|3|14"));
-        QCOMPARE(tokens("GitHubDesktop"), QStringLiteral("git|hub|desktop"));
+        QCOMPARE(tokens("Don't stop-it snake_case 3.14"), u"don|t|stop|it|snake|case|3|14"_s);
+        QCOMPARE(tokens("GitHubDesktop"), u"git|hub|desktop"_s);
         QCOMPARE(tokens("  —!  "), QString());
-        QCOMPARE(tokens("STRASSE Straße STRAẞE"), QStringLiteral("strasse|strasse|strasse"));
-        QCOMPARE(tokens("ﬁnal oﬃce"), QStringLiteral("final|office"));
-        QCOMPARE(tokens("ΟΔΟΣ οδός"), QStringLiteral("οδοσ|οδοσ"));
-        QCOMPARE(tokens("ısı"), QStringLiteral("ısı"));
-        QCOMPARE(tokens("ＡＢＣ１２"), QStringLiteral("ａｂｃ１２"));
-        QCOMPARE(tokens("𐐀𐐁 🙂 x"), QStringLiteral("𐐨𐐩|x"));
+        QCOMPARE(tokens("STRASSE Straße STRAẞE"), u"strasse|strasse|strasse"_s);
+        QCOMPARE(tokens("ﬁnal oﬃce"), u"final|office"_s);
+        QCOMPARE(tokens("ΟΔΟΣ οδός"), u"οδοσ|οδοσ"_s);
+        QCOMPARE(tokens("ısı"), u"ısı"_s);
+        QCOMPARE(tokens("ＡＢＣ１２"), u"ａｂｃ１２"_s);
+        QCOMPARE(tokens("𐐀𐐁 🙂 x"), u"𐐨𐐩|x"_s);
     }
 
     void accentsAreRemovedAndOtherSignsAreNot()
     {
-        QCOMPARE(tokens("Ångström Việt ŻÓŁW"), QStringLiteral("angstrom|viet|zołw"));
-        QCOMPARE(tokens("Ελλάδα"), QStringLiteral("ελλαδα"));
-        QCOMPARE(tokens("ЁЛКА"), QStringLiteral("елка"));
-        QCOMPARE(tokens("İstanbul"), QStringLiteral("istanbul"));
-        QCOMPARE(tokens("שָׁלוֹם"), QStringLiteral("שלום"));
-        QCOMPARE(tokens("كِتَاب"), QStringLiteral("كتاب"));
-        QCOMPARE(tokens("ガギグ ぱぴ"), QStringLiteral("ガギグ|ぱぴ"));
-        QCOMPARE(tokens("हिन्दी में"), QStringLiteral("हिन्दी|में"));
-        QCOMPARE(tokens("한국어 문서"), QStringLiteral("한국어|문서"));
+        QCOMPARE(tokens("Ångström Việt ŻÓŁW"), u"angstrom|viet|zołw"_s);
+        QCOMPARE(tokens("Ελλάδα"), u"ελλαδα"_s);
+        QCOMPARE(tokens("ЁЛКА"), u"елка"_s);
+        QCOMPARE(tokens("İstanbul"), u"istanbul"_s);
+        QCOMPARE(tokens("שָׁלוֹם"), u"שלום"_s);
+        QCOMPARE(tokens("كِتَاب"), u"كتاب"_s);
+        QCOMPARE(tokens("ガギグ ぱぴ"), u"ガギグ|ぱぴ"_s);
+        QCOMPARE(tokens("हिन्दी में"), u"हिन्दी|में"_s);
+        QCOMPARE(tokens("한국어 문서"), u"한국어|문서"_s);
     }
 
     void charactersAreCountedAsReadersCountThem()
@@ -159,43 +157,37 @@ private Q_SLOTS:
         const auto meaningful = [](const QStringList &list) {
             return ScreenshotNamer::meaningfulTokens(list);
         };
-        const QStringList hindi = {QStringLiteral("में"), QStringLiteral("कि"),
-                                   QStringLiteral("दस्तावेज़")};
-        QCOMPARE(meaningful(hindi), QStringList{QStringLiteral("दस्तावेज़")});
-        QCOMPARE(meaningful({QStringLiteral("𐐨𐐨")}), QStringList());
-        QCOMPARE(meaningful({QStringLiteral("𐐨𐐨𐐨")}).size(), 1);
+        const QStringList hindi = {u"में"_s, u"कि"_s, u"दस्तावेज़"_s};
+        QCOMPARE(meaningful(hindi), QStringList{u"दस्तावेज़"_s});
+        QCOMPARE(meaningful({u"𐐨𐐨"_s}), QStringList());
+        QCOMPARE(meaningful({u"𐐨𐐨𐐨"_s}).size(), 1);
         // Twenty-four characters of two code points each are a word; twenty-five are not.
-        const QString letter = QStringLiteral("कि");
-        QCOMPARE(named((letter.repeated(24) + QStringLiteral(" x")).toUtf8().constData(), ""),
-                 letter.repeated(24) + QStringLiteral(".png"));
+        const QString letter = u"कि"_s;
+        QCOMPARE(named((letter.repeated(24) + u" x"_s).toUtf8().constData(), ""),
+                 letter.repeated(24) + u".png"_s);
         QVERIFY(named(letter.repeated(25).toUtf8().constData(), "")
                     .startsWith(QLatin1String("screenshot-screen-")));
     }
 
     void meaningfulTokensAreLongEnoughAndCountOnce()
     {
-        const QStringList given = {QStringLiteral("ab"),  QStringLiteral("abc"),
-                                   QStringLiteral("the"), QStringLiteral("abc"),
-                                   QStringLiteral("123"), QStringLiteral("may")};
-        QCOMPARE(ScreenshotNamer::meaningfulTokens(given),
-                 (QStringList{QStringLiteral("abc"), QStringLiteral("123")}));
+        const QStringList given = {u"ab"_s, u"abc"_s, u"the"_s, u"abc"_s, u"123"_s, u"may"_s};
+        QCOMPARE(ScreenshotNamer::meaningfulTokens(given), (QStringList{u"abc"_s, u"123"_s}));
     }
 
     void stopWordsSayNothing()
     {
         const QStringList words =
-            QStringLiteral(
-                "the and for with from this that you your are was were have has had not but can "
-                "all app window untitled screenshot screen shot image file edit view open close "
-                "click copy paste new done cancel save menu back next search home mon tue wed thu "
-                "fri sat sun monday tuesday wednesday thursday friday saturday sunday jan feb mar "
-                "apr may jun jul aug sep oct nov dec january february march april june july august "
-                "september october november december notification notifications center "
-                "usernotificationcenter systemuiserver")
-                .split(QLatin1Char(' '));
+            u"the and for with from this that you your are was were have has had not but can "
+            "all app window untitled screenshot screen shot image file edit view open close "
+            "click copy paste new done cancel save menu back next search home mon tue wed thu "
+            "fri sat sun monday tuesday wednesday thursday friday saturday sunday jan feb mar "
+            "apr may jun jul aug sep oct nov dec january february march april june july august "
+            "september october november december notification notifications center "
+            "usernotificationcenter systemuiserver"_s.split(u' ');
         QCOMPARE(words.size(), 85);
         QCOMPARE(ScreenshotNamer::meaningfulTokens(words), QStringList());
-        QCOMPARE(ScreenshotNamer::meaningfulTokens({QStringLiteral("windows")}).size(), 1);
+        QCOMPARE(ScreenshotNamer::meaningfulTokens({u"windows"_s}).size(), 1);
     }
 
     void someApplicationsHaveAShortName_data()
@@ -231,51 +223,48 @@ private Q_SLOTS:
 
     void aSafeNameHasWordsJoinedByHyphens()
     {
-        QCOMPARE(sanitized("My Résumé (final)!.PNG"), QStringLiteral("my-resume-final.png"));
-        QCOMPARE(sanitized("--a--b__c--.png"), QStringLiteral("a-b-c.png"));
-        QCOMPARE(sanitized("GitHub.png"), QStringLiteral("github.png"));
-        QCOMPARE(sanitized("a/b/c d.jpg"), QStringLiteral("c-d.jpg"));
-        QCOMPARE(sanitized("1 2 3 4 5 6 7 8 9 10.png"), QStringLiteral("1-2-3-4-5-6-7-8.png"));
-        QCOMPARE(sanitized("日本語 メモ.png"), QStringLiteral("日本語-メモ.png"));
-        QCOMPARE(sanitized("a\u202Eb\nc.png"), QStringLiteral("a-b-c.png"));
+        QCOMPARE(sanitized("My Résumé (final)!.PNG"), u"my-resume-final.png"_s);
+        QCOMPARE(sanitized("--a--b__c--.png"), u"a-b-c.png"_s);
+        QCOMPARE(sanitized("GitHub.png"), u"github.png"_s);
+        QCOMPARE(sanitized("a/b/c d.jpg"), u"c-d.jpg"_s);
+        QCOMPARE(sanitized("1 2 3 4 5 6 7 8 9 10.png"), u"1-2-3-4-5-6-7-8.png"_s);
+        QCOMPARE(sanitized("日本語 メモ.png"), u"日本語-メモ.png"_s);
+        QCOMPARE(sanitized("a\u202Eb\nc.png"), u"a-b-c.png"_s);
     }
 
     void whatANameLacksComesFromTheFallback()
     {
-        QCOMPARE(sanitized("plan"), QStringLiteral("plan.png"));
-        QCOMPARE(sanitized("!!!.jpg"), QStringLiteral("fall.jpg"));
-        QCOMPARE(sanitized(""), QStringLiteral("fall.png"));
-        QCOMPARE(sanitized("", "Fall Back.PNG"), QStringLiteral("Fall Back.png"));
-        QCOMPARE(sanitized("plan", "fall"), QStringLiteral("plan"));
-        QCOMPARE(sanitized(".png"), QStringLiteral("png.png"));
-        QCOMPARE(sanitized("version 1.2 final"), QStringLiteral("version-1-2-final.png"));
+        QCOMPARE(sanitized("plan"), u"plan.png"_s);
+        QCOMPARE(sanitized("!!!.jpg"), u"fall.jpg"_s);
+        QCOMPARE(sanitized(""), u"fall.png"_s);
+        QCOMPARE(sanitized("", "Fall Back.PNG"), u"Fall Back.png"_s);
+        QCOMPARE(sanitized("plan", "fall"), u"plan"_s);
+        QCOMPARE(sanitized(".png"), u"png.png"_s);
+        QCOMPARE(sanitized("version 1.2 final"), u"version-1-2-final.png"_s);
     }
 
     void aLongNameIsCutToFiftyEightCharacters()
     {
-        const QString a = QString(30, QLatin1Char('a'));
-        const QString b = QString(40, QLatin1Char('b'));
-        QCOMPARE(ScreenshotNamer::sanitize(a + QLatin1Char(' ') + b, QStringLiteral("x.png")),
-                 a + QLatin1Char('-') + b.left(27) + QStringLiteral(".png"));
-        const QString c = QString(57, QLatin1Char('c'));
-        QCOMPARE(ScreenshotNamer::sanitize(c + QStringLiteral(" d.png"), QString()),
-                 c + QStringLiteral("-.png"));
+        const QString a = QString(30, u'a');
+        const QString b = QString(40, u'b');
+        QCOMPARE(ScreenshotNamer::sanitize(a + u' ' + b, u"x.png"_s),
+                 a + u'-' + b.left(27) + u".png"_s);
+        const QString c = QString(57, u'c');
+        QCOMPARE(ScreenshotNamer::sanitize(c + u" d.png"_s, QString()), c + u"-.png"_s);
         QCOMPARE(named("abcdefghijklmnopqrst bcdefghijklmnopqrstu cdefghijklmnopqrstuv", ""),
-                 QStringLiteral("abcdefghijklmnopqrst-bcdefghijklmnopqrstu-cdefghijklmnopqr.png"));
+                 u"abcdefghijklmnopqrst-bcdefghijklmnopqrstu-cdefghijklmnopqr.png"_s);
     }
 
     void aNameNeverTakesMoreBytesThanFileSystemsAllow()
     {
-        const QString letter = QStringLiteral("क्षि");
-        const QString name =
-            ScreenshotNamer::sanitize(letter.repeated(58), QStringLiteral("x.png"));
+        const QString letter = u"क्षि"_s;
+        const QString name = ScreenshotNamer::sanitize(letter.repeated(58), u"x.png"_s);
         QVERIFY(name.toUtf8().size() <= 245);
         QVERIFY(name.toUtf8().size() >= 230);
         QVERIFY(letter.repeated(58).startsWith(name.chopped(4)));
         QCOMPARE(name.chopped(4).size() % letter.size(), 0);
-        const QString japanese = QStringLiteral("日").repeated(70);
-        QCOMPARE(ScreenshotNamer::sanitize(japanese, QStringLiteral("x.png")),
-                 japanese.left(58) + QStringLiteral(".png"));
+        const QString japanese = u"日"_s.repeated(70);
+        QCOMPARE(ScreenshotNamer::sanitize(japanese, u"x.png"_s), japanese.left(58) + u".png"_s);
     }
 
     void theUsersLanguageDoesNotMatter()
@@ -284,7 +273,7 @@ private Q_SLOTS:
         QLocale::setDefault(QLocale(QLocale::Turkish));
         const QString name = named("TITLE INDEX", "");
         QLocale::setDefault(before);
-        QCOMPARE(name, QStringLiteral("title-index.png"));
+        QCOMPARE(name, u"title-index.png"_s);
     }
 };
 

@@ -16,6 +16,7 @@
 #include <atomic>
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
 using namespace TestPictures;
 
 namespace
@@ -41,8 +42,8 @@ class SuggestFilenameTest : public QObject
     /// A screenshot that is identified by its width.
     QUrl screenshot(int width) const
     {
-        const QString name = QStringLiteral("%1.png").arg(width);
-        const QByteArray png = encoded(fourFields({width, 10}), QStringLiteral("png"));
+        const QString name = u"%1.png"_s.arg(width);
+        const QByteArray png = encoded(fourFields({width, 10}), u"png"_s);
         return write(path(name), png) ? url(name) : QUrl();
     }
 
@@ -84,51 +85,46 @@ private Q_SLOTS:
 
     void theLinesAreReadAsOneText()
     {
-        m_recognizer->setLines(
-            {QStringLiteral("Pull Request #1423"), QStringLiteral("Review comments")});
+        m_recognizer->setLines({u"Pull Request #1423"_s, u"Review comments"_s});
         QCOMPARE(suggested(screenshot(20), "Google Chrome"),
-                 QStringLiteral("chrome-pull-request-review-comments.png"));
+                 u"chrome-pull-request-review-comments.png"_s);
     }
 
     void readingStopsWhenTheNameIsComplete()
     {
         QStringList lines;
         for (int number = 0; number < 100; ++number)
-            lines.append(QStringLiteral("word%1").arg(number));
+            lines.append(u"word%1"_s.arg(number));
         m_recognizer->setLines(lines);
-        QCOMPARE(suggested(screenshot(20), "Safari"),
-                 QStringLiteral("safari-word0-word1-word2-word3.png"));
+        QCOMPARE(suggested(screenshot(20), "Safari"), u"safari-word0-word1-word2-word3.png"_s);
         QCOMPARE(m_recognizer->linesGiven.load(), 4);
     }
 
     void aPictureWithoutTextIsNamedAfterTheApplication()
     {
-        QCOMPARE(suggested(screenshot(20), "Preview"), QStringLiteral("preview.png"));
+        QCOMPARE(suggested(screenshot(20), "Preview"), u"preview.png"_s);
         QVERIFY(suggested(screenshot(20), "").startsWith(QLatin1String("screenshot-screen-")));
     }
 
     void aFileThatIsNoPictureIsNamedWithoutTheRecogniser()
     {
-        m_recognizer->setLines({QStringLiteral("never read")});
-        QVERIFY(write(path(QStringLiteral("text.png")), "I am a text."));
-        QCOMPARE(suggested(url(QStringLiteral("text.png")), "Safari"),
-                 QStringLiteral("safari.png"));
-        QCOMPARE(suggested(url(QStringLiteral("missing.jpg")), "Safari"),
-                 QStringLiteral("safari.jpg"));
-        QCOMPARE(suggested(QUrl::fromLocalFile(QStringLiteral("/dev/zero")), "Safari"),
-                 QStringLiteral("safari"));
+        m_recognizer->setLines({u"never read"_s});
+        QVERIFY(write(path(u"text.png"_s), "I am a text."));
+        QCOMPARE(suggested(url(u"text.png"_s), "Safari"), u"safari.png"_s);
+        QCOMPARE(suggested(url(u"missing.jpg"_s), "Safari"), u"safari.jpg"_s);
+        QCOMPARE(suggested(QUrl::fromLocalFile(u"/dev/zero"_s), "Safari"), u"safari"_s);
         QVERIFY(m_recognizer->readings().isEmpty());
     }
 
     void whatIsNotTheScreenshotsOwnIsLeftOut()
     {
-        m_recognizer->setLines({QStringLiteral("Budget")});
+        m_recognizer->setLines({u"Budget"_s});
         const BlindAreas blind = [](QSize picture) {
             return QList<QRect>{QRect(QPoint(), picture / 2)};
         };
         const auto name = m_namer->suggestFilename(screenshot(20), QString(), blind);
         QVERIFY(soon([&] { return name.isFinished(); }));
-        QCOMPARE(name.result(), QStringLiteral("budget.png"));
+        QCOMPARE(name.result(), u"budget.png"_s);
         QCOMPARE(m_recognizer->readings().last().leftOut, QList<QRect>{QRect(0, 0, 10, 5)});
         QVERIFY(!suggested(screenshot(21), "").isEmpty());
         QCOMPARE(m_recognizer->readings().last().leftOut, QList<QRect>());
@@ -136,32 +132,32 @@ private Q_SLOTS:
 
     void theFileMayBeRenamedAtOnce()
     {
-        m_recognizer->setLines({QStringLiteral("Budget")});
+        m_recognizer->setLines({u"Budget"_s});
         const QUrl file = screenshot(20);
         const auto name = m_namer->suggestFilename(file, QString());
-        QVERIFY(QFile::rename(file.toLocalFile(), path(QStringLiteral("other.png"))));
+        QVERIFY(QFile::rename(file.toLocalFile(), path(u"other.png"_s)));
         QVERIFY(soon([&] { return name.isFinished(); }));
-        QCOMPARE(name.result(), QStringLiteral("budget.png"));
+        QCOMPARE(name.result(), u"budget.png"_s);
     }
 
     void aFileThatIsBeingWrittenIsReadWhenItIsComplete()
     {
-        m_recognizer->setLines({QStringLiteral("Budget")});
-        const QByteArray png = encoded(fourFields({77, 10}), QStringLiteral("png"));
-        QFile file(path(QStringLiteral("slow.png")));
+        m_recognizer->setLines({u"Budget"_s});
+        const QByteArray png = encoded(fourFields({77, 10}), u"png"_s);
+        QFile file(path(u"slow.png"_s));
         QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
         file.write(png.left(png.size() / 2));
-        const auto slow = m_namer->suggestFilename(url(QStringLiteral("slow.png")), QString());
+        const auto slow = m_namer->suggestFilename(url(u"slow.png"_s), QString());
         // Others do not have to wait for it, even on a single core.
         for (int width = 20; width < 30; ++width)
-            QCOMPARE(suggested(screenshot(width), ""), QStringLiteral("budget.png"));
+            QCOMPARE(suggested(screenshot(width), ""), u"budget.png"_s);
         QVERIFY(!slow.isFinished());
         QVERIFY(soon([&] { return m_recognizer->running() == 0; }));
         QCOMPARE(m_recognizer->readings().size(), 10);
         file.write(png.mid(png.size() / 2));
         file.close();
         QVERIFY(soon([&] { return slow.isFinished(); }));
-        QCOMPARE(slow.result(), QStringLiteral("budget.png"));
+        QCOMPARE(slow.result(), u"budget.png"_s);
         QCOMPARE(m_recognizer->readings().last().width, 77);
     }
 
@@ -176,7 +172,7 @@ private Q_SLOTS:
         for (int width = 101; width <= 110; ++width)
             names.append(m_namer->suggestFilename(screenshot(width), QString()));
         for (int width = 101; width <= 110; ++width) {
-            const auto complete = m_images->completion(url(QStringLiteral("%1.png").arg(width)));
+            const auto complete = m_images->completion(url(u"%1.png"_s.arg(width)));
             QVERIFY(soon([&] { return complete.isFinished(); }));
         }
         for (int number = 0; number < 10; ++number) {
@@ -199,10 +195,10 @@ private Q_SLOTS:
         m_recognizer = std::make_unique<FakeTextRecognizer>([&](const QImage &) {
             niceness = ::getpriority(PRIO_PROCESS, 0);
             thread = QThread::currentThread();
-            return QStringList{QStringLiteral("Budget")};
+            return QStringList{u"Budget"_s};
         });
         m_namer = std::make_unique<ScreenshotNamer>(*m_recognizer, *m_images);
-        QCOMPARE(suggested(screenshot(20), ""), QStringLiteral("budget.png"));
+        QCOMPARE(suggested(screenshot(20), ""), u"budget.png"_s);
         QVERIFY(niceness > ::getpriority(PRIO_PROCESS, 0));
         QVERIFY(thread != QThread::currentThread());
     }
@@ -220,10 +216,10 @@ private Q_SLOTS:
     void destructionCancelsEverythingWithinASecond()
     {
         m_recognizer->hold();
-        QFile unfinished(path(QStringLiteral("unfinished.png")));
+        QFile unfinished(path(u"unfinished.png"_s));
         QVERIFY(unfinished.open(QFile::WriteOnly));
         QList<QFuture<QString>> names = {
-            m_namer->suggestFilename(url(QStringLiteral("unfinished.png")), QString())};
+            m_namer->suggestFilename(url(u"unfinished.png"_s), QString())};
         for (int width = 1; width <= 50; ++width)
             names.append(m_namer->suggestFilename(screenshot(width), QString()));
         QVERIFY(soon([&] { return m_recognizer->running() > 0; }));

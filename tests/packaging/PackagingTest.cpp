@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -71,16 +73,15 @@ private Q_SLOTS:
     {
         QVERIFY(m_prefix.isValid());
         const Outcome outcome = run(QStringLiteral(CMAKE_PROGRAM),
-                                    {QStringLiteral("--install"), QStringLiteral(BUILD_FOLDER),
-                                     QStringLiteral("--prefix"), m_prefix.path(),
-                                     QStringLiteral("--component"), QStringLiteral("desktop")});
+                                    {u"--install"_s, QStringLiteral(BUILD_FOLDER), u"--prefix"_s,
+                                     m_prefix.path(), u"--component"_s, u"desktop"_s});
         QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.output));
-        m_entry = shared(QStringLiteral("applications/app.velmora.Velmora.desktop"));
+        m_entry = shared(u"applications/app.velmora.Velmora.desktop"_s);
     }
 
     void theDesktopEntryIsValid()
     {
-        const Outcome outcome = run(QStringLiteral("desktop-file-validate"), {m_entry});
+        const Outcome outcome = run(u"desktop-file-validate"_s, {m_entry});
         QCOMPARE(outcome.output, QString());
         QCOMPARE(outcome.exitCode, 0);
     }
@@ -88,31 +89,27 @@ private Q_SLOTS:
     void theMetadataAreValid()
     {
         const Outcome outcome =
-            run(QStringLiteral("appstreamcli"),
-                {QStringLiteral("validate"), QStringLiteral("--no-net"),
-                 shared(QStringLiteral("metainfo/app.velmora.Velmora.metainfo.xml"))});
+            run(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s,
+                                    shared(u"metainfo/app.velmora.Velmora.metainfo.xml"_s)});
         QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.output));
     }
 
     void theIconsAreFoundByTheirName()
     {
         // Every system has the theme's own description.
-        QIcon::setThemeSearchPaths(
-            {shared(QStringLiteral("icons")), QStringLiteral("/usr/share/icons")});
-        QIcon::setThemeName(QStringLiteral("hicolor"));
-        const QString name =
-            valuesOf(m_entry, QStringLiteral("Icon")).value(QStringLiteral("Desktop Entry"));
-        QCOMPARE(name, QStringLiteral("app.velmora.Velmora"));
+        QIcon::setThemeSearchPaths({shared(u"icons"_s), u"/usr/share/icons"_s});
+        QIcon::setThemeName(u"hicolor"_s);
+        const QString name = valuesOf(m_entry, u"Icon"_s).value(u"Desktop Entry"_s);
+        QCOMPARE(name, u"app.velmora.Velmora"_s);
         QVERIFY(coverage(QIcon::fromTheme(name), 64) > 0.5);
-        const double symbolic = coverage(QIcon::fromTheme(name + QStringLiteral("-symbolic")), 64);
+        const double symbolic = coverage(QIcon::fromTheme(name + u"-symbolic"_s), 64);
         QVERIFY2(symbolic > 0.2 && symbolic < 0.6, qPrintable(QString::number(symbolic)));
     }
 
     void theSymbolicIconIsMadeOfSurfacesAlone()
     {
         // Desktops give such an icon their own colour, but only to its surfaces.
-        QFile icon(
-            shared(QStringLiteral("icons/hicolor/symbolic/apps/app.velmora.Velmora-symbolic.svg")));
+        QFile icon(shared(u"icons/hicolor/symbolic/apps/app.velmora.Velmora-symbolic.svg"_s));
         QVERIFY(icon.open(QFile::ReadOnly));
         QVERIFY(!icon.readAll().contains("stroke"));
     }
@@ -121,18 +118,18 @@ private Q_SLOTS:
     {
         QProcess program;
         program.start(QStringLiteral(INSTANCE_PROCESS), QStringList());
-        QCOMPARE(nextLine(program), QStringLiteral("runs"));
-        const QMap<QString, QString> commands = valuesOf(m_entry, QStringLiteral("Exec"));
-        const QStringList actions = valuesOf(m_entry, QStringLiteral("Actions"))
-                                        .value(QStringLiteral("Desktop Entry"))
+        QCOMPARE(nextLine(program), u"runs"_s);
+        const QMap<QString, QString> commands = valuesOf(m_entry, u"Exec"_s);
+        const QStringList actions = valuesOf(m_entry, u"Actions"_s)
+                                        .value(u"Desktop Entry"_s)
                                         .split(u';', Qt::SkipEmptyParts);
         QCOMPARE(actions.size(), 5);
         for (const QString &action : actions) {
             QStringList words =
-                QProcess::splitCommand(commands.value(QStringLiteral("Desktop Action ") + action));
+                QProcess::splitCommand(commands.value(u"Desktop Action "_s + action));
             const QString executable = words.takeFirst();
             QCOMPARE(run(executable, words).exitCode, 0);
-            QCOMPARE(nextLine(program), QStringLiteral("action ") + action);
+            QCOMPARE(nextLine(program), u"action "_s + action);
         }
         program.kill();
         program.waitForFinished();
@@ -140,27 +137,24 @@ private Q_SLOTS:
 
     void theBusStartsTheProgramThatWasInstalled()
     {
-        const QString program = m_prefix.filePath(QStringLiteral("bin/velmora"));
+        const QString program = m_prefix.filePath(u"bin/velmora"_s);
         QVERIFY(QDir().mkpath(QFileInfo(program).path()));
         QVERIFY(QFile::copy(QStringLiteral(INSTANCE_PROCESS), program));
-        QVERIFY(!valuesOf(m_entry, QStringLiteral("DBusActivatable")).isEmpty());
+        QVERIFY(!valuesOf(m_entry, u"DBusActivatable"_s).isEmpty());
 
         // A session of its own that knows what is installed under the prefix.
         qputenv("XDG_DATA_DIRS", shared(QString()).toUtf8());
         const Outcome outcome =
-            run(QStringLiteral("dbus-run-session"),
-                QStringList{QStringLiteral("--")} +
-                    QProcess::splitCommand(valuesOf(m_entry, QStringLiteral("Exec"))
-                                               .value(QStringLiteral("Desktop Action recent"))));
+            run(u"dbus-run-session"_s,
+                QStringList{u"--"_s} +
+                    QProcess::splitCommand(
+                        valuesOf(m_entry, u"Exec"_s).value(u"Desktop Action recent"_s)));
         QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.output));
-        QVERIFY2(outcome.output.contains(QStringLiteral("\n()")), qPrintable(outcome.output));
+        QVERIFY2(outcome.output.contains(u"\n()"_s), qPrintable(outcome.output));
     }
 
 private:
-    QString shared(const QString &name) const
-    {
-        return m_prefix.filePath(QStringLiteral("share/") + name);
-    }
+    QString shared(const QString &name) const { return m_prefix.filePath(u"share/"_s + name); }
 
     static QString nextLine(QProcess &program)
     {

@@ -19,13 +19,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// A service that records calls, and answers, refuses or stays silent.
 class FakeFileManager : public QObject, protected QDBusContext
@@ -42,11 +39,11 @@ public:
 public Q_SLOTS:
     void ShowItems(const QStringList &uris, const QString &startupId)
     {
-        note(s("items"), uris, startupId);
+        note(u"items"_s, uris, startupId);
     }
     void ShowFolders(const QStringList &uris, const QString &startupId)
     {
-        note(s("folders"), uris, startupId);
+        note(u"folders"_s, uris, startupId);
     }
 
 private:
@@ -55,7 +52,7 @@ private:
         asked << method + u' ' + uris.join(u' ');
         startupIds << startupId;
         if (answer == Answer::Error)
-            sendErrorReply(QDBusError::Failed, s("no display"));
+            sendErrorReply(QDBusError::Failed, u"no display"_s);
         setDelayedReply(answer != Answer::Done);
     }
 };
@@ -73,8 +70,8 @@ public Q_SLOTS:
     QDBusObjectPath OpenDirectory(const QString &, const QDBusUnixFileDescriptor &file,
                                   const QVariantMap &)
     {
-        asked << QFile::symLinkTarget(s("/proc/self/fd/%1").arg(file.fileDescriptor()));
-        return QDBusObjectPath(s("/request"));
+        asked << QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(file.fileDescriptor()));
+        return QDBusObjectPath(u"/request"_s);
     }
 };
 
@@ -94,11 +91,11 @@ class FileBrowserTest : public QObject
 
     static QDBusConnection serviceBus()
     {
-        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("services"));
+        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"services"_s);
     }
 
     /// Makes it the user's program for opening folders.
-    static void choose(const QString &entry, const QString &list = s("mimeapps.list"))
+    static void choose(const QString &entry, const QString &list = u"mimeapps.list"_s)
     {
         write(qEnvironmentVariable("XDG_CONFIG_HOME") + u'/' + list,
               "[Default Applications]\ninode/directory=gone.desktop;" + entry.toUtf8() + ";\n");
@@ -107,7 +104,7 @@ class FileBrowserTest : public QObject
 
     static void install(const QString &entry)
     {
-        write(qEnvironmentVariable("XDG_DATA_HOME") + s("/applications/") + entry,
+        write(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s + entry,
               "[Desktop Entry]\nType=Application\nName=Files\nExec=true\n");
     }
 
@@ -134,37 +131,37 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_shot = FileUrls::child(folder(), s("a b é%25#.png"));
+        m_shot = FileUrls::child(folder(), u"a b é%25#.png"_s);
         QFile file(m_shot.toLocalFile());
         QVERIFY(file.open(QFile::WriteOnly));
         if (m_commands)
             m_commands->clear();
         m_manager = std::make_unique<FakeFileManager>();
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), m_manager.get(),
+        QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, m_manager.get(),
                                    QDBusConnection::ExportAllSlots));
         // A real one from another test may still be ending.
-        QTRY_VERIFY(bus.registerService(s("org.freedesktop.FileManager1")));
+        QTRY_VERIFY(bus.registerService(u"org.freedesktop.FileManager1"_s));
         m_browser = makeFileBrowser();
     }
 
     void cleanup()
     {
-        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
-        serviceBus().unregisterObject(s("/org/freedesktop/FileManager1"));
+        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
+        serviceBus().unregisterObject(u"/org/freedesktop/FileManager1"_s);
         qunsetenv("SNAP");
         qunsetenv("XDG_CURRENT_DESKTOP");
         const QDir configuration(qEnvironmentVariable("XDG_CONFIG_HOME"));
-        for (const QString &list : configuration.entryList({s("*mimeapps.list")}))
+        for (const QString &list : configuration.entryList({u"*mimeapps.list"_s}))
             QVERIFY(QFile::remove(configuration.filePath(list)));
-        QDir(qEnvironmentVariable("XDG_DATA_HOME") + s("/applications")).removeRecursively();
+        QDir(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s).removeRecursively();
     }
 
     void theFileManagerIsAskedToShowTheFile()
     {
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
-        QVERIFY(uri(m_shot).endsWith(s("/a%20b%20%C3%A9%2525%23.png")));
+        QTRY_COMPARE(m_manager->asked, QStringList{u"items "_s + uri(m_shot)});
+        QVERIFY(uri(m_shot).endsWith(u"/a%20b%20%C3%A9%2525%23.png"_s));
         QCOMPARE(m_commands->calls(), QStringList());
     }
 
@@ -172,7 +169,7 @@ private Q_SLOTS:
     {
         QVERIFY(QFile::remove(m_shot.toLocalFile()));
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_manager->asked, QStringList{s("folders ") + uri(folder())});
+        QTRY_COMPARE(m_manager->asked, QStringList{u"folders "_s + uri(folder())});
     }
 
     void revealingReturnsAtOnce()
@@ -187,16 +184,16 @@ private Q_SLOTS:
 
     void theUsersOwnFileManagerIsAskedFirst()
     {
-        choose(s("org.gnome.Nautilus.desktop"));
+        choose(u"org.gnome.Nautilus.desktop"_s);
         FakeFileManager own;
-        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, s("own"));
-        QVERIFY(bus.registerObject(s("/org/freedesktop/FileManager1"), &own,
+        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"own"_s);
+        QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, &own,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(s("org.gnome.Nautilus")));
+        QVERIFY(bus.registerService(u"org.gnome.Nautilus"_s));
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(own.asked, QStringList{s("items ") + uri(m_shot)});
+        QTRY_COMPARE(own.asked, QStringList{u"items "_s + uri(m_shot)});
         QCOMPARE(m_manager->asked, QStringList());
-        QVERIFY(bus.unregisterService(s("org.gnome.Nautilus")));
+        QVERIFY(bus.unregisterService(u"org.gnome.Nautilus"_s));
     }
 
     void theFileManagerMayComeToTheFront()
@@ -205,7 +202,7 @@ private Q_SLOTS:
             m_browser->reveal(m_shot);
             QTRY_COMPARE(m_manager->asked.size(), time);
         }
-        const QRegularExpression form(s("^velmora-\\d+-\\d+_TIME([1-9]\\d*)$"));
+        const QRegularExpression form(u"^velmora-\\d+-\\d+_TIME([1-9]\\d*)$"_s);
         for (const QString &startupId : std::as_const(m_manager->startupIds))
             QVERIFY2(form.match(startupId).hasMatch(), qPrintable(startupId));
         QVERIFY(m_manager->startupIds.first() != m_manager->startupIds.last());
@@ -215,10 +212,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("command");
-        QTest::newRow("Nautilus") << s("org.gnome.Nautilus.desktop") << s("nautilus --select %1");
-        QTest::newRow("Dolphin") << s("org.kde.dolphin.desktop") << s("dolphin --select %1");
-        QTest::newRow("Nemo") << s("nemo.desktop") << s("nemo %1");
-        QTest::newRow("Caja") << s("caja-folder-handler.desktop") << s("caja --select %1");
+        QTest::newRow("Nautilus") << u"org.gnome.Nautilus.desktop"_s << u"nautilus --select %1"_s;
+        QTest::newRow("Dolphin") << u"org.kde.dolphin.desktop"_s << u"dolphin --select %1"_s;
+        QTest::newRow("Nemo") << u"nemo.desktop"_s << u"nemo %1"_s;
+        QTest::newRow("Caja") << u"caja-folder-handler.desktop"_s << u"caja --select %1"_s;
     }
 
     void oneThatDoesNotRunIsStarted()
@@ -235,52 +232,52 @@ private Q_SLOTS:
     void theChoiceForTheRunningDesktopComesFirst()
     {
         qputenv("XDG_CURRENT_DESKTOP", "Other:MATE");
-        choose(s("org.kde.dolphin.desktop"));
-        choose(s("nemo.desktop"), s("mate-mimeapps.list"));
-        m_commands->add(s("dolphin"));
-        m_commands->add(s("nemo"));
+        choose(u"org.kde.dolphin.desktop"_s);
+        choose(u"nemo.desktop"_s, u"mate-mimeapps.list"_s);
+        m_commands->add(u"dolphin"_s);
+        m_commands->add(u"nemo"_s);
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_commands->calls(), QStringList{s("nemo ") + m_shot.toLocalFile()});
+        QTRY_COMPARE(m_commands->calls(), QStringList{u"nemo "_s + m_shot.toLocalFile()});
     }
 
     void withoutAChoiceTheSystemsCounts()
     {
-        write(m_systemFolder.filePath(s("applications/mimeinfo.cache")),
+        write(m_systemFolder.filePath(u"applications/mimeinfo.cache"_s),
               "[MIME Cache]\ninode/directory=nemo.desktop;org.kde.dolphin.desktop;\n");
-        install(s("org.kde.dolphin.desktop"));
-        m_commands->add(s("dolphin"));
+        install(u"org.kde.dolphin.desktop"_s);
+        m_commands->add(u"dolphin"_s);
         m_browser->reveal(m_shot);
         QTRY_COMPARE(m_commands->calls(),
-                     QStringList{s("dolphin --select ") + m_shot.toLocalFile()});
-        QVERIFY(QFile::remove(m_systemFolder.filePath(s("applications/mimeinfo.cache"))));
+                     QStringList{u"dolphin --select "_s + m_shot.toLocalFile()});
+        QVERIFY(QFile::remove(m_systemFolder.filePath(u"applications/mimeinfo.cache"_s)));
     }
 
     void oneThatIsNotKnownLeavesItToAnyOther()
     {
-        choose(s("some.other.desktop"));
+        choose(u"some.other.desktop"_s);
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
+        QTRY_COMPARE(m_manager->asked, QStringList{u"items "_s + uri(m_shot)});
     }
 
     void oneThatIsNotInstalledLeavesItToAnyOther()
     {
-        choose(s("org.kde.dolphin.desktop"));
+        choose(u"org.kde.dolphin.desktop"_s);
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_manager->asked, QStringList{s("items ") + uri(m_shot)});
+        QTRY_COMPARE(m_manager->asked, QStringList{u"items "_s + uri(m_shot)});
     }
 
     void aRefusalOpensTheFolder()
     {
         m_manager->answer = FakeFileManager::Answer::Error;
-        m_commands->add(s("xdg-open"));
+        m_commands->add(u"xdg-open"_s);
         m_browser->reveal(m_shot);
-        QTRY_COMPARE(m_commands->calls(), QStringList{s("xdg-open ") + uri(folder())});
+        QTRY_COMPARE(m_commands->calls(), QStringList{u"xdg-open "_s + uri(folder())});
     }
 
     void aSilentFileManagerIsNotWaitedForLongerThanThreeSeconds()
     {
         m_manager->answer = FakeFileManager::Answer::None;
-        m_commands->add(s("xdg-open"));
+        m_commands->add(u"xdg-open"_s);
         QElapsedTimer timer;
         timer.start();
         m_browser->reveal(m_shot);
@@ -292,15 +289,15 @@ private Q_SLOTS:
     {
         FakePortal portal;
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(s("/org/freedesktop/portal/desktop"), &portal,
+        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(s("org.freedesktop.portal.Desktop")));
+        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
         m_manager->answer = FakeFileManager::Answer::Error;
         qputenv("SNAP", "/snap/velmora");
         m_browser->reveal(m_shot);
         QTRY_COMPARE(portal.asked, QStringList{m_shot.toLocalFile()});
-        bus.unregisterService(s("org.freedesktop.portal.Desktop"));
-        bus.unregisterObject(s("/org/freedesktop/portal/desktop"));
+        bus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
+        bus.unregisterObject(u"/org/freedesktop/portal/desktop"_s);
     }
 
     void aBrowserThatEndsWhileItWaitsDoesNothingMore()
@@ -309,7 +306,7 @@ private Q_SLOTS:
         m_browser->reveal(m_shot);
         QTRY_COMPARE(m_manager->asked.size(), 1);
         m_browser.reset();
-        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
         QCoreApplication::processEvents();
         QCOMPARE(m_commands->calls(), QStringList());
     }
@@ -317,43 +314,43 @@ private Q_SLOTS:
     /// The last tests: they need the real commands.
     void theRealFileManagerOpensAWindowOfTheFolder()
     {
-        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
+        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
         const QString service =
-            s("/usr/share/dbus-1/services/org.xfce.Thunar.FileManager1.service");
+            u"/usr/share/dbus-1/services/org.xfce.Thunar.FileManager1.service"_s;
         if (!QFile::exists(service))
             QSKIP("Thunar is not installed");
         m_commands.reset();
         m_dataFolders.isEmpty() ? qunsetenv("XDG_DATA_DIRS")
                                 : qputenv("XDG_DATA_DIRS", m_dataFolders);
-        choose(s("thunar.desktop"));
+        choose(u"thunar.desktop"_s);
         m_browser->reveal(m_shot);
         const auto windowNames = [] {
-            return XDesktop::run(s("xdotool"), {s("search"), s("--onlyvisible"), s("--class"),
-                                                s("thunar"), s("getwindowname"), s("%@")});
+            return XDesktop::run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s,
+                                                u"thunar"_s, u"getwindowname"_s, u"%@"_s});
         };
         const QString name = FileUrls::lastPathComponent(folder());
         QTRY_VERIFY_WITH_TIMEOUT(windowNames().contains(name), 20'000);
-        XDesktop::run(s("thunar"), {s("-q")});
+        XDesktop::run(u"thunar"_s, {u"-q"_s});
     }
 
     void cajaComesToTheFront()
     {
-        if (QStandardPaths::findExecutable(s("caja")).isEmpty())
+        if (QStandardPaths::findExecutable(u"caja"_s).isEmpty())
             QSKIP("Caja is not installed");
-        serviceBus().unregisterService(s("org.freedesktop.FileManager1"));
-        choose(s("caja-folder-handler.desktop"));
+        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
+        choose(u"caja-folder-handler.desktop"_s);
         // It is already running; the user is in another application.
         QProcess caja;
         caja.setStandardErrorFile(QProcess::nullDevice());
-        caja.start(s("caja"), {s("--no-desktop"), m_systemFolder.path()});
+        caja.start(u"caja"_s, {u"--no-desktop"_s, m_systemFolder.path()});
         const auto active = [] {
-            return XDesktop::run(s("xdotool"), {s("getactivewindow"), s("getwindowname")});
+            return XDesktop::run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s});
         };
         const QString other = QFileInfo(m_systemFolder.path()).fileName();
         QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(other), 20'000);
-        const Terminal terminal(m_systemFolder.filePath(s("typed")));
+        const Terminal terminal(m_systemFolder.filePath(u"typed"_s));
         terminal.activate();
-        XDesktop::type(s("words"));
+        XDesktop::type(u"words"_s);
         m_browser->reveal(m_shot);
         const QString name = FileUrls::lastPathComponent(folder());
         QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(name), 20'000);

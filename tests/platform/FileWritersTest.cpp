@@ -11,6 +11,8 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 using Answer = FileWriters::Answer;
 
 class FileWritersTest : public QObject
@@ -25,7 +27,7 @@ class FileWritersTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_path = m_folder.filePath(QStringLiteral("shot.png"));
+        m_path = m_folder.filePath(u"shot.png"_s);
         QFile file(m_path);
         QVERIFY(file.open(QFile::WriteOnly));
         file.write("picture");
@@ -65,9 +67,8 @@ private Q_SLOTS:
     void aWriterInAnotherProcessCounts()
     {
         QProcess writer;
-        writer.start(QStringLiteral("sh"),
-                     {QStringLiteral("-c"), QStringLiteral("exec >>\"$1\"; echo ready >&2; read x"),
-                      QStringLiteral("sh"), m_path});
+        writer.start(u"sh"_s,
+                     {u"-c"_s, u"exec >>\"$1\"; echo ready >&2; read x"_s, u"sh"_s, m_path});
         writer.setReadChannel(QProcess::StandardError);
         QVERIFY(writer.waitForReadyRead(10'000));
         QCOMPARE(m_writers->writersOf(m_reader.handle()), Answer::Some);
@@ -80,11 +81,11 @@ private Q_SLOTS:
     {
         QFile writer(m_path);
         QVERIFY(writer.open(QFile::Append));
-        QVERIFY(QFile::rename(m_path, m_folder.filePath(QStringLiteral("renamed.png"))));
+        QVERIFY(QFile::rename(m_path, m_folder.filePath(u"renamed.png"_s)));
         QCOMPARE(m_writers->writersOf(m_reader.handle()), Answer::Some);
         writer.close();
         QCOMPARE(m_writers->writersOf(m_reader.handle()), Answer::None);
-        QVERIFY(QFile::remove(m_folder.filePath(QStringLiteral("renamed.png"))));
+        QVERIFY(QFile::remove(m_folder.filePath(u"renamed.png"_s)));
     }
 
     void writersThatComeWhileWeAskSucceedAndDoNotKillUs()

@@ -125,7 +125,7 @@ private Q_SLOTS:
         QVERIFY(!panel.isActiveWindow());
     }
 
-    void itTakesTheKeyboardWhenItIsTold()
+    void itTakesTheKeyboardWhenItIsAskedTo()
     {
         QTemporaryDir folder;
         const Terminal terminal(folder.filePath(text("typed")));

@@ -18,13 +18,10 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 using ImageType = PasteboardContents::ImageType;
 
@@ -58,8 +55,8 @@ class PasteboardTest : public QObject
     Q_OBJECT
 
     const TestFiles m_files;
-    const QUrl m_shot = m_files.make(s("a b é%25.png"));
-    const QUrl m_other = m_files.make(s("other.png"));
+    const QUrl m_shot = m_files.make(u"a b é%25.png"_s);
+    const QUrl m_other = m_files.make(u"other.png"_s);
 
 private Q_SLOTS:
     void init() { XClip::take("before"); }
@@ -70,15 +67,15 @@ private Q_SLOTS:
         pasteboard->write(fileContents(m_shot));
         const QByteArray uri = m_shot.toEncoded();
         QVERIFY(uri.endsWith("/a%20b%20%C3%A9%2525.png"));
-        QCOMPARE(XClip::read(s("text/uri-list")), QByteArray(uri + "\r\n"));
-        QCOMPARE(XClip::read(s("x-special/gnome-copied-files")), QByteArray("copy\n" + uri));
-        QCOMPARE(XClip::read(s("x-special/mate-copied-files")), QByteArray("copy\n" + uri));
-        QCOMPARE(XClip::read(s("application/x-kde-cutselection")), QByteArray("0"));
+        QCOMPARE(XClip::read(u"text/uri-list"_s), QByteArray(uri + "\r\n"));
+        QCOMPARE(XClip::read(u"x-special/gnome-copied-files"_s), QByteArray("copy\n" + uri));
+        QCOMPARE(XClip::read(u"x-special/mate-copied-files"_s), QByteArray("copy\n" + uri));
+        QCOMPARE(XClip::read(u"application/x-kde-cutselection"_s), QByteArray("0"));
         const QByteArray path = m_shot.toLocalFile().toUtf8();
         for (const char *format : {"text/plain", "UTF8_STRING"})
-            QCOMPARE(XClip::read(s(format)), path);
+            QCOMPARE(XClip::read(QString::fromUtf8(format)), path);
         for (const QString &format : XClip::formats())
-            QVERIFY2(!format.startsWith(s("image/")), qPrintable(format));
+            QVERIFY2(!format.startsWith(u"image/"_s), qPrintable(format));
     }
 
     void fileManagersMeetTheFileBeforeThePicture()
@@ -87,9 +84,9 @@ private Q_SLOTS:
         contents.file = m_shot;
         const auto pasteboard = makePasteboard();
         pasteboard->write(contents);
-        const QStringList known = {s("text/uri-list"), s("x-special/gnome-copied-files"),
-                                   s("x-special/mate-copied-files"),
-                                   s("application/x-kde-cutselection"), s("image/png")};
+        const QStringList known = {u"text/uri-list"_s, u"x-special/gnome-copied-files"_s,
+                                   u"x-special/mate-copied-files"_s,
+                                   u"application/x-kde-cutselection"_s, u"image/png"_s};
         QStringList offered = XClip::formats();
         offered.removeIf([&known](const QString &format) { return !known.contains(format); });
         QCOMPARE(offered, known);
@@ -99,10 +96,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("format");
-        QTest::newRow("PNG") << int(ImageType::Png) << s("image/png");
-        QTest::newRow("JPEG") << int(ImageType::Jpeg) << s("image/jpeg");
-        QTest::newRow("HEIC") << int(ImageType::Heic) << s("image/heic");
-        QTest::newRow("TIFF") << int(ImageType::Tiff) << s("image/tiff");
+        QTest::newRow("PNG") << int(ImageType::Png) << u"image/png"_s;
+        QTest::newRow("JPEG") << int(ImageType::Jpeg) << u"image/jpeg"_s;
+        QTest::newRow("HEIC") << int(ImageType::Heic) << u"image/heic"_s;
+        QTest::newRow("TIFF") << int(ImageType::Tiff) << u"image/tiff"_s;
     }
 
     void aPicturesBytesStandUnderTheirType()
@@ -113,10 +110,10 @@ private Q_SLOTS:
         const auto pasteboard = makePasteboard();
         pasteboard->write(pictureContents(ImageType(type), bytes, redPicture()));
         QCOMPARE(XClip::read(format), bytes);
-        QStringList pictures = XClip::formats().filter(s("image/"));
+        QStringList pictures = XClip::formats().filter(u"image/"_s);
         pictures.removeAll(format);
         QCOMPARE(pictures,
-                 type == int(ImageType::Png) ? QStringList() : QStringList{s("image/png")});
+                 type == int(ImageType::Png) ? QStringList() : QStringList{u"image/png"_s});
     }
 
     void whoCantReadTheTypeGetsThePictureAsPng()
@@ -130,11 +127,11 @@ private Q_SLOTS:
         const auto pasteboard = makePasteboard();
         pasteboard->write(contents);
         XClip::formats();
-        XClip::read(s("image/heic"));
+        XClip::read(u"image/heic"_s);
         QCOMPARE(decoded, 0);
-        const QByteArray png = XClip::read(s("image/png"));
+        const QByteArray png = XClip::read(u"image/png"_s);
         QCOMPARE(QImage::fromData(png, "png").convertToFormat(QImage::Format_RGB32), redPicture());
-        QCOMPARE(XClip::read(s("image/png")), png);
+        QCOMPARE(XClip::read(u"image/png"_s), png);
         QCOMPARE(decoded, 1);
     }
 
@@ -142,8 +139,8 @@ private Q_SLOTS:
     {
         const auto pasteboard = makePasteboard();
         pasteboard->write(pictureContents(ImageType::Jpeg, "no jpeg", {}));
-        QCOMPARE(XClip::read(s("image/png")), QByteArray());
-        QCOMPARE(XClip::read(s("image/jpeg")), QByteArray("no jpeg"));
+        QCOMPARE(XClip::read(u"image/png"_s), QByteArray());
+        QCOMPARE(XClip::read(u"image/jpeg"_s), QByteArray("no jpeg"));
     }
 
     void aLargePictureArrivesWhole()
@@ -153,7 +150,7 @@ private Q_SLOTS:
             bytes[i] = char(i * 31 + i / 251);
         const auto pasteboard = makePasteboard();
         pasteboard->write(pictureContents(ImageType::Png, bytes, {}));
-        QVERIFY(XClip::read(s("image/png")) == bytes);
+        QVERIFY(XClip::read(u"image/png"_s) == bytes);
     }
 
     void programsOfTheSameToolkitGetThePictureAndTheFile()
@@ -171,7 +168,7 @@ private Q_SLOTS:
     /// The real file manager, used by its keys.
     void cajaPastesTheFile()
     {
-        const QString caja = QStandardPaths::findExecutable(s("caja"));
+        const QString caja = QStandardPaths::findExecutable(u"caja"_s);
         if (caja.isEmpty())
             QSKIP("Caja is not installed");
         const QTemporaryDir target;
@@ -179,18 +176,18 @@ private Q_SLOTS:
         pasteboard->write(fileContents(m_shot));
         QProcess process;
         process.setStandardErrorFile(QProcess::nullDevice());
-        process.start(caja, {s("--no-desktop"), s("--browser"), target.path()});
+        process.start(caja, {u"--no-desktop"_s, u"--browser"_s, target.path()});
         const auto window = [] {
-            return XDesktop::run(s("xdotool"),
-                                 {s("search"), s("--onlyvisible"), s("--class"), s("caja")});
+            return XDesktop::run(u"xdotool"_s,
+                                 {u"search"_s, u"--onlyvisible"_s, u"--class"_s, u"caja"_s});
         };
         QTRY_VERIFY_WITH_TIMEOUT(!window().isEmpty(), 20'000);
         const QString pasted = target.filePath(m_shot.fileName());
         // It may not be ready for the key as soon as its window is there.
         const auto paste = [&] {
-            XDesktop::run(s("xdotool"),
-                          {s("windowactivate"), s("--sync"), window().section(u'\n', -1)});
-            XDesktop::pressKey(s("ctrl+v"));
+            XDesktop::run(u"xdotool"_s,
+                          {u"windowactivate"_s, u"--sync"_s, window().section(u'\n', -1)});
+            XDesktop::pressKey(u"ctrl+v"_s);
             return QTest::qWaitFor([&pasted] { return QFile::exists(pasted); }, 1000);
         };
         QTRY_VERIFY_WITH_TIMEOUT(paste(), 20'000);
@@ -205,16 +202,16 @@ private Q_SLOTS:
         XClip::take("somebody else's");
         QTRY_VERIFY(!QGuiApplication::clipboard()->ownsClipboard());
         pasteboard->fileMoved(m_shot, m_other);
-        QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("somebody else's"));
+        QCOMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray("somebody else's"));
     }
 
     void whatThisProgramPutThereAnotherWayIsLeftAlone()
     {
         const auto pasteboard = makePasteboard();
         pasteboard->write(fileContents(m_shot));
-        QGuiApplication::clipboard()->setText(s("another part's"));
+        QGuiApplication::clipboard()->setText(u"another part's"_s);
         pasteboard->fileMoved(m_shot, m_other);
-        QCOMPARE(XClip::read(s("UTF8_STRING")), QByteArray("another part's"));
+        QCOMPARE(XClip::read(u"UTF8_STRING"_s), QByteArray("another part's"));
     }
 };
 

@@ -15,13 +15,10 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 QStringList filesIn(const QString &folder)
 {
@@ -41,9 +38,9 @@ class SystemTrashOnOtherFileSystemsTest : public QObject
     const QString m_user = QString::number(::getuid());
     QUrl m_shot;
 
-    QString common() const { return m_disk->filePath(s(".Trash")); }
-    QString own() const { return m_disk->filePath(s(".Trash-") + m_user); }
-    QString home() const { return m_data->filePath(s("Trash")); }
+    QString common() const { return m_disk->filePath(u".Trash"_s); }
+    QString own() const { return m_disk->filePath(u".Trash-"_s + m_user); }
+    QString home() const { return m_data->filePath(u"Trash"_s); }
 
     static QByteArray contentOf(const QString &path)
     {
@@ -54,9 +51,9 @@ class SystemTrashOnOtherFileSystemsTest : public QObject
                              const QByteArray &noted)
     {
         QVERIFY2(!trashed.error, trashed.error.message().c_str());
-        QCOMPARE(trashed.location->toLocalFile(), trash + s("/files/a shot.png"));
-        QCOMPARE(contentOf(trash + s("/files/a shot.png")), QByteArray("pixels"));
-        const QByteArray info = contentOf(trash + s("/info/a shot.png.trashinfo"));
+        QCOMPARE(trashed.location->toLocalFile(), trash + u"/files/a shot.png"_s);
+        QCOMPARE(contentOf(trash + u"/files/a shot.png"_s), QByteArray("pixels"));
+        const QByteArray info = contentOf(trash + u"/info/a shot.png.trashinfo"_s);
         QCOMPARE(info.split('\n').value(1), QByteArray("Path=" + noted));
     }
 
@@ -68,8 +65,8 @@ private Q_SLOTS:
             QSKIP(PrivateMount::unavailable);
         m_data = std::make_unique<QTemporaryDir>();
         qputenv("XDG_DATA_HOME", QFile::encodeName(m_data->path()));
-        QVERIFY(QDir().mkpath(m_disk->filePath(s("some/folder"))));
-        m_shot = FileUrls::fromPath(m_disk->filePath(s("some/folder/a shot.png")));
+        QVERIFY(QDir().mkpath(m_disk->filePath(u"some/folder"_s)));
+        m_shot = FileUrls::fromPath(m_disk->filePath(u"some/folder/a shot.png"_s));
         TestFiles::write(m_shot, "pixels");
     }
 
@@ -84,7 +81,7 @@ private Q_SLOTS:
 
     void aFileAtTheTopIsNotedByItsNameAlone()
     {
-        const QUrl top = FileUrls::fromPath(m_disk->filePath(s("a shot.png")));
+        const QUrl top = FileUrls::fromPath(m_disk->filePath(u"a shot.png"_s));
         TestFiles::write(top, "pixels");
         checkTrashed(m_trash->trash(top), own(), "a%20shot.png");
     }
@@ -107,7 +104,7 @@ private Q_SLOTS:
     void aCommonTrashThatIsNotSafeIsNotUsed()
     {
         QFETCH(bool, isLink);
-        const QString real = m_disk->filePath(isLink ? s("real") : s(".Trash"));
+        const QString real = m_disk->filePath(isLink ? u"real"_s : u".Trash"_s);
         QVERIFY(QDir().mkdir(real));
         QCOMPARE(::chmod(QFile::encodeName(real).constData(), isLink ? 01777 : 0777), 0);
         if (isLink)
@@ -135,8 +132,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, isLink);
         if (isLink) {
-            QVERIFY(QDir().mkdir(m_disk->filePath(s("real"))));
-            QVERIFY(QFile::link(m_disk->filePath(s("real")), own()));
+            QVERIFY(QDir().mkdir(m_disk->filePath(u"real"_s)));
+            QVERIFY(QFile::link(m_disk->filePath(u"real"_s), own()));
         } else {
             QVERIFY(QDir().mkdir(own()));
             QCOMPARE(::chown(QFile::encodeName(own()).constData(), 65534, 65534), 0);
@@ -147,7 +144,7 @@ private Q_SLOTS:
         QCOMPARE(::setxattr(path.constData(), "trusted.velmora", "kept", 4, 0), 0);
         checkTrashed(m_trash->trash(m_shot), home(), path.toPercentEncoding("/"));
 
-        const QByteArray copy = QFile::encodeName(home() + s("/files/a shot.png"));
+        const QByteArray copy = QFile::encodeName(home() + u"/files/a shot.png"_s);
         struct stat status = {};
         QCOMPARE(::stat(copy.constData(), &status), 0);
         QCOMPARE(status.st_mtim.tv_sec, 1'100'000'000);
@@ -164,8 +161,8 @@ private Q_SLOTS:
         QVERIFY(trashed.toLocalFile().startsWith(home()));
         QVERIFY(!m_trash->restore(trashed, m_shot));
         QCOMPARE(TestFiles::read(m_shot), QByteArray("pixels"));
-        QCOMPARE(filesIn(home() + s("/info")), QStringList());
-        QCOMPARE(filesIn(home() + s("/files")), QStringList());
+        QCOMPARE(filesIn(home() + u"/info"_s), QStringList());
+        QCOMPARE(filesIn(home() + u"/files"_s), QStringList());
     }
 
     void aDiskThatMayNotBeWrittenKeepsItsFile()
@@ -174,20 +171,20 @@ private Q_SLOTS:
         const SystemTrash::Trashed trashed = m_trash->trash(m_shot);
         QVERIFY(trashed.error == std::errc::read_only_file_system);
         QCOMPARE(TestFiles::read(m_shot), QByteArray("pixels"));
-        QCOMPARE(filesIn(home() + s("/files")), QStringList());
-        QCOMPARE(filesIn(home() + s("/info")), QStringList());
+        QCOMPARE(filesIn(home() + u"/files"_s), QStringList());
+        QCOMPARE(filesIn(home() + u"/info"_s), QStringList());
     }
 
     void aFullDiskIsAnErrorAndKeepsTheFile()
     {
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_disk->filePath(s("data"))));
-        QVERIFY(QDir().mkpath(m_disk->filePath(s("data/Trash/files"))) &&
-                QDir().mkpath(m_disk->filePath(s("data/Trash/info"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_disk->filePath(u"data"_s)));
+        QVERIFY(QDir().mkpath(m_disk->filePath(u"data/Trash/files"_s)) &&
+                QDir().mkpath(m_disk->filePath(u"data/Trash/info"_s)));
         m_disk->fill();
         const SystemTrash::Trashed trashed = m_trash->trash(m_shot);
         QVERIFY(trashed.error == std::errc::no_space_on_device);
         QCOMPARE(TestFiles::read(m_shot), QByteArray("pixels"));
-        QCOMPARE(filesIn(m_disk->filePath(s("data/Trash/info"))), QStringList());
+        QCOMPARE(filesIn(m_disk->filePath(u"data/Trash/info"_s)), QStringList());
     }
 
     void aFullDiskElsewhereTrashesToTheHome()
@@ -195,7 +192,7 @@ private Q_SLOTS:
         m_disk->fill();
         checkTrashed(m_trash->trash(m_shot), home(),
                      QFile::encodeName(m_shot.toLocalFile()).toPercentEncoding("/"));
-        QCOMPARE(filesIn(own() + s("/info")), QStringList());
+        QCOMPARE(filesIn(own() + u"/info"_s), QStringList());
     }
 
     void aFullHomeKeepsTheFileAndNoHalfCopy()
@@ -208,16 +205,16 @@ private Q_SLOTS:
         const SystemTrash::Trashed trashed = m_trash->trash(m_shot);
         QVERIFY(trashed.error == std::errc::no_space_on_device);
         QCOMPARE(TestFiles::read(m_shot).size(), 200'000);
-        QCOMPARE(filesIn(full.filePath(s("Trash/files"))), QStringList());
-        QCOMPARE(filesIn(full.filePath(s("Trash/info"))), QStringList());
+        QCOMPARE(filesIn(full.filePath(u"Trash/files"_s)), QStringList());
+        QCOMPARE(filesIn(full.filePath(u"Trash/info"_s)), QStringList());
     }
 
     void throughALinkedFolderTheFileGoesWhereItStands()
     {
         const QTemporaryDir elsewhere;
-        const QString link = elsewhere.filePath(s("link"));
-        QVERIFY(QFile::link(m_disk->filePath(s("some/folder")), link));
-        checkTrashed(m_trash->trash(FileUrls::fromPath(link + s("/a shot.png"))), own(),
+        const QString link = elsewhere.filePath(u"link"_s);
+        QVERIFY(QFile::link(m_disk->filePath(u"some/folder"_s), link));
+        checkTrashed(m_trash->trash(FileUrls::fromPath(link + u"/a shot.png"_s)), own(),
                      "some/folder/a%20shot.png");
     }
 };

@@ -15,15 +15,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 constexpr uid_t nobody = 65534;
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 QByteArray pathOf(const QUrl &url)
 {
@@ -53,11 +50,11 @@ class SystemTrashTest : public QObject
     std::unique_ptr<QTemporaryDir> m_data;
     std::unique_ptr<SystemTrash> m_trash;
 
-    QString homeTrash() const { return m_data->filePath(s("data/Trash")); }
-    QString homeTrashed(const QString &name) const { return homeTrash() + s("/files/") + name; }
+    QString homeTrash() const { return m_data->filePath(u"data/Trash"_s); }
+    QString homeTrashed(const QString &name) const { return homeTrash() + u"/files/"_s + name; }
     QString homeInfo(const QString &name) const
     {
-        return homeTrash() + s("/info/") + name + s(".trashinfo");
+        return homeTrash() + u"/info/"_s + name + u".trashinfo"_s;
     }
     static QByteArray contentOf(const QString &path)
     {
@@ -82,43 +79,43 @@ private Q_SLOTS:
     {
         m_files = std::make_unique<TestFiles>();
         m_data = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_data->filePath(s("data"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_data->filePath(u"data"_s)));
         m_trash = makeSystemTrash();
     }
 
     void theHomeTrashHoldsTheFileAndANote()
     {
-        const QUrl shot = m_files->make(s("50%41 off é.png"));
+        const QUrl shot = m_files->make(u"50%41 off é.png"_s);
         const SystemTrash::Trashed trashed = m_trash->trash(shot);
-        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(s("50%41 off é.png")));
-        QCOMPARE(contentOf(homeTrashed(s("50%41 off é.png"))), s("50%41 off é.png").toUtf8());
-        QCOMPARE(notedPath(homeInfo(s("50%41 off é.png"))),
+        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(u"50%41 off é.png"_s));
+        QCOMPARE(contentOf(homeTrashed(u"50%41 off é.png"_s)), u"50%41 off é.png"_s.toUtf8());
+        QCOMPARE(notedPath(homeInfo(u"50%41 off é.png"_s)),
                  pathOf(m_files->folder()) + QByteArray("/50%2541%20off%20%C3%A9.png"));
-        QCOMPARE(permissionsOf(homeInfo(s("50%41 off é.png"))), 0600U);
+        QCOMPARE(permissionsOf(homeInfo(u"50%41 off é.png"_s)), 0600U);
     }
 
     void theNoteNamesThePlaceAsTheDesktopsOwnToolDoes()
     {
-        if (QStandardPaths::findExecutable(s("gio")).isEmpty())
+        if (QStandardPaths::findExecutable(u"gio"_s).isEmpty())
             QSKIP("gio is not installed");
         for (const char *name : {"plain.png", "50%41 é #?&=+,;:@!$'()*[]~_-.png", "\"\\|<>.png",
                                  "日本語 😀.png", " .png"}) {
-            const QUrl shot = m_files->make(s(name));
+            const QUrl shot = m_files->make(QString::fromUtf8(name));
             const QByteArray ours =
                 notedPath(homeInfo(FileUrls::lastPathComponent(*m_trash->trash(shot).location)));
-            m_files->make(s(name));
+            m_files->make(QString::fromUtf8(name));
             const QTemporaryDir theirData;
             QProcess gio;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(s("XDG_DATA_HOME"), theirData.path());
+            environment.insert(u"XDG_DATA_HOME"_s, theirData.path());
             gio.setProcessEnvironment(environment);
-            gio.start(s("gio"), {s("trash"), shot.toLocalFile()});
+            gio.start(u"gio"_s, {u"trash"_s, shot.toLocalFile()});
             QVERIFY(gio.waitForFinished());
             if (gio.exitCode() != 0)
                 QSKIP("gio can't trash files of this folder");
             const QByteArray theirs =
-                notedPath(theirData.filePath(s("Trash/info/")) +
-                          filesIn(theirData.filePath(s("Trash/info"))).first());
+                notedPath(theirData.filePath(u"Trash/info/"_s) +
+                          filesIn(theirData.filePath(u"Trash/info"_s)).first());
             QCOMPARE(QByteArray::fromPercentEncoding(ours),
                      QByteArray::fromPercentEncoding(theirs));
             QCOMPARE(QByteArray::fromPercentEncoding(ours), pathOf(shot));
@@ -127,25 +124,25 @@ private Q_SLOTS:
 
     void anotherProgramPutsTheFileBack()
     {
-        if (QStandardPaths::findExecutable(s("trash-restore")).isEmpty())
+        if (QStandardPaths::findExecutable(u"trash-restore"_s).isEmpty())
             QSKIP("trash-cli is not installed");
-        const QUrl shot = m_files->make(s("50%41 off é.png"), "content");
+        const QUrl shot = m_files->make(u"50%41 off é.png"_s, "content");
         QVERIFY(!m_trash->trash(shot).error);
         QProcess restore;
-        restore.start(s("trash-restore"), {m_files->folder().toLocalFile()});
+        restore.start(u"trash-restore"_s, {m_files->folder().toLocalFile()});
         restore.write("0\n");
         restore.closeWriteChannel();
         QVERIFY(restore.waitForFinished());
         QCOMPARE(TestFiles::read(shot), QByteArray("content"));
-        QCOMPARE(filesIn(homeTrash() + s("/info")), QStringList());
+        QCOMPARE(filesIn(homeTrash() + u"/info"_s), QStringList());
     }
 
     void missingFoldersAreMadeForTheOwnerOnly()
     {
-        QVERIFY(!QFile::exists(m_data->filePath(s("data"))));
-        QVERIFY(!m_trash->trash(m_files->make(s("Shot.png"))).error);
+        QVERIFY(!QFile::exists(m_data->filePath(u"data"_s)));
+        QVERIFY(!m_trash->trash(m_files->make(u"Shot.png"_s)).error);
         for (const char *folder : {"data", "data/Trash", "data/Trash/files", "data/Trash/info"})
-            QCOMPARE(permissionsOf(m_data->filePath(s(folder))), 0700U);
+            QCOMPARE(permissionsOf(m_data->filePath(QString::fromUtf8(folder))), 0700U);
     }
 
     void withoutASettingTheTrashIsInTheHome_data()
@@ -159,54 +156,54 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, setting);
         qputenv("XDG_DATA_HOME", setting);
-        const SystemTrash::Trashed trashed = m_trash->trash(m_files->make(s("Shot.png")));
+        const SystemTrash::Trashed trashed = m_trash->trash(m_files->make(u"Shot.png"_s));
         QVERIFY(trashed.location->toLocalFile().startsWith(QDir::homePath() +
-                                                           s("/.local/share/Trash/files/Shot")));
+                                                           u"/.local/share/Trash/files/Shot"_s));
     }
 
     void aTakenNameGetsACounterBeforeTheExtension()
     {
-        m_trash->trash(m_files->make(s("Shot.png"), "1"));
-        m_trash->trash(m_files->make(s("Shot.png"), "2"));
-        const auto third = m_trash->trash(m_files->make(s("Shot.png"), "3"));
-        QCOMPARE(third.location->toLocalFile(), homeTrashed(s("Shot.3.png")));
-        QCOMPARE(filesIn(homeTrash() + s("/files")),
-                 (QStringList{s("Shot.2.png"), s("Shot.3.png"), s("Shot.png")}));
-        QCOMPARE(notedPath(homeInfo(s("Shot.3.png"))), pathOf(m_files->url(s("Shot.png"))));
-        QCOMPARE(m_trash->trash(m_files->make(s("Shot"))).location->toLocalFile(),
-                 homeTrashed(s("Shot")));
-        QCOMPARE(m_trash->trash(m_files->make(s("Shot"))).location->toLocalFile(),
-                 homeTrashed(s("Shot.2")));
+        m_trash->trash(m_files->make(u"Shot.png"_s, "1"));
+        m_trash->trash(m_files->make(u"Shot.png"_s, "2"));
+        const auto third = m_trash->trash(m_files->make(u"Shot.png"_s, "3"));
+        QCOMPARE(third.location->toLocalFile(), homeTrashed(u"Shot.3.png"_s));
+        QCOMPARE(filesIn(homeTrash() + u"/files"_s),
+                 (QStringList{u"Shot.2.png"_s, u"Shot.3.png"_s, u"Shot.png"_s}));
+        QCOMPARE(notedPath(homeInfo(u"Shot.3.png"_s)), pathOf(m_files->url(u"Shot.png"_s)));
+        QCOMPARE(m_trash->trash(m_files->make(u"Shot"_s)).location->toLocalFile(),
+                 homeTrashed(u"Shot"_s));
+        QCOMPARE(m_trash->trash(m_files->make(u"Shot"_s)).location->toLocalFile(),
+                 homeTrashed(u"Shot.2"_s));
     }
 
     void aTrashedFileWithoutANoteIsNotReplaced()
     {
-        QVERIFY(QDir().mkpath(homeTrash() + s("/files")));
-        TestFiles::write(FileUrls::fromPath(homeTrashed(s("Shot.png"))), "an orphan");
-        const auto trashed = m_trash->trash(m_files->make(s("Shot.png")));
-        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(s("Shot.2.png")));
-        QCOMPARE(contentOf(homeTrashed(s("Shot.png"))), QByteArray("an orphan"));
-        QVERIFY(!QFile::exists(homeInfo(s("Shot.png"))));
-        QVERIFY(QFile::exists(homeInfo(s("Shot.2.png"))));
+        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s));
+        TestFiles::write(FileUrls::fromPath(homeTrashed(u"Shot.png"_s)), "an orphan");
+        const auto trashed = m_trash->trash(m_files->make(u"Shot.png"_s));
+        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(u"Shot.2.png"_s));
+        QCOMPARE(contentOf(homeTrashed(u"Shot.png"_s)), QByteArray("an orphan"));
+        QVERIFY(!QFile::exists(homeInfo(u"Shot.png"_s)));
+        QVERIFY(QFile::exists(homeInfo(u"Shot.2.png"_s)));
     }
 
     void aNoteWithoutAFileKeepsItsName()
     {
-        QVERIFY(QDir().mkpath(homeTrash() + s("/info")));
-        TestFiles::write(FileUrls::fromPath(homeInfo(s("Shot.png"))), "an orphan");
-        const auto trashed = m_trash->trash(m_files->make(s("Shot.png")));
-        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(s("Shot.2.png")));
-        QCOMPARE(contentOf(homeInfo(s("Shot.png"))), QByteArray("an orphan"));
+        QVERIFY(QDir().mkpath(homeTrash() + u"/info"_s));
+        TestFiles::write(FileUrls::fromPath(homeInfo(u"Shot.png"_s)), "an orphan");
+        const auto trashed = m_trash->trash(m_files->make(u"Shot.png"_s));
+        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(u"Shot.2.png"_s));
+        QCOMPARE(contentOf(homeInfo(u"Shot.png"_s)), QByteArray("an orphan"));
     }
 
     void aLongNameIsCutBetweenCharacters_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("end");
-        QTest::newRow("letters") << QString(251, u'n') + s(".png") << s(".png");
-        QTest::newRow("two bytes each") << QString(125, QChar(0xE9)) + s(".jpeg") << s(".jpeg");
-        QTest::newRow("three bytes each") << QString(83, QChar(0x65E5)) + s(".heic") << s(".heic");
-        QTest::newRow("four bytes each") << s("😀").repeated(62) + s(".png") << s(".png");
+        QTest::newRow("letters") << QString(251, u'n') + u".png"_s << u".png"_s;
+        QTest::newRow("two bytes each") << QString(125, QChar(0xE9)) + u".jpeg"_s << u".jpeg"_s;
+        QTest::newRow("three bytes each") << QString(83, QChar(0x65E5)) + u".heic"_s << u".heic"_s;
+        QTest::newRow("four bytes each") << u"😀"_s.repeated(62) + u".png"_s << u".png"_s;
         QTest::newRow("all extension") << u"a." + QString(253, u'x') << QString();
         QTest::newRow("no extension") << QString(255, u'n') << QString();
     }
@@ -233,17 +230,17 @@ private Q_SLOTS:
 
     void aTrashThatIsALinkIsFollowed()
     {
-        const QString real = m_data->filePath(s("elsewhere"));
-        QVERIFY(QDir().mkpath(real) && QDir().mkpath(m_data->filePath(s("data"))));
+        const QString real = m_data->filePath(u"elsewhere"_s);
+        QVERIFY(QDir().mkpath(real) && QDir().mkpath(m_data->filePath(u"data"_s)));
         QVERIFY(QFile::link(real, homeTrash()));
-        QVERIFY(!m_trash->trash(m_files->make(s("Shot.png"))).error);
-        QCOMPARE(filesIn(real + s("/files")), QStringList{s("Shot.png")});
+        QVERIFY(!m_trash->trash(m_files->make(u"Shot.png"_s)).error);
+        QCOMPARE(filesIn(real + u"/files"_s), QStringList{u"Shot.png"_s});
     }
 
     void aLinkIsTrashedAndNotWhatItLinksTo()
     {
-        const QUrl shot = m_files->make(s("Shot.png"));
-        const QUrl link = m_files->url(s("link.png"));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
+        const QUrl link = m_files->url(u"link.png"_s);
         QVERIFY(QFile::link(shot.toLocalFile(), link.toLocalFile()));
         const auto trashed = m_trash->trash(link);
         QVERIFY(QFileInfo(trashed.location->toLocalFile()).isSymLink());
@@ -252,38 +249,38 @@ private Q_SLOTS:
 
     void restoringTakesTheNoteAway()
     {
-        const QUrl shot = m_files->make(s("Shot.png"));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
         const QUrl trashed = *m_trash->trash(shot).location;
-        QVERIFY(QFile::exists(homeInfo(s("Shot.png"))));
+        QVERIFY(QFile::exists(homeInfo(u"Shot.png"_s)));
         QVERIFY(!m_trash->restore(trashed, shot));
-        QVERIFY(!QFile::exists(homeInfo(s("Shot.png"))));
+        QVERIFY(!QFile::exists(homeInfo(u"Shot.png"_s)));
     }
 
     void aRestoreThatFailsKeepsTheNote()
     {
-        const QUrl shot = m_files->make(s("Shot.png"));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
         const QUrl trashed = *m_trash->trash(shot).location;
         TestFiles::write(shot, "somebody else's");
         QVERIFY(m_trash->restore(trashed, shot));
-        QVERIFY(QFile::exists(homeInfo(s("Shot.png"))));
+        QVERIFY(QFile::exists(homeInfo(u"Shot.png"_s)));
     }
 
     void whatIsTrashedTwiceComesBackInTwoSteps()
     {
-        const QUrl shot = m_files->make(s("Shot.png"));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
         const QUrl once = *m_trash->trash(shot).location;
         const QUrl twice = *m_trash->trash(once).location;
         QVERIFY(!m_trash->restore(twice, once));
         QVERIFY(!m_trash->restore(once, shot));
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
-        QCOMPARE(filesIn(homeTrash() + s("/info")), QStringList());
+        QCOMPARE(filesIn(homeTrash() + u"/info"_s), QStringList());
     }
 
     void aTrashInTheWayOfAFileIsAnError()
     {
-        QVERIFY(QDir().mkpath(m_data->filePath(s("data"))));
+        QVERIFY(QDir().mkpath(m_data->filePath(u"data"_s)));
         TestFiles::write(FileUrls::fromPath(homeTrash()), "no folder");
-        const QUrl shot = m_files->make(s("Shot.png"));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
         const auto trashed = m_trash->trash(shot);
         QVERIFY(trashed.error == std::errc::not_a_directory);
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
@@ -293,11 +290,11 @@ private Q_SLOTS:
     {
         if (::getuid() != 0)
             QSKIP("only root can be somebody else");
-        const QUrl shot = m_files->make(s("Shot.png"));
-        QVERIFY(QDir().mkpath(homeTrash() + s("/files")) &&
-                QDir().mkpath(homeTrash() + s("/info")));
+        const QUrl shot = m_files->make(u"Shot.png"_s);
+        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s) &&
+                QDir().mkpath(homeTrash() + u"/info"_s));
         QCOMPARE(::chmod(QFile::encodeName(m_data->path()).constData(), 0755), 0);
-        QCOMPARE(::chmod(QFile::encodeName(homeTrash() + s("/info")).constData(), 0555), 0);
+        QCOMPARE(::chmod(QFile::encodeName(homeTrash() + u"/info"_s).constData(), 0555), 0);
         QCOMPARE(::chmod(pathOf(m_files->folder()).constData(), 0755), 0);
         QCOMPARE(::seteuid(nobody), 0);
         const auto trashed = m_trash->trash(shot);
@@ -310,11 +307,11 @@ private Q_SLOTS:
     {
         if (::getuid() != 0)
             QSKIP("only root can be somebody else");
-        const QUrl shot = m_files->make(s("Shot.png"));
-        QVERIFY(QDir().mkpath(homeTrash() + s("/files")) &&
-                QDir().mkpath(homeTrash() + s("/info")));
-        const QStringList folders = {m_data->path(), m_data->filePath(s("data")), homeTrash(),
-                                     homeTrash() + s("/files"), homeTrash() + s("/info")};
+        const QUrl shot = m_files->make(u"Shot.png"_s);
+        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s) &&
+                QDir().mkpath(homeTrash() + u"/info"_s));
+        const QStringList folders = {m_data->path(), m_data->filePath(u"data"_s), homeTrash(),
+                                     homeTrash() + u"/files"_s, homeTrash() + u"/info"_s};
         for (const QString &folder : folders)
             QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
         QCOMPARE(::chmod(pathOf(m_files->folder()).constData(), 0755), 0);
@@ -323,13 +320,13 @@ private Q_SLOTS:
         QCOMPARE(::seteuid(0), 0);
         QVERIFY(trashed.error == std::errc::permission_denied);
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
-        QCOMPARE(filesIn(homeTrash() + s("/info")), QStringList());
+        QCOMPARE(filesIn(homeTrash() + u"/info"_s), QStringList());
     }
 
     void whatIsNoPathIsAnError()
     {
         for (const char *text : {"", "file:relative.png", "https://example.org/a.png", "file:///"})
-            QVERIFY(m_trash->trash(QUrl(s(text))).error);
+            QVERIFY(m_trash->trash(QUrl(QString::fromUtf8(text))).error);
     }
 };
 

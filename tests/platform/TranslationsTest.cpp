@@ -12,6 +12,8 @@
 
 #include <clocale>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -42,8 +44,8 @@ QByteArray catalogue(const QByteArray &text, const QByteArray &translation)
 
 bool install(const QString &dataFolder, const QByteArray &content)
 {
-    const QString folder = dataFolder + QStringLiteral("/locale/de/LC_MESSAGES");
-    QFile file(folder + QStringLiteral("/gnome-shell.mo"));
+    const QString folder = dataFolder + u"/locale/de/LC_MESSAGES"_s;
+    QFile file(folder + u"/gnome-shell.mo"_s);
     return QDir().mkpath(folder) && file.open(QIODevice::WriteOnly) &&
            file.write(content) == content.size();
 }
@@ -58,43 +60,38 @@ private Q_SLOTS:
     void initTestCase()
     {
         // A German session, on a machine that may not have the locale.
-        const QString locale = m_directory.filePath(QStringLiteral("de_DE.UTF-8"));
+        const QString locale = m_directory.filePath(u"de_DE.UTF-8"_s);
         QProcess localedef;
-        localedef.start(QStringLiteral("localedef"),
-                        {QStringLiteral("-i"), QStringLiteral("de_DE"), QStringLiteral("-f"),
-                         QStringLiteral("UTF-8"), locale});
+        localedef.start(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, locale});
         QVERIFY2(localedef.waitForFinished() && QDir(locale).exists(),
                  "the package locales is needed");
         qputenv("LOCPATH", QFile::encodeName(m_directory.path()));
         qputenv("LC_ALL", "de_DE.UTF-8");
         QVERIFY(std::setlocale(LC_ALL, ""));
-        const QString data = m_directory.filePath(QStringLiteral("data"));
-        QVERIFY(QDir().mkpath(data + QStringLiteral("/empty/locale")));
-        QVERIFY(install(data + QStringLiteral("/full"),
-                        catalogue("Screenshots", "Bildschirmfotos mit ß")));
+        const QString data = m_directory.filePath(u"data"_s);
+        QVERIFY(QDir().mkpath(data + u"/empty/locale"_s));
+        QVERIFY(install(data + u"/full"_s, catalogue("Screenshots", "Bildschirmfotos mit ß")));
         qputenv("XDG_DATA_DIRS",
-                QFile::encodeName(data + QStringLiteral("/none:") + data +
-                                  QStringLiteral("/empty:") + data + QStringLiteral("/full")));
+                QFile::encodeName(data + u"/none:"_s + data + u"/empty:"_s + data + u"/full"_s));
     }
 
     void anotherProgramsTextIsTranslated()
     {
         QCOMPARE(Translations::translated("gnome-shell", "Screenshots"),
-                 QStringLiteral("Bildschirmfotos mit ß"));
+                 u"Bildschirmfotos mit ß"_s);
     }
 
     void aTextWithoutATranslationStays()
     {
-        QCOMPARE(Translations::translated("gnome-shell", "Something"), QStringLiteral("Something"));
-        QCOMPARE(Translations::translated("no-such-program", "Screenshots"),
-                 QStringLiteral("Screenshots"));
+        QCOMPARE(Translations::translated("gnome-shell", "Something"), u"Something"_s);
+        QCOMPARE(Translations::translated("no-such-program", "Screenshots"), u"Screenshots"_s);
     }
 
     void gnomesFolderHasItsNameInTheLanguageOfTheSession()
     {
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");
         QCOMPARE(makeScreenshotPreferences()->desktopToolFolder(),
-                 QString(QDir::homePath() + QStringLiteral("/Bildschirmfotos mit ß")));
+                 QString(QDir::homePath() + u"/Bildschirmfotos mit ß"_s));
     }
 
 private:

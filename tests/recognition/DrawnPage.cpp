@@ -6,10 +6,12 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 DrawnPage::DrawnPage(QSize size, QColor ground) : m_image(size, QImage::Format_RGB32)
 {
     m_image.fill(ground);
-    font(QStringLiteral("DejaVu Sans"), 16);
+    font(u"DejaVu Sans"_s, 16);
 }
 
 DrawnPage &DrawnPage::ink(QColor colour)

@@ -8,14 +8,15 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 const QStringList vocabulary =
-    QStringLiteral("File Edit View Search the and for with Window 2026 12:45 a of "
-                   "invoice Meeting notes budget configuration main.cpp userName "
-                   "report Monday garden river printer cloud summary Berlin ocean")
-        .split(QLatin1Char(' '));
+    u"File Edit View Search the and for with Window 2026 12:45 a of "
+    "invoice Meeting notes budget configuration main.cpp userName "
+    "report Monday garden river printer cloud summary Berlin ocean"_s.split(u' ');
 
 /// A page of random words: columns of lines in some sizes and both polarities, a heading.
 QImage randomPage(unsigned seed)
@@ -31,11 +32,11 @@ QImage randomPage(unsigned seed)
         int y = 40;
         while (y < 360) {
             const int pixels = upTo(6) == 0 ? 26 : 11 + upTo(6);
-            page.font(QStringLiteral("DejaVu Sans"), pixels);
+            page.font(u"DejaVu Sans"_s, pixels);
             QStringList words;
             for (int word = 0; word < 1 + upTo(4); ++word)
                 words.append(vocabulary[upTo(int(vocabulary.size()))]);
-            page.text(QPoint(20 + 460 * column, y), words.join(QLatin1Char(' ')));
+            page.text(QPoint(20 + 460 * column, y), words.join(u' '));
             y += 2 * pixels;
         }
     }
@@ -44,7 +45,7 @@ QImage randomPage(unsigned seed)
 
 QStringList wordsOf(TextRecognizer &recognizer, const QImage &picture, bool stopEarly)
 {
-    NameWords words(QStringLiteral("Report Viewer"));
+    NameWords words(u"Report Viewer"_s);
     QStringList pieces;
     recognizer.recognize(
         picture,
@@ -54,7 +55,7 @@ QStringList wordsOf(TextRecognizer &recognizer, const QImage &picture, bool stop
         },
         [] { return false; });
     if (!stopEarly)
-        words.add(pieces.join(QLatin1Char(' ')));
+        words.add(pieces.join(u' '));
     return words.words();
 }
 

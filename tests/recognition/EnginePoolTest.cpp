@@ -10,6 +10,7 @@
 #include <atomic>
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 class EnginePoolTest : public QObject
@@ -110,7 +111,7 @@ private Q_SLOTS:
 
     void aMissingModelIsNoFailure()
     {
-        EnginePool pool({QStringLiteral("xyz")});
+        EnginePool pool({u"xyz"_s});
         QVERIFY(pool.take() != nullptr);
     }
 };

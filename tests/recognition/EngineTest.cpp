@@ -11,12 +11,14 @@
 
 #include <dlfcn.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 QString wordsRead(Engine &engine, const QString &text)
 {
-    QFont font(QStringLiteral("DejaVu Sans"));
+    QFont font(u"DejaVu Sans"_s);
     font.setPixelSize(24);
     DrawnPage page(QSize(QFontMetrics(font).horizontalAdvance(text) + 16, 36));
     page.font(font.family(), font.pixelSize()).text(QPoint(8, 27), text);
@@ -24,7 +26,7 @@ QString wordsRead(Engine &engine, const QString &text)
     for (const ReadWord &word :
          engine.read(page.image().convertToFormat(QImage::Format_Grayscale8)))
         words.append(word.text);
-    return words.join(QLatin1Char(' '));
+    return words.join(u' ');
 }
 
 } // namespace
@@ -40,10 +42,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("models");
         QTest::addRow("none") << "C" << QStringList();
         QTest::addRow("English") << "en_GB" << QStringList();
-        QTest::addRow("German") << "de_AT" << QStringList(QStringLiteral("deu"));
-        QTest::addRow("French") << "fr_CA" << QStringList(QStringLiteral("fra"));
-        QTest::addRow("Chinese") << "zh_CN" << QStringList(QStringLiteral("chi_sim"));
-        QTest::addRow("traditional Chinese") << "zh_TW" << QStringList(QStringLiteral("chi_tra"));
+        QTest::addRow("German") << "de_AT" << QStringList(u"deu"_s);
+        QTest::addRow("French") << "fr_CA" << QStringList(u"fra"_s);
+        QTest::addRow("Chinese") << "zh_CN" << QStringList(u"chi_sim"_s);
+        QTest::addRow("traditional Chinese") << "zh_TW" << QStringList(u"chi_tra"_s);
     }
     void aLocaleHasTheModelOfItsLanguage()
     {
@@ -53,10 +55,10 @@ private Q_SLOTS:
 
     void lettersOfALanguageAreReadWithItsModelBesideEnglish()
     {
-        const QString german = QStringLiteral("Größe der Straßenbahn");
+        const QString german = u"Größe der Straßenbahn"_s;
         Engine english({});
         QVERIFY(wordsRead(english, german) != german);
-        Engine both({QStringLiteral("deu")});
+        Engine both({u"deu"_s});
         QCOMPARE(wordsRead(both, german), german);
     }
 
@@ -76,9 +78,8 @@ private Q_SLOTS:
 
     void aMissingModelLeavesEnglish()
     {
-        Engine engine({QStringLiteral("xyz")});
-        QCOMPARE(wordsRead(engine, QStringLiteral("The weather report")),
-                 QStringLiteral("The weather report"));
+        Engine engine({u"xyz"_s});
+        QCOMPARE(wordsRead(engine, u"The weather report"_s), u"The weather report"_s);
     }
 
     void noPictureHasNoWords()

@@ -45,7 +45,7 @@ class InkTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void inkIsToldFromItsGround_data()
+    void inkIsSeparatedFromItsBackground_data()
     {
         QTest::addColumn<QColor>("ink");
         QTest::addColumn<QColor>("ground");
@@ -54,7 +54,7 @@ private Q_SLOTS:
         QTest::newRow("equally bright") << QColor(200, 0, 0) << QColor(0, 102, 0);
         QTest::newRow("pale") << QColor(150, 150, 150) << QColor(Qt::white);
     }
-    void inkIsToldFromItsGround()
+    void inkIsSeparatedFromItsBackground()
     {
         QFETCH(QColor, ink);
         QFETCH(QColor, ground);

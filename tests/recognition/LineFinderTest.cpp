@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -38,10 +40,10 @@ private Q_SLOTS:
     {
         for (const int pixels : {14, 60}) {
             DrawnPage page(QSize(1200, 400));
-            page.font(QStringLiteral("DejaVu Sans"), pixels);
-            const QRect above = page.text(QPoint(20, 80), QStringLiteral("Quarterly Report"));
+            page.font(u"DejaVu Sans"_s, pixels);
+            const QRect above = page.text(QPoint(20, 80), u"Quarterly Report"_s);
             const QRect panel(10, 150, 1100, 200);
-            const QRect inside = page.text(QPoint(20, 280), QStringLiteral("copied earlier"));
+            const QRect inside = page.text(QPoint(20, 280), u"copied earlier"_s);
             QCOMPARE(linesOver(linesIn(page), inside), 1);
             const auto lines = linesIn(page, {panel});
             QCOMPARE(linesOver(lines, above), 1);
@@ -53,8 +55,8 @@ private Q_SLOTS:
     void aLineThatGoesIntoAnAreaThatIsLeftOutEndsThere()
     {
         DrawnPage page(QSize(500, 60));
-        page.text(QPoint(20, 40), QStringLiteral("Quarterly"));
-        page.text(QPoint(104, 40), QStringLiteral("dismissed"));
+        page.text(QPoint(20, 40), u"Quarterly"_s);
+        page.text(QPoint(104, 40), u"dismissed"_s);
         const auto lines = linesIn(page, {QRect(100, 0, 300, 60)});
         QCOMPARE(lines.size(), 1U);
         QVERIFY(lines.front().box.right() < 104);
@@ -82,8 +84,8 @@ private Q_SLOTS:
         QFETCH(QColor, ground);
         QFETCH(int, pixels);
         DrawnPage page(QSize(40 + 16 * pixels, 4 * pixels), ground);
-        page.ink(ink).font(QStringLiteral("DejaVu Sans"), pixels);
-        const QRect line = page.text(QPoint(20, 2 * pixels), QStringLiteral("Quarterly Report"));
+        page.ink(ink).font(u"DejaVu Sans"_s, pixels);
+        const QRect line = page.text(QPoint(20, 2 * pixels), u"Quarterly Report"_s);
         QCOMPARE(linesOver(linesIn(page), line), 1);
     }
 
@@ -91,8 +93,8 @@ private Q_SLOTS:
     {
         DrawnPage page(QSize(600, 200));
         for (int row = 0; row < 5; ++row) {
-            page.text(QPoint(20, 30 + 30 * row), QStringLiteral("Sidebar"));
-            page.text(QPoint(140, 30 + 30 * row), QStringLiteral("The content beside it"));
+            page.text(QPoint(20, 30 + 30 * row), u"Sidebar"_s);
+            page.text(QPoint(140, 30 + 30 * row), u"The content beside it"_s);
         }
         const std::vector<TextLine> lines = linesIn(page);
         QCOMPARE(lines.size(), 10U);
@@ -103,8 +105,8 @@ private Q_SLOTS:
     void theSideOfABoxEndsALine()
     {
         DrawnPage page(QSize(400, 80));
-        const QRect first = page.text(QPoint(20, 45), QStringLiteral("Apply"));
-        const QRect second = page.text(QPoint(first.right() + 9, 45), QStringLiteral("Discard"));
+        const QRect first = page.text(QPoint(20, 45), u"Apply"_s);
+        const QRect second = page.text(QPoint(first.right() + 9, 45), u"Discard"_s);
         page.box(QRect(QPoint(10, 20), QPoint(first.right() + 4, 60)));
         const std::vector<TextLine> lines = linesIn(page);
         QCOMPARE(linesOver(lines, first), 1);
@@ -124,7 +126,7 @@ private Q_SLOTS:
         QFETCH(int, degrees);
         DrawnPage page(QSize(400, 100));
         page.icon(QRect(20, 30, 40, 40), degrees);
-        const QRect text = page.text(QPoint(90, 56), QStringLiteral("Downloads"));
+        const QRect text = page.text(QPoint(90, 56), u"Downloads"_s);
         const std::vector<TextLine> lines = linesIn(page);
         QCOMPARE(linesOver(lines, text), 1);
         for (const TextLine &line : lines)
@@ -144,8 +146,8 @@ private Q_SLOTS:
     void aLineOfManyWordsIsKnownByItsGaps()
     {
         DrawnPage page(QSize(600, 60));
-        page.font(QStringLiteral("DejaVu Sans"), 24);
-        page.text(QPoint(20, 40), QStringLiteral("three little words"));
+        page.font(u"DejaVu Sans"_s, 24);
+        page.text(QPoint(20, 40), u"three little words"_s);
         const std::vector<TextLine> lines = linesIn(page);
         QCOMPARE(lines.size(), 1U);
         QCOMPARE(lines.front().words.size(), 3U);
@@ -164,8 +166,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, family);
         QFETCH(int, pixels);
-        const QString text =
-            QStringLiteral("yellow illusion fill still illegal little jolly village million");
+        const QString text = u"yellow illusion fill still illegal little jolly village million"_s;
         DrawnPage page(QSize(1200, 60));
         page.font(family, pixels);
         page.text(QPoint(20, 40), text);
@@ -173,7 +174,7 @@ private Q_SLOTS:
         font.setPixelSize(pixels);
         QList<int> starts;
         for (int index = 0; index < text.size(); ++index) {
-            if (index == 0 || text[index - 1] == QLatin1Char(' '))
+            if (index == 0 || text[index - 1] == u' ')
                 starts.append(20 + QFontMetrics(font).horizontalAdvance(text.left(index)));
         }
         int pieces = 0;
@@ -193,10 +194,10 @@ private Q_SLOTS:
         constexpr int columns = 40;
         constexpr int rows = 200;
         DrawnPage page(QSize(columns * 80, rows * 24));
-        page.font(QStringLiteral("DejaVu Sans"), 12);
+        page.font(u"DejaVu Sans"_s, 12);
         for (int column = 0; column < columns; ++column) {
             for (int row = 0; row < rows; ++row)
-                page.text(QPoint(80 * column + 4, 24 * row + 16), QStringLiteral("Apply"));
+                page.text(QPoint(80 * column + 4, 24 * row + 16), u"Apply"_s);
         }
         const std::vector<TextLine> lines = linesIn(page);
         QCOMPARE(lines.size(), 3000U);
@@ -210,7 +211,7 @@ private Q_SLOTS:
     void cancellingEndsTheSearch()
     {
         DrawnPage page(QSize(600, 60));
-        page.text(QPoint(20, 40), QStringLiteral("never looked at"));
+        page.text(QPoint(20, 40), u"never looked at"_s);
         QCOMPARE(findLines(opaquePicture(page.image()), [] { return true; }).size(), 0U);
     }
 };

@@ -12,6 +12,8 @@
 #include <random>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -25,7 +27,7 @@ QImage pictureOf(const QStringList &lines, QColor ink = Qt::black, QColor ground
     QImage picture(640, 40 + 3 * pixels * int(lines.size()), QImage::Format_RGB32);
     picture.fill(ground);
     QPainter painter(&picture);
-    QFont font(QStringLiteral("DejaVu Sans"));
+    QFont font(u"DejaVu Sans"_s);
     font.setPixelSize(pixels);
     painter.setFont(font);
     painter.setPen(ink);
@@ -44,7 +46,7 @@ QString textOf(TextRecognizer &recognizer, const QImage &picture)
             return true;
         },
         [] { return false; });
-    return pieces.join(QLatin1Char(' '));
+    return pieces.join(u' ');
 }
 
 /// In milliseconds. A tenth of a second is usual; under a sanitizer it takes some seconds to check
@@ -57,7 +59,7 @@ constexpr qint64 longestOnNoise = 3000;
 
 QStringList sortedWords(const QString &text)
 {
-    QStringList words = text.split(QLatin1Char(' '));
+    QStringList words = text.split(u' ');
     words.sort();
     return words;
 }
@@ -73,16 +75,15 @@ private Q_SLOTS:
 
     void twoLinesAreReadInOrder()
     {
-        QCOMPARE(textOf(*m_recognizer, pictureOf({QStringLiteral("Quarterly report"),
-                                                  QStringLiteral("Numbers for the board")})),
-                 QStringLiteral("Quarterly report Numbers for the board"));
+        QCOMPARE(
+            textOf(*m_recognizer, pictureOf({u"Quarterly report"_s, u"Numbers for the board"_s})),
+            u"Quarterly report Numbers for the board"_s);
     }
 
     void lightTextOnADarkGroundIsRead()
     {
-        QCOMPARE(textOf(*m_recognizer,
-                        pictureOf({QStringLiteral("Quarterly report")}, Qt::white, Qt::darkBlue)),
-                 QStringLiteral("Quarterly report"));
+        QCOMPARE(textOf(*m_recognizer, pictureOf({u"Quarterly report"_s}, Qt::white, Qt::darkBlue)),
+                 u"Quarterly report"_s);
     }
 
     void aNullPictureAndAnEmptyOneGiveNothing()
@@ -95,7 +96,7 @@ private Q_SLOTS:
     {
         int pieces = 0;
         m_recognizer->recognize(
-            pictureOf({QStringLiteral("First line"), QStringLiteral("Second line")}),
+            pictureOf({u"First line"_s, u"Second line"_s}),
             [&](const QString &) {
                 ++pieces;
                 return false;
@@ -126,8 +127,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, round);
         QFETCH(int, pixels);
-        const QStringList labels{QStringLiteral("Server"), QStringLiteral("Quarterly report"),
-                                 QStringLiteral("monitor")};
+        const QStringList labels{u"Server"_s, u"Quarterly report"_s, u"monitor"_s};
         QImage picture = pictureOf(labels, Qt::black, QColor(240, 240, 230), pixels);
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -140,18 +140,17 @@ private Q_SLOTS:
             painter.drawRoundedRect(box, round ? pixels / 2.0 : 2, round ? pixels / 2.0 : 2);
         }
         painter.end();
-        QCOMPARE(sortedWords(textOf(*m_recognizer, picture)),
-                 sortedWords(labels.join(QLatin1Char(' '))));
+        QCOMPARE(sortedWords(textOf(*m_recognizer, picture)), sortedWords(labels.join(u' ')));
     }
 
     void anIconMayStandBeforeACheckBox()
     {
         DrawnPage page(QSize(480, 80));
-        page.font(QStringLiteral("DejaVu Sans"), 15);
-        page.text(QPoint(90, 45), QStringLiteral("Server domain"));
+        page.font(u"DejaVu Sans"_s, 15);
+        page.text(QPoint(90, 45), u"Server domain"_s);
         page.box(QRect(71, 32, 13, 13));
         page.icon(QRect(48, 31, 15, 15), 30);
-        QCOMPARE(textOf(*m_recognizer, page.image()), QStringLiteral("Server domain"));
+        QCOMPARE(textOf(*m_recognizer, page.image()), u"Server domain"_s);
     }
 
     void aRoundFirstLetterIsNoCheckBox_data()
@@ -169,9 +168,9 @@ private Q_SLOTS:
         QFETCH(int, pixels);
         DrawnPage page(QSize(480, 160));
         page.font(family, pixels);
-        page.text(QPoint(20, 40), QStringLiteral("Oldest orange"));
-        page.text(QPoint(20, 120), QStringLiteral("Ocean"));
-        QCOMPARE(textOf(*m_recognizer, page.image()), QStringLiteral("Oldest orange Ocean"));
+        page.text(QPoint(20, 40), u"Oldest orange"_s);
+        page.text(QPoint(20, 120), u"Ocean"_s);
+        QCOMPARE(textOf(*m_recognizer, page.image()), u"Oldest orange Ocean"_s);
     }
 
     void aRoundSecondLetterIsNoCheckBox_data() { aRoundFirstLetterIsNoCheckBox_data(); }
@@ -181,15 +180,15 @@ private Q_SLOTS:
         QFETCH(int, pixels);
         DrawnPage page(QSize(480, 60));
         page.font(family, pixels);
-        page.text(QPoint(20, 40), QStringLiteral("Go back, no ticket"));
+        page.text(QPoint(20, 40), u"Go back, no ticket"_s);
         const QString text = textOf(*m_recognizer, page.image());
         QVERIFY2(text.startsWith(QLatin1String("Go back")), qPrintable(text));
     }
 
     void noWordOfALongLineIsReadTwice()
     {
-        const QString sentence = QStringLiteral("Quarterly report for the northern region and the "
-                                                "harbour villages of the western market");
+        const QString sentence = u"Quarterly report for the northern region and the "
+                                 "harbour villages of the western market"_s;
         for (const char *family : {"DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono"}) {
             for (const int pixels : {13, 15, 19, 24}) {
                 DrawnPage page(QSize(1600, 60));
@@ -205,8 +204,8 @@ private Q_SLOTS:
     void wordsJoinedByAnUnderscoreAreReadOnceAndWhole()
     {
         DrawnPage page(QSize(480, 60));
-        page.font(QStringLiteral("DejaVu Sans Mono"), 12);
-        page.text(QPoint(40, 40), QStringLiteral("if (answer_insert > 42) {"));
+        page.font(u"DejaVu Sans Mono"_s, 12);
+        page.text(QPoint(40, 40), u"if (answer_insert > 42) {"_s);
         const QString text = textOf(*m_recognizer, page.image());
         QVERIFY2(text.contains(QLatin1String("answer_insert")), qPrintable(text));
         QCOMPARE(text.count(QLatin1String("ins")), 1);
@@ -215,12 +214,11 @@ private Q_SLOTS:
     void captionsCloseToPicturesInARowAreRead()
     {
         // At a reduced scale, the pictures with their captions look like the letters of one word.
-        const QStringList captions{QStringLiteral("Harbour"), QStringLiteral("Mountain"),
-                                   QStringLiteral("Evening"), QStringLiteral("Village")};
+        const QStringList captions{u"Harbour"_s, u"Mountain"_s, u"Evening"_s, u"Village"_s};
         QImage page(800, 200, QImage::Format_RGB32);
         page.fill(Qt::white);
         QPainter painter(&page);
-        QFont font(QStringLiteral("DejaVu Sans"));
+        QFont font(u"DejaVu Sans"_s);
         font.setPixelSize(13);
         painter.setFont(font);
         std::mt19937 random(3);
@@ -233,7 +231,7 @@ private Q_SLOTS:
             painter.drawText(picture.bottomLeft() + QPoint(0, 12), captions[index]);
         }
         painter.end();
-        QCOMPARE(textOf(*m_recognizer, page), captions.join(QLatin1Char(' ')));
+        QCOMPARE(textOf(*m_recognizer, page), captions.join(u' '));
     }
 
     void pictureFormatsAreReadAlike_data()
@@ -248,14 +246,13 @@ private Q_SLOTS:
     void pictureFormatsAreReadAlike()
     {
         QFETCH(QImage::Format, format);
-        const QImage picture =
-            pictureOf({QStringLiteral("Quarterly report")}).convertToFormat(format);
-        QCOMPARE(textOf(*m_recognizer, picture), QStringLiteral("Quarterly report"));
+        const QImage picture = pictureOf({u"Quarterly report"_s}).convertToFormat(format);
+        QCOMPARE(textOf(*m_recognizer, picture), u"Quarterly report"_s);
     }
 
     void severalThreadsReadAtOnce()
     {
-        const QImage picture = pictureOf({QStringLiteral("Quarterly report")});
+        const QImage picture = pictureOf({u"Quarterly report"_s});
         std::vector<std::thread> threads;
         std::atomic_int right = 0;
         for (int thread = 0; thread < 3; ++thread) {
@@ -275,7 +272,7 @@ private Q_SLOTS:
     {
         int pieces = 0;
         m_recognizer->recognize(
-            pictureOf({QStringLiteral("First line")}),
+            pictureOf({u"First line"_s}),
             [&](const QString &) {
                 ++pieces;
                 return true;
@@ -287,10 +284,10 @@ private Q_SLOTS:
     void cancellingEndsTheReadingOfAFullPageSoon()
     {
         DrawnPage page(QSize(1920, 1080));
-        page.font(QStringLiteral("DejaVu Sans"), 14);
+        page.font(u"DejaVu Sans"_s, 14);
         for (int y = 30; y < 1060; y += 22)
-            page.text(QPoint(20, y), QStringLiteral("The river was quiet, the boats lay still and "
-                                                    "nobody was about so early in the morning"));
+            page.text(QPoint(20, y), u"The river was quiet, the boats lay still and "
+                                     "nobody was about so early in the morning"_s);
         bool cancelled = false;
         QElapsedTimer sinceThen;
         m_recognizer->recognize(

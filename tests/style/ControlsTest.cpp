@@ -58,17 +58,17 @@ private Q_SLOTS:
     void aSymbolButtonHasItsSizeToolTipAndAccessibleName()
     {
         const std::unique_ptr<BezelButton> button(
-            BezelButton::withSymbol(QStringLiteral("trash"), QStringLiteral("Move to Trash")));
+            BezelButton::withSymbol(u"trash"_s, u"Move to Trash"_s));
         QCOMPARE(button->size(), QSize(32, 28));
-        QCOMPARE(button->toolTip(), QStringLiteral("Move to Trash"));
-        QCOMPARE(button->accessibleName(), QStringLiteral("Move to Trash"));
+        QCOMPARE(button->toolTip(), u"Move to Trash"_s);
+        QCOMPARE(button->accessibleName(), u"Move to Trash"_s);
         QVERIFY(!button->icon().isNull());
     }
 
     void aMissingSymbolLeavesTheButtonEmpty()
     {
         const std::unique_ptr<BezelButton> button(
-            BezelButton::withSymbol(QStringLiteral("nothing"), QStringLiteral("Nothing")));
+            BezelButton::withSymbol(u"nothing"_s, u"Nothing"_s));
         QVERIFY(button->icon().isNull());
         QVERIFY(qAlpha(drawn(*button).pixel(16, 14)) == 255);
     }
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QWidget window;
         auto *layout = new QVBoxLayout(&window);
         auto *field = new QLineEdit;
-        auto *button = new BezelButton(QStringLiteral("Press"));
+        auto *button = new BezelButton(u"Press"_s);
         layout->addWidget(field);
         layout->addWidget(button);
         window.show();
@@ -101,7 +101,7 @@ private Q_SLOTS:
     void hoverPressAndFocusCanBeSeen()
     {
         QWidget window;
-        auto *button = new BezelButton(QStringLiteral("Press"), &window);
+        auto *button = new BezelButton(u"Press"_s, &window);
         button->resize(70, 28);
         window.setGeometry(40, 40, 200, 100); // away from the pointer
         window.show();
@@ -124,7 +124,7 @@ private Q_SLOTS:
     {
         ElidedLabel label(Qt::ElideMiddle);
         label.setFont(systemFont(12));
-        const QString text = QString(200, QLatin1Char('w'));
+        const QString text = QString(200, u'w');
         label.setText(text);
         QCOMPARE(label.minimumSizeHint().width(), 0);
         QVERIFY(label.sizeHint().width() > 1000);
@@ -195,7 +195,7 @@ private Q_SLOTS:
     {
         ElidedLabel label(Qt::ElideRight);
         label.setFont(systemFont(12));
-        label.setText(QStringLiteral("<b></b>"));
+        label.setText(u"<b></b>"_s);
         QVERIFY(label.sizeHint().width() > 20);
     }
 
@@ -256,8 +256,8 @@ private Q_SLOTS:
 
     void everyFileHasAnIcon()
     {
-        QVERIFY(!fileIcon(QUrl::fromLocalFile(QStringLiteral("/nowhere/shot.png"))).isNull());
-        QVERIFY(!fileIcon(QUrl::fromLocalFile(QStringLiteral("/nowhere/strange"))).isNull());
+        QVERIFY(!fileIcon(QUrl::fromLocalFile(u"/nowhere/shot.png"_s)).isNull());
+        QVERIFY(!fileIcon(QUrl::fromLocalFile(u"/nowhere/strange"_s)).isNull());
         QVERIFY(!fileIcon(QUrl()).isNull());
     }
 };

@@ -18,6 +18,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -99,9 +101,9 @@ private Q_SLOTS:
 
     void buttonsAndPopUpsAreOfOneHeight()
     {
-        const QPushButton button(QStringLiteral("Use Folder"));
+        const QPushButton button(u"Use Folder"_s);
         QComboBox popUp;
-        popUp.addItem(QStringLiteral("Bottom-right"));
+        popUp.addItem(u"Bottom-right"_s);
         QCOMPARE(button.sizeHint().height(), 28);
         QCOMPARE(popUp.sizeHint().height(), 28);
     }
@@ -109,7 +111,7 @@ private Q_SLOTS:
     void aPopUpIsWideEnoughForItsLongestItem()
     {
         QComboBox popUp;
-        popUp.addItems({QStringLiteral("A"), QStringLiteral("Copy picture + file")});
+        popUp.addItems({u"A"_s, u"Copy picture + file"_s});
         const int text = popUp.fontMetrics().horizontalAdvance(popUp.itemText(1));
         QStyleOptionComboBox option;
         option.initFrom(&popUp);

@@ -7,26 +7,28 @@
 #include <QImage>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 const QStringList symbolNames = {
-    QStringLiteral("doc.on.doc"),
-    QStringLiteral("folder"),
-    QStringLiteral("folder.fill"),
-    QStringLiteral("trash"),
-    QStringLiteral("xmark"),
-    QStringLiteral("arrow.uturn.backward"),
-    QStringLiteral("camera.viewfinder"),
-    QStringLiteral("bolt.fill"),
-    QStringLiteral("lock.fill"),
-    QStringLiteral("magnifyingglass"),
-    QStringLiteral("photo"),
-    QStringLiteral("checkmark.circle.fill"),
-    QStringLiteral("circle"),
-    QStringLiteral("hand.raised.fill"),
-    QStringLiteral("clock.arrow.circlepath"),
-    QStringLiteral("bubble.left.and.bubble.right"),
+    u"doc.on.doc"_s,
+    u"folder"_s,
+    u"folder.fill"_s,
+    u"trash"_s,
+    u"xmark"_s,
+    u"arrow.uturn.backward"_s,
+    u"camera.viewfinder"_s,
+    u"bolt.fill"_s,
+    u"lock.fill"_s,
+    u"magnifyingglass"_s,
+    u"photo"_s,
+    u"checkmark.circle.fill"_s,
+    u"circle"_s,
+    u"hand.raised.fill"_s,
+    u"clock.arrow.circlepath"_s,
+    u"bubble.left.and.bubble.right"_s,
 };
 
 QImage drawn(const QIcon &icon, int side, double ratio = 1, QIcon::Mode mode = QIcon::Normal)
@@ -81,9 +83,8 @@ private Q_SLOTS:
         QCOMPARE(image.size(), QSize(64, 64));
         const QRect ink = inkOf(image);
         QVERIFY(ink.width() >= 32 && ink.height() >= 32);
-        QVERIFY2(
-            (ink.center() - image.rect().center()).manhattanLength() <= 6,
-            qPrintable(QStringLiteral("centre %1,%2").arg(ink.center().x()).arg(ink.center().y())));
+        QVERIFY2((ink.center() - image.rect().center()).manhattanLength() <= 6,
+                 qPrintable(u"centre %1,%2"_s.arg(ink.center().x()).arg(ink.center().y())));
         QVERIFY(ink.left() > 0 && ink.top() > 0 && ink.right() < 63 && ink.bottom() < 63);
     }
 
@@ -114,9 +115,9 @@ private Q_SLOTS:
 
     void anUnknownSymbolIsANullIcon()
     {
-        QVERIFY(symbolIcon(QStringLiteral("no.such.symbol"), Qt::black).isNull());
+        QVERIFY(symbolIcon(u"no.such.symbol"_s, Qt::black).isNull());
         QVERIFY(symbolIcon(QString(), Qt::black).isNull());
-        QVERIFY(symbolIcon(QStringLiteral("../VelmoraLogo/.."), Qt::black).isNull());
+        QVERIFY(symbolIcon(u"../VelmoraLogo/.."_s, Qt::black).isNull());
     }
 
     void theLogoIsInFullColour()

@@ -21,6 +21,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -35,7 +37,7 @@ struct Element {
 
 QString interfaceName(const char *name)
 {
-    return QStringLiteral("org.a11y.atspi.") + QLatin1String(name);
+    return u"org.a11y.atspi."_s + QLatin1String(name);
 }
 
 /// The reply's arguments; empty when the element is gone or lacks the interface.
@@ -52,17 +54,15 @@ QVariantList ask(const QDBusConnection &bus, const Element &element, const QStri
 QVariant property(const QDBusConnection &bus, const Element &element, const char *interface,
                   const char *name)
 {
-    const QVariantList reply =
-        ask(bus, element, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-            {interfaceName(interface), QString::fromLatin1(name)});
+    const QVariantList reply = ask(bus, element, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                   {interfaceName(interface), QString::fromLatin1(name)});
     return reply.isEmpty() ? QVariant() : reply.first().value<QDBusVariant>().variant();
 }
 
 QList<Element> childrenOf(const QDBusConnection &bus, const Element &element)
 {
     QList<Element> children;
-    const QVariantList reply =
-        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetChildren"));
+    const QVariantList reply = ask(bus, element, interfaceName("Accessible"), u"GetChildren"_s);
     if (reply.isEmpty())
         return children;
     const auto list = reply.first().value<QDBusArgument>();
@@ -82,8 +82,8 @@ QList<Element> childrenOf(const QDBusConnection &bus, const Element &element)
 
 QJsonArray extentsOf(const QDBusConnection &bus, const Element &element)
 {
-    const QVariantList reply = ask(bus, element, interfaceName("Component"),
-                                   QStringLiteral("GetExtents"), {screenCoordinates});
+    const QVariantList reply =
+        ask(bus, element, interfaceName("Component"), u"GetExtents"_s, {screenCoordinates});
     if (reply.isEmpty())
         return {};
     int x = 0;
@@ -106,51 +106,47 @@ bool hasState(const QList<uint> &words, uint bit)
 
 QList<uint> statesOf(const QDBusConnection &bus, const Element &element)
 {
-    const QVariantList reply =
-        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetState"));
+    const QVariantList reply = ask(bus, element, interfaceName("Accessible"), u"GetState"_s);
     return reply.isEmpty() ? QList<uint>()
                            : qdbus_cast<QList<uint>>(reply.first().value<QDBusArgument>());
 }
 
 QJsonObject treeOf(const QDBusConnection &bus, const Element &element, int depth)
 {
-    const QVariantList role =
-        ask(bus, element, interfaceName("Accessible"), QStringLiteral("GetRoleName"));
+    const QVariantList role = ask(bus, element, interfaceName("Accessible"), u"GetRoleName"_s);
     const QList<uint> states = statesOf(bus, element);
     QJsonObject node{
-        {QStringLiteral("role"), role.isEmpty() ? QString() : role.first().toString()},
-        {QStringLiteral("name"), property(bus, element, "Accessible", "Name").toString()},
-        {QStringLiteral("description"),
-         property(bus, element, "Accessible", "Description").toString()},
-        {QStringLiteral("place"), extentsOf(bus, element)},
-        {QStringLiteral("enabled"), hasState(states, 8)},
-        {QStringLiteral("focused"), hasState(states, 12)},
-        {QStringLiteral("showing"), hasState(states, 25)},
+        {u"role"_s, role.isEmpty() ? QString() : role.first().toString()},
+        {u"name"_s, property(bus, element, "Accessible", "Name").toString()},
+        {u"description"_s, property(bus, element, "Accessible", "Description").toString()},
+        {u"place"_s, extentsOf(bus, element)},
+        {u"enabled"_s, hasState(states, 8)},
+        {u"focused"_s, hasState(states, 12)},
+        {u"showing"_s, hasState(states, 25)},
     };
     const QVariant length = property(bus, element, "Text", "CharacterCount");
     if (length.isValid()) {
-        const QVariantList text = ask(bus, element, interfaceName("Text"),
-                                      QStringLiteral("GetText"), {0, length.toInt()});
-        node.insert(QStringLiteral("text"), text.isEmpty() ? QString() : text.first().toString());
+        const QVariantList text =
+            ask(bus, element, interfaceName("Text"), u"GetText"_s, {0, length.toInt()});
+        node.insert(u"text"_s, text.isEmpty() ? QString() : text.first().toString());
     }
     QJsonArray children;
     if (depth < deepest) {
         for (const Element &child : childrenOf(bus, element))
             children.append(treeOf(bus, child, depth + 1));
     }
-    node.insert(QStringLiteral("children"), children);
+    node.insert(u"children"_s, children);
     return node;
 }
 
 std::optional<QDBusConnection> accessibilityBus()
 {
-    const Element launcher{QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus")};
-    const QVariantList address = ask(QDBusConnection::sessionBus(), launcher, launcher.service,
-                                     QStringLiteral("GetAddress"));
+    const Element launcher{u"org.a11y.Bus"_s, u"/org/a11y/bus"_s};
+    const QVariantList address =
+        ask(QDBusConnection::sessionBus(), launcher, launcher.service, u"GetAddress"_s);
     if (address.isEmpty())
         return std::nullopt;
-    const auto bus =
-        QDBusConnection::connectToBus(address.first().toString(), QStringLiteral("accessibility"));
+    const auto bus = QDBusConnection::connectToBus(address.first().toString(), u"accessibility"_s);
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
@@ -166,8 +162,7 @@ int main(int argc, char *argv[])
         QTextStream(stderr) << (pid == 0 ? "usage: accessible_tree PID\n" : "no bus\n");
         return 2;
     }
-    const Element desktop{QStringLiteral("org.a11y.atspi.Registry"),
-                          QStringLiteral("/org/a11y/atspi/accessible/root")};
+    const Element desktop{u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s};
     for (const Element &program : childrenOf(*bus, desktop)) {
         if (bus->interface()->servicePid(program.service) != pid)
             continue;

@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -35,7 +37,7 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    const bool saves = arguments.size() == 5 && arguments.at(3) == QStringLiteral("--save");
+    const bool saves = arguments.size() == 5 && arguments.at(3) == u"--save"_s;
     if (arguments.size() != 3 && !saves) {
         QTextStream(stderr) << "usage: sample_page TITLE PARAGRAPH [--save PICTURE]\n";
         return 2;
@@ -43,7 +45,7 @@ int main(int argc, char *argv[])
     QWidget page;
     page.setWindowTitle(arguments.at(1));
     page.setFixedSize(pageSize);
-    page.setStyleSheet(QStringLiteral("background: white; color: #1d1d1f"));
+    page.setStyleSheet(u"background: white; color: #1d1d1f"_s);
     auto *column = new QVBoxLayout(&page);
     column->setContentsMargins(56, 48, 56, 48);
     column->setSpacing(24);

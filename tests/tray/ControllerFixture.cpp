@@ -18,19 +18,19 @@ void ControllerFixture::begin()
 {
     VelmoraSettings::open().clear();
     VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
-    m_told.clear();
+    m_calls.clear();
     m_rig = std::make_unique<TrayRig>();
     m_tray = std::make_unique<TrayController>(*m_rig->platform.panelWindow, m_rig->images,
                                               m_rig->actions);
-    m_tray->onRenamed = [this](const QUrl &url) { tell("renamed", {url}); };
+    m_tray->onRenamed = [this](const QUrl &url) { record("renamed", {url}); };
     m_tray->onRenameUndoable = [this](const QUrl &from, const QUrl &to) {
-        tell("rename undoable", {from, to});
+        record("rename undoable", {from, to});
     };
     m_tray->onTrashUndoable = [this](const QUrl &from, const QUrl &) {
-        tell("trash undoable", {from});
+        record("trash undoable", {from});
     };
     m_tray->onUndoPerformed = [this](const UndoableAction &, const QUrl &url) {
-        tell("undo performed", {url});
+        record("undo performed", {url});
     };
 }
 
@@ -51,12 +51,12 @@ void ControllerFixture::suggest(const QUuid &id, const char *name)
     m_rig->settle();
 }
 
-void ControllerFixture::tell(const char *what, const QList<QUrl> &urls)
+void ControllerFixture::record(const char *what, const QList<QUrl> &urls)
 {
     QString line = QString::fromUtf8(what);
     for (const QUrl &url : urls)
         line += u' ' + FileUrls::lastPathComponent(url);
-    m_told.append(line);
+    m_calls.append(line);
 }
 
 void ControllerFixture::activate()

@@ -34,8 +34,8 @@ protected:
     std::unique_ptr<TrayRig> m_rig;
     std::unique_ptr<TrayController> m_tray;
     /// One line per callback, with the names of the files.
-    QStringList m_told;
+    QStringList m_calls;
 
 private:
-    void tell(const char *what, const QList<QUrl> &urls);
+    void record(const char *what, const QList<QUrl> &urls);
 };

@@ -24,7 +24,7 @@ public:
     QList<int> heard;
 };
 
-void tell(QObject &receiver, QEvent::Type type, int x)
+void send(QObject &receiver, QEvent::Type type, int x)
 {
     const QPointF place(x, 0);
     QMouseEvent event(type, place, place, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
@@ -44,7 +44,7 @@ private Q_SLOTS:
         pace.begin();
         Receiver receiver;
         for (int x = 1; x <= 100; ++x)
-            tell(receiver, QEvent::MouseMove, x);
+            send(receiver, QEvent::MouseMove, x);
         QCOMPARE(receiver.heard, QList<int>{1});
         QTRY_COMPARE(receiver.heard, (QList<int>{1, 100}));
     }
@@ -55,22 +55,22 @@ private Q_SLOTS:
         pace.begin();
         Receiver receiver;
         for (int x = 1; x <= 3; ++x)
-            tell(receiver, QEvent::MouseMove, x);
-        tell(receiver, QEvent::MouseButtonRelease, 3);
+            send(receiver, QEvent::MouseMove, x);
+        send(receiver, QEvent::MouseButtonRelease, 3);
         QCOMPARE(receiver.heard, (QList<int>{1, 3, Receiver::release}));
     }
 
-    void aReceiverThatGoesIsToldNothing()
+    void aDestroyedReceiverGetsNothing()
     {
         DragPace pace;
         pace.begin();
         {
             Receiver receiver;
-            tell(receiver, QEvent::MouseMove, 1);
-            tell(receiver, QEvent::MouseMove, 2);
+            send(receiver, QEvent::MouseMove, 1);
+            send(receiver, QEvent::MouseMove, 2);
         }
         Receiver other;
-        tell(other, QEvent::MouseButtonRelease, 3);
+        send(other, QEvent::MouseButtonRelease, 3);
         QCOMPARE(other.heard, QList<int>{Receiver::release});
     }
 
@@ -82,7 +82,7 @@ private Q_SLOTS:
             pace.begin();
         }
         for (int x = 1; x <= 3; ++x)
-            tell(receiver, QEvent::MouseMove, x);
+            send(receiver, QEvent::MouseMove, x);
         QCOMPARE(receiver.heard, (QList<int>{1, 2, 3}));
     }
 };

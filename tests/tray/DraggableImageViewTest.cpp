@@ -11,16 +11,13 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 constexpr int patience = 20000;
 constexpr QRect targetPlace(900, 500, 300, 200);
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 /// A window of another process that accepts drops.
 class OtherProgram
@@ -42,9 +39,9 @@ public:
     }
 
     /// The rest of the line that begins with this word; nothing while there is no such line.
-    std::optional<QString> told(const QString &word) const
+    std::optional<QString> output(const QString &word) const
     {
-        return m_told.contains(word) ? std::optional(m_told[word]) : std::nullopt;
+        return m_calls.contains(word) ? std::optional(m_calls[word]) : std::nullopt;
     }
 
     /// Called when a drag enters the window, which happens during QDrag::exec().
@@ -56,29 +53,29 @@ private:
         while (m_process.canReadLine()) {
             const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
             const QString word = line.section(u' ', 0, 0);
-            m_told.insert(word, line.section(u' ', 1));
-            if (word == text("over") && onOver)
+            m_calls.insert(word, line.section(u' ', 1));
+            if (word == u"over"_s && onOver)
                 onOver();
         }
     }
 
     QProcess m_process;
-    QHash<QString, QString> m_told;
+    QHash<QString, QString> m_calls;
 };
 
 /// Operates the mouse without waiting for the result: this process may be in the middle of a drag.
 void xdotool(const QStringList &arguments)
 {
-    QVERIFY(QProcess::startDetached(text("xdotool"), arguments));
+    QVERIFY(QProcess::startDetached(u"xdotool"_s, arguments));
 }
 
 QStringList moveTo(QPoint place)
 {
-    return {text("mousemove"), QString::number(place.x()), QString::number(place.y())};
+    return {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
 }
 
-const QStringList press = {text("mousedown"), text("1")};
-const QStringList release = {text("mouseup"), text("1")};
+const QStringList press = {u"mousedown"_s, u"1"_s};
+const QStringList release = {u"mouseup"_s, u"1"_s};
 
 } // namespace
 
@@ -100,12 +97,12 @@ private Q_SLOTS:
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), patience));
         m_program = std::make_unique<OtherProgram>();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->told(text("ready")), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"ready"_s), patience);
     }
 
     void cleanup()
     {
-        XDesktop::run(text("xdotool"), release);
+        XDesktop::run(u"xdotool"_s, release);
         m_program.reset();
         m_window.reset();
     }
@@ -114,30 +111,30 @@ private Q_SLOTS:
     {
         m_program->onOver = [] { xdotool(release); };
         dragToTheProgram();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->told(text("dropped")), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
 
-        QCOMPARE(m_program->told(text("over"))->toInt(), int(Qt::CopyAction));
+        QCOMPARE(m_program->output(u"over"_s)->toInt(), int(Qt::CopyAction));
         const QJsonObject got = whatWasDropped();
-        QCOMPARE(got[text("action")].toInt(), int(Qt::CopyAction));
-        QCOMPARE(got[text("urls")].toArray(), QJsonArray{m_url.toString()});
-        const QJsonObject formats = got[text("formats")].toObject();
-        QCOMPARE(formats[text("text/uri-list")].toString().trimmed(),
+        QCOMPARE(got[u"action"_s].toInt(), int(Qt::CopyAction));
+        QCOMPARE(got[u"urls"_s].toArray(), QJsonArray{m_url.toString()});
+        const QJsonObject formats = got[u"formats"_s].toObject();
+        QCOMPARE(formats[u"text/uri-list"_s].toString().trimmed(),
                  QString::fromLatin1(m_url.toEncoded()));
-        QCOMPARE(formats[text("text/plain")].toString(), m_url.toLocalFile());
-        QCOMPARE(formats[text("application/x-kde-suggestedfilename")].toString(),
-                 text("a shot é 50%.png"));
+        QCOMPARE(formats[u"text/plain"_s].toString(), m_url.toLocalFile());
+        QCOMPARE(formats[u"application/x-kde-suggestedfilename"_s].toString(),
+                 u"a shot é 50%.png"_s);
     }
 
     void aFileThatIsRenamedDuringTheDragArrivesUnderItsNewName()
     {
-        const QUrl renamed = QUrl::fromLocalFile(text("/tmp/renamed.png"));
+        const QUrl renamed = QUrl::fromLocalFile(u"/tmp/renamed.png"_s);
         m_program->onOver = [this, renamed] {
             m_view->setFileURL(renamed);
             xdotool(release);
         };
         dragToTheProgram();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->told(text("dropped")), patience);
-        QCOMPARE(whatWasDropped()[text("urls")].toArray(), QJsonArray{renamed.toString()});
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        QCOMPARE(whatWasDropped()[u"urls"_s].toArray(), QJsonArray{renamed.toString()});
     }
 
     void aRowThatGoesDuringTheDragLeavesTheDragAlive()
@@ -147,8 +144,8 @@ private Q_SLOTS:
             xdotool(release);
         };
         dragToTheProgram();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->told(text("dropped")), patience);
-        QCOMPARE(whatWasDropped()[text("urls")].toArray(), QJsonArray{m_url.toString()});
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        QCOMPARE(whatWasDropped()[u"urls"_s].toArray(), QJsonArray{m_url.toString()});
     }
 
     void withoutAnImageThereIsNoDrag()
@@ -158,7 +155,7 @@ private Q_SLOTS:
         pressAt(start);
         XDesktop::movePointer(start + QPoint(40, 30));
         XDesktop::movePointer(targetPlace.center());
-        letGo();
+        closeFile();
         expectNoDrag();
     }
 
@@ -167,7 +164,7 @@ private Q_SLOTS:
         const QPoint start = m_view->mapToGlobal(QPoint(30, 25));
         pressAt(start);
         XDesktop::movePointer(start + QPoint(QApplication::startDragDistance() - 1, 0));
-        letGo();
+        closeFile();
         XDesktop::movePointer(targetPlace.center());
         expectNoDrag();
     }
@@ -178,7 +175,7 @@ private Q_SLOTS:
         pressAt(start);
         m_view->move(m_view->pos() + QPoint(0, 30));
         XDesktop::movePointer(start + QPoint(2, 0));
-        letGo();
+        closeFile();
         XDesktop::movePointer(targetPlace.center());
         expectNoDrag();
     }
@@ -194,13 +191,13 @@ private:
 
     static void pressAt(QPoint place)
     {
-        XDesktop::run(text("xdotool"), moveTo(place) + press);
+        XDesktop::run(u"xdotool"_s, moveTo(place) + press);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
     }
 
-    static void letGo()
+    static void closeFile()
     {
-        XDesktop::run(text("xdotool"), release);
+        XDesktop::run(u"xdotool"_s, release);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
     }
 
@@ -208,16 +205,16 @@ private:
     void expectNoDrag()
     {
         QVERIFY(targetPlace.contains(QCursor::pos()));
-        QVERIFY(!m_program->told(text("over")));
-        QVERIFY(!m_program->told(text("dropped")));
+        QVERIFY(!m_program->output(u"over"_s));
+        QVERIFY(!m_program->output(u"dropped"_s));
     }
 
     QJsonObject whatWasDropped()
     {
-        return QJsonDocument::fromJson(m_program->told(text("dropped"))->toUtf8()).object();
+        return QJsonDocument::fromJson(m_program->output(u"dropped"_s)->toUtf8()).object();
     }
 
-    const QUrl m_url = QUrl::fromLocalFile(text("/tmp/a shot é 50%.png"));
+    const QUrl m_url = QUrl::fromLocalFile(u"/tmp/a shot é 50%.png"_s);
     std::unique_ptr<QWidget> m_window;
     DraggableImageView *m_view = nullptr;
     std::unique_ptr<OtherProgram> m_program;

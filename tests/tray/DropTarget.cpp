@@ -15,10 +15,12 @@
 #include <QUrl>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-void tell(const QString &line)
+void print(const QString &line)
 {
     QTextStream(stdout) << line << Qt::endl;
 }
@@ -31,7 +33,7 @@ public:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override
     {
-        tell(QStringLiteral("over %1").arg(event->possibleActions().toInt()));
+        print(u"over %1"_s.arg(event->possibleActions().toInt()));
         event->acceptProposedAction();
     }
 
@@ -44,18 +46,16 @@ protected:
         QJsonArray urls;
         for (const QUrl &url : dropped.urls())
             urls.append(url.toString());
-        const QJsonObject got{{QStringLiteral("formats"), formats},
-                              {QStringLiteral("urls"), urls},
-                              {QStringLiteral("action"), int(event->dropAction())}};
+        const QJsonObject got{
+            {u"formats"_s, formats}, {u"urls"_s, urls}, {u"action"_s, int(event->dropAction())}};
         event->acceptProposedAction();
-        tell(QStringLiteral("dropped ") +
-             QString::fromUtf8(QJsonDocument(got).toJson(QJsonDocument::Compact)));
+        print(u"dropped "_s + QString::fromUtf8(QJsonDocument(got).toJson(QJsonDocument::Compact)));
     }
 
     void paintEvent(QPaintEvent *) override
     {
         if (!std::exchange(m_painted, true))
-            tell(QStringLiteral("ready"));
+            print(u"ready"_s);
     }
 
 private:

@@ -12,15 +12,12 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
 namespace
 {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 void copyToClipboard(const QString &copied)
 {
@@ -43,7 +40,7 @@ private Q_SLOTS:
     {
         m_window = std::make_unique<QWidget>();
         auto *layout = new QVBoxLayout(m_window.get());
-        m_field = new FilenameTextField(text("shot.png"));
+        m_field = new FilenameTextField(u"shot.png"_s);
         m_other = new QLineEdit;
         layout->addWidget(m_field);
         layout->addWidget(m_other);
@@ -52,7 +49,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         m_field->setFocus();
         m_field->deselect();
-        copyToClipboard(text("clip"));
+        copyToClipboard(u"clip"_s);
     }
 
     void theEditingKeysWorkWithControlAndWithMeta_data()
@@ -66,18 +63,18 @@ private Q_SLOTS:
     {
         QFETCH(const Qt::KeyboardModifiers, modifiers);
         QTest::keyClick(m_field, Qt::Key_A, modifiers);
-        QCOMPARE(m_field->selectedText(), text("shot.png"));
+        QCOMPARE(m_field->selectedText(), u"shot.png"_s);
         QTest::keyClick(m_field, Qt::Key_C, modifiers);
-        QCOMPARE(clipboard(), text("shot.png"));
-        QCOMPARE(m_field->text(), text("shot.png"));
+        QCOMPARE(clipboard(), u"shot.png"_s);
+        QCOMPARE(m_field->text(), u"shot.png"_s);
 
-        copyToClipboard(text("new"));
+        copyToClipboard(u"new"_s);
         QTest::keyClick(m_field, Qt::Key_V, modifiers);
-        QCOMPARE(m_field->text(), text("new"));
+        QCOMPARE(m_field->text(), u"new"_s);
         m_field->selectAll();
         QTest::keyClick(m_field, Qt::Key_X, modifiers);
         QCOMPARE(m_field->text(), QString());
-        QCOMPARE(clipboard(), text("new"));
+        QCOMPARE(clipboard(), u"new"_s);
     }
 
     void otherModifiersAreLeftToTheDefault_data()
@@ -112,16 +109,16 @@ private Q_SLOTS:
         m_field->selectAll();
         m_other->setFocus();
         QTest::sendKeyEvent(QTest::Click, m_field, Qt::Key_V, QString(), Qt::MetaModifier);
-        QCOMPARE(m_field->text(), text("shot.png"));
+        QCOMPARE(m_field->text(), u"shot.png"_s);
         QTest::sendKeyEvent(QTest::Click, m_field, Qt::Key_A, QString(), Qt::MetaModifier);
         QCOMPARE(m_field->selectedText(), QString());
-        QCOMPARE(clipboard(), text("clip"));
+        QCOMPARE(clipboard(), u"clip"_s);
     }
 
     void whateverChangesTheTextByHandIsAnEdit()
     {
         QSignalSpy edited(m_field, &FilenameTextField::edited);
-        QTest::keyClicks(m_field, text("x"));
+        QTest::keyClicks(m_field, u"x"_s);
         QCOMPARE(edited.size(), 1);
         QTest::keyClick(m_field, Qt::Key_Backspace);
         QCOMPARE(edited.size(), 2);
@@ -135,21 +132,21 @@ private Q_SLOTS:
     void composingACharacterIsAnEdit()
     {
         QSignalSpy edited(m_field, &FilenameTextField::edited);
-        QInputMethodEvent composing(text("に"), {});
+        QInputMethodEvent composing(u"に"_s, {});
         QApplication::sendEvent(m_field, &composing);
         QVERIFY(!edited.isEmpty());
         edited.clear();
         QInputMethodEvent committed;
-        committed.setCommitString(text("日本"));
+        committed.setCommitString(u"日本"_s);
         QApplication::sendEvent(m_field, &committed);
         QVERIFY(!edited.isEmpty());
-        QVERIFY(m_field->text().contains(text("日本")));
+        QVERIFY(m_field->text().contains(u"日本"_s));
     }
 
     void aSuggestionAndMovingAboutAreNoEdits()
     {
         QSignalSpy edited(m_field, &FilenameTextField::edited);
-        m_field->setText(text("suggested.png"));
+        m_field->setText(u"suggested.png"_s);
         QTest::keyClick(m_field, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(m_field, Qt::Key_C, Qt::ControlModifier);
         QTest::keyClick(m_field, Qt::Key_Left);
@@ -169,19 +166,19 @@ private Q_SLOTS:
 
         // Only the middle differs, which is not visible.
         const QString filling(60, u'm');
-        const QString one = text("begin") + filling + text("a") + filling + text("end.png");
-        const QString other = text("begin") + filling + text("b") + filling + text("end.png");
+        const QString one = u"begin"_s + filling + u"a"_s + filling + u"end.png"_s;
+        const QString other = u"begin"_s + filling + u"b"_s + filling + u"end.png"_s;
         QCOMPARE(drawn(one), drawn(other));
         // The beginning and the end are visible.
-        QVERIFY(drawn(one) != drawn(text("B") + one.mid(1)));
-        QVERIFY(drawn(one) != drawn(one.chopped(1) + text("G")));
+        QVERIFY(drawn(one) != drawn(u"B"_s + one.mid(1)));
+        QVERIFY(drawn(one) != drawn(one.chopped(1) + u"G"_s));
 
         m_field->setFocus();
         m_field->setText(one);
-        m_field->setCursorPosition(int(one.indexOf(text("a"))));
+        m_field->setCursorPosition(int(one.indexOf(u"a"_s)));
         const QImage editing = m_field->grab().toImage();
         m_field->setText(other);
-        m_field->setCursorPosition(int(other.indexOf(text("b"))));
+        m_field->setCursorPosition(int(other.indexOf(u"b"_s)));
         QVERIFY(m_field->grab().toImage() != editing);
     }
 

@@ -61,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(history.between(m_now + 11s, m_now + 12s), QList{placeAt(30, 40)});
     }
 
-    void theSamePlaceToldTwiceIsOne()
+    void theSamePlaceReportedTwiceIsOne()
     {
         PanelHistory history;
         history.shown(placeAt(10, 20), m_now);

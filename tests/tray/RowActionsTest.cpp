@@ -11,17 +11,9 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using TrayOnScreen::thumbnail;
-
-namespace
-{
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-} // namespace
 
 class RowActionsTest : public QObject, RowFixture
 {
@@ -40,26 +32,26 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(result->trashedURL.toLocalFile()));
         QCOMPARE(m_row->fileURL(), result->trashedURL);
         QCOMPARE(thumbnail(m_row)->fileURL(), result->trashedURL);
-        QCOMPARE(status(), text("Moved to Trash"));
+        QCOMPARE(status(), u"Moved to Trash"_s);
         QVERIFY(!button("Undo")->isHidden());
     }
 
     void aFileThatIsGoneCantBeTrashedAndTheLogSaysSo()
     {
         QVERIFY(QFile::remove(m_url.toLocalFile()));
-        const QString line = text("trash failed %1: ").arg(m_url.toLocalFile());
+        const QString line = u"trash failed %1: "_s.arg(m_url.toLocalFile());
         QVERIFY(!trash());
-        QCOMPARE(status(), text("Trash failed"));
+        QCOMPARE(status(), u"Trash failed"_s);
         QCOMPARE(m_row->fileURL(), m_url);
         QVERIFY(button("Undo")->isHidden());
         const QStringList lines = logLinesWith(line);
         QCOMPARE(lines.size(), 1);
-        QVERIFY2(!lines[0].endsWith(text(": ")), qPrintable(lines[0]));
+        QVERIFY2(!lines[0].endsWith(u": "_s), qPrintable(lines[0]));
     }
 
     void theUndoButtonAsksForTheLastChange()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
         QVERIFY(result);
         QTest::mouseClick(button("Undo"), Qt::LeftButton);
@@ -77,15 +69,15 @@ private Q_SLOTS:
 
     void anUndoneRenameRestoresTheRow()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
         const auto restored = undo(UndoableAction::rename(result->oldURL, result->newURL));
         QCOMPARE(restored, std::optional(m_url));
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
         QCOMPARE(m_row->fileURL(), m_url);
         QCOMPARE(thumbnail(m_row)->fileURL(), m_url);
-        QCOMPARE(name()->text(), text("Shot.png"));
-        QCOMPARE(status(), text("Restored"));
+        QCOMPARE(name()->text(), u"Shot.png"_s);
+        QCOMPARE(status(), u"Restored"_s);
         QVERIFY(button("Undo")->isHidden());
         QTest::mouseClick(button("Undo"), Qt::LeftButton);
         QVERIFY(m_actions.isEmpty());
@@ -126,45 +118,45 @@ private Q_SLOTS:
 
     void anUndoThatIsNotPossibleStaysPending()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
-        m_rig->screenshot(text("Shot.png"), Qt::green);
+        m_rig->screenshot(u"Shot.png"_s, Qt::green);
         QVERIFY(!undo(UndoableAction::rename(result->oldURL, result->newURL)));
-        QCOMPARE(status(), text("Could not undo"));
-        QCOMPARE(m_row->fileURL(), m_rig->place(text("foo.png")));
+        QCOMPARE(status(), u"Could not undo"_s);
+        QCOMPARE(m_row->fileURL(), m_rig->place(u"foo.png"_s));
         QCOMPARE(m_rig->filesInFolder().size(), 2);
         QVERIFY(!button("Undo")->isHidden());
 
         QVERIFY(QFile::remove(m_url.toLocalFile()));
         QVERIFY(QFile::remove(result->newURL.toLocalFile()));
         QVERIFY(!undo(UndoableAction::rename(result->oldURL, result->newURL)));
-        QCOMPARE(status(), text("Could not undo"));
+        QCOMPARE(status(), u"Could not undo"_s);
     }
 
     void aPendingUndoSurvivesAFailedTrash()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
         QVERIFY(QFile::remove(result->newURL.toLocalFile()));
         QVERIFY(!trash());
-        QCOMPARE(status(), text("Trash failed"));
+        QCOMPARE(status(), u"Trash failed"_s);
         expectPending(UndoableAction::rename(result->oldURL, result->newURL));
     }
 
     void aPendingUndoSurvivesAFailedRename()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
         QVERIFY(QFile::remove(result->newURL.toLocalFile()));
-        name()->setText(text("bar"));
+        name()->setText(u"bar"_s);
         QVERIFY(!rename());
-        QCOMPARE(status(), text("Rename failed"));
+        QCOMPARE(status(), u"Rename failed"_s);
         expectPending(UndoableAction::rename(result->oldURL, result->newURL));
     }
 
     void anUndoThatIsAskedForTwiceIsDoneOnce()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         const auto result = rename();
         const auto action = UndoableAction::rename(result->oldURL, result->newURL);
         int restored = 0;
@@ -172,7 +164,7 @@ private Q_SLOTS:
         m_row->performUndo(action, [&restored](const QUrl &) { ++restored; });
         m_rig->settle();
         QCOMPARE(restored, 1);
-        QCOMPARE(status(), text("Restored"));
+        QCOMPARE(status(), u"Restored"_s);
     }
 
     void theButtonsSendTheirActions()
@@ -189,7 +181,7 @@ private Q_SLOTS:
     void escapeAnywhereInTheRowClosesItAndOtherKeysDoNot()
     {
         name()->setFocus();
-        QTest::keyClicks(name(), text("half a na"));
+        QTest::keyClicks(name(), u"half a na"_s);
         QTest::keyClick(name(), Qt::Key_Left);
         QVERIFY(m_actions.isEmpty());
         QTest::keyClick(name(), Qt::Key_Escape);
@@ -199,18 +191,18 @@ private Q_SLOTS:
         QTest::keyClick(button("Copy"), Qt::Key_Escape);
         QCOMPARE(sent<ScreenshotRowAction::Close>().size(), 2);
         QCOMPARE(m_actions.size(), 2);
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
     }
 
     void tabVisitsTheNameAndThenTheButtons()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         QVERIFY(rename());
         name()->setFocus();
         for (const char *next :
              {"Undo", "Copy", "Show in File Manager", "Move to Trash", "Dismiss"}) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-            QCOMPARE(QApplication::focusWidget()->accessibleName(), text(next));
+            QCOMPARE(QApplication::focusWidget()->accessibleName(), QString::fromUtf8(next));
         }
     }
 

@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 RowFixture::RowFixture() = default;
 RowFixture::~RowFixture() = default;
 
@@ -15,12 +17,12 @@ void RowFixture::begin()
 {
     m_rig = std::make_unique<TrayRig>();
     m_actions.clear();
-    m_url = m_rig->screenshot(QStringLiteral("Shot.png"));
+    m_url = m_rig->screenshot(u"Shot.png"_s);
     m_id = QUuid::createUuid();
     m_window = std::make_unique<PaletteView>();
     m_window->setFillColor(VelmoraPalette::tray());
     m_row = new ScreenshotRowView(
-        m_id, m_rig->open(m_url), QStringLiteral("app-screen.png"), {m_rig->actions, m_rig->images},
+        m_id, m_rig->open(m_url), u"app-screen.png"_s, {m_rig->actions, m_rig->images},
         [this](const ScreenshotRowAction &action) { m_actions.append(action); });
     m_row->setParent(m_window.get());
     m_row->setGeometry(8, 8, 604, 72);

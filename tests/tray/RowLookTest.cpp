@@ -13,16 +13,13 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 using TrayOnScreen::badge;
 using TrayOnScreen::thumbnail;
 
 namespace
 {
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
 
 bool matches(const QColor &color, const QColor &wanted)
 {
@@ -77,7 +74,7 @@ private Q_SLOTS:
     {
         // 604 less the insets, the accent bar, the picture, three gaps and the buttons' 208.
         QCOMPARE(name()->width(), 604 - 16 - 4 - 64 - 3 * 10 - 208);
-        name()->setText(text("new-name"));
+        name()->setText(u"new-name"_s);
         QVERIFY(rename());
         QTRY_COMPARE(button("Undo")->size(), QSize(70, 28));
         QVERIFY(name()->width() >= 250);
@@ -88,22 +85,22 @@ private Q_SLOTS:
 
     void everyControlSaysWhatItDoes()
     {
-        QCOMPARE(name()->toolTip(), text("Edit filename and press Return"));
-        QCOMPARE(thumbnail(m_row)->toolTip(), text("Drag screenshot"));
+        QCOMPARE(name()->toolTip(), u"Edit filename and press Return"_s);
+        QCOMPARE(thumbnail(m_row)->toolTip(), u"Drag screenshot"_s);
         for (const char *tip : {"Copy", "Show in File Manager", "Move to Trash", "Dismiss"}) {
             QVERIFY(button(tip));
-            QCOMPARE(button(tip)->toolTip(), text(tip));
+            QCOMPARE(button(tip)->toolTip(), QString::fromUtf8(tip));
         }
-        QCOMPARE(button("Undo")->text(), text("Undo"));
-        QCOMPARE(button("Undo")->toolTip(), text("Undo last change"));
+        QCOMPARE(button("Undo")->text(), u"Undo"_s);
+        QCOMPARE(button("Undo")->toolTip(), u"Undo last change"_s);
         QVERIFY(!name()->accessibleName().isEmpty());
         QVERIFY(!thumbnail(m_row)->accessibleName().isEmpty());
     }
 
     void itStartsAsTheNewestWithTheGivenNameAndNoStatus()
     {
-        QCOMPARE(name()->text(), text("app-screen.png"));
-        QCOMPARE(badge(m_row), text("NEW"));
+        QCOMPARE(name()->text(), u"app-screen.png"_s);
+        QCOMPARE(badge(m_row), u"NEW"_s);
         QCOMPARE(status(), QString());
         QCOMPARE(m_row->fileURL(), m_url);
         QVERIFY(m_actions.isEmpty());
@@ -123,7 +120,7 @@ private Q_SLOTS:
     void anEarlierRowIsDimmedWithoutBorder()
     {
         m_row->setNewest(false);
-        QCOMPARE(badge(m_row), text("EARLIER"));
+        QCOMPARE(badge(m_row), u"EARLIER"_s);
         const QImage image = TrayOnScreen::picture(m_row);
         const QColor tray = VelmoraPalette::tray();
         const QColor muted = VelmoraPalette::cardMuted();
@@ -145,11 +142,11 @@ private Q_SLOTS:
 
     void aFileThatIsNoPictureLeavesNoImage()
     {
-        QFile broken(m_rig->place(text("broken.png")).toLocalFile());
+        QFile broken(m_rig->place(u"broken.png"_s).toLocalFile());
         QVERIFY(broken.open(QFile::WriteOnly));
         broken.write("no picture");
         broken.close();
-        ScreenshotRowView row(m_id, m_rig->open(m_rig->place(text("broken.png"))), text("x.png"),
+        ScreenshotRowView row(m_id, m_rig->open(m_rig->place(u"broken.png"_s)), u"x.png"_s,
                               {m_rig->actions, m_rig->images}, [](const ScreenshotRowAction &) {});
         QVERIFY(!thumbnail(&row)->image().isNull());
         QTRY_VERIFY_WITH_TIMEOUT(thumbnail(&row)->image().isNull(), 20000);
@@ -157,10 +154,10 @@ private Q_SLOTS:
 
     void aRowThatIsGoneIsNotTouchedByItsPictureOrStatus()
     {
-        auto *row = new ScreenshotRowView(m_id, m_rig->open(m_url), text("x.png"),
+        auto *row = new ScreenshotRowView(m_id, m_rig->open(m_url), u"x.png"_s,
                                           {m_rig->actions, m_rig->images},
                                           [](const ScreenshotRowAction &) {});
-        row->setStatus(text("Copied"));
+        row->setStatus(u"Copied"_s);
         delete row;
         QTRY_VERIFY(thumbnail(m_row)->image().pixelColor(0, 0) == QColor(Qt::red));
     }
@@ -169,21 +166,21 @@ private Q_SLOTS:
     {
         QElapsedTimer watch;
         watch.start();
-        m_row->setStatus(text("Reading screen text..."));
-        QCOMPARE(status(), text("Reading screen text..."));
+        m_row->setStatus(u"Reading screen text..."_s);
+        QCOMPARE(status(), u"Reading screen text..."_s);
         QTRY_COMPARE(status(), QString());
         QVERIFY(watch.elapsed() >= 1999 && watch.elapsed() < 3000);
     }
 
     void aNewerStatusKeepsItsWholeTwoSeconds()
     {
-        m_row->setStatus(text("Reading screen text..."));
+        m_row->setStatus(u"Reading screen text..."_s);
         QElapsedTimer watch;
         QTimer::singleShot(1000, this, [this, &watch] {
             watch.start();
-            m_row->setStatus(text("Copied"));
+            m_row->setStatus(u"Copied"_s);
         });
-        QTRY_COMPARE(status(), text("Copied"));
+        QTRY_COMPARE(status(), u"Copied"_s);
         QTRY_COMPARE(status(), QString());
         QVERIFY(watch.elapsed() >= 1999);
     }

@@ -11,17 +11,9 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 using TrayOnScreen::thumbnail;
-
-namespace
-{
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-} // namespace
 
 class RowNameTest : public QObject, RowFixture
 {
@@ -34,10 +26,10 @@ private Q_SLOTS:
     void aSuggestionRenamesTheFileByItself()
     {
         suggest("chrome-pull-request.png");
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("chrome-pull-request.png")});
-        QCOMPARE(name()->text(), text("chrome-pull-request.png"));
-        QCOMPARE(status(), text("Renamed automatically"));
-        QCOMPARE(m_row->fileURL(), m_rig->place(text("chrome-pull-request.png")));
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"chrome-pull-request.png"_s});
+        QCOMPARE(name()->text(), u"chrome-pull-request.png"_s);
+        QCOMPARE(status(), u"Renamed automatically"_s);
+        QCOMPARE(m_row->fileURL(), m_rig->place(u"chrome-pull-request.png"_s));
         QCOMPARE(thumbnail(m_row)->fileURL(), m_row->fileURL());
 
         const auto renames = sent<ScreenshotRowAction::Renamed>();
@@ -49,20 +41,20 @@ private Q_SLOTS:
 
     void aSuggestionWithoutRenameOnlyFillsTheField()
     {
-        m_row->updateSuggestedFilename(text("later.png"), false);
-        QCOMPARE(name()->text(), text("later.png"));
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        m_row->updateSuggestedFilename(u"later.png"_s, false);
+        QCOMPARE(name()->text(), u"later.png"_s);
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
         QVERIFY(m_actions.isEmpty());
     }
 
     void oneTypedCharacterKeepsSuggestionsAway()
     {
         name()->setFocus();
-        QTest::keyClicks(name(), text("z"));
+        QTest::keyClicks(name(), u"z"_s);
         const QString typed = name()->text();
         suggest("chrome-pull-request.png");
         QCOMPARE(name()->text(), typed);
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
         QVERIFY(m_actions.isEmpty());
     }
 
@@ -73,19 +65,19 @@ private Q_SLOTS:
         QTest::keyClick(name(), Qt::Key_X, Qt::ControlModifier);
         suggest("chrome-pull-request.png");
         QCOMPARE(name()->text(), QString());
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
     }
 
     void returnCommitsTheNameOnce()
     {
         name()->setFocus();
         name()->selectAll();
-        QTest::keyClicks(name(), text("Foo"));
+        QTest::keyClicks(name(), u"Foo"_s);
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("foo.png")});
-        QCOMPARE(name()->text(), text("foo.png"));
-        QCOMPARE(status(), text("Saved as foo.png"));
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"foo.png"_s});
+        QCOMPARE(name()->text(), u"foo.png"_s);
+        QCOMPARE(status(), u"Saved as foo.png"_s);
         QCOMPARE(sent<ScreenshotRowAction::Renamed>().size(), 1);
         QCOMPARE(m_actions.size(), 1);
     }
@@ -94,47 +86,47 @@ private Q_SLOTS:
     {
         name()->setFocus();
         name()->selectAll();
-        QTest::keyClicks(name(), text("left"));
+        QTest::keyClicks(name(), u"left"_s);
         QTest::keyClick(name(), Qt::Key_Tab);
         QVERIFY(button("Copy")->hasFocus());
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("left.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"left.png"_s});
         QCOMPARE(m_actions.size(), 1);
     }
 
     void aTakenNameGetsANumber()
     {
-        m_rig->screenshot(text("foo.png"));
-        m_rig->screenshot(text("foo-2.png"));
-        name()->setText(text("foo"));
+        m_rig->screenshot(u"foo.png"_s);
+        m_rig->screenshot(u"foo-2.png"_s);
+        name()->setText(u"foo"_s);
         const auto result = rename();
         QVERIFY(result);
-        QCOMPARE(result->newURL, m_rig->place(text("foo-3.png")));
-        QCOMPARE(name()->text(), text("foo-3.png"));
-        QCOMPARE(status(), text("Saved as foo-3.png"));
+        QCOMPARE(result->newURL, m_rig->place(u"foo-3.png"_s));
+        QCOMPARE(name()->text(), u"foo-3.png"_s);
+        QCOMPARE(status(), u"Saved as foo-3.png"_s);
         QCOMPARE(m_rig->filesInFolder().size(), 3);
     }
 
     void theFilesOwnNameChangesNothing()
     {
-        name()->setText(text("first"));
+        name()->setText(u"first"_s);
         QVERIFY(rename());
         const QString shown = status();
-        name()->setText(text("  First  "));
+        name()->setText(u"  First  "_s);
         QVERIFY(!rename());
-        QCOMPARE(name()->text(), text("first.png"));
+        QCOMPARE(name()->text(), u"first.png"_s);
         QCOMPARE(status(), shown);
         QVERIFY(m_actions.isEmpty());
     }
 
     void anEmptyNameIsTheFilesOwn()
     {
-        name()->setText(text("first"));
+        name()->setText(u"first"_s);
         QVERIFY(rename());
         name()->clear();
         QVERIFY(!rename());
-        QCOMPARE(name()->text(), text("first.png"));
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("first.png")});
+        QCOMPARE(name()->text(), u"first.png"_s);
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"first.png"_s});
     }
 
     void aNameWhoseCleanFormIsNotStableIsCommittedOnce_data()
@@ -142,14 +134,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("taken");
         QTest::addColumn<QString>("got");
-        QTest::newRow("eight parts") << text("a b c d e f g h") << text("a-b-c-d-e-f-g-h.png")
-                                     << text("a-b-c-d-e-f-g-h-2.png");
+        QTest::newRow("eight parts")
+            << u"a b c d e f g h"_s << u"a-b-c-d-e-f-g-h.png"_s << u"a-b-c-d-e-f-g-h-2.png"_s;
         const QString longest(58, u'x');
-        QTest::newRow("58 characters")
-            << longest << longest + text(".png") << longest + text("-2.png");
+        QTest::newRow("58 characters") << longest << longest + u".png"_s << longest + u"-2.png"_s;
         const QString cut = QString(57, u'x') + u'-';
         QTest::newRow("a cut that ends in a hyphen")
-            << cut + text("yyy") << cut + text(".png") << cut + text("-2.png");
+            << cut + u"yyy"_s << cut + u".png"_s << cut + u"-2.png"_s;
     }
 
     void aNameWhoseCleanFormIsNotStableIsCommittedOnce()
@@ -182,21 +173,21 @@ private Q_SLOTS:
         type("Shot.png");
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("Shot.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"Shot.png"_s});
         QCOMPARE(status(), QString());
         QVERIFY(m_actions.isEmpty());
     }
 
     void aRenameThatIsAskedForAgainWhileItIsDoneIsDoneOnce()
     {
-        name()->setText(text("foo"));
+        name()->setText(u"foo"_s);
         int renames = 0;
         const auto count = [&renames](const RenameResult &) { ++renames; };
         m_row->renameFile(std::nullopt, count);
         m_row->renameFile(std::nullopt, count);
         m_rig->settle();
         QCOMPARE(renames, 1);
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("foo.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"foo.png"_s});
     }
 
     void twoNamesAreGivenOneAfterTheOther()
@@ -206,45 +197,45 @@ private Q_SLOTS:
         type("two");
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("two.png")});
-        QCOMPARE(name()->text(), text("two.png"));
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"two.png"_s});
+        QCOMPARE(name()->text(), u"two.png"_s);
         const auto renames = sent<ScreenshotRowAction::Renamed>();
         QCOMPARE(renames.size(), 2);
-        QCOMPARE(renames[1].result.oldURL, m_rig->place(text("one.png")));
+        QCOMPARE(renames[1].result.oldURL, m_rig->place(u"one.png"_s));
     }
 
     void whatTheUserTypesWhileTheFileIsRenamedStays()
     {
-        m_row->updateSuggestedFilename(text("suggested.png"), true);
-        QTRY_VERIFY(m_rig->filesInFolder() == QStringList{text("suggested.png")} ||
-                    name()->text() == text("suggested.png"));
+        m_row->updateSuggestedFilename(u"suggested.png"_s, true);
+        QTRY_VERIFY(m_rig->filesInFolder() == QStringList{u"suggested.png"_s} ||
+                    name()->text() == u"suggested.png"_s);
         type("mine");
         m_rig->settle();
-        QCOMPARE(name()->text(), text("mine"));
+        QCOMPARE(name()->text(), u"mine"_s);
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("mine.png")});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"mine.png"_s});
     }
 
     void whatTakesLongIsShownUntilItsEnd()
     {
-        Q_EMIT m_row->screenshot()->takesLong(text("Renaming..."));
-        QCOMPARE(status(), text("Renaming..."));
+        Q_EMIT m_row->screenshot()->takesLong(u"Renaming..."_s);
+        QCOMPARE(status(), u"Renaming..."_s);
         type("foo");
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(status(), text("Saved as foo.png"));
+        QCOMPARE(status(), u"Saved as foo.png"_s);
     }
 
     void theFirstNameDoesNotHideThatTextIsBeingRead()
     {
-        m_row->updateSuggestedFilename(text("app-screen.png"), true);
-        m_row->setStatus(text("Reading screen text..."));
+        m_row->updateSuggestedFilename(u"app-screen.png"_s, true);
+        m_row->setStatus(u"Reading screen text..."_s);
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("app-screen.png")});
-        QCOMPARE(status(), text("Reading screen text..."));
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"app-screen.png"_s});
+        QCOMPARE(status(), u"Reading screen text..."_s);
         suggest("better.png");
-        QCOMPARE(status(), text("Renamed automatically"));
+        QCOMPARE(status(), u"Renamed automatically"_s);
     }
 
     void aFailedRenameKeepsThePlaceAndTheUndo()
@@ -252,25 +243,25 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(m_url.toLocalFile()));
         name()->setFocus();
         name()->selectAll();
-        QTest::keyClicks(name(), text("foo"));
+        QTest::keyClicks(name(), u"foo"_s);
         QTest::keyClick(name(), Qt::Key_Return);
         m_rig->settle();
         QCOMPARE(m_row->fileURL(), m_url);
-        QCOMPARE(name()->text(), text("Shot.png"));
-        QCOMPARE(status(), text("Rename failed"));
+        QCOMPARE(name()->text(), u"Shot.png"_s);
+        QCOMPARE(status(), u"Rename failed"_s);
         QVERIFY(button("Undo")->isHidden());
         QVERIFY(m_actions.isEmpty());
     }
 
     void aUsersRenameKeepsItsStatus()
     {
-        m_row->setStatus(text("Copied"));
-        name()->setText(text("foo"));
+        m_row->setStatus(u"Copied"_s);
+        name()->setText(u"foo"_s);
         QVERIFY(rename());
         bool older = false;
         QTimer::singleShot(2500, this, [&older] { older = true; });
         QTRY_VERIFY(older);
-        QCOMPARE(status(), text("Saved as foo.png"));
+        QCOMPARE(status(), u"Saved as foo.png"_s);
     }
 };
 

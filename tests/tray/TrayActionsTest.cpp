@@ -11,20 +11,12 @@
 #include <QMimeData>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using TrayOnScreen::button;
 using TrayOnScreen::name;
 using TrayOnScreen::rows;
 using TrayOnScreen::status;
-
-namespace
-{
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-} // namespace
 
 class TrayActionsTest : public QObject, ControllerFixture
 {
@@ -38,40 +30,40 @@ private Q_SLOTS:
     {
         const QUuid id = add("one.png");
         m_tray->markNaming(id);
-        QCOMPARE(status(rows().first()), text("Reading screen text..."));
+        QCOMPARE(status(rows().first()), u"Reading screen text..."_s);
         m_tray->markNaming(QUuid::createUuid());
-        m_tray->updateSuggestion(QUuid::createUuid(), text("x.png"), true);
-        QVERIFY(m_told.isEmpty());
+        m_tray->updateSuggestion(QUuid::createUuid(), u"x.png"_s, true);
+        QVERIFY(m_calls.isEmpty());
     }
 
-    void anAutomaticRenameIsTold()
+    void anAutomaticRenameIsReported()
     {
         const QUuid id = add("one.png");
         suggest(id, "better.png");
-        QCOMPARE(m_told, (QStringList{text("renamed better.png"),
-                                      text("rename undoable one.png better.png")}));
-        QCOMPARE(status(rows().first()), text("Renamed automatically"));
+        QCOMPARE(m_calls,
+                 (QStringList{u"renamed better.png"_s, u"rename undoable one.png better.png"_s}));
+        QCOMPARE(status(rows().first()), u"Renamed automatically"_s);
     }
 
-    void aTypedNameIsToldOnce()
+    void aTypedNameIsReportedOnce()
     {
         add("one.png");
         type(rows().first(), "typed");
         QTest::keyClick(name(rows().first()), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(m_told, (QStringList{text("renamed typed.png"),
-                                      text("rename undoable one.png typed.png")}));
+        QCOMPARE(m_calls,
+                 (QStringList{u"renamed typed.png"_s, u"rename undoable one.png typed.png"_s}));
     }
 
-    void aRenameThatFailsIsNotTold()
+    void aRenameThatFailsIsNotReported()
     {
         add("one.png");
-        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        QVERIFY(QFile::remove(m_rig->place(u"one.png"_s).toLocalFile()));
         type(rows().first(), "typed");
         QTest::keyClick(name(rows().first()), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(status(rows().first()), text("Rename failed"));
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(status(rows().first()), u"Rename failed"_s);
+        QVERIFY(m_calls.isEmpty());
     }
 
     void copyPutsPictureAndFileOnTheClipboardWhateverTheSetting()
@@ -79,18 +71,18 @@ private Q_SLOTS:
         VelmoraSettings::setCopyBehavior(CopyBehavior::none);
         add("one.png");
         click(rows().first(), "Copy");
-        QCOMPARE(status(rows().first()), text("Copied"));
+        QCOMPARE(status(rows().first()), u"Copied"_s);
         const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-        QVERIFY(data->formats().contains(text("image/png")));
-        QCOMPARE(data->urls(), QList<QUrl>{m_rig->place(text("one.png"))});
+        QVERIFY(data->formats().contains(u"image/png"_s));
+        QCOMPARE(data->urls(), QList<QUrl>{m_rig->place(u"one.png"_s)});
     }
 
     void aCopyThatFailsSaysSo()
     {
         add("one.png");
-        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        QVERIFY(QFile::remove(m_rig->place(u"one.png"_s).toLocalFile()));
         click(rows().first(), "Copy");
-        QCOMPARE(status(rows().first()), text("Could not copy"));
+        QCOMPARE(status(rows().first()), u"Could not copy"_s);
     }
 
     void revealShowsTheFileWhereItIsNow()
@@ -98,7 +90,7 @@ private Q_SLOTS:
         const QUuid id = add("one.png");
         suggest(id, "better.png");
         click(rows().first(), "Show in File Manager");
-        QCOMPARE(m_rig->fileBrowser->revealed, QList<QUrl>{m_rig->place(text("better.png"))});
+        QCOMPARE(m_rig->fileBrowser->revealed, QList<QUrl>{m_rig->place(u"better.png"_s)});
     }
 
     void trashTellsAndClosesTheRow()
@@ -106,18 +98,18 @@ private Q_SLOTS:
         add("one.png");
         add("two.png");
         click(rows().last(), "Move to Trash");
-        QCOMPARE(m_told, QStringList{text("trash undoable one.png")});
-        QCOMPARE(names(), QStringList{text("two.png")});
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("two.png")});
+        QCOMPARE(m_calls, QStringList{u"trash undoable one.png"_s});
+        QCOMPARE(names(), QStringList{u"two.png"_s});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"two.png"_s});
     }
 
     void aTrashThatFailsLeavesTheRow()
     {
         add("one.png");
-        QVERIFY(QFile::remove(m_rig->place(text("one.png")).toLocalFile()));
+        QVERIFY(QFile::remove(m_rig->place(u"one.png"_s).toLocalFile()));
         click(rows().first(), "Move to Trash");
-        QCOMPARE(status(rows().first()), text("Trash failed"));
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(status(rows().first()), u"Trash failed"_s);
+        QVERIFY(m_calls.isEmpty());
         QCOMPARE(rows().size(), 1);
     }
 
@@ -125,12 +117,12 @@ private Q_SLOTS:
     {
         const QUuid id = add("one.png");
         suggest(id, "better.png");
-        m_told.clear();
+        m_calls.clear();
         click(rows().first(), "Undo");
-        QCOMPARE(m_told, QStringList{text("undo performed one.png")});
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
-        QCOMPARE(names(), QStringList{text("one.png")});
-        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("one.png"))));
+        QCOMPARE(m_calls, QStringList{u"undo performed one.png"_s});
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"one.png"_s});
+        QCOMPARE(names(), QStringList{u"one.png"_s});
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(u"one.png"_s)));
     }
 
     void undoWhileTheFileIsBeingRenamedTakesThatNameBack()
@@ -140,27 +132,27 @@ private Q_SLOTS:
         FilenameTextField *field = name(rows().first());
         field->setFocus();
         field->selectAll();
-        QTest::keyClicks(field, text("best.png"));
+        QTest::keyClicks(field, u"best.png"_s);
         QTest::keyClick(field, Qt::Key_Return);
         click(rows().first(), "Undo");
-        QTRY_COMPARE(m_rig->filesInFolder(), QStringList{text("better.png")});
-        QCOMPARE(names(), QStringList{text("better.png")});
-        QCOMPARE(status(rows().first()), text("Restored"));
+        QTRY_COMPARE(m_rig->filesInFolder(), QStringList{u"better.png"_s});
+        QCOMPARE(names(), QStringList{u"better.png"_s});
+        QCOMPARE(status(rows().first()), u"Restored"_s);
     }
 
-    void anUndoThatFailsIsNotTold()
+    void anUndoThatFailsIsNotReported()
     {
         const QUuid id = add("one.png");
         suggest(id, "better.png");
-        m_rig->screenshot(text("one.png"), Qt::blue);
-        m_told.clear();
+        m_rig->screenshot(u"one.png"_s, Qt::blue);
+        m_calls.clear();
         click(rows().first(), "Undo");
-        QCOMPARE(status(rows().first()), text("Could not undo"));
-        QVERIFY(m_told.isEmpty());
-        QVERIFY(button(rows().first(), text("Undo"))->isVisible());
+        QCOMPARE(status(rows().first()), u"Could not undo"_s);
+        QVERIFY(m_calls.isEmpty());
+        QVERIFY(button(rows().first(), u"Undo"_s)->isVisible());
     }
 
-    void everyRowThatGoesIsToldOnce()
+    void everyRowThatGoesIsReportedOnce()
     {
         QList<QUuid> gone;
         m_tray->onRowGone = [&](const QUuid &id) { gone.append(id); };
@@ -198,9 +190,9 @@ private Q_SLOTS:
         type(row, "half a na");
         QTest::keyClick(name(row), Qt::Key_Escape);
         m_rig->settle();
-        QCOMPARE(names(), QStringList{text("one.png")});
-        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("two.png")}));
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(names(), QStringList{u"one.png"_s});
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{u"one.png"_s, u"two.png"_s}));
+        QVERIFY(m_calls.isEmpty());
         // Further typing does not go to another row.
         QVERIFY(!name(rows().first())->hasFocus());
     }
@@ -211,10 +203,10 @@ private Q_SLOTS:
         add("two.png");
         type(rows().first(), "Half a name");
         click(rows().first(), "Dismiss");
-        QCOMPARE(names(), QStringList{text("one.png")});
-        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("half-a-name.png"), text("one.png")}));
-        QCOMPARE(m_told, (QStringList{text("renamed half-a-name.png"),
-                                      text("rename undoable two.png half-a-name.png")}));
+        QCOMPARE(names(), QStringList{u"one.png"_s});
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{u"half-a-name.png"_s, u"one.png"_s}));
+        QCOMPARE(m_calls, (QStringList{u"renamed half-a-name.png"_s,
+                                       u"rename undoable two.png half-a-name.png"_s}));
         QVERIFY(!name(rows().first())->hasFocus());
     }
 
@@ -227,9 +219,9 @@ private Q_SLOTS:
         add("four.png");
         m_rig->settle();
         QCOMPARE(rows().size(), 3);
-        QCOMPARE(m_told, (QStringList{text("renamed half-a-name.png"),
-                                      text("rename undoable one.png half-a-name.png")}));
-        QVERIFY(m_rig->filesInFolder().contains(text("half-a-name.png")));
+        QCOMPARE(m_calls, (QStringList{u"renamed half-a-name.png"_s,
+                                       u"rename undoable one.png half-a-name.png"_s}));
+        QVERIFY(m_rig->filesInFolder().contains(u"half-a-name.png"_s));
         for (const QWidget *row : rows())
             QVERIFY(!name(row)->hasFocus());
     }
@@ -237,10 +229,10 @@ private Q_SLOTS:
     void aNameThatWasNotTouchedIsNotCommittedByDismissing()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("later.png"), false);
+        m_tray->updateSuggestion(id, u"later.png"_s, false);
         click(rows().first(), "Dismiss");
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"one.png"_s});
+        QVERIFY(m_calls.isEmpty());
     }
 
     void theEndOfTheProgramCommitsATypedName()
@@ -249,36 +241,36 @@ private Q_SLOTS:
         type(rows().first(), "Half a name");
         m_tray->commitTypedNames();
         m_rig->settle();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("half-a-name.png")});
-        QCOMPARE(m_told.size(), 2);
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"half-a-name.png"_s});
+        QCOMPARE(m_calls.size(), 2);
     }
 
-    void aRenameIsToldAlsoWhenItsRowHasGoneMeanwhile()
+    void aRenameIsReportedAlsoWhenItsRowIsGone()
     {
         const QUuid id = add("one.png");
-        m_tray->updateSuggestion(id, text("better.png"), true);
+        m_tray->updateSuggestion(id, u"better.png"_s, true);
         click(rows().first(), "Dismiss");
-        QTRY_COMPARE(m_told, (QStringList{text("renamed better.png"),
-                                          text("rename undoable one.png better.png")}));
+        QTRY_COMPARE(m_calls, (QStringList{u"renamed better.png"_s,
+                                           u"rename undoable one.png better.png"_s}));
     }
 
     void anotherFileThatHasTakenItsPlaceIsLeftAlone()
     {
         add("one.png");
-        QVERIFY(QFile::rename(m_rig->place(text("one.png")).toLocalFile(),
-                              m_rig->place(text("own.png")).toLocalFile()));
-        m_rig->screenshot(text("one.png"), Qt::blue);
+        QVERIFY(QFile::rename(m_rig->place(u"one.png"_s).toLocalFile(),
+                              m_rig->place(u"own.png"_s).toLocalFile()));
+        m_rig->screenshot(u"one.png"_s, Qt::blue);
         QWidget *row = rows().first();
         click(row, "Move to Trash");
-        QCOMPARE(status(row), text("Trash failed"));
+        QCOMPARE(status(row), u"Trash failed"_s);
         click(row, "Copy");
-        QCOMPARE(status(row), text("Could not copy"));
+        QCOMPARE(status(row), u"Could not copy"_s);
         type(row, "typed");
         QTest::keyClick(name(row), Qt::Key_Return);
         m_rig->settle();
-        QCOMPARE(status(row), text("Rename failed"));
-        QCOMPARE(m_rig->filesInFolder(), (QStringList{text("one.png"), text("own.png")}));
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(status(row), u"Rename failed"_s);
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{u"one.png"_s, u"own.png"_s}));
+        QVERIFY(m_calls.isEmpty());
     }
 
     void theTrashLeavesATypedNameAlone()
@@ -288,7 +280,7 @@ private Q_SLOTS:
         type(rows().first(), "half a na");
         click(rows().first(), "Move to Trash");
         QCoreApplication::processEvents();
-        QCOMPARE(m_told, QStringList{text("trash undoable two.png")});
+        QCOMPARE(m_calls, QStringList{u"trash undoable two.png"_s});
     }
 
     void endingWhileTheUserTypesRenamesNothing()
@@ -296,8 +288,8 @@ private Q_SLOTS:
         add("one.png");
         type(rows().first(), "half a na");
         m_tray.reset();
-        QCOMPARE(m_rig->filesInFolder(), QStringList{text("one.png")});
-        QVERIFY(m_told.isEmpty());
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"one.png"_s});
+        QVERIFY(m_calls.isEmpty());
     }
 };
 

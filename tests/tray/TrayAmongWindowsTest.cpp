@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "core/VelmoraSettings.h"
 #include "style/BezelButton.h"
 #include "style/VelmoraPalette.h"
-#include "tests/tray/TrayRig.h"
+#include "tests/tray/TrayBesideTerminal.h"
 #include "tests/world/Screens.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
-#include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
-#include "tray/TrayController.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
@@ -29,15 +25,9 @@ using TrayOnScreen::status;
 namespace
 {
 
-constexpr int patience = 20000;
 constexpr int aWhile = 500;
 
 using PutAway = std::function<void(WId)>;
-
-QPoint centerOf(const QWidget *widget)
-{
-    return widget->mapToGlobal(widget->rect().center());
-}
 
 /// Whether the condition holds now and keeps holding for a while.
 template <typename Condition>
@@ -50,27 +40,13 @@ bool stays(Condition condition)
 
 /// The tray among the windows of other programs. All of this must hold under every window manager;
 /// this program is run under several.
-class TrayAmongWindowsTest : public QObject
+class TrayAmongWindowsTest : public QObject, TrayBesideTerminal
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        VelmoraSettings::open().clear();
-        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
-        XDesktop::movePointer({300, 700});
-        m_rig = std::make_unique<TrayRig>();
-        m_tray = std::make_unique<TrayController>(*m_rig->platform.panelWindow, m_rig->images,
-                                                  m_rig->actions);
-        m_terminal = std::make_unique<Terminal>(typedFile());
-    }
-
-    void cleanup()
-    {
-        m_tray.reset();
-        m_terminal.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void everyScreenshotLeavesTheKeyboardToTheOtherProgram()
     {
@@ -104,26 +80,26 @@ private Q_SLOTS:
         QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
     }
 
-    void aClickOnAButtonLeavesTheKeyboardToTheOtherProgram()
+    void aClickOnAButtonOrBesideItLeavesTheKeyboardToTheOtherProgram_data()
     {
+        QTest::addColumn<bool>("isOnButton");
+        QTest::newRow("on a button") << true;
+        QTest::newRow("beside it") << false;
+    }
+
+    void aClickOnAButtonOrBesideItLeavesTheKeyboardToTheOtherProgram()
+    {
+        QFETCH(const bool, isOnButton);
         add(u"one.png"_s);
         QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        XDesktop::click(centerOf(button(rows().first(), u"Copy"_s)));
-        QTRY_COMPARE_WITH_TIMEOUT(status(rows().first()), u"Copied"_s, patience);
+        QWidget *row = rows().first();
+        XDesktop::click(isOnButton ? centerOf(button(row, u"Copy"_s))
+                                   : row->mapToGlobal(QPoint(92, 4)));
+        if (isOnButton)
+            QTRY_COMPARE_WITH_TIMEOUT(status(row), u"Copied"_s, patience);
         XDesktop::type(u"still "_s);
         QVERIFY(stays([this] { return m_terminal->isActive(); }));
         XDesktop::type(u"here\n"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
-        QVERIFY(!panel()->isActiveWindow());
-    }
-
-    void aClickBesideTheButtonsLeavesItToo()
-    {
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        XDesktop::click(rows().first()->mapToGlobal(QPoint(92, 4)));
-        QVERIFY(stays([this] { return m_terminal->isActive(); }));
-        XDesktop::type(u"still here\n"_s);
         QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
         QVERIFY(!panel()->isActiveWindow());
     }
@@ -358,14 +334,6 @@ private Q_SLOTS:
 private:
     static constexpr QPoint placeInTerminal = {60, 60};
 
-    QString typedFile() const { return m_rig->place(u"typed"_s).toLocalFile(); }
-
-    QString typedIntoTerminal() const
-    {
-        QFile file(typedFile());
-        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
-
     void add(const QString &file)
     {
         m_tray->addScreenshot(m_rig->open(m_rig->screenshot(file)), file);
@@ -400,10 +368,6 @@ private:
         return picture.pixelColor(0, 8).rgb() == VelmoraPalette::card().rgb() &&
                picture.pixelColor(0, 0).rgb() == VelmoraPalette::tray().rgb();
     }
-
-    std::unique_ptr<TrayRig> m_rig;
-    std::unique_ptr<TrayController> m_tray;
-    std::unique_ptr<Terminal> m_terminal;
 };
 
 VELMORA_WIDGETS_TEST(TrayAmongWindowsTest)

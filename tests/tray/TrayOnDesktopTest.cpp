@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "core/VelmoraSettings.h"
 #include "style/BezelButton.h"
 #include "style/VelmoraPalette.h"
-#include "tests/tray/TrayRig.h"
+#include "tests/tray/TrayBesideTerminal.h"
 #include "tests/world/FramePlaces.h"
 #include "tests/world/TestProgram.h"
-#include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
-#include "tray/TrayController.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
 #include <QToolTip>
+
+using namespace Qt::StringLiterals;
 
 using TrayOnScreen::button;
 using TrayOnScreen::name;
@@ -26,23 +24,11 @@ using TrayOnScreen::status;
 namespace
 {
 
-constexpr int patience = 20000;
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-QPoint centerOf(const QWidget *widget)
-{
-    return widget->mapToGlobal(widget->rect().center());
-}
-
 /// What the whole screen shows.
 QImage screenPicture(const TrayRig &rig)
 {
-    const QString file = rig.place(text("screen.png")).toLocalFile();
-    XDesktop::run(text("maim"), {file});
+    const QString file = rig.place(u"screen.png"_s).toLocalFile();
+    XDesktop::run(u"maim"_s, {file});
     return QImage(file);
 }
 
@@ -58,46 +44,32 @@ public:
         setGeometry(0, screen.height() - height, screen.width(), height);
         createWinId();
         setAttribute(Qt::WA_X11NetWmWindowTypeDock);
-        XDesktop::run(text("xprop"), {text("-id"), QString::number(winId()), text("-f"),
-                                      text("_NET_WM_STRUT"), text("32c"), text("-set"),
-                                      text("_NET_WM_STRUT"), text("0,0,0,%1").arg(height)});
+        XDesktop::run(u"xprop"_s,
+                      {u"-id"_s, QString::number(winId()), u"-f"_s, u"_NET_WM_STRUT"_s, u"32c"_s,
+                       u"-set"_s, u"_NET_WM_STRUT"_s, u"0,0,0,%1"_s.arg(height)});
         show();
     }
 };
 
 } // namespace
 
-class TrayOnDesktopTest : public QObject
+class TrayOnDesktopTest : public QObject, TrayBesideTerminal
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        VelmoraSettings::open().clear();
-        VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
-        XDesktop::movePointer({300, 700});
-        m_rig = std::make_unique<TrayRig>();
-        m_tray = std::make_unique<TrayController>(*m_rig->platform.panelWindow, m_rig->images,
-                                                  m_rig->actions);
-        m_terminal = std::make_unique<Terminal>(m_rig->place(text("typed")).toLocalFile());
-    }
-
-    void cleanup()
-    {
-        m_tray.reset();
-        m_terminal.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void newScreenshotsLeaveTheKeyboardToTheOtherProgram()
     {
-        XDesktop::type(text("before "));
+        XDesktop::type(u"before "_s);
         add("one.png");
-        XDesktop::type(text("between "));
+        XDesktop::type(u"between "_s);
         add("two.png");
-        m_tray->updateSuggestion(*m_lastAdded, text("better.png"), true);
-        XDesktop::type(text("after\n"));
-        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), text("before between after\n"), patience);
+        m_tray->updateSuggestion(*m_lastAdded, u"better.png"_s, true);
+        XDesktop::type(u"after\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"before between after\n"_s, patience);
         QVERIFY(m_terminal->isActive());
         QVERIFY(!panel()->isActiveWindow());
     }
@@ -105,12 +77,12 @@ private Q_SLOTS:
     void aPanelThatIsShownAgainLeavesTheKeyboardToo()
     {
         add("one.png");
-        XDesktop::click(centerOf(button(rows().first(), text("Dismiss"))));
+        XDesktop::click(centerOf(button(rows().first(), u"Dismiss"_s)));
         QTRY_VERIFY(!panel()->isVisible());
         m_terminal->activate();
         add("two.png");
-        XDesktop::type(text("still here\n"));
-        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), text("still here\n"), patience);
+        XDesktop::type(u"still here\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
     }
 
     void itIsAPanelEachTime()
@@ -118,13 +90,13 @@ private Q_SLOTS:
         for (int time = 0; time < 2; ++time) {
             add("one.png");
             const auto property = [](const char *name) {
-                return XDesktop::property(panel()->winId(), text(name));
+                return XDesktop::property(panel()->winId(), QString::fromUtf8(name));
             };
-            QTRY_COMPARE(property("_NET_WM_DESKTOP"), text("4294967295"));
+            QTRY_COMPARE(property("_NET_WM_DESKTOP"), u"4294967295"_s);
             const QString state = property("_NET_WM_STATE");
             for (const char *atom : {"ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"})
-                QVERIFY2(state.contains(text(atom)), qPrintable(state));
-            QTest::mouseClick(button(rows().first(), text("Dismiss")), Qt::LeftButton);
+                QVERIFY2(state.contains(QString::fromUtf8(atom)), qPrintable(state));
+            QTest::mouseClick(button(rows().first(), u"Dismiss"_s), Qt::LeftButton);
         }
     }
 
@@ -134,12 +106,12 @@ private Q_SLOTS:
         settle();
         XDesktop::click(centerOf(name(rows().first())));
         QTRY_VERIFY(name(rows().first())->hasFocus());
-        XDesktop::pressKey(text("ctrl+a"));
-        XDesktop::type(text("Quarterly report"));
-        QTRY_COMPARE(name(rows().first())->text(), text("Quarterly report"));
-        XDesktop::pressKey(text("Return"));
-        QTRY_COMPARE(status(rows().first()), text("Saved as quarterly-report.png"));
-        QVERIFY(QFile::exists(m_rig->place(text("quarterly-report.png")).toLocalFile()));
+        XDesktop::pressKey(u"ctrl+a"_s);
+        XDesktop::type(u"Quarterly report"_s);
+        QTRY_COMPARE(name(rows().first())->text(), u"Quarterly report"_s);
+        XDesktop::pressKey(u"Return"_s);
+        QTRY_COMPARE(status(rows().first()), u"Saved as quarterly-report.png"_s);
+        QVERIFY(QFile::exists(m_rig->place(u"quarterly-report.png"_s).toLocalFile()));
         QCOMPARE(typedIntoTerminal(), QString());
     }
 
@@ -149,10 +121,10 @@ private Q_SLOTS:
         settle();
         XDesktop::click(centerOf(name(rows().first())));
         QTRY_VERIFY(name(rows().first())->hasFocus());
-        XDesktop::pressKey(text("ctrl+a"));
-        XDesktop::type(text("other"));
+        XDesktop::pressKey(u"ctrl+a"_s);
+        XDesktop::type(u"other"_s);
         m_terminal->activate();
-        QTRY_COMPARE(name(rows().first())->text(), text("other.png"));
+        QTRY_COMPARE(name(rows().first())->text(), u"other.png"_s);
         QVERIFY(panel()->isVisible());
     }
 
@@ -162,31 +134,31 @@ private Q_SLOTS:
         settle();
         XDesktop::click(centerOf(name(rows().first())));
         QTRY_VERIFY(name(rows().first())->hasFocus());
-        XDesktop::pressKey(text("Escape"));
+        XDesktop::pressKey(u"Escape"_s);
         QTRY_VERIFY(rows().isEmpty());
         QVERIFY(!panel()->isVisible());
-        QVERIFY(QFile::exists(m_rig->place(text("one.png")).toLocalFile()));
+        QVERIFY(QFile::exists(m_rig->place(u"one.png"_s).toLocalFile()));
     }
 
     void aButtonNeedsNoKeyboardAndGivesItToNoName()
     {
         add("one.png");
         settle();
-        XDesktop::click(centerOf(button(rows().first(), text("Copy"))));
-        QTRY_COMPARE(status(rows().first()), text("Copied"));
-        XDesktop::type(text("xyz"));
-        XDesktop::pressKey(text("ctrl+v"));
+        XDesktop::click(centerOf(button(rows().first(), u"Copy"_s)));
+        QTRY_COMPARE(status(rows().first()), u"Copied"_s);
+        XDesktop::type(u"xyz"_s);
+        XDesktop::pressKey(u"ctrl+v"_s);
         QCoreApplication::processEvents();
         QVERIFY(!name(rows().first())->hasFocus());
-        QCOMPARE(name(rows().first())->text(), text("one.png"));
+        QCOMPARE(name(rows().first())->text(), u"one.png"_s);
     }
 
     void aButtonSaysWhatItDoesWhileAnotherProgramHasTheKeyboard()
     {
         add("one.png");
         settle();
-        XDesktop::movePointer(centerOf(button(rows().first(), text("Show in File Manager"))));
-        QTRY_COMPARE(QToolTip::text(), text("Show in File Manager"));
+        XDesktop::movePointer(centerOf(button(rows().first(), u"Show in File Manager"_s)));
+        QTRY_COMPARE(QToolTip::text(), u"Show in File Manager"_s);
         QVERIFY(m_terminal->isActive());
     }
 
@@ -196,13 +168,13 @@ private Q_SLOTS:
         settle();
         XDesktop::click(centerOf(name(rows().first())));
         QTRY_VERIFY(name(rows().first())->hasFocus());
-        XDesktop::pressKey(text("ctrl+a"));
-        XDesktop::type(text("half"));
-        QTRY_COMPARE(name(rows().first())->text(), text("half"));
-        XDesktop::click(centerOf(button(rows().first(), text("Copy"))));
-        QTRY_COMPARE(status(rows().first()), text("Copied"));
+        XDesktop::pressKey(u"ctrl+a"_s);
+        XDesktop::type(u"half"_s);
+        QTRY_COMPARE(name(rows().first())->text(), u"half"_s);
+        XDesktop::click(centerOf(button(rows().first(), u"Copy"_s)));
+        QTRY_COMPARE(status(rows().first()), u"Copied"_s);
         QVERIFY(name(rows().first())->hasFocus());
-        QCOMPARE(name(rows().first())->text(), text("half"));
+        QCOMPARE(name(rows().first())->text(), u"half"_s);
     }
 
     void theTrayKeepsClearOfADesktopBarThatComesAndGoes()
@@ -226,7 +198,7 @@ private Q_SLOTS:
         FramePlaces places(panel()->winId());
         add("two.png");
         add("three.png");
-        QTest::mouseClick(button(rows().first(), text("Dismiss")), Qt::LeftButton);
+        QTest::mouseClick(button(rows().first(), u"Dismiss"_s), Qt::LeftButton);
         const QSize wanted(620, 166);
         QTRY_VERIFY(places.read().size() >= 3 && places.read().last().size() == wanted);
         for (const QRect &place : places.read())
@@ -256,7 +228,8 @@ private Q_SLOTS:
 private:
     void add(const char *file)
     {
-        m_lastAdded = m_tray->addScreenshot(m_rig->open(m_rig->screenshot(text(file))), text(file));
+        m_lastAdded = m_tray->addScreenshot(m_rig->open(m_rig->screenshot(QString::fromUtf8(file))),
+                                            QString::fromUtf8(file));
         QVERIFY(QTest::qWaitForWindowExposed(panel()));
     }
 
@@ -267,15 +240,6 @@ private:
         QTRY_COMPARE(TrayOnScreen::picture(rows().first()).pixel(300, 4), qRgb(255, 255, 255));
     }
 
-    QString typedIntoTerminal() const
-    {
-        QFile file(m_rig->place(text("typed")).toLocalFile());
-        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
-
-    std::unique_ptr<TrayRig> m_rig;
-    std::unique_ptr<TrayController> m_tray;
-    std::unique_ptr<Terminal> m_terminal;
     std::optional<QUuid> m_lastAdded;
 };
 

@@ -19,6 +19,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -150,7 +152,7 @@ QImage TrayOnScreen::picture(QWidget *row)
 QStringList logLinesWith(const QString &text)
 {
     VelmoraLog::waitUntilWritten(std::chrono::seconds(10));
-    QFile log(QStringLiteral("/tmp/Velmora.log"));
+    QFile log(u"/tmp/Velmora.log"_s);
     if (!log.open(QFile::ReadOnly))
         return {};
     return QString::fromUtf8(log.readAll()).split(u'\n').filter(text);

@@ -14,19 +14,11 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
-
-namespace
-{
-
-QString text(const char *literal)
-{
-    return QString::fromUtf8(literal);
-}
-
-} // namespace
 
 class TrayRowsTest : public QObject, ControllerFixture
 {
@@ -50,8 +42,8 @@ private Q_SLOTS:
         add("one.png");
         add("two.png");
         add("three.png");
-        QCOMPARE(names(), (QStringList{text("three.png"), text("two.png"), text("one.png")}));
-        QCOMPARE(badges(), (QStringList{text("NEW"), text("EARLIER"), text("EARLIER")}));
+        QCOMPARE(names(), (QStringList{u"three.png"_s, u"two.png"_s, u"one.png"_s}));
+        QCOMPARE(badges(), (QStringList{u"NEW"_s, u"EARLIER"_s, u"EARLIER"_s}));
     }
 
     void aFourthScreenshotPushesTheFirstOut()
@@ -60,13 +52,13 @@ private Q_SLOTS:
         add("two.png");
         add("three.png");
         add("four.png");
-        QCOMPARE(names(), (QStringList{text("four.png"), text("three.png"), text("two.png")}));
-        QCOMPARE(badges(), (QStringList{text("NEW"), text("EARLIER"), text("EARLIER")}));
+        QCOMPARE(names(), (QStringList{u"four.png"_s, u"three.png"_s, u"two.png"_s}));
+        QCOMPARE(badges(), (QStringList{u"NEW"_s, u"EARLIER"_s, u"EARLIER"_s}));
         QVERIFY(!m_tray->fileURL(first));
         suggest(first, "late.png");
         m_tray->markNaming(first);
-        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
-        QVERIFY(m_told.isEmpty());
+        QVERIFY(m_rig->filesInFolder().contains(u"one.png"_s));
+        QVERIFY(m_calls.isEmpty());
     }
 
     void whenTheNewestGoesTheNextBecomesNew()
@@ -74,8 +66,8 @@ private Q_SLOTS:
         add("one.png");
         add("two.png");
         click(rows().first(), "Dismiss");
-        QCOMPARE(names(), QStringList{text("one.png")});
-        QCOMPARE(badges(), QStringList{text("NEW")});
+        QCOMPARE(names(), QStringList{u"one.png"_s});
+        QCOMPARE(badges(), QStringList{u"NEW"_s});
     }
 
     void thePanelStandsInTheChosenCorner_data()
@@ -155,7 +147,7 @@ private Q_SLOTS:
         QWidget *first = panel();
         click(rows().first(), "Dismiss");
         QVERIFY(!first->isVisible());
-        QVERIFY(m_rig->filesInFolder().contains(text("one.png")));
+        QVERIFY(m_rig->filesInFolder().contains(u"one.png"_s));
 
         VelmoraSettings::setTrayPosition(TrayPosition::topRight);
         add("two.png");
@@ -163,15 +155,15 @@ private Q_SLOTS:
         QVERIFY(panel()->isVisible());
         QTRY_COMPARE(panel()->y(), 44);
         QCOMPARE(panel()->size(), QSize(620, 88));
-        QCOMPARE(names(), QStringList{text("two.png")});
+        QCOMPARE(names(), QStringList{u"two.png"_s});
     }
 
     void fileUrlsFollowRenamesAndEndWithTheRow()
     {
         const QUuid id = add("one.png");
-        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("one.png"))));
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(u"one.png"_s)));
         suggest(id, "better.png");
-        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(text("better.png"))));
+        QCOMPARE(m_tray->fileURL(id), std::optional(m_rig->place(u"better.png"_s)));
         click(rows().first(), "Dismiss");
         QVERIFY(!m_tray->fileURL(id));
         QVERIFY(!m_tray->fileURL(QUuid::createUuid()));
@@ -180,17 +172,17 @@ private Q_SLOTS:
     void aShownFileIsKnownHoweverItsAddressIsWritten()
     {
         add("one.png");
-        const QString path = m_rig->place(text("one.png")).toLocalFile();
+        const QString path = m_rig->place(u"one.png"_s).toLocalFile();
         const QString folder = path.section(u'/', 0, -2);
         QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(path)));
-        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("/./one.png"))));
-        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("//x/../one.png"))));
-        QVERIFY(!m_tray->containsScreenshot(QUrl::fromLocalFile(folder + text("/One.png"))));
+        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + u"/./one.png"_s)));
+        QVERIFY(m_tray->containsScreenshot(QUrl::fromLocalFile(folder + u"//x/../one.png"_s)));
+        QVERIFY(!m_tray->containsScreenshot(QUrl::fromLocalFile(folder + u"/One.png"_s)));
 
-        const QUrl odd = QUrl::fromLocalFile(folder + text("/./two.png"));
-        m_rig->screenshot(text("two.png"));
-        m_tray->addScreenshot(m_rig->open(odd), text("two.png"));
-        QVERIFY(m_tray->containsScreenshot(m_rig->place(text("two.png"))));
+        const QUrl odd = QUrl::fromLocalFile(folder + u"/./two.png"_s);
+        m_rig->screenshot(u"two.png"_s);
+        m_tray->addScreenshot(m_rig->open(odd), u"two.png"_s);
+        QVERIFY(m_tray->containsScreenshot(m_rig->place(u"two.png"_s)));
     }
 
     void tabGoesFromTheNewestRowDown()
@@ -203,13 +195,14 @@ private Q_SLOTS:
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             const QWidget *focused = QApplication::focusWidget();
             const bool inTop = rows().first()->isAncestorOf(focused);
-            visited.append(text(inTop ? "top " : "below ") + focused->accessibleName());
+            visited.append(QString::fromUtf8(inTop ? "top " : "below ") +
+                           focused->accessibleName());
         }
         QStringList wanted;
         for (const char *place : {"top ", "below "}) {
             for (const char *control : {"Edit filename and press Return", "Copy",
                                         "Show in File Manager", "Move to Trash", "Dismiss"})
-                wanted.append(text(place) + text(control));
+                wanted.append(QString::fromUtf8(place) + QString::fromUtf8(control));
         }
         QCOMPARE(visited, wanted);
     }
@@ -229,19 +222,19 @@ private Q_SLOTS:
         QTimer typing;
         connect(&typing, &QTimer::timeout, oldest, [oldest] {
             name(oldest)->setFocus();
-            QTest::keyClicks(name(oldest), text("x"));
+            QTest::keyClicks(name(oldest), u"x"_s);
         });
         typing.start(1000);
         QTRY_COMPARE_WITH_TIMEOUT(rows().size(), 2, 20000);
         QVERIFY2(watch.elapsed() >= 14990 && watch.elapsed() < 17000,
                  qPrintable(QString::number(watch.elapsed())));
-        QCOMPARE(names(), (QStringList{text("three.png"), text("two.png")}));
+        QCOMPARE(names(), (QStringList{u"three.png"_s, u"two.png"_s}));
         // The typed text is not lost.
         m_rig->settle();
-        const QString typed = m_told.value(0).section(u' ', 1);
-        QVERIFY2(typed.contains(u'x'), qPrintable(m_told.join(u'\n')));
+        const QString typed = m_calls.value(0).section(u' ', 1);
+        QVERIFY2(typed.contains(u'x'), qPrintable(m_calls.join(u'\n')));
         QVERIFY(m_rig->filesInFolder().contains(typed));
-        QCOMPARE(m_told.size(), 2);
+        QCOMPARE(m_calls.size(), 2);
     }
 };
 

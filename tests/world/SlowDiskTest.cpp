@@ -11,6 +11,7 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -36,7 +37,7 @@ class SlowDiskTest : public QObject
     std::unique_ptr<QTemporaryDir> m_other;
 
     QByteArray slowFolder() const { return QFile::encodeName(m_slow->path()); }
-    QString slowFile() const { return m_slow->filePath(QStringLiteral("a.txt")); }
+    QString slowFile() const { return m_slow->filePath(u"a.txt"_s); }
 
     static bool fill(const QString &path)
     {
@@ -72,8 +73,8 @@ private Q_SLOTS:
     {
         SlowDisk::slow({slowFolder()}, 1000ms);
         SlowDisk::startCounting();
-        QVERIFY(fill(m_other->filePath(QStringLiteral("b.txt"))));
-        QVERIFY(QFile::exists(m_slow->path() + QStringLiteral("-beside")) == false);
+        QVERIFY(fill(m_other->filePath(u"b.txt"_s)));
+        QVERIFY(QFile::exists(m_slow->path() + u"-beside"_s) == false);
         QCOMPARE(SlowDisk::mainThreadDelay(), 0ms);
     }
 
@@ -108,22 +109,22 @@ private Q_SLOTS:
         QCOMPARE(SlowDisk::mainThreadDelay(), 0ms);
     }
 
-    void aProgramIsToldByItsEnvironment()
+    void aProgramIsConfiguredByItsEnvironment()
     {
-        const QString report = m_other->filePath(QStringLiteral("report"));
+        const QString report = m_other->filePath(u"report"_s);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(SLOW_DISK_LIBRARY));
-        environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                           qEnvironmentVariable("ASAN_OPTIONS") +
-                               QStringLiteral(":verify_asan_link_order=0"));
-        environment.insert(QStringLiteral("SLOW_DISK_FOLDERS"), m_slow->path());
-        environment.insert(QStringLiteral("SLOW_DISK_MILLISECONDS"), QStringLiteral("300"));
-        environment.insert(QStringLiteral("SLOW_DISK_CALLS"), QStringLiteral("open"));
-        environment.insert(QStringLiteral("SLOW_DISK_REPORT"), report);
+        environment.insert(u"LD_PRELOAD"_s, QStringLiteral(SLOW_DISK_LIBRARY " ") +
+                                                qEnvironmentVariable("LD_PRELOAD"));
+        environment.insert(u"ASAN_OPTIONS"_s,
+                           qEnvironmentVariable("ASAN_OPTIONS") + u":verify_asan_link_order=0"_s);
+        environment.insert(u"SLOW_DISK_FOLDERS"_s, m_slow->path());
+        environment.insert(u"SLOW_DISK_MILLISECONDS"_s, u"300"_s);
+        environment.insert(u"SLOW_DISK_CALLS"_s, u"open"_s);
+        environment.insert(u"SLOW_DISK_REPORT"_s, report);
         QProcess program;
         program.setProcessEnvironment(environment);
         const qint64 taken = millisecondsOf([&] {
-            program.start(QStringLiteral("cat"), {slowFile()});
+            program.start(u"cat"_s, {slowFile()});
             QVERIFY(program.waitForFinished());
         });
         QCOMPARE(program.readAllStandardOutput(), QByteArray("text"));

@@ -11,6 +11,8 @@
 #include <initializer_list>
 #include <xcb/composite.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -49,7 +51,7 @@ public:
     }
 
     /// Sent like a request of a pager or a task bar for the user.
-    void tell(WId window, const char *message, std::initializer_list<quint32> values) const
+    void send(WId window, const char *message, std::initializer_list<quint32> values) const
     {
         xcb_client_message_event_t event = {};
         event.response_type = XCB_CLIENT_MESSAGE;
@@ -84,19 +86,19 @@ pid_t managerProcess()
 void WindowManager::setFullScreen(WId window, bool fullScreen)
 {
     const Server server;
-    server.tell(window, "_NET_WM_STATE",
+    server.send(window, "_NET_WM_STATE",
                 {fullScreen, server.atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager});
 }
 
 void WindowManager::showDesktop(bool shown)
 {
     const Server server;
-    server.tell(server.root(), "_NET_SHOWING_DESKTOP", {shown});
+    server.send(server.root(), "_NET_SHOWING_DESKTOP", {shown});
 }
 
 void WindowManager::sendToWorkspace(WId window, quint32 workspace)
 {
-    Server().tell(window, "_NET_WM_DESKTOP", {workspace, fromPager});
+    Server().send(window, "_NET_WM_DESKTOP", {workspace, fromPager});
 }
 
 WindowManager::Standstill::Standstill()
@@ -116,9 +118,8 @@ struct Compositor::Process {
 Compositor::Compositor() : m_process(std::make_unique<Process>())
 {
     // Without a settings file it draws no shadows of its own.
-    m_process->picom.start(QStringLiteral("picom"),
-                           {QStringLiteral("--backend"), QStringLiteral("xrender"),
-                            QStringLiteral("--config"), QStringLiteral("/dev/null")});
+    m_process->picom.start(u"picom"_s,
+                           {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
     if (!QTest::qWaitFor(isRunning, patience))
         qWarning("picom does not start");
 }

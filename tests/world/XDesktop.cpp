@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -10,7 +12,7 @@ constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
 
 QString xdotool(const QStringList &arguments)
 {
-    return XDesktop::run(QStringLiteral("xdotool"), arguments);
+    return XDesktop::run(u"xdotool"_s, arguments);
 }
 
 } // namespace
@@ -28,47 +30,43 @@ QString XDesktop::run(const QString &program, const QStringList &arguments)
 
 QString XDesktop::property(WId window, const QString &name)
 {
-    const QString line =
-        run(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window), name});
+    const QString line = run(u"xprop"_s, {u"-id"_s, QString::number(window), name});
     return line.contains(u'=') ? line.section(u'=', 1).trimmed() : line.section(u':', 1).trimmed();
 }
 
 WId XDesktop::activeWindow()
 {
-    return xdotool({QStringLiteral("getactivewindow")}).toULongLong();
+    return xdotool({u"getactivewindow"_s}).toULongLong();
 }
 
 void XDesktop::movePointer(QPoint place)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
+    xdotool({u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
 }
 
 void XDesktop::click(QPoint place)
 {
     movePointer(place);
-    xdotool({QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({u"click"_s, u"1"_s});
 }
 
 void XDesktop::type(const QString &text)
 {
-    xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("5"), text});
+    xdotool({u"type"_s, u"--delay"_s, u"5"_s, text});
 }
 
 void XDesktop::pressKey(const QString &key)
 {
-    xdotool({QStringLiteral("key"), key});
+    xdotool({u"key"_s, key});
 }
 
 Terminal::Terminal(const QString &typedInto)
 {
-    m_process.start(QStringLiteral("xterm"),
-                    {QStringLiteral("-geometry"), QStringLiteral("40x10+20+20"),
-                     QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
-                     QStringLiteral("cat > \"$0\""), typedInto});
+    m_process.start(u"xterm"_s, {u"-geometry"_s, u"40x10+20+20"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+                                 u"cat > \"$0\""_s, typedInto});
     const QString pid = QString::number(m_process.processId());
     const auto found = [this, &pid] {
-        m_window = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                            QStringLiteral("--pid"), pid})
+        m_window = xdotool({u"search"_s, u"--onlyvisible"_s, u"--pid"_s, pid})
                        .section(u'\n', 0, 0)
                        .toULongLong();
         return m_window != 0;
@@ -86,12 +84,12 @@ Terminal::~Terminal()
 
 void Terminal::activate() const
 {
-    xdotool({QStringLiteral("windowactivate"), QString::number(m_window)});
+    xdotool({u"windowactivate"_s, QString::number(m_window)});
     if (!QTest::qWaitFor([this] { return isActive(); }, int(patience.count())))
         qWarning() << "xterm does not get the keyboard";
 }
 
 bool Terminal::hasKeyboard() const
 {
-    return xdotool({QStringLiteral("getwindowfocus")}).toULongLong() == m_window;
+    return xdotool({u"getwindowfocus"_s}).toULongLong() == m_window;
 }

@@ -42,7 +42,7 @@ bool isLocal(int descriptor)
 
 } // namespace
 
-bool tellsEveryChange(const QByteArray &folder)
+bool reportsEveryChange(const QByteArray &folder)
 {
     const int descriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0)

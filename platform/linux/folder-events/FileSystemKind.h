@@ -7,4 +7,4 @@
 /// an entry has only one name. True for the local file systems that we know; false for network and
 /// user-space ones, for folders that accept two spellings of one name, and for everything unknown.
 /// Any thread; blocks on the file system.
-bool tellsEveryChange(const QByteArray &folder);
+bool reportsEveryChange(const QByteArray &folder);

@@ -22,7 +22,7 @@ namespace
 
 constexpr uint32_t entryMask = IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
 constexpr uint32_t folderMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
-constexpr uint32_t alwaysTold = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_Q_OVERFLOW;
+constexpr uint32_t alwaysReported = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_Q_OVERFLOW;
 constexpr int mostLinks = 40;
 constexpr size_t bufferSize = 4096;
 
@@ -79,7 +79,7 @@ bool PathWatch::watch(const QByteArray &path, End end)
     QList<QByteArray> rest = path.split('/');
     rest.removeAll(QByteArray());
     int links = 0;
-    bool isTold = true;
+    bool isReported = true;
     while (!rest.isEmpty()) {
         const QByteArray name = rest.takeFirst();
         if (name == "..")
@@ -89,11 +89,11 @@ bool PathWatch::watch(const QByteArray &path, End end)
         // The watch comes before the look, so that nothing is missed in between.
         if (!watchEntry(folder, name, rest.isEmpty() ? Place::AtTheEnd : Place::OnTheWay, end))
             return false;
-        isTold = isTold && tellsEveryChange(folder);
+        isReported = isReported && reportsEveryChange(folder);
         const QByteArray entry = child(folder, name);
         struct stat status = {};
         if (::lstat(entry.constData(), &status) != 0)
-            return isTold && errno == ENOENT;
+            return isReported && errno == ENOENT;
         if (!S_ISLNK(status.st_mode)) {
             folder = entry;
             continue;
@@ -106,7 +106,7 @@ bool PathWatch::watch(const QByteArray &path, End end)
         rest = target.split('/') + rest;
         rest.removeAll(QByteArray());
     }
-    return isTold;
+    return isReported;
 }
 
 bool PathWatch::watchEntry(const QByteArray &folder, const QByteArray &name, Place place, End end)
@@ -152,7 +152,7 @@ bool PathWatch::concerns(const inotify_event &event, const char *name)
     }
     // An event may be read before the names of its watch are known.
     const auto names = m_names.constFind(event.wd);
-    if ((event.mask & alwaysTold) || names == m_names.cend())
+    if ((event.mask & alwaysReported) || names == m_names.cend())
         return true;
     const auto entry = names->constFind(QByteArray::fromRawData(name, qsizetype(qstrlen(name))));
     return entry != names->cend() && (event.mask != IN_ATTRIB || *entry == Place::OnTheWay);

@@ -28,7 +28,7 @@ QString objectPath()
 /// Plasma 6 and Plasma 5 use different names. Everything is sent as text, because the properties'
 /// types of numbers and bytes differ too.
 constexpr char scriptText[] = R"js(
-function tell(window) {
+function report(window) {
     const kind = !window ? "none"
         : window.dock || window.desktopWindow || window.notification ? "shell" : "window";
     const text = name => window && window[name] !== undefined ? String(window[name]) : "";
@@ -36,11 +36,11 @@ function tell(window) {
              text("resourceClass"), text("desktopFileName"), text("pid"), kind);
 }
 if (workspace.windowActivated) {
-    workspace.windowActivated.connect(tell);
-    tell(workspace.activeWindow);
+    workspace.windowActivated.connect(report);
+    report(workspace.activeWindow);
 } else {
-    workspace.clientActivated.connect(tell);
-    tell(workspace.activeClient);
+    workspace.clientActivated.connect(report);
+    report(workspace.activeClient);
 }
 )js";
 

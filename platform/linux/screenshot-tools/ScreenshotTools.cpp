@@ -142,9 +142,9 @@ Commands flameshotSavesAtOnce()
 
 constexpr FollowedSetting::Name noGSetting = {};
 constexpr auto fixed = ScreenshotTool::Key::SavesInFixedFolder;
-constexpr auto told = ScreenshotTool::Key::SavesWhereTold;
+constexpr auto chosen = ScreenshotTool::Key::SavesInChosenFolder;
 
-constexpr ScreenshotTool flameshot = {told,
+constexpr ScreenshotTool flameshot = {chosen,
                                       iniFile<IniTools::flameshot>,
                                       noGSetting,
                                       iniFolder<IniTools::flameshot>,
@@ -152,41 +152,41 @@ constexpr ScreenshotTool flameshot = {told,
                                       storeIniFolder<IniTools::flameshot>,
                                       flameshotSavesAtOnce};
 constexpr ScreenshotTool ksnip = {
-    told,          iniFile<IniTools::ksnip>,        noGSetting, iniFolder<IniTools::ksnip>,
+    chosen,        iniFile<IniTools::ksnip>,        noGSetting, iniFolder<IniTools::ksnip>,
     unknownFolder, storeIniFolder<IniTools::ksnip>, nothing};
-constexpr ScreenshotTool screengrab = {told,          iniFile<IniTools::screengrab>,
+constexpr ScreenshotTool screengrab = {chosen,        iniFile<IniTools::screengrab>,
                                        noGSetting,    iniFolder<IniTools::screengrab>,
                                        unknownFolder, storeIniFolder<IniTools::screengrab>,
                                        nothing};
-constexpr ScreenshotTool said = {told,          noFile,    noGSetting, saidFolder,
+constexpr ScreenshotTool said = {chosen,        noFile,    noGSetting, saidFolder,
                                  unknownFolder, noSetting, nothing};
 
 constexpr ScreenshotTool cinnamonTools[] = {
-    {told, noFile, GnomeTools::gnomeScreenshotSetting, GnomeTools::gnomeScreenshotFolder,
+    {chosen, noFile, GnomeTools::gnomeScreenshotSetting, GnomeTools::gnomeScreenshotFolder,
      GnomeTools::picturesOrHome, GnomeTools::storeGnomeScreenshotFolder, nothing}};
 constexpr ScreenshotTool cosmicTools[] = {
     {fixed, noFile, noGSetting, cosmicFolder, unknownFolder, noSetting, nothing}};
-constexpr ScreenshotTool elementaryTools[] = {{told, noFile, GnomeTools::elementarySetting,
+constexpr ScreenshotTool elementaryTools[] = {{chosen, noFile, GnomeTools::elementarySetting,
                                                GnomeTools::elementaryFolder, unknownFolder,
                                                GnomeTools::storeElementaryFolder, nothing}};
 constexpr ScreenshotTool gnomeTools[] = {
     {fixed, GnomeTools::gnomeShellPath, GnomeTools::gnomeScreenshotSetting, GnomeTools::gnomeFolder,
      GnomeTools::gnomeShellFolder, GnomeTools::storeGnomeScreenshotFolder, nothing}};
-constexpr ScreenshotTool kdeTools[] = {{told, SpectacleSettings::file, noGSetting, spectacleFolder,
-                                        unknownFolder, SpectacleSettings::storeFolder,
-                                        SpectacleSettings::saveAtOnce}};
+constexpr ScreenshotTool kdeTools[] = {
+    {chosen, SpectacleSettings::file, noGSetting, spectacleFolder, unknownFolder,
+     SpectacleSettings::storeFolder, SpectacleSettings::saveAtOnce}};
 constexpr ScreenshotTool lxqtTools[] = {screengrab, said, flameshot, ksnip};
-constexpr ScreenshotTool mateTools[] = {{told, noFile, GnomeTools::mateSetting,
+constexpr ScreenshotTool mateTools[] = {{chosen, noFile, GnomeTools::mateSetting,
                                          GnomeTools::mateFolder, GnomeTools::desktopFolder,
                                          GnomeTools::storeMateFolder, nothing}};
 constexpr ScreenshotTool niriTools[] = {
     {fixed, NiriSettings::file, noGSetting, niriFolder, unknownFolder, noSetting, nothing}};
 constexpr ScreenshotTool wlrootsTools[] = {
-    {told, noFile, noGSetting, grimFolder, unknownFolder, storeGrimFolder, nothing},
+    {chosen, noFile, noGSetting, grimFolder, unknownFolder, storeGrimFolder, nothing},
     flameshot,
     ksnip};
-constexpr ScreenshotTool xfceTools[] = {
-    {told, xfceFile, noGSetting, xfceFolder, GnomeTools::picturesOrHome, storeXfceFolder, nothing}};
+constexpr ScreenshotTool xfceTools[] = {{chosen, xfceFile, noGSetting, xfceFolder,
+                                         GnomeTools::picturesOrHome, storeXfceFolder, nothing}};
 
 /// LXDE, Deepin, i3, Openbox alone, an unset desktop.
 constexpr ScreenshotTool otherTools[] = {said, flameshot, ksnip, screengrab};

@@ -14,7 +14,7 @@
 /// thread.
 struct ScreenshotTool {
     /// What happens to screenshots taken with the key after storeFolder() was called.
-    enum class Key { SavesWhereTold, SavesInFixedFolder };
+    enum class Key { SavesInChosenFolder, SavesInFixedFolder };
     Key key;
 
     /// The file whose changes may move the folder, or a folder that does so by appearing or

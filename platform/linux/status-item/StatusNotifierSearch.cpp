@@ -48,15 +48,15 @@ StatusNotifierSearch::~StatusNotifierSearch() = default;
 void StatusNotifierSearch::start()
 {
     if (QGuiApplication::platformName() == u"xcb") {
-        m_olderTray = std::make_unique<XembedTray>();
-        connect(m_olderTray.get(), &XembedTray::appeared, this,
-                &StatusNotifierSearch::considerOlderTray);
+        m_xembedTray = std::make_unique<XembedTray>();
+        connect(m_xembedTray.get(), &XembedTray::appeared, this,
+                &StatusNotifierSearch::considerXembedTray);
     }
     for (const std::chrono::milliseconds limit :
          {m_patience.withoutWatcher, m_patience.withoutHost}) {
         QTimer::singleShot(limit, Qt::PreciseTimer, this, [this, limit] {
             m_waited = limit;
-            considerOlderTray();
+            considerXembedTray();
         });
     }
     listenToBus();
@@ -99,16 +99,16 @@ void StatusNotifierSearch::askForHost()
         if (reply.isValid() && reply.value().variant().toBool())
             finish(StatusBar::Host);
         else
-            considerOlderTray();
+            considerXembedTray();
     });
 }
 
-void StatusNotifierSearch::considerOlderTray()
+void StatusNotifierSearch::considerXembedTray()
 {
     if (m_isFound || !m_hasWatcher)
         return;
     const auto limit = *m_hasWatcher ? m_patience.withoutHost : m_patience.withoutWatcher;
-    if (m_waited >= limit && m_olderTray && m_olderTray->isThere())
+    if (m_waited >= limit && m_xembedTray && m_xembedTray->isThere())
         finish(StatusBar::Older);
 }
 

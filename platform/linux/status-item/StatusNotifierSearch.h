@@ -46,7 +46,7 @@ private Q_SLOTS:
 
 private:
     void listenToBus();
-    void considerOlderTray();
+    void considerXembedTray();
     void finish(StatusBar statusBar);
 
     Patience m_patience;
@@ -54,5 +54,5 @@ private:
     bool m_isFound = false;
     /// Whether there is a watcher on the bus; absent until that is known.
     std::optional<bool> m_hasWatcher;
-    std::unique_ptr<XembedTray> m_olderTray;
+    std::unique_ptr<XembedTray> m_xembedTray;
 };

@@ -23,8 +23,8 @@ WaylandConnection::WaylandConnection() : m_display(wl_display_connect(nullptr))
 WaylandConnection::~WaylandConnection()
 {
     m_notifier.reset();
-    if (m_globalsTold)
-        wl_callback_destroy(m_globalsTold);
+    if (m_globalsSync)
+        wl_callback_destroy(m_globalsSync);
     if (m_registry)
         wl_registry_destroy(m_registry);
     if (m_display)
@@ -45,14 +45,14 @@ void WaylandConnection::askForGlobals()
                     [name](const auto &global) { return global.value().name == name; });
             },
     };
-    static const wl_callback_listener toldListener = {
+    static const wl_callback_listener syncListener = {
         .done = [](void *data, wl_callback *,
                    uint32_t) { Q_EMIT static_cast<WaylandConnection *>(data)->globalsKnown(); },
     };
     m_registry = wl_display_get_registry(m_display);
     wl_registry_add_listener(m_registry, &registryListener, this);
-    m_globalsTold = sync();
-    wl_callback_add_listener(m_globalsTold, &toldListener, this);
+    m_globalsSync = sync();
+    wl_callback_add_listener(m_globalsSync, &syncListener, this);
     flush();
 }
 

@@ -63,7 +63,7 @@ private:
     wl_display *m_display;
     bool m_hasEnded = false;
     wl_registry *m_registry = nullptr;
-    wl_callback *m_globalsTold = nullptr;
+    wl_callback *m_globalsSync = nullptr;
     QHash<QByteArray, Global> m_globals;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QUrlQuery>
 
+using namespace Qt::StringLiterals;
+
 class FeedbackMailTest : public QObject
 {
     Q_OBJECT
@@ -14,7 +16,7 @@ class FeedbackMailTest : public QObject
 private Q_SLOTS:
     void theLinkIsAMailToTheTeam()
     {
-        QCOMPARE(feedbackMail().scheme(), QStringLiteral("mailto"));
+        QCOMPARE(feedbackMail().scheme(), u"mailto"_s);
         QCOMPARE(feedbackMail().path(), velmoraFeedbackAddress());
     }
 
@@ -23,12 +25,11 @@ private Q_SLOTS:
         const QUrlQuery query(feedbackMail());
         const auto items = query.queryItems(QUrl::FullyDecoded);
         QCOMPARE(items.size(), 2);
-        QCOMPARE(items[0].first, QStringLiteral("subject"));
-        QCOMPARE(items[0].second, QStringLiteral("Velmora feedback"));
-        QCOMPARE(items[1].first, QStringLiteral("body"));
-        QCOMPARE(items[1].second,
-                 QStringLiteral("Hi Velmora team,\n\nWhat I tried:\n\nWhat felt confusing:\n\n"
-                                "What I expected:\n\nMy Linux version and desktop:\n"));
+        QCOMPARE(items[0].first, u"subject"_s);
+        QCOMPARE(items[0].second, u"Velmora feedback"_s);
+        QCOMPARE(items[1].first, u"body"_s);
+        QCOMPARE(items[1].second, u"Hi Velmora team,\n\nWhat I tried:\n\nWhat felt confusing:\n\n"
+                                  "What I expected:\n\nMy Linux version and desktop:\n"_s);
     }
 };
 

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 class LoginItemControllerTest : public QObject
 {
     Q_OBJECT
@@ -35,11 +37,11 @@ private Q_SLOTS:
     void aFailureIsLogged()
     {
         FakeLoginItem item;
-        item.failure = QStringLiteral("no room ") + QUuid::createUuid().toString();
+        item.failure = u"no room "_s + QUuid::createUuid().toString();
         const LogTail log;
         LoginItemController::setEnabled(item, true);
         QCOMPARE(log.messagesWith(*item.failure),
-                 QStringList(QStringLiteral("login item failed ") + *item.failure));
+                 QStringList(u"login item failed "_s + *item.failure));
     }
 };
 

@@ -159,25 +159,25 @@ private Q_SLOTS:
         QVERIFY(WelcomeWindowParts::labels(*window, u"/somewhere/else"_s).isEmpty());
     }
 
-    void aChosenFolderIsStoredToldAndShown_data()
+    void aChosenFolderIsStoredReportedAndShown_data()
     {
         QTest::addColumn<QString>("chosen");
         QTest::newRow("another") << folder(u"new"_s);
         QTest::newRow("the same again") << folder(u"old"_s);
     }
 
-    void aChosenFolderIsStoredToldAndShown()
+    void aChosenFolderIsStoredReportedAndShown()
     {
         QFETCH(const QString, chosen);
         VelmoraSettings::open().setValue(u"didExplainFolderAccess"_s, true);
         WelcomeRig rig(folder(u"old"_s));
         rig.show();
         const QPointer<WelcomeWindow> first = rig.window();
-        const QSignalSpy told(rig.controller.get(), &WelcomeController::folderChosen);
+        const QSignalSpy reported(rig.controller.get(), &WelcomeController::folderChosen);
         rig.press(u"Change Folder"_s);
         rig.use(chosen);
-        QTRY_COMPARE(told.count(), 1);
-        QCOMPARE(told[0][0].toUrl(), QUrl::fromLocalFile(chosen));
+        QTRY_COMPARE(reported.count(), 1);
+        QCOMPARE(reported[0][0].toUrl(), QUrl::fromLocalFile(chosen));
         QCOMPARE(rig.preferences->locationWrites, 1);
         QCOMPARE(rig.preferences->stored, chosen);
         QTRY_VERIFY(!first);
@@ -229,12 +229,12 @@ private Q_SLOTS:
         WelcomeRig rig(folder(u"old"_s));
         rig.show();
         WelcomeWindow *window = rig.window();
-        const QSignalSpy told(rig.controller.get(), &WelcomeController::folderChosen);
+        const QSignalSpy reported(rig.controller.get(), &WelcomeController::folderChosen);
         rig.press(u"Change Folder"_s);
         QTRY_VERIFY(rig.panel());
         QTest::keyClick(rig.panel(), Qt::Key_Escape);
         QTRY_VERIFY(rig.dialogs().isEmpty());
-        QVERIFY(staysSo([&] { return rig.window() == window && told.isEmpty(); }));
+        QVERIFY(staysSo([&] { return rig.window() == window && reported.isEmpty(); }));
         QCOMPARE(rig.preferences->locationWrites, 0);
     }
 
@@ -256,7 +256,7 @@ private Q_SLOTS:
         VelmoraSettings::open().setValue(u"didExplainFolderAccess"_s, true);
         WelcomeRig rig(folder(u"old"_s));
         rig.show();
-        const QSignalSpy told(rig.controller.get(), &WelcomeController::folderChosen);
+        const QSignalSpy reported(rig.controller.get(), &WelcomeController::folderChosen);
         rig.press(u"Change Folder"_s);
         rig.use(chosen);
         QTRY_COMPARE(rig.alert(), QStringList({u"This folder can't be used"_s,
@@ -264,10 +264,10 @@ private Q_SLOTS:
                                                        folder(u"old"_s) + u'.')}));
         rig.pressOk();
         QTRY_VERIFY(rig.panel());
-        QCOMPARE(told.count(), 0);
+        QCOMPARE(reported.count(), 0);
         QCOMPARE(rig.preferences->locationWrites, 0);
         rig.use(folder(u"new"_s));
-        QTRY_COMPARE(told.count(), 1);
+        QTRY_COMPARE(reported.count(), 1);
     }
 
     void dialogsEndWithTheWindow_data()
@@ -288,7 +288,7 @@ private Q_SLOTS:
         QFETCH(const bool, rebuilt);
         WelcomeRig rig(folder(u"old"_s));
         rig.show();
-        const QSignalSpy told(rig.controller.get(), &WelcomeController::folderChosen);
+        const QSignalSpy reported(rig.controller.get(), &WelcomeController::folderChosen);
         rig.press(u"Change Folder"_s);
         QTRY_COMPARE(rig.alert(), folderExplanation);
         if (deep > 0)
@@ -305,7 +305,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!open);
         QVERIFY(staysSo([&] { return rig.dialogs().isEmpty(); }));
         QCOMPARE(rig.window() != nullptr, rebuilt);
-        QCOMPARE(told.count(), 0);
+        QCOMPARE(reported.count(), 0);
         QCOMPARE(isStored(u"didExplainFolderAccess"_s), deep > 0);
         // The next one works like the first.
         rig.show();

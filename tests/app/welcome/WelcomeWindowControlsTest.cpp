@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::StringLiterals;
 using namespace WelcomeWindowParts;
 
 class WelcomeWindowControlsTest : public QObject
@@ -27,19 +28,19 @@ private Q_SLOTS:
         QVERIFY(showActive(window));
         using Wish = void (WelcomeWindow::*)();
         const std::vector<std::pair<QString, Wish>> wishes = {
-            {QStringLiteral("Make Instant"), &WelcomeWindow::instantModeRequested},
-            {QStringLiteral("Change Folder"), &WelcomeWindow::changeFolderRequested},
-            {QStringLiteral("Recent Screenshots"), &WelcomeWindow::recentScreenshotsRequested},
-            {QStringLiteral("Done"), &WelcomeWindow::doneRequested},
-            {QStringLiteral("Feedback"), &WelcomeWindow::feedbackRequested},
+            {u"Make Instant"_s, &WelcomeWindow::instantModeRequested},
+            {u"Change Folder"_s, &WelcomeWindow::changeFolderRequested},
+            {u"Recent Screenshots"_s, &WelcomeWindow::recentScreenshotsRequested},
+            {u"Done"_s, &WelcomeWindow::doneRequested},
+            {u"Feedback"_s, &WelcomeWindow::feedbackRequested},
         };
-        QStringList told;
+        QStringList reported;
         for (const auto &[title, wish] : wishes)
-            connect(&window, wish, this, [&told, title = title] { told.append(title); });
+            connect(&window, wish, this, [&reported, title = title] { reported.append(title); });
         for (const auto &[title, wish] : wishes) {
             QTest::mouseClick(button(window, title), Qt::LeftButton);
-            QCOMPARE(told, QStringList(title));
-            told.clear();
+            QCOMPARE(reported, QStringList(title));
+            reported.clear();
         }
         QVERIFY(window.isVisible());
     }
@@ -49,18 +50,18 @@ private Q_SLOTS:
         WelcomeWindow window(state(true));
         QVERIFY(showActive(window));
         const QSignalSpy asked(&window, &WelcomeWindow::instantModeRequested);
-        QTest::mouseClick(button(window, QStringLiteral("Instant Mode On")), Qt::LeftButton);
+        QTest::mouseClick(button(window, u"Instant Mode On"_s), Qt::LeftButton);
         QCOMPARE(asked.count(), 1);
     }
 
     void startAtLoginShowsItsStateAndTellsEachChange()
     {
         const WelcomeWindow on(state(false, true));
-        QVERIFY(button(on, QStringLiteral("Start at login"))->isChecked());
+        QVERIFY(button(on, u"Start at login"_s)->isChecked());
 
         WelcomeWindow window(state(false, false));
         QVERIFY(showActive(window));
-        QAbstractButton *box = button(window, QStringLiteral("Start at login"));
+        QAbstractButton *box = button(window, u"Start at login"_s);
         QVERIFY(!box->isChecked());
         const QSignalSpy changed(&window, &WelcomeWindow::startAtLoginChanged);
         const QPoint onTheBox(8, box->height() / 2);
@@ -74,23 +75,21 @@ private Q_SLOTS:
     void thePopUpsOfferEveryCaseInItsOrder()
     {
         const WelcomeWindow window(state());
-        QCOMPARE(titles(*popUp(window, QStringLiteral("Auto-copy"))),
-                 QStringList({QStringLiteral("Do nothing"), QStringLiteral("Copy picture"),
-                              QStringLiteral("Copy file"), QStringLiteral("Copy picture + file")}));
-        QCOMPARE(titles(*popUp(window, QStringLiteral("Tray duration"))),
-                 QStringList({QStringLiteral("15 seconds"), QStringLiteral("60 seconds"),
-                              QStringLiteral("Until dismissed")}));
-        QCOMPARE(titles(*popUp(window, QStringLiteral("Tray position"))),
-                 QStringList({QStringLiteral("Bottom-right"), QStringLiteral("Top-right"),
-                              QStringLiteral("Bottom-left"), QStringLiteral("Top-left")}));
+        QCOMPARE(titles(*popUp(window, u"Auto-copy"_s)),
+                 QStringList({u"Do nothing"_s, u"Copy picture"_s, u"Copy file"_s,
+                              u"Copy picture + file"_s}));
+        QCOMPARE(titles(*popUp(window, u"Tray duration"_s)),
+                 QStringList({u"15 seconds"_s, u"60 seconds"_s, u"Until dismissed"_s}));
+        QCOMPARE(titles(*popUp(window, u"Tray position"_s)),
+                 QStringList({u"Bottom-right"_s, u"Top-right"_s, u"Bottom-left"_s, u"Top-left"_s}));
     }
 
     void thePopUpsShowTheFallbacksAtFirst()
     {
         const WelcomeWindow window(state());
-        QCOMPARE(popUp(window, QStringLiteral("Auto-copy"))->currentIndex(), 0);
-        QCOMPARE(popUp(window, QStringLiteral("Tray duration"))->currentIndex(), 1);
-        QCOMPARE(popUp(window, QStringLiteral("Tray position"))->currentIndex(), 0);
+        QCOMPARE(popUp(window, u"Auto-copy"_s)->currentIndex(), 0);
+        QCOMPARE(popUp(window, u"Tray duration"_s)->currentIndex(), 1);
+        QCOMPARE(popUp(window, u"Tray position"_s)->currentIndex(), 0);
     }
 
     void thePopUpsShowWhatIsStored()
@@ -99,12 +98,12 @@ private Q_SLOTS:
         VelmoraSettings::setTrayDuration(TrayDuration::untilDismissed);
         VelmoraSettings::setTrayPosition(TrayPosition::bottomLeft);
         const WelcomeWindow window(state());
-        QCOMPARE(popUp(window, QStringLiteral("Auto-copy"))->currentIndex(), 3);
-        QCOMPARE(popUp(window, QStringLiteral("Tray duration"))->currentIndex(), 2);
-        QCOMPARE(popUp(window, QStringLiteral("Tray position"))->currentIndex(), 2);
+        QCOMPARE(popUp(window, u"Auto-copy"_s)->currentIndex(), 3);
+        QCOMPARE(popUp(window, u"Tray duration"_s)->currentIndex(), 2);
+        QCOMPARE(popUp(window, u"Tray position"_s)->currentIndex(), 2);
     }
 
-    void aPickIsToldByItsIndexAndNotStoredByTheWindow_data()
+    void aChoiceIsReportedByItsIndexAndNotStoredByTheWindow_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("downs");
@@ -117,7 +116,7 @@ private Q_SLOTS:
         QTest::newRow("the same again") << "Tray position" << 0 << -1 << -1 << 0;
     }
 
-    void aPickIsToldByItsIndexAndNotStoredByTheWindow()
+    void aChoiceIsReportedByItsIndexAndNotStoredByTheWindow()
     {
         QFETCH(const QString, name);
         QFETCH(const int, downs);
@@ -152,7 +151,7 @@ private Q_SLOTS:
     {
         WelcomeWindow window(state());
         QVERIFY(showActive(window));
-        OptionPopUp *duration = popUp(window, QStringLiteral("Tray duration"));
+        OptionPopUp *duration = popUp(window, u"Tray duration"_s);
         const QSignalSpy picked(&window, &WelcomeWindow::trayDurationPicked);
         duration->setFocus();
         const QPointF middle = duration->rect().center();
@@ -178,25 +177,23 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(showActive(window));
         const QList<const QWidget *> leftEdge = {
-            label(window, QStringLiteral("Setup checklist")),
-            label(window, QStringLiteral("General")),
-            label(window, QStringLiteral("Behavior")),
-            button(window, QStringLiteral("Make Instant")),
-            button(window, QStringLiteral("Change Folder")),
-            popUp(window, QStringLiteral("Auto-copy")),
-            button(window, QStringLiteral("Recent Screenshots")),
-            label(window, QStringLiteral("Instant"))->parentWidget(),
+            label(window, u"Setup checklist"_s),
+            label(window, u"General"_s),
+            label(window, u"Behavior"_s),
+            button(window, u"Make Instant"_s),
+            button(window, u"Change Folder"_s),
+            popUp(window, u"Auto-copy"_s),
+            button(window, u"Recent Screenshots"_s),
+            label(window, u"Instant"_s)->parentWidget(),
         };
         for (const QWidget *part : leftEdge)
             QCOMPARE(place(*part).left(), 28);
-        const QWidget *card = label(window, QStringLiteral("Private"))->parentWidget();
-        QCOMPARE(place(*button(window, QStringLiteral("Start at login"))).left(),
-                 place(*card).left());
-        QCOMPARE(place(*popUp(window, QStringLiteral("Tray duration"))).left(),
-                 place(*card).left());
-        QCOMPARE(popUp(window, QStringLiteral("Tray duration"))->width(), card->width());
-        QCOMPARE(place(*popUp(window, QStringLiteral("Tray position"))).right(), 620 - 28 - 1);
-        QCOMPARE(place(*button(window, QStringLiteral("Feedback"))).right(), 620 - 28 - 1);
+        const QWidget *card = label(window, u"Private"_s)->parentWidget();
+        QCOMPARE(place(*button(window, u"Start at login"_s)).left(), place(*card).left());
+        QCOMPARE(place(*popUp(window, u"Tray duration"_s)).left(), place(*card).left());
+        QCOMPARE(popUp(window, u"Tray duration"_s)->width(), card->width());
+        QCOMPARE(place(*popUp(window, u"Tray position"_s)).right(), 620 - 28 - 1);
+        QCOMPARE(place(*button(window, u"Feedback"_s)).right(), 620 - 28 - 1);
     }
 };
 

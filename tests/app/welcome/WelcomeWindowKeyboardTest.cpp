@@ -9,6 +9,7 @@
 #include <QAccessible>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
 using namespace WelcomeWindowParts;
 
 namespace
@@ -94,11 +95,11 @@ private Q_SLOTS:
         QVERIFY(hasKeyboard(window));
         const QSignalSpy done(&window, &WelcomeWindow::doneRequested);
         QSignalSpy picked(&window, &WelcomeWindow::trayPositionPicked);
-        OptionPopUp *position = popUp(window, QStringLiteral("Tray position"));
+        OptionPopUp *position = popUp(window, u"Tray position"_s);
         position->setFocus(Qt::TabFocusReason);
-        XDesktop::pressKey(QStringLiteral("space"));
+        XDesktop::pressKey(u"space"_s);
         QTRY_VERIFY(position->view()->isVisible());
-        XDesktop::pressKey(QStringLiteral("Down"));
+        XDesktop::pressKey(u"Down"_s);
         XDesktop::pressKey(key);
         QTRY_COMPARE(picked.count(), 1);
         QCOMPARE(picked[0][0].toInt(), 1);
@@ -121,8 +122,8 @@ private Q_SLOTS:
         const QSignalSpy instant(&window, &WelcomeWindow::instantModeRequested);
         QVERIFY(hasKeyboard(window));
         QVERIFY(!controls(window).contains(QApplication::focusWidget()));
-        XDesktop::pressKey(QStringLiteral("space"));
-        XDesktop::pressKey(QStringLiteral("Tab"));
+        XDesktop::pressKey(u"space"_s);
+        XDesktop::pressKey(u"Tab"_s);
         QTRY_VERIFY(controls(window).first()->hasFocus());
         QCOMPARE(instant.count(), 0);
         window.close();
@@ -137,11 +138,11 @@ private Q_SLOTS:
         const QList<QWidget *> order = controls(window);
         QVERIFY(!order.contains(nullptr));
         for (QWidget *control : order) {
-            XDesktop::pressKey(QStringLiteral("Tab"));
+            XDesktop::pressKey(u"Tab"_s);
             QTRY_COMPARE(QApplication::focusWidget(), control);
         }
         for (qsizetype index = order.size() - 2; index >= 0; --index) {
-            XDesktop::pressKey(QStringLiteral("shift+Tab"));
+            XDesktop::pressKey(u"shift+Tab"_s);
             QTRY_COMPARE(QApplication::focusWidget(), order[index]);
         }
     }
@@ -163,8 +164,8 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
         QSignalSpy login(&window, &WelcomeWindow::startAtLoginChanged);
-        button(window, QStringLiteral("Start at login"))->setFocus(Qt::TabFocusReason);
-        XDesktop::pressKey(QStringLiteral("space"));
+        button(window, u"Start at login"_s)->setFocus(Qt::TabFocusReason);
+        XDesktop::pressKey(u"space"_s);
         QTRY_COMPARE(login.count(), 1);
         QCOMPARE(login[0][0].toBool(), true);
     }
@@ -211,7 +212,7 @@ private Q_SLOTS:
 
     void everyTextCanBeReadOut()
     {
-        const QString path = QStringLiteral("/home/anna/") + QString(300, QLatin1Char('w'));
+        const QString path = u"/home/anna/"_s + QString(300, u'w');
         WelcomeWindow window(state(false, false, path));
         QVERIFY(hasKeyboard(window));
         for (QLabel *each : window.findChildren<QLabel *>()) {
@@ -220,7 +221,7 @@ private Q_SLOTS:
             QCOMPARE(accessible(each)->role(), QAccessible::StaticText);
             QCOMPARE(accessibleName(each), each->text());
         }
-        QCOMPARE(accessible(&window)->text(QAccessible::Name), QStringLiteral("Velmora"));
+        QCOMPARE(accessible(&window)->text(QAccessible::Name), u"Velmora"_s);
     }
 
     void whatIsReadOutComesInTheOrderInWhichItStands()
@@ -240,19 +241,18 @@ private Q_SLOTS:
         const auto owner = [&window](const QString &text) {
             return label(window, text)->parentWidget();
         };
-        QCOMPARE(accessibleName(owner(QStringLiteral("Instant"))),
-                 QStringLiteral("Instant, Save them at once"));
-        QCOMPARE(accessibleName(owner(QStringLiteral("Turn on instant screenshots"))),
-                 QStringLiteral("Turn on instant screenshots, To do"));
-        QCOMPARE(accessibleName(owner(QStringLiteral("Smart naming is active"))),
-                 QStringLiteral("Smart naming is active, Done"));
+        QCOMPARE(accessibleName(owner(u"Instant"_s)), u"Instant, Save them at once"_s);
+        QCOMPARE(accessibleName(owner(u"Turn on instant screenshots"_s)),
+                 u"Turn on instant screenshots, To do"_s);
+        QCOMPARE(accessibleName(owner(u"Smart naming is active"_s)),
+                 u"Smart naming is active, Done"_s);
 
         QStringList pictures;
         for (QLabel *each : window.findChildren<QLabel *>())
             if (accessible(each)->role() == QAccessible::Graphic)
                 pictures.append(accessibleName(each));
-        QVERIFY(pictures.contains(QStringLiteral("Velmora")));
-        QVERIFY(pictures.contains(QStringLiteral("Permissions")));
+        QVERIFY(pictures.contains(u"Velmora"_s));
+        QVERIFY(pictures.contains(u"Permissions"_s));
     }
 };
 

@@ -13,6 +13,7 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
 using namespace WelcomeWindowParts;
 
 namespace
@@ -44,15 +45,13 @@ bool isFramed(const WelcomeWindow &window)
 /// The windows from bottom to top.
 QStringList stacking()
 {
-    const QString line =
-        XDesktop::run(QStringLiteral("xprop"),
-                      {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
+    const QString line = XDesktop::run(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST_STACKING"_s});
     return line.section(u'#', 1).remove(u' ').split(u',');
 }
 
 QString name(const QWidget &window)
 {
-    return QStringLiteral("0x%1").arg(window.winId(), 0, 16);
+    return u"0x%1"_s.arg(window.winId(), 0, 16);
 }
 
 } // namespace
@@ -71,7 +70,7 @@ private Q_SLOTS:
         const int room = QGuiApplication::primaryScreen()->availableGeometry().height();
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
-        QCOMPARE(window.windowTitle(), QStringLiteral("Velmora"));
+        QCOMPARE(window.windowTitle(), u"Velmora"_s);
         QCOMPARE(window.width(), 620);
         if (room >= 960)
             QCOMPARE(window.height(), 886);
@@ -101,7 +100,7 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
         for (QWidget *control : controls(window)) {
-            XDesktop::pressKey(QStringLiteral("Tab"));
+            XDesktop::pressKey(u"Tab"_s);
             QTRY_COMPARE(QApplication::focusWidget(), control);
             QCOMPARE(control->visibleRegion(), QRegion(control->rect()));
         }
@@ -111,14 +110,13 @@ private Q_SLOTS:
     {
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
-        QWidget *done = button(window, QStringLiteral("Done"));
+        QWidget *done = button(window, u"Done"_s);
         const QRect before = place(*done);
         scrollBar(window)->setValue(scrollBar(window)->maximum());
         QCOMPARE(place(*done), before);
         QCOMPARE(done->visibleRegion(), QRegion(done->rect()));
         QWidget *hint = label(
-            window,
-            QStringLiteral("Picture is best for chats. File is best for uploads and attachments."));
+            window, u"Picture is best for chats. File is best for uploads and attachments."_s);
         QCOMPARE(hint->visibleRegion(), QRegion(hint->rect()));
     }
 
@@ -160,9 +158,8 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
         QTRY_VERIFY(isFramed(window));
-        XDesktop::run(QStringLiteral("xdotool"),
-                      {QStringLiteral("windowmove"), QString::number(window.winId()),
-                       QStringLiteral("40"), QStringLiteral("8")});
+        XDesktop::run(u"xdotool"_s,
+                      {u"windowmove"_s, QString::number(window.winId()), u"40"_s, u"8"_s});
         const QPoint moved(40, 8);
         QTRY_VERIFY((framed(window).topLeft() - moved).manhattanLength() < 30);
         const QPoint where = framed(window).topLeft();
@@ -197,9 +194,8 @@ private Q_SLOTS:
         QVERIFY(hasKeyboard(window));
         QTRY_VERIFY(isFramed(window));
         const int before = window.height();
-        XDesktop::run(QStringLiteral("xdotool"),
-                      {QStringLiteral("windowmove"), QString::number(window.winId()),
-                       QString::number(screens.whole().width() - 640), QStringLiteral("8")});
+        XDesktop::run(u"xdotool"_s, {u"windowmove"_s, QString::number(window.winId()),
+                                     QString::number(screens.whole().width() - 640), u"8"_s});
         QTRY_VERIFY(framed(window).left() > screens.whole().width() / 2 - 60);
         if (hidden)
             window.close();
@@ -208,8 +204,7 @@ private Q_SLOTS:
         const auto isInReach = [&] {
             return isFramed(window) &&
                    window.screen()->availableGeometry().contains(framed(window)) &&
-                   button(window, QStringLiteral("Done"))->visibleRegion().boundingRect().height() >
-                       20;
+                   button(window, u"Done"_s)->visibleRegion().boundingRect().height() > 20;
         };
         QTRY_VERIFY(isInReach());
         QVERIFY(!QTest::qWaitFor([&] { return !isInReach(); }, 500));
@@ -229,11 +224,9 @@ private Q_SLOTS:
         QWidget panel;
         panel.setAttribute(Qt::WA_X11NetWmWindowTypeDock);
         panel.setGeometry(0, 0, window.screen()->size().width(), panelHeight);
-        XDesktop::run(QStringLiteral("xprop"),
-                      {QStringLiteral("-id"), QString::number(panel.winId()), QStringLiteral("-f"),
-                       QStringLiteral("_NET_WM_STRUT"), QStringLiteral("32c"),
-                       QStringLiteral("-set"), QStringLiteral("_NET_WM_STRUT"),
-                       QStringLiteral("0,0,%1,0").arg(panelHeight)});
+        XDesktop::run(u"xprop"_s,
+                      {u"-id"_s, QString::number(panel.winId()), u"-f"_s, u"_NET_WM_STRUT"_s,
+                       u"32c"_s, u"-set"_s, u"_NET_WM_STRUT"_s, u"0,0,%1,0"_s.arg(panelHeight)});
         panel.show();
         QTRY_COMPARE(window.screen()->availableGeometry().top(), panelHeight);
         QTRY_VERIFY(window.height() < before);
@@ -261,12 +254,11 @@ private Q_SLOTS:
         WelcomeWindow window(state());
         QVERIFY(hasKeyboard(window));
         QTRY_VERIFY(isFramed(window));
-        const QString allowed =
-            XDesktop::property(window.winId(), QStringLiteral("_NET_WM_ALLOWED_ACTIONS"));
-        QVERIFY(allowed.contains(QStringLiteral("_NET_WM_ACTION_CLOSE")));
-        QVERIFY(allowed.contains(QStringLiteral("_NET_WM_ACTION_MINIMIZE")));
-        QVERIFY(!allowed.contains(QStringLiteral("_NET_WM_ACTION_RESIZE")));
-        QVERIFY(!allowed.contains(QStringLiteral("_NET_WM_ACTION_MAXIMIZE")));
+        const QString allowed = XDesktop::property(window.winId(), u"_NET_WM_ALLOWED_ACTIONS"_s);
+        QVERIFY(allowed.contains(u"_NET_WM_ACTION_CLOSE"_s));
+        QVERIFY(allowed.contains(u"_NET_WM_ACTION_MINIMIZE"_s));
+        QVERIFY(!allowed.contains(u"_NET_WM_ACTION_RESIZE"_s));
+        QVERIFY(!allowed.contains(u"_NET_WM_ACTION_MAXIMIZE"_s));
     }
 };
 

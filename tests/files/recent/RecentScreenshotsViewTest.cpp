@@ -19,13 +19,10 @@
 #include <cmath>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 using Kind = RecentScreenshotAction::Kind;
 
@@ -63,7 +60,7 @@ class RecentScreenshotsViewTest : public QObject
     {
         QList<QUrl> urls;
         for (int i = 1; i <= count; ++i)
-            urls << m_files.make(s("shot %1.png").arg(i));
+            urls << m_files.make(u"shot %1.png"_s.arg(i));
         return urls;
     }
     /// The label with this text; fails the test if there is none.
@@ -89,15 +86,15 @@ private Q_SLOTS:
     void theHeaderTellsTitleCountAndFolder()
     {
         show(someFiles(3));
-        const QLabel *title = label(s("Recent Screenshots"));
+        const QLabel *title = label(u"Recent Screenshots"_s);
         QCOMPARE(title->font(), systemFont(22, QFont::DemiBold));
         QCOMPARE(textColor(*title), VelmoraPalette::primaryText());
-        const QLabel *count = label(s("3 items"));
+        const QLabel *count = label(u"3 items"_s);
         QCOMPARE(count->font(), systemFont(12, QFont::Medium));
         QCOMPARE(textColor(*count), VelmoraPalette::secondaryText());
         QVERIFY(count->alignment() & Qt::AlignRight);
         const QString path = m_files.folder().toLocalFile();
-        const QLabel *folder = label(s("Folder: ") + path);
+        const QLabel *folder = label(u"Folder: "_s + path);
         QCOMPARE(folder->font(), monospacedSystemFont(12));
         QCOMPARE(textColor(*folder), VelmoraPalette::tertiaryText());
         QCOMPARE(folder->toolTip(), path);
@@ -107,15 +104,15 @@ private Q_SLOTS:
     void oneFileIsCountedInThePluralToo()
     {
         show(someFiles(1));
-        label(s("1 items"));
+        label(u"1 items"_s);
         QCOMPARE(m_view->rows().size(), 1);
     }
 
     void anEmptyListSaysSo()
     {
         show({});
-        label(s("0 items"));
-        const QLabel *empty = label(s("No recent screenshots"));
+        label(u"0 items"_s);
+        const QLabel *empty = label(u"No recent screenshots"_s);
         QCOMPARE(empty->font(), systemFont(15, QFont::Medium));
         QCOMPARE(textColor(*empty), VelmoraPalette::secondaryText());
         const QRect place = placeIn(*m_view, *empty);
@@ -125,17 +122,17 @@ private Q_SLOTS:
 
     void aListOfMissingFilesIsEmpty()
     {
-        show({m_files.url(s("gone.png")), m_files.url(s("gone too.png"))});
-        label(s("0 items"));
-        label(s("No recent screenshots"));
+        show({m_files.url(u"gone.png"_s), m_files.url(u"gone too.png"_s)});
+        label(u"0 items"_s);
+        label(u"No recent screenshots"_s);
         QVERIFY(m_view->rows().isEmpty());
     }
 
     void onlyFilesThatExistAreShownInTheirOrder()
     {
         const QList<QUrl> files = someFiles(2);
-        show({files.at(1), m_files.url(s("gone.png")), files.at(0)});
-        label(s("2 items"));
+        show({files.at(1), m_files.url(u"gone.png"_s), files.at(0)});
+        label(u"2 items"_s);
         QCOMPARE(m_view->rows().size(), 2);
         QCOMPARE(m_view->rows().at(0)->url(), files.at(1));
         QCOMPARE(m_view->rows().at(1)->url(), files.at(0));
@@ -143,15 +140,15 @@ private Q_SLOTS:
 
     void aLongFolderIsCutInTheMiddleAndWholeAsToolTip()
     {
-        const QString path = s("/") + s("some/long/way/").repeated(20) + s("end");
+        const QString path = u"/"_s + u"some/long/way/"_s.repeated(20) + u"end"_s;
         show(someFiles(1), QUrl::fromLocalFile(path));
-        auto *folder = qobject_cast<ElidedLabel *>(label(s("Folder: ") + path));
+        auto *folder = qobject_cast<ElidedLabel *>(label(u"Folder: "_s + path));
         QVERIFY(folder);
         QVERIFY(folder->width() < folder->fontMetrics().horizontalAdvance(folder->text()));
         QCOMPARE(folder->toolTip(), path);
         const QString cut = folder->fontMetrics().elidedText(folder->text(), Qt::ElideMiddle,
                                                              folder->contentsRect().width());
-        QVERIFY(cut.startsWith(s("Folder: /some")) && cut.endsWith(s("way/end")));
+        QVERIFY(cut.startsWith(u"Folder: /some"_s) && cut.endsWith(u"way/end"_s));
         const QImage shown = folder->grab().toImage();
         folder->setText(cut);
         QCOMPARE(shown, folder->grab().toImage());
@@ -162,14 +159,14 @@ private Q_SLOTS:
     void thePartsStandInTheirPlaces()
     {
         show(someFiles(2));
-        const QRect title = placeIn(*m_view, *label(s("Recent Screenshots")));
+        const QRect title = placeIn(*m_view, *label(u"Recent Screenshots"_s));
         QCOMPARE(title.topLeft(), QPoint(24, 22));
-        const QRect count = placeIn(*m_view, *label(s("2 items")));
+        const QRect count = placeIn(*m_view, *label(u"2 items"_s));
         QCOMPARE(count.right() + 1, 620 - 24);
         QVERIFY(std::abs(count.center().y() - title.center().y()) <= 1);
         QVERIFY(count.left() - title.right() > 16);
         const QRect folder =
-            placeIn(*m_view, *label(s("Folder: ") + m_files.folder().toLocalFile()));
+            placeIn(*m_view, *label(u"Folder: "_s + m_files.folder().toLocalFile()));
         QCOMPARE(folder.top(), title.bottom() + 1 + 6);
         QCOMPARE(folder.left(), 24);
         QCOMPARE(folder.right() + 1, 620 - 24);
@@ -209,13 +206,13 @@ private Q_SLOTS:
         const QRect thumbnail = placeIn(*row, *row->thumbnail());
         QCOMPARE(thumbnail, QRect(10, (74 - 48) / 2, 64, 48));
         const auto *name = row->findChild<ElidedLabel *>();
-        QCOMPARE(name->text(), s("shot 1.png"));
+        QCOMPARE(name->text(), u"shot 1.png"_s);
         QCOMPARE(name->font(), systemFont(13, QFont::DemiBold));
         QCOMPARE(textColor(*name), VelmoraPalette::primaryText());
         QCOMPARE(placeIn(*row, *name).left(), 10 + 64 + 12);
         const auto buttons = row->findChildren<BezelButton *>();
         QCOMPARE(buttons.size(), 3);
-        const QStringList toolTips = {s("Copy"), s("Show in File Manager"), s("Move to Trash")};
+        const QStringList toolTips = {u"Copy"_s, u"Show in File Manager"_s, u"Move to Trash"_s};
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(buttons.at(i)->toolTip(), toolTips.at(i));
             QCOMPARE(buttons.at(i)->accessibleName(), toolTips.at(i));
@@ -244,7 +241,7 @@ private Q_SLOTS:
 
     void aLongNameIsCutAndTheButtonsStayInTheRow()
     {
-        show({m_files.make(QString(200, u'w') + s(".png"))});
+        show({m_files.make(QString(200, u'w') + u".png"_s)});
         const RecentScreenshotRow *row = m_view->rows().first();
         const auto buttons = row->findChildren<BezelButton *>();
         QVERIFY(placeIn(*row, *buttons.last()).right() < row->width() - 10);
@@ -263,8 +260,8 @@ private Q_SLOTS:
             QCOMPARE(group->text(QAccessible::Name), name);
             QAccessibleInterface *image = QAccessible::queryAccessibleInterface(row->thumbnail());
             QCOMPARE(image->role(), QAccessible::Graphic);
-            QCOMPARE(image->text(QAccessible::Name), s("Thumbnail"));
-            QCOMPARE(image->text(QAccessible::Description), s("Thumbnail of ") + name);
+            QCOMPARE(image->text(QAccessible::Name), u"Thumbnail"_s);
+            QCOMPARE(image->text(QAccessible::Description), u"Thumbnail of "_s + name);
         }
     }
 
@@ -278,12 +275,12 @@ private Q_SLOTS:
 
     void aNameOfMarkupIsShownAsItIs()
     {
-        const QUrl file = m_files.make(s("<b>bold<b> &amp;.png"));
-        show({file}, QUrl::fromLocalFile(s("/<b>bold<b>")));
+        const QUrl file = m_files.make(u"<b>bold<b> &amp;.png"_s);
+        show({file}, QUrl::fromLocalFile(u"/<b>bold<b>"_s));
         const auto *name = m_view->rows().first()->findChild<ElidedLabel *>();
-        QCOMPARE(name->text(), s("<b>bold<b> &amp;.png"));
+        QCOMPARE(name->text(), u"<b>bold<b> &amp;.png"_s);
         QCOMPARE(name->textFormat(), Qt::PlainText);
-        QCOMPARE(label(s("Folder: /<b>bold<b>"))->textFormat(), Qt::PlainText);
+        QCOMPARE(label(u"Folder: /<b>bold<b>"_s)->textFormat(), Qt::PlainText);
     }
 
     void theButtonsSendTheirActions()

@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "files/recent/RecentScreenshotsWindow.h"
+#include "tests/files/recent/RecentWindowFixture.h"
 
 #include "core/VelmoraSettings.h"
-#include "detection/ScreenshotFolderResolver.h"
-#include "files/ScreenshotActions.h"
-#include "files/UndoHistory.h"
-#include "files/recent/RecentScreenshots.h"
-#include "files/recent/RecentScreenshotsController.h"
-#include "imaging/ScreenshotImages.h"
-#include "platform/FileBrowser.h"
-#include "platform/FileWriters.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
-#include "tests/fakes/FakeDesktopRecords.h"
-#include "tests/fakes/FakeFileBrowser.h"
-#include "tests/fakes/FakePasteboard.h"
-#include "tests/fakes/FakeSystemTrash.h"
-#include "tests/files/TestFiles.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/XDesktop.h"
 
@@ -28,56 +15,25 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 using Kind = RecentScreenshotAction::Kind;
 
 } // namespace
 
-class RecentScreenshotsWindowTest : public QObject
+class RecentScreenshotsWindowTest : public QObject, RecentWindowFixture
 {
     Q_OBJECT
 
-    const std::unique_ptr<FileWriters> m_writers = makeFileWriters();
-    ScreenshotImages m_images{*m_writers};
-    std::unique_ptr<TestFiles> m_files;
-    QUrl m_folder;
     QSemaphore m_mayList; ///< permits listings, in tests that count them
-    FakeFileBrowser m_browser;
-    FakeDesktopRecords m_records;
-    FakePasteboard m_pasteboard;
-    std::unique_ptr<FakeSystemTrash> m_trash;
-    std::unique_ptr<RecentScreenshots> m_recent;
-    std::unique_ptr<UndoHistory> m_history;
-    std::unique_ptr<ScreenshotActions> m_actions;
-    std::unique_ptr<RecentScreenshotsController> m_controller;
 
-    /// A picture of one colour that was last modified this many minutes ago.
     QUrl picture(const QString &name, QColor color, int minutes) const
     {
-        QImage image(320, 240, QImage::Format_RGB32);
-        image.fill(color);
-        const QUrl url = m_files->url(name);
-        if (!image.save(url.toLocalFile(), "png"))
-            qFatal("can't write a picture");
-        age(url, minutes);
-        return url;
+        return RecentWindowFixture::picture(name, QSize(320, 240), color, minutes);
     }
-    static void age(const QUrl &url, int minutes)
-    {
-        QFile file(url.toLocalFile());
-        if (!file.open(QFile::ReadWrite) ||
-            !file.setFileTime(QDateTime::currentDateTime().addSecs(-60LL * minutes),
-                              QFileDevice::FileModificationTime))
-            qFatal("can't set a time");
-    }
-    RecentScreenshotsWindow &window() const { return *m_controller->window(); }
     QStringList names() const
     {
         QStringList names;
@@ -95,11 +51,6 @@ class RecentScreenshotsWindowTest : public QObject
     {
         return window().view()->rows().at(row)->findChildren<BezelButton *>().at(number);
     }
-    void showWindow() const
-    {
-        m_controller->show();
-        QVERIFY(QTest::qWaitForWindowActive(&window()));
-    }
     void makeController()
     {
         m_controller = std::make_unique<RecentScreenshotsController>(
@@ -110,26 +61,13 @@ private Q_SLOTS:
     void init()
     {
         VelmoraSettings::open().clear();
-        m_files = std::make_unique<TestFiles>();
-        m_folder = m_files->folder();
-        m_browser.revealed.clear();
-        m_pasteboard.contents.reset();
-        m_trash = std::make_unique<FakeSystemTrash>();
-        m_recent = std::make_unique<RecentScreenshots>(ScreenshotFolderAccess{
-            [this] { return m_folder; }, ScreenshotFolderResolver::recentScreenshotFiles,
-            ScreenshotFolderResolver::modificationDate});
-        m_history = std::make_unique<UndoHistory>();
-        m_actions = std::make_unique<ScreenshotActions>(
-            ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images, m_records},
-            *m_history);
+        begin();
         makeController();
     }
     void cleanup()
     {
         m_mayList.release(100);
-        m_controller.reset();
-        m_actions.reset();
-        m_recent.reset();
+        end();
         m_mayList.acquire(m_mayList.available());
     }
 
@@ -138,40 +76,40 @@ private Q_SLOTS:
     void itIsAFloatingWindowInTheMiddle()
     {
         showWindow();
-        QCOMPARE(window().windowTitle(), s("Recent Screenshots"));
+        QCOMPARE(window().windowTitle(), u"Recent Screenshots"_s);
         QCOMPARE(window().size(), QSize(620, 460));
         const QPoint center = window().frameGeometry().center();
         const QPoint middle = window().screen()->availableGeometry().center();
         QVERIFY((center - middle).manhattanLength() <= 12);
-        const QString state = XDesktop::property(window().winId(), s("_NET_WM_STATE"));
-        QVERIFY2(state.contains(s("_NET_WM_STATE_ABOVE")), qPrintable(state));
+        const QString state = XDesktop::property(window().winId(), u"_NET_WM_STATE"_s);
+        QVERIFY2(state.contains(u"_NET_WM_STATE_ABOVE"_s), qPrintable(state));
         QCOMPARE(XDesktop::activeWindow(), window().winId());
         QVERIFY(!window().testAttribute(Qt::WA_QuitOnClose));
     }
 
     void itShowsTheFoldersNewestFiles()
     {
-        picture(s("old.png"), Qt::red, 9);
-        picture(s("new.png"), Qt::green, 1);
+        picture(u"old.png"_s, Qt::red, 9);
+        picture(u"new.png"_s, Qt::green, 1);
         showWindow();
-        QTRY_COMPARE(names(), (QStringList{s("new.png"), s("old.png")}));
+        QTRY_COMPARE(names(), (QStringList{u"new.png"_s, u"old.png"_s}));
     }
 
     void aClosedWindowIsHiddenAndTheSameOneShownAgain()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
-        QTRY_COMPARE(names(), QStringList{s("a.png")});
+        QTRY_COMPARE(names(), QStringList{u"a.png"_s});
         RecentScreenshotsWindow *first = &window();
         const QPoint place(90, 120);
         window().move(place);
         QTRY_COMPARE(window().pos(), place);
         window().close();
         QVERIFY(!window().isVisible());
-        picture(s("b.png"), Qt::blue, 1);
+        picture(u"b.png"_s, Qt::blue, 1);
         showWindow();
         QCOMPARE(&window(), first);
-        QTRY_COMPARE(names(), (QStringList{s("b.png"), s("a.png")}));
+        QTRY_COMPARE(names(), (QStringList{u"b.png"_s, u"a.png"_s}));
         QCOMPARE(window().pos(), place);
     }
 
@@ -194,23 +132,23 @@ private Q_SLOTS:
 
     void aNewScreenshotAppearsWhileItIsShown()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
-        QTRY_COMPARE(names(), QStringList{s("a.png")});
-        m_recent->add(picture(s("b.png"), Qt::blue, 1));
-        QTRY_COMPARE(names(), (QStringList{s("b.png"), s("a.png")}));
+        QTRY_COMPARE(names(), QStringList{u"a.png"_s});
+        m_recent->add(picture(u"b.png"_s, Qt::blue, 1));
+        QTRY_COMPARE(names(), (QStringList{u"b.png"_s, u"a.png"_s}));
     }
 
     void anotherFolderReplacesTheContent()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
-        QTRY_COMPARE(names(), QStringList{s("a.png")});
+        QTRY_COMPARE(names(), QStringList{u"a.png"_s});
         const TestFiles elsewhere;
-        elsewhere.make(s("elsewhere.png"));
+        elsewhere.make(u"elsewhere.png"_s);
         m_folder = elsewhere.folder();
         m_recent->refresh();
-        QTRY_COMPARE(names(), QStringList{s("elsewhere.png")});
+        QTRY_COMPARE(names(), QStringList{u"elsewhere.png"_s});
         QCOMPARE(window().view()->folder(), m_folder);
     }
 
@@ -226,30 +164,30 @@ private Q_SLOTS:
             },
             ScreenshotFolderResolver::modificationDate});
         makeController();
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
-        QTRY_COMPARE(names(), QStringList{s("a.png")});
+        QTRY_COMPARE(names(), QStringList{u"a.png"_s});
         const QUrl former = m_folder;
         const TestFiles elsewhere;
-        elsewhere.make(s("elsewhere.png"));
+        elsewhere.make(u"elsewhere.png"_s);
         m_folder = elsewhere.folder();
         m_controller->show();
         const auto isMixed = [&] {
-            return window().view()->folder() != former || names() != QStringList{s("a.png")};
+            return window().view()->folder() != former || names() != QStringList{u"a.png"_s};
         };
         QVERIFY(!QTest::qWaitFor(isMixed, 500));
         window().close();
         m_controller->show();
         QVERIFY(!QTest::qWaitFor(isMixed, 500));
         m_mayList.release(2);
-        QTRY_COMPARE(names(), QStringList{s("elsewhere.png")});
+        QTRY_COMPARE(names(), QStringList{u"elsewhere.png"_s});
         QCOMPARE(window().view()->folder(), elsewhere.folder());
     }
 
     void aListThatIsOfAnotherFolderIsNotShownUnderTheFirstName()
     {
         const TestFiles elsewhere;
-        m_recent->add(picture(s("a.png"), Qt::red, 5));
+        m_recent->add(picture(u"a.png"_s, Qt::red, 5));
         m_folder = elsewhere.folder();
         m_controller->show();
         QCOMPARE(window().view()->folder(), elsewhere.folder());
@@ -258,7 +196,7 @@ private Q_SLOTS:
 
     void aThumbnailIsTheFilesPicture()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
         QTRY_COMPARE(names().size(), 1);
         QVERIFY(!thumbnail(0).isNull());
@@ -268,7 +206,7 @@ private Q_SLOTS:
 
     void aThumbnailThatIsKnownIsThereAtOnce()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
         QTRY_COMPARE(thumbnail(0).size(), QSize(64, 48));
         const RecentScreenshotsView *before = window().view();
@@ -276,7 +214,7 @@ private Q_SLOTS:
         QImage shownAtOnce;
         connect(m_recent.get(), &RecentScreenshots::refreshed, this,
                 [&] { shownAtOnce = thumbnail(1); });
-        m_recent->add(picture(s("b.png"), Qt::blue, 1));
+        m_recent->add(picture(u"b.png"_s, Qt::blue, 1));
         QTRY_VERIFY(!refreshed.isEmpty());
         disconnect(m_recent.get(), nullptr, this, nullptr);
         QVERIFY(window().view() != before);
@@ -286,23 +224,23 @@ private Q_SLOTS:
 
     void aFileThatIsWrittenAnewShowsItsNewPicture()
     {
-        picture(s("a.png"), Qt::red, 5);
+        picture(u"a.png"_s, Qt::red, 5);
         showWindow();
         QTRY_COMPARE(thumbnail(0).pixelColor(30, 20), QColor(Qt::red));
-        picture(s("a.png"), Qt::blue, 4);
+        picture(u"a.png"_s, Qt::blue, 4);
         m_recent->refresh();
         QTRY_COMPARE(thumbnail(0).pixelColor(30, 20), QColor(Qt::blue));
     }
 
     void whatIsNoPictureShowsItsIcon()
     {
-        m_files->make(s("broken.png"), "no picture at all");
+        m_files->make(u"broken.png"_s, "no picture at all");
         showWindow();
         QTRY_COMPARE(names().size(), 1);
         const QImage icon = thumbnail(0);
         QCOMPARE(icon.size(), QSize(48, 48));
         // A picture further down has been read by then, so the broken one has been tried.
-        picture(s("whole.png"), Qt::red, 9);
+        picture(u"whole.png"_s, Qt::red, 9);
         m_recent->refresh();
         QTRY_COMPARE(names().size(), 2);
         QTRY_COMPARE(thumbnail(1).pixelColor(30, 20), QColor(Qt::red));
@@ -311,7 +249,7 @@ private Q_SLOTS:
 
     void copyingPutsPictureAndFileThereWhateverTheSetting()
     {
-        const QUrl file = picture(s("a.png"), Qt::red, 5);
+        const QUrl file = picture(u"a.png"_s, Qt::red, 5);
         QVERIFY(VelmoraSettings::copyBehavior() == CopyBehavior::none);
         showWindow();
         QTRY_COMPARE(names().size(), 1);
@@ -323,7 +261,7 @@ private Q_SLOTS:
 
     void revealingAsksTheFileBrowser()
     {
-        const QUrl file = picture(s("a.png"), Qt::red, 5);
+        const QUrl file = picture(u"a.png"_s, Qt::red, 5);
         showWindow();
         QTRY_COMPARE(names().size(), 1);
         QTest::mouseClick(button(0, 1), Qt::LeftButton);
@@ -332,23 +270,23 @@ private Q_SLOTS:
 
     void trashingTakesTheFileOutAndCanBeUndone()
     {
-        const QUrl file = picture(s("a.png"), Qt::red, 5);
-        picture(s("b.png"), Qt::blue, 9);
+        const QUrl file = picture(u"a.png"_s, Qt::red, 5);
+        picture(u"b.png"_s, Qt::blue, 9);
         showWindow();
         QTRY_COMPARE(names().size(), 2);
         QTest::mouseClick(button(0, 2), Qt::LeftButton);
-        QTRY_COMPARE(names(), QStringList{s("b.png")});
+        QTRY_COMPARE(names(), QStringList{u"b.png"_s});
         QVERIFY(!FileUrls::exists(file));
-        QCOMPARE(m_history->title(), s("Undo Trash"));
+        QCOMPARE(m_history->title(), u"Undo Trash"_s);
         m_actions->undoLast();
         QTRY_VERIFY(FileUrls::exists(file));
         m_recent->add(file);
-        QTRY_COMPARE(names(), (QStringList{s("a.png"), s("b.png")}));
+        QTRY_COMPARE(names(), (QStringList{u"a.png"_s, u"b.png"_s}));
     }
 
     void aTrashThatFailsChangesNothing()
     {
-        const QUrl file = picture(s("a.png"), Qt::red, 5);
+        const QUrl file = picture(u"a.png"_s, Qt::red, 5);
         showWindow();
         QTRY_COMPARE(names().size(), 1);
         QVERIFY(QFile::remove(file.toLocalFile()));
@@ -363,7 +301,7 @@ private Q_SLOTS:
     void trashingOneAfterTheOtherByTheKeyboard()
     {
         for (int i = 1; i <= 3; ++i)
-            picture(s("%1.png").arg(i), Qt::red, i);
+            picture(u"%1.png"_s.arg(i), Qt::red, i);
         showWindow();
         QTRY_COMPARE(names().size(), 3);
         QCOMPARE(window().view()->focusedButton(), -1);
@@ -378,7 +316,7 @@ private Q_SLOTS:
     void theListStaysWhereItIsScrolled()
     {
         for (int i = 1; i <= 10; ++i)
-            picture(s("%1.png").arg(i), Qt::red, i);
+            picture(u"%1.png"_s.arg(i), Qt::red, i);
         showWindow();
         QTRY_COMPARE(names().size(), 10);
         window().view()->setScrollPosition(200);

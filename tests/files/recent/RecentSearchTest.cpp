@@ -1,24 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "detection/ScreenshotFolderResolver.h"
-#include "files/ScreenshotActions.h"
-#include "files/UndoHistory.h"
-#include "files/recent/RecentScreenshots.h"
-#include "files/recent/RecentScreenshotsController.h"
-#include "files/recent/RecentScreenshotsWindow.h"
 #include "files/recent/SearchField.h"
-#include "imaging/ScreenshotImages.h"
-#include "platform/FileBrowser.h"
-#include "platform/FileWriters.h"
 #include "search/ScreenshotSearch.h"
 #include "style/BezelButton.h"
 #include "style/ImageView.h"
-#include "tests/fakes/FakeDesktopRecords.h"
-#include "tests/fakes/FakeFileBrowser.h"
-#include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakePowerSource.h"
-#include "tests/fakes/FakeSystemTrash.h"
 #include "tests/fakes/FakeTextRecognizer.h"
-#include "tests/files/TestFiles.h"
+#include "tests/files/recent/RecentWindowFixture.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
 #include "tests/world/XDesktop.h"
@@ -46,45 +33,22 @@ QStringList textOf(const QImage &picture)
 } // namespace
 
 /// Searching in the recent screenshots' window, with real files and real keyboard focus.
-class RecentSearchTest : public QObject
+class RecentSearchTest : public QObject, RecentWindowFixture
 {
     Q_OBJECT
 
-    const std::unique_ptr<FileWriters> m_writers = makeFileWriters();
-    ScreenshotImages m_images{*m_writers};
-    std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<QTemporaryDir> m_data;
     FakeTextRecognizer m_recognizer{textOf};
     FakePowerSource m_power;
-    FakeFileBrowser m_browser;
-    FakePasteboard m_pasteboard;
-    FakeDesktopRecords m_records;
-    std::unique_ptr<FakeSystemTrash> m_trash;
-    std::unique_ptr<RecentScreenshots> m_recent;
-    std::unique_ptr<UndoHistory> m_history;
-    std::unique_ptr<ScreenshotActions> m_actions;
     std::unique_ptr<ScreenshotSearch> m_search;
-    std::unique_ptr<RecentScreenshotsController> m_controller;
 
     QUrl picture(const QString &name, int width, int minutes) const
     {
-        QImage image(width, 40, QImage::Format_RGB32);
-        image.fill(Qt::darkCyan);
-        const QUrl url = m_files->url(name);
-        if (!image.save(url.toLocalFile(), "png"))
-            qFatal("can't write a picture");
-        QFile file(url.toLocalFile());
-        if (!file.open(QFile::ReadWrite) ||
-            !file.setFileTime(QDateTime::currentDateTime().addSecs(-60LL * minutes),
-                              QFileDevice::FileModificationTime))
-            qFatal("can't set a time");
-        return url;
+        return RecentWindowFixture::picture(name, QSize(width, 40), Qt::darkCyan, minutes);
     }
-    RecentScreenshotsWindow &window() const { return *m_controller->window(); }
     void showWindow() const
     {
-        m_controller->show();
-        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        RecentWindowFixture::showWindow();
         QTRY_VERIFY_WITH_TIMEOUT(m_recent->isListed(), patience);
     }
     /// The rows that the user sees.
@@ -129,16 +93,8 @@ class RecentSearchTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_files = std::make_unique<TestFiles>();
+        begin();
         m_data = std::make_unique<QTemporaryDir>();
-        m_trash = std::make_unique<FakeSystemTrash>();
-        m_recent = std::make_unique<RecentScreenshots>(ScreenshotFolderAccess{
-            [this] { return m_files->folder(); }, ScreenshotFolderResolver::recentScreenshotFiles,
-            ScreenshotFolderResolver::modificationDate});
-        m_history = std::make_unique<UndoHistory>();
-        m_actions = std::make_unique<ScreenshotActions>(
-            ScreenshotActions::Services{*m_trash, m_pasteboard, m_browser, m_images, m_records},
-            *m_history);
         m_search = std::make_unique<ScreenshotSearch>(
             ScreenshotSearch::Services{m_recognizer, m_power, m_images.budget(),
                                        [](const QUrl &folder) {
@@ -159,8 +115,7 @@ private Q_SLOTS:
     {
         m_controller.reset();
         m_search.reset();
-        m_actions.reset();
-        m_recent.reset();
+        end();
     }
 
     void typingFindsScreenshotsBeyondTheTenNewest()

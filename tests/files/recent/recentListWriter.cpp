@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <memory>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -50,7 +51,7 @@ int main(int argc, char *argv[])
         [&folder] { return FileUrls::fromPath(folder.path()); },
         [](const QUrl &, int) { return QList<QUrl>(); },
         [](const QUrl &) { return ScreenshotFolderAccess::Date(); }};
-    if (arguments.value(2) == QStringLiteral("--once"))
+    if (arguments.value(2) == u"--once"_s)
         return addOnce(access, folder.filePath(arguments.value(3)));
     for (qsizetype change = 0; !names.isEmpty(); ++change) {
         auto recent = std::make_unique<RecentScreenshots>(access);
