@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, m_manager.get(),
                                    QDBusConnection::ExportAllSlots));
         // A real one from another test may still be ending.
-        QTRY_VERIFY(bus.registerService(u"org.freedesktop.FileManager1"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(bus.registerService(u"org.freedesktop.FileManager1"_s), 20'000);
         m_browser = makeFileBrowser();
     }
 
@@ -291,7 +291,7 @@ private Q_SLOTS:
         QDBusConnection bus = serviceBus();
         QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(bus.registerService(u"org.freedesktop.portal.Desktop"_s), 20'000);
         m_manager->answer = FakeFileManager::Answer::Error;
         qputenv("SNAP", "/snap/velmora");
         m_browser->reveal(m_shot);
