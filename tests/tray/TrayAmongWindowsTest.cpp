@@ -148,8 +148,11 @@ private Q_SLOTS:
         QTest::newRow("minimised") << PutAway([](WId window) {
             XDesktop::run(u"xdotool"_s, {u"windowminimize"_s, QString::number(window)});
         });
-        QTest::newRow("on another workspace")
-            << PutAway([](WId window) { WindowManager::sendToWorkspace(window, 1); });
+        QTest::newRow("on another workspace") << PutAway([](WId window) {
+            // Some window managers begin with one.
+            XDesktop::run(u"xdotool"_s, {u"set_num_desktops"_s, u"2"_s});
+            WindowManager::sendToWorkspace(window, 1);
+        });
     }
 
     void aTrayThatTheUserPutAwayIsThereAgainWithTheNextScreenshot()
@@ -160,7 +163,11 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
             QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
             putAway(panel()->winId());
-            QTRY_VERIFY_WITH_TIMEOUT(!isSeen(), patience);
+            const bool isPutAway = QTest::qWaitFor([this] { return !isSeen(); }, patience);
+            if (!isPutAway && !mayBeMinimised() &&
+                qstrcmp(QTest::currentDataTag(), "minimised") == 0)
+                QSKIP("this window manager does not minimise the tray");
+            QVERIFY(isPutAway);
         }
     }
 
@@ -332,6 +339,12 @@ private Q_SLOTS:
     }
 
 private:
+    static bool mayBeMinimised()
+    {
+        return XDesktop::property(panel()->winId(), u"_NET_WM_ALLOWED_ACTIONS"_s)
+            .contains(u"_NET_WM_ACTION_MINIMIZE"_s);
+    }
+
     static constexpr QPoint placeInTerminal = {60, 60};
 
     void add(const QString &file)
