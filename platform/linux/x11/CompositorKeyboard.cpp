@@ -15,8 +15,17 @@ namespace
 /// Compositors give a new window the keyboard as they show it.
 constexpr auto longestWait = 300ms;
 
-void listenTo(const X11Connection &x11, xcb_window_t window, quint32 events)
+/// Leaves what else this connection listens to at the window.
+void listenTo(X11Connection &x11, xcb_window_t window, quint32 event, bool listens)
 {
+    const auto cookie = xcb_get_window_attributes(x11.get(), window);
+    const X11Owned<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(x11.get(), cookie, nullptr));
+    x11.readEventsSoon();
+    if (!reply)
+        return;
+    const quint32 events =
+        listens ? reply->your_event_mask | event : reply->your_event_mask & ~event;
     xcb_change_window_attributes(x11.get(), window, XCB_CW_EVENT_MASK, &events);
 }
 
@@ -52,7 +61,7 @@ void CompositorKeyboard::giveBack()
         return;
     if (m_window) {
         m_window->setKeyboardGrabEnabled(false);
-        listenTo(m_x11, xcb_window_t(m_window->winId()), XCB_EVENT_MASK_NO_EVENT);
+        listenTo(m_x11, xcb_window_t(m_window->winId()), XCB_EVENT_MASK_LEAVE_WINDOW, false);
     }
     m_invisible.reset();
 }
@@ -61,7 +70,7 @@ void CompositorKeyboard::appear(Manager manager)
 {
     m_invisible = std::make_unique<TransparentWindow>(m_x11, manager);
     describe(m_invisible->id());
-    listenTo(m_x11, m_invisible->id(), XCB_EVENT_MASK_FOCUS_CHANGE);
+    listenTo(m_x11, m_invisible->id(), XCB_EVENT_MASK_FOCUS_CHANGE, true);
     xcb_map_window(m_x11.get(), m_invisible->id());
     xcb_flush(m_x11.get());
 }
@@ -91,7 +100,7 @@ void CompositorKeyboard::takeUnmanaged()
         return giveBack();
     appear(Manager::Ignores);
     m_window->setKeyboardGrabEnabled(true);
-    listenTo(m_x11, xcb_window_t(m_window->winId()), XCB_EVENT_MASK_LEAVE_WINDOW);
+    listenTo(m_x11, xcb_window_t(m_window->winId()), XCB_EVENT_MASK_LEAVE_WINDOW, true);
     xcb_flush(m_x11.get());
 }
 
