@@ -22,15 +22,15 @@ class SearchController : public QObject
     Q_OBJECT
 public:
     struct Services {
-        TextRecognizer &recognizer;
-        PowerSource &power;
+        std::shared_ptr<TextRecognizer> recognizer;
+        std::shared_ptr<PowerSource> power;
         ScreenshotActions &actions;
         ScreenshotImages &images;
         DesktopSearch &desktop;
     };
 
-    /// The services must outlive this object. `isBusy` tells whether a new screenshot is waiting
-    /// for its name.
+    /// The services that are references must outlive this object. `isBusy` tells whether a new
+    /// screenshot is waiting for its name.
     SearchController(const Services &services, std::function<bool()> isBusy,
                      QObject *parent = nullptr);
     ~SearchController() override;

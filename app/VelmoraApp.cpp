@@ -47,7 +47,7 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
           .newestFiles = ScreenshotFolderResolver::readableScreenshotFiles,
           .modificationDate = ScreenshotFolderResolver::modificationDate,
       })
-    , m_search({*platform.textRecognizer, *platform.powerSource, m_actions, m_images,
+    , m_search({platform.textRecognizer, platform.powerSource, m_actions, m_images,
                 *platform.desktopSearch},
                [this] { return !m_suggestions.isEmpty(); })
     , m_recentWindow({m_actions, m_images, &m_search.search()}, m_recentScreenshots)

@@ -34,12 +34,12 @@ struct Platform {
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<PanelWindow> panelWindow;
     std::unique_ptr<Pasteboard> pasteboard;
-    std::unique_ptr<PowerSource> powerSource;
+    std::shared_ptr<PowerSource> powerSource; ///< also held by threads that are abandoned
     std::unique_ptr<RunningInstance> runningInstance;
     std::unique_ptr<ScreenshotPreferences> screenshotPreferences;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<SystemTrash> systemTrash;
-    std::unique_ptr<TextRecognizer> textRecognizer;
+    std::shared_ptr<TextRecognizer> textRecognizer; ///< likewise
 };
 
 /// The services of the system that the program was built for. Needs the application object.

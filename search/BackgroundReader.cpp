@@ -7,8 +7,6 @@
 #include "platform/PowerSource.h"
 #include "platform/TextRecognizer.h"
 
-#include <mutex>
-
 using namespace std::chrono_literals;
 
 namespace
@@ -16,6 +14,8 @@ namespace
 
 /// A file that changed less than this ago may be incomplete.
 constexpr auto steadyTime = 10s;
+
+constexpr auto longestWaitAtEnd = 1s;
 
 bool isSteady(const FileIdentity &file)
 {
@@ -25,32 +25,26 @@ bool isSteady(const FileIdentity &file)
 
 } // namespace
 
-/// The services that the reading thread uses. Taken away from it at the end, because it may then be
-/// stuck in a file.
+/// Shared with the reading thread, which may outlive this object.
 struct BackgroundReader::Services {
+    std::shared_ptr<TextRecognizer> recognizer;
+    std::shared_ptr<PowerSource> power;
     std::shared_ptr<PictureBudget> budget;
-    std::mutex mutex;
-    TextRecognizer *recognizer; ///< guarded by the mutex
-    PowerSource *power;         ///< guarded by the mutex
 };
 
-BackgroundReader::BackgroundReader(TextRecognizer &recognizer, PowerSource &power,
+BackgroundReader::BackgroundReader(std::shared_ptr<TextRecognizer> recognizer,
+                                   std::shared_ptr<PowerSource> power,
                                    std::shared_ptr<PictureBudget> budget)
-    : m_services(std::make_shared<Services>())
+    : m_services(std::make_shared<Services>(
+          Services{std::move(recognizer), std::move(power), std::move(budget)}))
     , m_abandoned(std::make_shared<std::atomic_bool>(false))
-    , m_thread(0ms)
+    , m_thread(longestWaitAtEnd)
 {
-    m_services->budget = std::move(budget);
-    m_services->recognizer = &recognizer;
-    m_services->power = &power;
 }
 
 BackgroundReader::~BackgroundReader()
 {
     abandon();
-    const std::lock_guard lock(m_services->mutex);
-    m_services->recognizer = nullptr;
-    m_services->power = nullptr;
 }
 
 void BackgroundReader::abandon()
@@ -80,13 +74,10 @@ BackgroundReader::Reading BackgroundReader::readPage(Services &services, const Q
                                                      const std::atomic_bool &abandoned)
 {
     using Outcome = Reading::Outcome;
-    {
-        const std::lock_guard lock(services.mutex);
-        if (abandoned || !services.power)
-            return {Outcome::Abandoned, {}, {}};
-        if (services.power->batteryInUse().value_or(100) < leastBattery)
-            return {Outcome::NoPower, {}, {}};
-    }
+    if (abandoned)
+        return {Outcome::Abandoned, {}, {}};
+    if (services.power->batteryInUse().value_or(100) < leastBattery)
+        return {Outcome::NoPower, {}, {}};
     const std::shared_ptr<OpenFile> open = OpenFile::open(url.toLocalFile());
     const std::optional<FileIdentity> file = open ? open->identity() : std::nullopt;
     if (!file)
@@ -97,8 +88,7 @@ BackgroundReader::Reading BackgroundReader::readPage(Services &services, const Q
     const QImage &picture = decoding.picture.top;
     if (picture.isNull())
         return {isSteady(*file) ? Outcome::Read : Outcome::Missing, *file, {}};
-    const std::lock_guard lock(services.mutex);
-    if (abandoned || !services.recognizer)
+    if (abandoned)
         return {Outcome::Abandoned, {}, {}};
     QStringList lines;
     services.recognizer->recognize(

@@ -21,11 +21,11 @@ class TextRecognizer;
 class BackgroundReader
 {
 public:
-    /// The recogniser and the power source must outlive this object. The pictures it reads count in
-    /// the budget.
-    BackgroundReader(TextRecognizer &recognizer, PowerSource &power,
+    /// The pictures it reads count in the budget.
+    BackgroundReader(std::shared_ptr<TextRecognizer> recognizer, std::shared_ptr<PowerSource> power,
                      std::shared_ptr<PictureBudget> budget);
-    /// Waits until the recogniser is no longer used, which takes some tens of milliseconds.
+    /// Abandons what is being read. Usually the thread notices that within some tens of
+    /// milliseconds. On a busy machine it may not run for seconds, and then it is left alone.
     ~BackgroundReader();
 
     /// In percent. With less charge than this, nothing is read on battery power.

@@ -24,8 +24,8 @@ class ScreenshotSearch : public QObject
     Q_OBJECT
 public:
     struct Services {
-        TextRecognizer &recognizer;
-        PowerSource &power;
+        std::shared_ptr<TextRecognizer> recognizer;
+        std::shared_ptr<PowerSource> power;
         std::shared_ptr<PictureBudget> budget; ///< for the pictures that are read
         /// Called on background threads.
         NameSearch::List screenshotsIn;

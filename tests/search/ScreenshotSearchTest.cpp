@@ -5,11 +5,13 @@
 #include "tests/fakes/FakePowerSource.h"
 #include "tests/fakes/FakeTextRecognizer.h"
 #include "tests/files/TestFiles.h"
+#include "tests/world/BusyProcessor.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
 
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QTest>
 
@@ -49,8 +51,8 @@ class ScreenshotSearchTest : public QObject
 
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<QTemporaryDir> m_data;
-    std::unique_ptr<FakeTextRecognizer> m_recognizer;
-    FakePowerSource m_power;
+    std::shared_ptr<FakeTextRecognizer> m_recognizer;
+    std::shared_ptr<FakePowerSource> m_power;
     const std::shared_ptr<PictureBudget> m_budget =
         std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
     bool m_isBusy = false;
@@ -76,7 +78,7 @@ class ScreenshotSearchTest : public QObject
     void start()
     {
         m_search = std::make_unique<ScreenshotSearch>(
-            ScreenshotSearch::Services{*m_recognizer, m_power, m_budget, picturesIn,
+            ScreenshotSearch::Services{m_recognizer, m_power, m_budget, picturesIn,
                                        [this] { return m_isBusy; }},
             m_data->filePath(u"velmora"_s));
         m_search->setFolder(m_files->folder());
@@ -100,8 +102,8 @@ private Q_SLOTS:
     {
         m_files = std::make_unique<TestFiles>();
         m_data = std::make_unique<QTemporaryDir>();
-        m_recognizer = std::make_unique<FakeTextRecognizer>(textOf);
-        m_power.level = -1;
+        m_recognizer = std::make_shared<FakeTextRecognizer>(textOf);
+        m_power = std::make_shared<FakePowerSource>();
         m_isBusy = false;
         start();
     }
@@ -174,10 +176,10 @@ private Q_SLOTS:
 
     void aLowBatteryIsLeftAlone()
     {
-        m_power.level = BackgroundReader::leastBattery - 1;
+        m_power->level = BackgroundReader::leastBattery - 1;
         picture(u"a.png"_s, 41);
         m_search->keepTexts();
-        QTRY_VERIFY_WITH_TIMEOUT(m_power.asked > 0, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_power->asked > 0, patience);
         QVERIFY(Waiting::staysTrue([this] { return m_recognizer->begun == 0; }, 500ms));
         QCOMPARE(found(u"a"_s), QStringList{u"a.png"_s});
     }
@@ -261,6 +263,34 @@ private Q_SLOTS:
         m_search.reset();
         QCOMPARE(m_recognizer->abandoned, 1);
         m_recognizer.reset();
+    }
+
+    void theEndDoesNotWaitForAThreadThatGetsNoProcessorTime()
+    {
+        const BusyProcessor busy;
+        std::atomic_bool isStarved = false;
+        const auto readSlowly = [&](const QImage &) {
+            busy.bindThread();
+            isStarved = true;
+            // As long as a line takes.
+            const auto cpuTime = [] {
+                timespec time = {};
+                ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+                return time.tv_sec * 1000 + time.tv_nsec / 1'000'000;
+            };
+            for (const auto end = cpuTime() + 100; cpuTime() < end;)
+                ;
+            return QStringList();
+        };
+        m_recognizer = std::make_shared<FakeTextRecognizer>(readSlowly);
+        start();
+        picture(u"a.png"_s, 41);
+        m_search->keepTexts();
+        QTRY_VERIFY_WITH_TIMEOUT(isStarved, 60'000);
+        QElapsedTimer timer;
+        timer.start();
+        m_search.reset();
+        QVERIFY2(timer.elapsed() < 10'000, qPrintable(QString::number(timer.elapsed())));
     }
 };
 

@@ -38,8 +38,6 @@ class RecentSearchTest : public QObject, RecentWindowFixture
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> m_data;
-    FakeTextRecognizer m_recognizer{textOf};
-    FakePowerSource m_power;
     std::unique_ptr<ScreenshotSearch> m_search;
 
     QUrl picture(const QString &name, int width, int minutes) const
@@ -96,7 +94,8 @@ private Q_SLOTS:
         begin();
         m_data = std::make_unique<QTemporaryDir>();
         m_search = std::make_unique<ScreenshotSearch>(
-            ScreenshotSearch::Services{m_recognizer, m_power, m_images.budget(),
+            ScreenshotSearch::Services{std::make_shared<FakeTextRecognizer>(textOf),
+                                       std::make_shared<FakePowerSource>(), m_images.budget(),
                                        [](const QUrl &folder) {
                                            return ScreenshotFolderResolver::readableScreenshotFiles(
                                                folder, std::numeric_limits<int>::max());
@@ -233,14 +232,14 @@ private Q_SLOTS:
         type(u"o"_s);
         QTRY_VERIFY_WITH_TIMEOUT(says(u"Searching names only."_s), patience);
         QSignalSpy wanted(&window(), &RecentScreenshotsWindow::textsWanted);
-        QVERIFY(!button(u"Delete Text"_s));
+        QVERIFY(!button(u"Delete Remembered Text"_s));
         button(u"Search Text Too"_s)->click();
         QCOMPARE(wanted.size(), 1);
         m_search->keepTexts();
         QTRY_VERIFY_WITH_TIMEOUT(says(u"Searching names and text."_s), patience);
         QSignalSpy unwanted(&window(), &RecentScreenshotsWindow::deletionWanted);
         QVERIFY(!button(u"Search Text Too"_s));
-        button(u"Delete Text"_s)->click();
+        button(u"Delete Remembered Text"_s)->click();
         QCOMPARE(unwanted.size(), 1);
     }
 };
