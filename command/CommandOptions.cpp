@@ -55,20 +55,19 @@ CommandLine wrongUse()
 const char *complaint(const Given &given, bool hasPlaces)
 {
     if (given.contains(Json) && given.contains(Null))
-        return "--json and -0 do not go together";
+        return "--json and -0 cannot be combined";
     if (given.contains(Find)) {
         if (given.intersects({App, All, Rename, Text, Undo}))
-            return "--find goes with --json and -0 only";
-        return hasPlaces ? nullptr : "no word to find given";
+            return "--find can only be combined with --json or -0";
+        return hasPlaces ? nullptr : "--find needs a word to find";
     }
     if (given.contains(Undo)) {
         if (given.intersects({App, All, Rename, Text}))
-            return "--undo goes with --json and -0 only";
-        return hasPlaces ? "--undo takes back all that was renamed last, and no file by name"
-                         : nullptr;
+            return "--undo can only be combined with --json or -0";
+        return hasPlaces ? "--undo takes no files: it undoes the whole last run" : nullptr;
     }
     if (given.contains(Text) && given.intersects({App, Rename}))
-        return "--text prints no names: --app and --rename do not go with it";
+        return "--text cannot be combined with --app or --rename";
     return hasPlaces ? nullptr : "no file or folder given";
 }
 

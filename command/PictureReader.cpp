@@ -61,11 +61,11 @@ PictureReading PictureReader::read(const QByteArray &path)
                         : -1);
     const std::optional<FileIdentity> identity = file ? fileIdentity(file.number()) : std::nullopt;
     if (!identity) {
-        reading.failure = errno == EINVAL ? "not a file" : std::strerror(errno);
+        reading.failure = errno == EINVAL ? "is not a regular file" : std::strerror(errno);
     } else if (m_writers->writersOf(file.number()) == FileWriters::Answer::Some) {
-        reading.failure = "somebody is still writing it";
+        reading.failure = "is still being written";
     } else if (const QImage image = picture(file.number()); image.isNull()) {
-        reading.failure = "not a picture that can be read";
+        reading.failure = "is not a readable picture";
     } else {
         reading.identity = *identity;
         recognize(image,

@@ -35,8 +35,8 @@ int Runs::find(const CommandOptions &options, Console &console)
     Report report(console, options.format);
     SearchIndex index;
     if (!index.exists()) {
-        report.note("nothing has been remembered yet: search once in the window Recent Screenshots "
-                    "of Velmora, and agree");
+        report.note("no text has been remembered yet: search once in Velmora's window Recent "
+                    "Screenshots, and agree");
         return ExitStatus::someFailed;
     }
     const QList<SearchHit> hits = index.find(wordsOf(options), mostFound);

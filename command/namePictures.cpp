@@ -30,7 +30,8 @@ Going rename(Renamer &renamer, const PictureReading &reading, Report &report, In
 {
     const Naming naming = renamer.name(reading);
     if (renamer.hasLostJournal()) {
-        report.note("the journal can't be written, so nothing more is renamed: " + naming.failure);
+        report.note("the journal can't be written, so no more files are renamed: " +
+                    naming.failure);
         return Going::EndsBefore;
     }
     if (naming.newPath != reading.path)

@@ -50,9 +50,11 @@ int readPictures(WorkList list, PictureReader &reader, Console &console, Report 
         }
     }
     if (list.leftAlone > 0)
-        report.note(sentence(list.leftAlone, " picture was left alone: it has a name of its own",
-                             " pictures were left alone: they have names of their own") +
-                    " (--all takes all)");
+        report.note(sentence(list.leftAlone,
+                             " picture was skipped: it already has a name of its own"
+                             " (--all includes it)",
+                             " pictures were skipped: they already have names of their own"
+                             " (--all includes them)"));
     if (done < total)
         report.note(sentence(total - done, " picture is left", " pictures are left"));
     if (Interruption::signal() != 0)

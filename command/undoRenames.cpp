@@ -52,7 +52,7 @@ private:
     bool takeBack(const Entry &entry)
     {
         if (!isFileOf(entry, identityOf(entry.newPath)))
-            return isWhereItWas(entry) || m_report.failure(entry.newPath, "is not there any more");
+            return isWhereItWas(entry) || m_report.failure(entry.newPath, "is no longer there");
         QByteArray back;
         auto error = std::make_error_code(std::errc::file_exists);
         for (int counter = 1; error == std::errc::file_exists; ++counter) {
@@ -92,11 +92,11 @@ int Runs::undo(const CommandOptions &options, Console &console)
     const std::unique_ptr<RenameJournal> journal = RenameJournal::openLast(error);
     if (!journal) {
         if (error == std::errc::resource_unavailable_try_again)
-            report.note("velmora-name is still renaming; try again when it has ended");
+            report.note("another velmora-name is still renaming; try again later");
         else if (error)
             report.note("the journal can't be read: " + QByteArray::fromStdString(error.message()));
         else
-            report.note("there is nothing to take back");
+            report.note("there is nothing to undo");
         return error ? ExitStatus::someFailed : ExitStatus::done;
     }
     Interruption::expect();
@@ -105,7 +105,7 @@ int Runs::undo(const CommandOptions &options, Console &console)
     if (isDone && !undoing.mayBeTriedAgain())
         journal->end();
     if (!isDone)
-        report.note("stopped early; --undo goes on where it was");
+        report.note("stopped early; run --undo again to continue");
     if (Interruption::signal() != 0 && !isDone)
         return ExitStatus::signalled + Interruption::signal();
     return !isDone || report.hasFailures() ? ExitStatus::someFailed : ExitStatus::done;

@@ -6,25 +6,25 @@ const char *const usageText =
        velmora-name --undo
        velmora-name --find WORD...
 
-Reads the text in screenshots, on this machine, and makes file names of it.
-Prints one line a picture, OLD<TAB>NEW, and touches nothing. Of a folder it
-takes the pictures in it, without the folders below. "-" stands for names on
-standard input.
+Gives screenshots file names made from the text in them. The text is read on
+this machine. Without --rename it only prints the names, one line per picture:
+OLD<TAB>NEW. For a folder it takes the pictures in it, but not those in folders
+below. "-" reads names from standard input.
 
-Only files that still have the name that a screenshot tool gave them are named.
+Only files that still have the name a screenshot tool gave them get a new one.
 
-  --app NAME    the application that the screenshots show; its name comes first
-  --all         name files too that have a name of their own
-  --rename      give the files their names; nothing is ever overwritten
-  --undo        take back what --rename did last
-  --text        print the text of all pictures in place of names
-  --find        print the paths of the screenshots that hold all the words, best
-                first; Velmora must have been allowed to remember their text
-  --json        print one JSON object a line
+  --app NAME    the application in the screenshots; its name comes first
+  --all         also files that a person has named
+  --rename      rename the files; never overwrites a file
+  --undo        undo the last run of --rename
+  --text        print the text of the pictures instead of names
+  --find        print the paths of screenshots that contain all the words, best
+                first; needs Velmora's permission to remember text
+  --json        print one JSON object per line
   -0, --null    names end with a zero byte, on standard input and output
-  --help        print this and end
-  --version     print the version and end
+  --help        print this help and exit
+  --version     print the version and exit
 
-Exit status: 0 when all is done, 1 when some pictures could not be read or
-renamed or none was found, 2 for a wrong command line.
+Exit status: 0 on success, 1 if some pictures could not be read or renamed or
+none was found, 2 if the command line is wrong.
 )";

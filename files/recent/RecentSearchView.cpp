@@ -54,7 +54,7 @@ RecentSearchView::RecentSearchView(RecentScreenshotRow::OnAction onAction, QWidg
     , m_empty(recentEmptyLabel(u"No screenshots found"_s))
     , m_state(new ElidedLabel(Qt::ElideRight))
     , m_keep(new BezelButton(u"Search Text Too"_s))
-    , m_delete(new BezelButton(u"Delete Text"_s))
+    , m_delete(new BezelButton(u"Delete Remembered Text"_s))
     , m_scrollArea(new QScrollArea)
 {
     auto *list = new QWidget;

@@ -45,9 +45,9 @@ class Failures(CommandCase):
                          ["./alpine-bakery-orders.png", "./coastal-castle-tour.png"])
         self.assertEqual(err.decode().splitlines(), [
             "velmora-name: gone: No such file or directory",
-            *(f"velmora-name: ./{tool_name(number)}: not a picture that can be read"
+            *(f"velmora-name: ./{tool_name(number)}: is not a readable picture"
               for number in (2, 3, 4)),
-            f"velmora-name: ./{tool_name(5)}: not a file"])
+            f"velmora-name: ./{tool_name(5)}: is not a regular file"])
         self.run_command("--undo")
         self.assertEqual(len(self.names()), 6)
         self.assertTrue(all(name.startswith("Screenshot") for name in self.names()))
@@ -100,7 +100,7 @@ class Failures(CommandCase):
             # A file may grow to this size, as on a disk with this much room.
             _, err = self.run_command("--rename", ".", status=1,
                                       preexec_fn=lambda: full_at(bytes))
-            self.assertIn(b"the journal can't be written, so nothing more is renamed: ", err)
+            self.assertIn(b"the journal can't be written, so no more files are renamed: ", err)
             self.assertIn(b"5 pictures are left", err)
             self.assertEqual(digests(self.folder), before)
             self.assertEqual(self.journals(), [])
@@ -127,7 +127,7 @@ class Failures(CommandCase):
         path = self.put(tool_name(1))
         with open(path, "ab"):
             _, err = self.run_command("--rename", ".", status=1)
-        self.assertIn(b"somebody is still writing it", err)
+        self.assertIn(b"is still being written", err)
         self.assertEqual(self.names(), [tool_name(1)])
 
     def test_a_full_disk_behind_the_output_ends_the_renames(self):

@@ -16,7 +16,7 @@ class Finds(CommandCase):
     def test_nothing_remembered_is_said_and_nothing_is_made(self):
         out, err = self.run_command("--find", "harvest", status=1)
         self.assertEqual(out, b"")
-        self.assertIn(b"nothing has been remembered yet", err)
+        self.assertIn(b"no text has been remembered yet", err)
         self.assertEqual(len(err.splitlines()), 1)
         self.assertFalse(pathlib.Path(self.home, "data").exists())
 

@@ -74,7 +74,7 @@ class Names(CommandCase):
         self.put(tool_name(1), 1)
         out, err = self.run_command(".")
         self.assertEqual(out.decode(), f"./{tool_name(1)}\t./alpine-bakery-orders.png\n")
-        self.assertIn(b"1 picture was left alone", err)
+        self.assertIn(b"1 picture was skipped", err)
         out, err = self.run_command("holiday.png")
         self.assertEqual(out, b"")
         self.assertIn(b"--all", err)

@@ -59,7 +59,7 @@ class Renames(CommandCase):
         self.rename()
         out, err = self.rename()
         self.assertEqual(out, b"")
-        self.assertIn(b"left alone", err)
+        self.assertIn(b"skipped", err)
         self.assertEqual(len(self.journals()), 1)
 
     def test_a_name_that_fits_already_stays(self):
@@ -111,7 +111,7 @@ class Renames(CommandCase):
         self.assertEqual(self.names(), [tool_name(1), tool_name(2)])
         out, err = self.undo()
         self.assertEqual(out, b"")
-        self.assertIn(b"nothing to take back", err)
+        self.assertIn(b"nothing to undo", err)
 
     def test_undo_never_overwrites_who_took_the_old_name(self):
         self.put(tool_name(1), 1)
@@ -132,7 +132,7 @@ class Renames(CommandCase):
         renamed.write_bytes(b"another file")
         out, err = self.undo(status=1)
         self.assertEqual(out, b"")
-        self.assertIn(b"alpine-bakery-orders.png: is not there any more", err)
+        self.assertIn(b"alpine-bakery-orders.png: is no longer there", err)
         self.assertEqual(renamed.read_bytes(), b"another file")
         self.assertEqual(self.journals(), [])
 
