@@ -205,7 +205,7 @@ private Q_SLOTS:
         RecentScreenshotsWindow *window = openRecent(rig);
         window->searchFor(u"harvest"_s);
         QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 1, patience);
-        press(u"Delete Text"_s);
+        press(u"Delete Remembered Text"_s);
         QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 0, patience);
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(databasePath()), patience);
         QCOMPARE(VelmoraSettings::searchConsent(), SearchConsent::refused);
