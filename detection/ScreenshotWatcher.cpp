@@ -90,8 +90,9 @@ ScreenshotWatcher::~ScreenshotWatcher()
         delete m_thread;
         return;
     }
-    m_thread->quit();
     new LeftThread(m_thread, m_scanner);
+    // From here on, the thread may delete the scanner.
+    m_thread->quit();
 }
 
 void ScreenshotWatcher::start(FileTime newSince)
