@@ -11,6 +11,7 @@ struct BackgroundThread::Shared {
     std::mutex lock;
     std::condition_variable changed;
     std::deque<std::function<void()>> tasks; ///< the first one is running
+    size_t done = 0;
     bool isStarted = false;
     bool mayEnd = false;
 
@@ -26,6 +27,7 @@ struct BackgroundThread::Shared {
             task();
             locker.lock();
             tasks.pop_front();
+            ++done;
             changed.notify_all();
         }
     }
@@ -38,7 +40,7 @@ BackgroundThread::BackgroundThread(std::chrono::milliseconds longestWait)
 
 BackgroundThread::~BackgroundThread()
 {
-    waitUntilIdle(m_longestWait);
+    waitForTasks(m_longestWait);
     const std::scoped_lock locker(m_shared->lock);
     m_shared->mayEnd = true;
     // Tasks that have not begun are no longer needed.
@@ -56,12 +58,13 @@ void BackgroundThread::run(std::function<void()> task)
         start();
 }
 
-bool BackgroundThread::waitUntilIdle(std::chrono::milliseconds longestWait) const
+bool BackgroundThread::waitForTasks(std::chrono::milliseconds longestWait) const
 {
     const std::shared_ptr<Shared> shared = m_shared;
     std::unique_lock locker(shared->lock);
+    const size_t last = shared->done + shared->tasks.size();
     return shared->changed.wait_for(locker, longestWait,
-                                    [&shared] { return shared->tasks.empty(); });
+                                    [&shared, last] { return shared->done >= last; });
 }
 
 size_t BackgroundThread::tasksLeft() const
@@ -70,8 +73,7 @@ size_t BackgroundThread::tasksLeft() const
     return m_shared->tasks.size();
 }
 
-/// Detached, since a task may never return. waitUntilIdle() waits for the tasks, not for the
-/// thread.
+/// Detached, since a task may never return. waitForTasks() waits for the tasks, not for the thread.
 void BackgroundThread::start()
 {
     m_shared->isStarted = true;

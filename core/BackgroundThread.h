@@ -43,9 +43,9 @@ public:
         return promise->future();
     }
 
-    /// Waits at most `longestWait` until all earlier tasks are done. False if they are not. Any
-    /// thread but the background one.
-    bool waitUntilIdle(std::chrono::milliseconds longestWait) const;
+    /// Waits at most `longestWait` until all earlier tasks are done, however many are added
+    /// meanwhile. False if they are not. Any thread but the background one.
+    bool waitForTasks(std::chrono::milliseconds longestWait) const;
 
     /// The number of unfinished tasks. Any thread.
     size_t tasksLeft() const;

@@ -141,7 +141,7 @@ void SettingsStore::clear()
 void SettingsStore::readAgain() const
 {
     lookAgain();
-    m_thread.waitUntilIdle(longestRead);
+    m_thread.waitForTasks(longestRead);
 }
 
 bool SettingsStore::waitUntilRead(std::chrono::milliseconds longestWait) const
@@ -151,7 +151,7 @@ bool SettingsStore::waitUntilRead(std::chrono::milliseconds longestWait) const
         return m_state->isRead;
     };
     if (!isRead())
-        m_thread.waitUntilIdle(longestWait);
+        m_thread.waitForTasks(longestWait);
     return isRead();
 }
 
@@ -162,7 +162,7 @@ bool SettingsStore::waitUntilStored(std::chrono::milliseconds longestWait) const
         return m_state->unstored.isEmpty();
     };
     if (!isStored())
-        m_thread.waitUntilIdle(longestWait);
+        m_thread.waitForTasks(longestWait);
     return isStored();
 }
 
@@ -190,6 +190,6 @@ void SettingsStore::askForChanges() const
     lookAgain();
     if (isBusy || Clock::now() < m_patientFrom.load())
         return;
-    if (!m_thread.waitUntilIdle(longestWaitForChanges))
+    if (!m_thread.waitForTasks(longestWaitForChanges))
         m_patientFrom = Clock::now() + timeOfImpatience;
 }

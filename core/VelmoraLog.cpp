@@ -67,7 +67,7 @@ BackgroundThread &writer()
     // Never destroyed: an abandoned thread may still write to the log.
     static BackgroundThread &thread = *new BackgroundThread(0ms);
     struct WriteAtExit {
-        ~WriteAtExit() { thread.waitUntilIdle(longestWaitAtExit); }
+        ~WriteAtExit() { thread.waitForTasks(longestWaitAtExit); }
     };
     static const WriteAtExit writeAtExit;
     return thread;
@@ -83,7 +83,7 @@ void VelmoraLog::write(const QString &message)
 
 bool VelmoraLog::waitUntilWritten(std::chrono::milliseconds longestWait)
 {
-    return writer().waitUntilIdle(longestWait);
+    return writer().waitForTasks(longestWait);
 }
 
 void VelmoraLog::append(const QString &path, const QString &message)

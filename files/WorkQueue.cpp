@@ -67,7 +67,7 @@ bool WorkQueue::finish(std::chrono::milliseconds limit)
     // An outcome may add more work.
     do {
         const bool isIdle =
-            m_thread.waitUntilIdle(std::chrono::milliseconds(deadline.remainingTime()));
+            m_thread.waitForTasks(std::chrono::milliseconds(deadline.remainingTime()));
         deliver();
         if (!isIdle)
             return false;

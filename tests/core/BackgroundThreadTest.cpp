@@ -24,16 +24,32 @@ private Q_SLOTS:
         BackgroundThread thread(1s);
         for (int i = 0; i < count; ++i)
             thread.run([done, i] { done->append(i); });
-        QVERIFY(thread.waitUntilIdle(10s));
+        QVERIFY(thread.waitForTasks(10s));
         QCOMPARE(done->size(), count);
         QVERIFY(std::is_sorted(done->begin(), done->end()));
+    }
+
+    void tasksThatAreAddedLaterAreNotWaitedFor()
+    {
+        const auto mayGoOn = std::make_shared<std::atomic_bool>(true);
+        BackgroundThread thread(1s);
+        // The queue is never empty, because each task adds the next one.
+        std::function<void()> task = [&thread, &task, mayGoOn] {
+            if (*mayGoOn)
+                thread.run(task);
+        };
+        thread.run(task);
+        const bool isDone = thread.waitForTasks(5s);
+        *mayGoOn = false;
+        QTRY_COMPARE(thread.tasksLeft(), size_t(0));
+        QVERIFY(isDone);
     }
 
     void whatIsAskedForIsAnswered()
     {
         BackgroundThread thread(1s);
         QFuture<int> answer = thread.ask([] { return 42; });
-        QVERIFY(thread.waitUntilIdle(10s));
+        QVERIFY(thread.waitForTasks(10s));
         QCOMPARE(answer.result(), 42);
     }
 
@@ -57,7 +73,7 @@ private Q_SLOTS:
         BackgroundThread thread(1s);
         for (int i = 0; i < 2; ++i)
             thread.run([ids] { ids->append(std::this_thread::get_id()); });
-        QVERIFY(thread.waitUntilIdle(10s));
+        QVERIFY(thread.waitForTasks(10s));
         QVERIFY(ids->at(0) != std::this_thread::get_id());
         QVERIFY(ids->at(0) == ids->at(1));
     }
@@ -90,7 +106,7 @@ private Q_SLOTS:
                 stuck->ended.release();
             });
             thread.run([stuck] { stuck->wentOn = true; });
-            QVERIFY(!thread.waitUntilIdle(20ms));
+            QVERIFY(!thread.waitForTasks(20ms));
             QCOMPARE(thread.tasksLeft(), size_t(2));
         }
         QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()).constData());

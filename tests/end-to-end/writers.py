@@ -100,7 +100,8 @@ class Writers(case.EndToEnd):
                 start = time.monotonic()
                 desktop.wait_until(target.exists, "the name", 4)
                 fastest = min(fastest, time.monotonic() - start)
-        self.assertLess(fastest, 0.4)
+        if not self.velmora.is_sanitized:
+            self.assertLess(fastest, 0.4)
         self.assertEqual(len(self.detected()), 5)
 
     def test_a_writer_that_renames_a_temporary_file_in_the_folder(self):

@@ -24,6 +24,13 @@ constexpr std::chrono::milliseconds patience = std::chrono::seconds(20);
 /// good.
 constexpr std::chrono::milliseconds longestPause{1000};
 
+/// From the end of an attack until the application in front is known again.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr std::chrono::milliseconds longestRecovery{10'000};
+#else
+constexpr std::chrono::milliseconds longestRecovery{1000};
+#endif
+
 /// The longest time for which this thread's event loop did not run.
 class Pauses : public QObject
 {
@@ -106,8 +113,9 @@ private Q_SLOTS:
         const Terminal next(m_place.filePath(u"typed next"_s));
         QElapsedTimer recovery;
         recovery.start();
-        QTRY_COMPARE(nameInFront(), u"XTerm"_s);
-        QVERIFY2(recovery.elapsed() < 1000, qPrintable(QString::number(recovery.elapsed())));
+        QTRY_COMPARE_WITH_TIMEOUT(nameInFront(), u"XTerm"_s, int(patience.count()));
+        QVERIFY2(recovery.elapsed() < longestRecovery.count(),
+                 qPrintable(QString::number(recovery.elapsed())));
     }
 
     void amongMoreChangesThanCanBeLookedAtOneIsSeen()
