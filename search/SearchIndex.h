@@ -2,6 +2,7 @@
 #pragma once
 
 #include "filesystem/OpenFile.h"
+#include "search/ScreenshotTables.h"
 #include "search/SearchHit.h"
 #include "search/SearchStore.h"
 
@@ -28,11 +29,7 @@ public:
     /// Closes the database until the next call. Call it before a thread ends.
     void close() { m_store.close(); }
 
-    struct Entry {
-        QUrl url; ///< standardised
-        FileIdentity file;
-        QString application;
-    };
+    using Entry = ScreenshotTables::Entry;
 
     /// Records these files under these names. New files, and files whose content has changed, wait
     /// to be read. A known file keeps its application if the entry has none.
@@ -60,10 +57,7 @@ public:
     /// The newest existing file that waits to be read.
     std::optional<Entry> nextUnread();
 
-    struct Progress {
-        int read = 0;
-        int all = 0;
-    };
+    using Progress = ScreenshotTables::Count;
     Progress progress();
 
     /// The screenshots whose name, application and text together contain all the words, each as the
@@ -75,22 +69,14 @@ public:
     bool forget();
 
 private:
-    struct Row;
+    using Row = ScreenshotTables::Row;
 
     template <typename Work>
     bool change(Work work);
-    bool prepareWords();
-    std::optional<Row> rowOf(const FileIdentity &file);
-    std::optional<Row> rowAt(const QUrl &url);
-    bool insert(const Entry &entry);
-    bool update(const Row &row, const Entry &entry);
     bool addOne(const Entry &entry);
-    bool takeOut(const Row &row);
-    bool writeWords(qint64 id, const QString &statement, const Row &row, const QString &text);
-    bool replaceWords(const Row &old, const QString &oldText, const Row &row, const QString &text);
-    std::optional<QString> textOf(qint64 id);
     QList<SearchHit> hits(const QStringList &terms, int limit);
 
     SearchStore m_store;
+    ScreenshotTables m_tables;
     bool m_isBegunAnew = false;
 };
