@@ -94,6 +94,7 @@ EnginePool::EnginePool(QStringList languages, std::chrono::milliseconds lifetime
 {
     d->languages = std::move(languages);
     d->lifetime = lifetime;
+    d->housekeeper = std::thread([this] { d->keepHouse(); });
 }
 
 EnginePool::~EnginePool()
@@ -103,8 +104,7 @@ EnginePool::~EnginePool()
         d->ending = true;
     }
     d->changed.notify_all();
-    if (d->housekeeper.joinable())
-        d->housekeeper.join();
+    d->housekeeper.join();
 }
 
 /// The housekeeper makes the engines: one at a time, because that writes to globals of the library,
@@ -115,8 +115,6 @@ EnginePool::Lease EnginePool::take()
     std::unique_lock lock(d->mutex);
     if (d->waiting.empty()) {
         ++d->waiters;
-        if (!d->housekeeper.joinable())
-            d->housekeeper = std::thread([this] { d->keepHouse(); });
         d->changed.notify_all();
         d->changed.wait(lock, [this] { return !d->waiting.empty(); });
         --d->waiters;

@@ -9,8 +9,8 @@
 /// Keeps engines ready, so that pictures seldom wait for one to be made. Each is released after
 /// `spareLifetime` without use, because it holds much memory. Any thread.
 ///
-/// Engines are made on a thread of the pool's, with the priority of the thread that is the first to
-/// ask for one.
+/// Engines are made on a thread of the pool's, with the priority of the thread that creates the
+/// pool.
 class EnginePool
 {
 public:
