@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <limits>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <utility>
@@ -74,6 +73,24 @@ std::vector<RenameJournal::Entry> entriesIn(const Descriptor &file)
             found.push_back(std::move(*entry));
     }
     return found;
+}
+
+enum class Found { No, Yes, JournalIsOlder };
+
+Found isIn(const QByteArray &path, const FileIdentity &file)
+{
+    const auto identity = fileIdentity(QFile::decodeName(path));
+    if (identity && identity->modified < file.modified)
+        return Found::JournalIsOlder;
+    const Descriptor journal(
+        ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!journal)
+        return Found::No;
+    const auto entries = entriesIn(journal);
+    const bool isThere = std::any_of(entries.cbegin(), entries.cend(), [&file](const auto &entry) {
+        return entry.identity.sameContent(file);
+    });
+    return isThere ? Found::Yes : Found::No;
 }
 
 bool writeAll(int descriptor, const QByteArray &bytes, qint64 at)
@@ -183,21 +200,14 @@ void RenameJournal::end()
 bool RenameJournal::hasRenamed(const FileIdentity &file)
 {
     const JournalFolder folder;
-    std::vector<QByteArray> paths{folder.pathOfUndone()};
-    for (const int number : folder.numbers())
-        paths.push_back(folder.pathOf(number));
-    return std::any_of(paths.crbegin(), paths.crend(), [&file](const QByteArray &path) {
-        // Of a new file nothing more is read, for no journal has been written since.
-        const auto identity = fileIdentity(QFile::decodeName(path));
-        if (!identity || identity->modified < file.modified)
-            return false;
-        const Descriptor journal(
-            ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        if (!journal)
-            return false;
-        const std::vector<Entry> entries = entriesIn(journal);
-        return std::any_of(entries.cbegin(), entries.cend(), [&file](const Entry &entry) {
-            return entry.identity.sameContent(file);
-        });
-    });
+    if (isIn(folder.pathOfUndone(), file) == Found::Yes)
+        return true;
+    std::vector<int> numbers = folder.numbers();
+    // A new file ends this at once, because no run has written since it was made.
+    for (; !numbers.empty(); numbers.pop_back()) {
+        const Found found = isIn(folder.pathOf(numbers.back()), file);
+        if (found != Found::No)
+            return found == Found::Yes;
+    }
+    return false;
 }
