@@ -13,8 +13,7 @@ class RowThumbnail
 public:
     RowThumbnail(DraggableImageView &view, const ScreenshotPointer &screenshot,
                  ScreenshotImages &images);
-    RowThumbnail(const RowThumbnail &) = delete;
-    RowThumbnail &operator=(const RowThumbnail &) = delete;
+    Q_DISABLE_COPY_MOVE(RowThumbnail)
 
     /// Loads it again, from where the file is now. What is shown stays if that can't be read.
     void reload();
