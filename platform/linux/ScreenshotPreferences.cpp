@@ -2,6 +2,7 @@
 #include "platform/ScreenshotPreferences.h"
 
 #include "core/SettingsStore.h"
+#include "platform/linux/folder-events/ClockWatch.h"
 #include "platform/linux/folder-events/PathWatch.h"
 #include "platform/linux/freedesktop/UserDirectories.h"
 #include "platform/linux/screenshot-tools/FollowedSetting.h"
@@ -10,6 +11,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMutex>
+
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -46,12 +49,27 @@ std::optional<QString> usable(const std::optional<QString> &folder)
     return path == home || info == QFileInfo(home) ? std::nullopt : std::optional(path);
 }
 
+/// In this place's time.
+std::time_t nextMidnight()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm parts = {};
+    ::tzset();
+    ::localtime_r(&now, &parts);
+    parts.tm_mday += 1;
+    parts.tm_hour = parts.tm_min = parts.tm_sec = 0;
+    parts.tm_isdst = -1;
+    return std::mktime(&parts);
+}
+
 class LinuxScreenshotPreferences : public ScreenshotPreferences
 {
 public:
     LinuxScreenshotPreferences()
     {
         connect(&m_files, &PathWatch::changed, this, &ScreenshotPreferences::changed);
+        connect(&m_clock, &ClockWatch::timeReached, this, &ScreenshotPreferences::changed);
+        connect(&m_clock, &ClockWatch::clockSet, this, &ScreenshotPreferences::changed);
     }
 
     std::optional<QString> location() const override
@@ -138,6 +156,8 @@ private:
     /// A file beside the program's own preferences.
     SettingsStore m_domain{u"com.apple.screencapture"_s};
     PathWatch m_files;
+    /// The name of a tool's folder may hold the date.
+    ClockWatch m_clock{nextMidnight};
     const std::function<void()> m_reportChange = [this] {
         QMetaObject::invokeMethod(this, &ScreenshotPreferences::changed, Qt::QueuedConnection);
     };

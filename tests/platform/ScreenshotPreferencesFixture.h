@@ -19,9 +19,9 @@ protected:
     {
         QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).removeRecursively();
         QVERIFY(QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME")));
-        for (const char *name :
-             {"GSETTINGS_SCHEMA_DIR", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP",
-              "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "HYPRSHOT_DIR", "KDE_SESSION_VERSION"})
+        for (const char *name : {"GSETTINGS_SCHEMA_DIR", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP",
+                                 "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "HYPRSHOT_DIR",
+                                 "KDE_SESSION_VERSION", "TZ"})
             qunsetenv(name);
         qputenv("PATH", m_path);
         m_preferences = makeScreenshotPreferences();

@@ -3,6 +3,7 @@
 #include "tests/world/TestProgram.h"
 
 #include <QDate>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -182,6 +183,28 @@ private Q_SLOTS:
         QVERIFY(
             writeFile(configPath(u"niri/config.kdl"_s), "screenshot-path \"/srv/%Y/%m/%d.png\"\n"));
         QCOMPARE(m_preferences->desktopToolFolder(), today.toString(u"'/srv/'yyyy/MM"_s));
+    }
+
+    /// A time zone in which the day ends in two seconds.
+    void theFolderOfTheNextDayIsFollowed()
+    {
+        const qint64 secondOfDay = (QDateTime::currentSecsSinceEpoch() + 2) % (24 * 60 * 60);
+        const QByteArray offset =
+            QTime::fromMSecsSinceStartOfDay(int(secondOfDay) * 1000).toString().toLatin1();
+        qputenv("TZ", "TEST" + offset);
+        qputenv("XDG_CURRENT_DESKTOP", "i3");
+        QVERIFY(writeFile(configPath(u"ksnip/ksnip.conf"_s),
+                          "[Application]\nSaveDirectory=/srv/$Y-$M-$D\n"));
+        const auto before = makeScreenshotPreferences();
+        QSignalSpy changed(before.get(), &ScreenshotPreferences::changed);
+        const std::optional<QString> today = before->desktopToolFolder();
+        QVERIFY(QTest::qWaitFor([&changed] { return !changed.isEmpty(); }, 20'000));
+        const std::optional<QString> tomorrow = before->desktopToolFolder();
+        const auto date = [](const std::optional<QString> &folder) {
+            return QDate::fromString(folder.value_or(QString()).section(u'/', -1), Qt::ISODate);
+        };
+        QVERIFY(date(today).isValid());
+        QCOMPARE(date(tomorrow), date(today).addDays(1));
     }
 
     void aFolderInThePatternOfNamesIsThatOfToday()

@@ -17,18 +17,22 @@ constexpr time_t farFuture = 7'258'118'400;
 
 } // namespace
 
-ClockWatch::ClockWatch()
-    : m_timer(::timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)), m_isArmed(arm())
+ClockWatch::ClockWatch(std::function<std::time_t()> nextTime)
+    : m_nextTime(std::move(nextTime))
+    , m_timer(::timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC))
+    , m_isArmed(arm())
 {
     if (m_timer < 0)
         return;
     auto *notifier = new QSocketNotifier(m_timer, QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         uint64_t expirations = 0;
-        const bool wasSet =
-            ::read(m_timer, &expirations, sizeof expirations) < 0 && errno == ECANCELED;
+        const bool hasReached = ::read(m_timer, &expirations, sizeof expirations) > 0;
+        const bool wasSet = !hasReached && errno == ECANCELED;
         m_isArmed = arm();
-        if (wasSet)
+        if (hasReached)
+            Q_EMIT timeReached();
+        else if (wasSet)
             Q_EMIT clockSet();
     });
 }
@@ -43,7 +47,7 @@ ClockWatch::~ClockWatch()
 /// The system cancels a timer on the wall clock when that clock jumps.
 bool ClockWatch::arm()
 {
-    const itimerspec never = {{0, 0}, {farFuture, 0}};
+    const itimerspec next = {{0, 0}, {m_nextTime ? m_nextTime() : farFuture, 0}};
     return m_timer >= 0 && ::timerfd_settime(m_timer, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET,
-                                             &never, nullptr) == 0;
+                                             &next, nullptr) == 0;
 }
