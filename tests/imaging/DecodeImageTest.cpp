@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace TestPictures;
 
 namespace
@@ -36,9 +37,7 @@ class DecodeImageTest : public QObject
 
     QImage decoded(const QByteArray &bytes) const
     {
-        return write(path(QStringLiteral("picture")), bytes)
-                   ? decodeImage(url(QStringLiteral("picture")))
-                   : QImage();
+        return write(path(u"picture"_s), bytes) ? decodeImage(url(u"picture"_s)) : QImage();
     }
 
     static void addFormats()
@@ -56,9 +55,8 @@ private Q_SLOTS:
         const QImage original = fourFields({64, 48});
         const QByteArray bytes = encoded(original, format);
         QVERIFY(!bytes.isEmpty());
-        const QString wrongExtension =
-            format == QLatin1String("png") ? QStringLiteral("a.jpg") : QStringLiteral("a.png");
-        for (const QString &name : {wrongExtension, QStringLiteral("no extension")}) {
+        const QString wrongExtension = format == "png"_L1 ? u"a.jpg"_s : u"a.png"_s;
+        for (const QString &name : {wrongExtension, u"no extension"_s}) {
             QVERIFY(write(path(name), bytes));
             QVERIFY(lookAlike(decodeImage(url(name)), original));
         }
@@ -112,13 +110,12 @@ private Q_SLOTS:
 
     void aFileOfTooManyBytesIsRefused()
     {
-        QVERIFY(write(path(QStringLiteral("sparse")),
-                      encoded(fourFields({16, 16}), QStringLiteral("png"))));
-        QVERIFY(QFile::resize(path(QStringLiteral("sparse")), maximumPictureFileSize + 1));
-        QVERIFY(decodeImage(url(QStringLiteral("sparse"))).isNull());
-        QVERIFY(write(path(QStringLiteral("sparse")), "no picture at all"));
-        QVERIFY(QFile::resize(path(QStringLiteral("sparse")), 1'000'000'000'000));
-        QVERIFY(decodeImage(url(QStringLiteral("sparse"))).isNull());
+        QVERIFY(write(path(u"sparse"_s), encoded(fourFields({16, 16}), u"png"_s)));
+        QVERIFY(QFile::resize(path(u"sparse"_s), maximumPictureFileSize + 1));
+        QVERIFY(decodeImage(url(u"sparse"_s)).isNull());
+        QVERIFY(write(path(u"sparse"_s), "no picture at all"));
+        QVERIFY(QFile::resize(path(u"sparse"_s), 1'000'000'000'000));
+        QVERIFY(decodeImage(url(u"sparse"_s)).isNull());
     }
 
     void aPictureOfMoreScreensThanAnybodyHasIsReadFromItsTopAndSeenWhole_data()
@@ -139,9 +136,9 @@ private Q_SLOTS:
         image.fill(Qt::black);
         std::memset(image.scanLine(size.height() / 2), 0xff,
                     size_t(image.bytesPerLine()) * size_t(size.height() / 2));
-        QVERIFY(write(path(QStringLiteral("huge")), encoded(image, format)));
+        QVERIFY(write(path(u"huge"_s), encoded(image, format)));
         image = {};
-        const auto file = OpenFile::open(path(QStringLiteral("huge")));
+        const auto file = OpenFile::open(path(u"huge"_s));
         const auto budget = std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
 
         const qint64 before = PeakMemory::startCounting();
@@ -160,7 +157,7 @@ private Q_SLOTS:
         if (PeakMemory::isMeasurable())
             QVERIFY2(most < PictureBudget::ofScreenshots + slack,
                      qPrintable(QString::number(most / 1'000'000)));
-        const QImage pasted = decodeImage(QUrl::fromLocalFile(path(QStringLiteral("huge"))));
+        const QImage pasted = decodeImage(QUrl::fromLocalFile(path(u"huge"_s)));
         QVERIFY(pasted.width() > size.width() / 3);
     }
 
@@ -174,8 +171,8 @@ private Q_SLOTS:
                               QByteArray("\x10\x06\0\0\x01", 5)) +
                     pngData(row.repeated(size.height() + 2 * size.height() / 3)));
         QVERIFY(file.size() < 1'000'000);
-        QVERIFY(write(path(QStringLiteral("hostile")), file));
-        const auto open = OpenFile::open(path(QStringLiteral("hostile")));
+        QVERIFY(write(path(u"hostile"_s), file));
+        const auto open = OpenFile::open(path(u"hostile"_s));
         const auto budget = std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
         const qint64 before = PeakMemory::startCounting();
         decodePicture(open->descriptor(), budget);
@@ -188,9 +185,8 @@ private Q_SLOTS:
 
     void aPictureWaitsForRoomInTheBudget()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")),
-                      encoded(fourFields({1000, 1000}), QStringLiteral("png"))));
-        const auto file = OpenFile::open(path(QStringLiteral("a.png")));
+        QVERIFY(write(path(u"a.png"_s), encoded(fourFields({1000, 1000}), u"png"_s)));
+        const auto file = OpenFile::open(path(u"a.png"_s));
         const auto budget = std::make_shared<PictureBudget>(PictureBudget::ofScreenshots);
         auto others = budget->reserve(budget->total() - 3'000'000);
         const Decoding refused = decodePicture(file->descriptor(), budget);
@@ -208,7 +204,7 @@ private Q_SLOTS:
     void deepChannelsBecomeEightBits()
     {
         const QImage deep = fourFields({32, 32}).convertToFormat(QImage::Format_RGBA64);
-        const QImage read = decoded(encoded(deep, QStringLiteral("png")));
+        const QImage read = decoded(encoded(deep, u"png"_s));
         QVERIFY(read.depth() <= 32);
         QVERIFY(lookAlike(read, fourFields({32, 32})));
     }
@@ -217,7 +213,7 @@ private Q_SLOTS:
     {
         QImage image(16, 16, QImage::Format_ARGB32);
         image.fill(QColor(255, 0, 0, 64));
-        QCOMPARE(decoded(encoded(image, QStringLiteral("png"))).pixelColor(3, 3).alpha(), 64);
+        QCOMPARE(decoded(encoded(image, u"png"_s)).pixelColor(3, 3).alpha(), 64);
     }
 
     void whatIsNoPictureGivesNone()
@@ -228,25 +224,25 @@ private Q_SLOTS:
         QVERIFY(decoded(QByteArray(4096, '\0')).isNull());
         QVERIFY(decoded("BM").isNull());
         QVERIFY(decoded("\xFF\xD8\xFF").isNull());
-        QVERIFY(decodeImage(url(QStringLiteral("missing.png"))).isNull());
+        QVERIFY(decodeImage(url(u"missing.png"_s)).isNull());
         QVERIFY(decodeImage(QUrl()).isNull());
         QVERIFY(decodeImage(-1).isNull());
     }
 
     void whatIsNoRegularFileIsNotRead()
     {
-        QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("folder.png")));
-        QVERIFY(decodeImage(url(QStringLiteral("folder.png"))).isNull());
-        const QString pipe = path(QStringLiteral("pipe.png"));
+        QVERIFY(QDir(m_folder.path()).mkdir(u"folder.png"_s));
+        QVERIFY(decodeImage(url(u"folder.png"_s)).isNull());
+        const QString pipe = path(u"pipe.png"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
         QVERIFY(decodeImage(QUrl::fromLocalFile(pipe)).isNull());
-        QVERIFY(decodeImage(QUrl::fromLocalFile(QStringLiteral("/dev/zero"))).isNull());
+        QVERIFY(decodeImage(QUrl::fromLocalFile(u"/dev/zero"_s)).isNull());
     }
 
     void aFileThatMayNotBeReadGivesNone()
     {
-        const QString name = path(QStringLiteral("secret.png"));
-        QVERIFY(write(name, encoded(fourFields({8, 8}), QStringLiteral("png"))));
+        const QString name = path(u"secret.png"_s);
+        QVERIFY(write(name, encoded(fourFields({8, 8}), u"png"_s)));
         QVERIFY(QFile::setPermissions(m_folder.path(), QFile::Permissions(0x7755)));
         QVERIFY(QFile::setPermissions(name, {}));
         const uid_t user = ::geteuid();
@@ -261,8 +257,8 @@ private Q_SLOTS:
     void aDescriptorIsReadFromItsBeginningAndStaysOpen()
     {
         const QImage original = fourFields({32, 24});
-        QVERIFY(write(path(QStringLiteral("a.png")), encoded(original, QStringLiteral("png"))));
-        QFile file(path(QStringLiteral("a.png")));
+        QVERIFY(write(path(u"a.png"_s), encoded(original, u"png"_s)));
+        QFile file(path(u"a.png"_s));
         QVERIFY(file.open(QFile::ReadOnly | QFile::Unbuffered));
         QVERIFY(file.seek(20));
         QVERIFY(lookAlike(decodeImage(file.handle()), original));

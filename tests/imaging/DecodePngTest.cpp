@@ -12,6 +12,7 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
 using namespace TestPictures;
 
 namespace
@@ -185,7 +186,7 @@ private Q_SLOTS:
     {
         QImage image(8, 8, QImage::Format_ARGB32);
         image.fill(Qt::red);
-        const auto read = [&] { return decoded(encoded(image, QStringLiteral("png"))); };
+        const auto read = [&] { return decoded(encoded(image, u"png"_s)); };
         QCOMPARE(read().format(), QImage::Format_RGB32);
         image.setPixelColor(7, 7, QColor(0, 0, 255, 254));
         QCOMPARE(read().format(), QImage::Format_ARGB32_Premultiplied);
@@ -194,7 +195,7 @@ private Q_SLOTS:
 
     void ofAHugePictureTheOverviewIsHeld()
     {
-        const QByteArray file = encoded(fourFields({300, 200}), QStringLiteral("png"));
+        const QByteArray file = encoded(fourFields({300, 200}), u"png"_s);
         const QImage overview = decoded(file, {0, 1000});
         QVERIFY(overview.width() * overview.height() <= 1000);
         QVERIFY(lookAlike(overview, fourFields(overview.size())));

@@ -5,12 +5,14 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 qint64 statusBytes(const char *key)
 {
-    QFile file(QStringLiteral("/proc/self/status"));
+    QFile file(u"/proc/self/status"_s);
     if (!file.open(QFile::ReadOnly))
         return -1;
     for (const QByteArray &line : file.readAll().split('\n')) {
@@ -25,7 +27,7 @@ qint64 statusBytes(const char *key)
 qint64 PeakMemory::startCounting()
 {
     releaseFreeMemory();
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    QFile file(u"/proc/self/clear_refs"_s);
     constexpr char resetPeak[] = "5";
     if (!file.open(QFile::WriteOnly | QFile::Unbuffered) || file.write(resetPeak) != 1)
         return -1;

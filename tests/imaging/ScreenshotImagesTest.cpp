@@ -1,109 +1,65 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/ScreenshotImages.h"
 
-#include "imaging/HeldScreenshot.h"
-#include "platform/FileWriters.h"
-#include "tests/fakes/CountedFileWriters.h"
-#include "tests/imaging/TestPictures.h"
+#include "tests/imaging/ScreenshotImagesFixture.h"
 #include "tests/world/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFutureWatcher>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace TestPictures;
 
 namespace
 {
 
-constexpr int patience = 20'000; // milliseconds
-
 qsizetype openDescriptors()
 {
-    return QDir(QStringLiteral("/dev/fd")).entryList(QDir::Files | QDir::System).size();
+    return QDir(u"/dev/fd"_s).entryList(QDir::Files | QDir::System).size();
 }
 
 } // namespace
 
-class ScreenshotImagesTest : public QObject
+/// What is read of complete files, and what is held meanwhile.
+class ScreenshotImagesTest : public QObject, private ScreenshotImagesFixture
 {
     Q_OBJECT
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<CountedFileWriters> m_writers;
-    std::unique_ptr<ScreenshotImages> m_images;
-    const QImage m_picture = fourFields({640, 400});
-    const QByteArray m_png = encoded(m_picture, QStringLiteral("png"));
-
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-    QUrl url(const QString &name) const { return QUrl::fromLocalFile(path(name)); }
-
-    bool lookedAgain(int times) const
-    {
-        const int before = m_writers->asked;
-        return QTest::qWaitFor([&] { return m_writers->asked >= before + times; }, patience);
-    }
 
     /// The number of open descriptors, once all threads are running.
     qsizetype descriptorsAtWork() const
     {
-        return write(path(QStringLiteral("first.png")), m_png) &&
-                       isFinished(m_images->thumbnail(url(QStringLiteral("first.png")), {9, 9}))
+        return write(path(u"first.png"_s), m_png) &&
+                       isFinished(m_images->thumbnail(url(u"first.png"_s), {9, 9}))
                    ? openDescriptors()
                    : -1;
     }
 
-    static bool isFinished(const QFuture<QImage> &future)
-    {
-        return QTest::qWaitFor([&] { return future.isFinished(); }, patience);
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_writers = std::make_unique<CountedFileWriters>();
-        m_images = std::make_unique<ScreenshotImages>(*m_writers);
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
-    void cleanup()
-    {
-        m_images.reset();
-        m_writers.reset();
-        m_folder.reset();
-    }
-
-    void aCompletePictureIsRead_data()
-    {
-        QTest::addColumn<QString>("format");
-        for (const char *format : {"png", "jpeg", "tiff", "heic"})
-            QTest::newRow(format) << QString::fromLatin1(format);
-    }
+    void aCompletePictureIsRead_data() { addFormats(); }
     void aCompletePictureIsRead()
     {
         QFETCH(QString, format);
-        QVERIFY(write(path(QStringLiteral("a.png")), encoded(m_picture, format)));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
+        QVERIFY(write(path(u"a.png"_s), encoded(m_picture, format)));
+        const auto image = m_images->image(url(u"a.png"_s));
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
     }
 
     void aThumbnailFitsIntoItsBoundsAndKeepsItsProportions()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        const auto small = m_images->thumbnail(url(QStringLiteral("a.png")), {64, 64});
-        const auto same = m_images->thumbnail(url(QStringLiteral("a.png")), {2000, 2000});
-        const auto none = m_images->thumbnail(url(QStringLiteral("a.png")), {0, 0});
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        const auto small = m_images->thumbnail(url(u"a.png"_s), {64, 64});
+        const auto same = m_images->thumbnail(url(u"a.png"_s), {2000, 2000});
+        const auto none = m_images->thumbnail(url(u"a.png"_s), {0, 0});
         QVERIFY(isFinished(small) && isFinished(same) && isFinished(none));
         QCOMPARE(small.result().size(), QSize(64, 40));
         QVERIFY(lookAlike(small.result(), fourFields({64, 40})));
@@ -113,12 +69,12 @@ private Q_SLOTS:
 
     void allWhoAskShareTheSamePixels()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        const auto first = m_images->image(url(QStringLiteral("a.png")));
-        const auto second = m_images->image(url(QStringLiteral("a.png")));
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        const auto first = m_images->image(url(u"a.png"_s));
+        const auto second = m_images->image(url(u"a.png"_s));
         QVERIFY(isFinished(first) && isFinished(second));
-        QVERIFY(QFile::rename(path(QStringLiteral("a.png")), path(QStringLiteral("b.png"))));
-        const auto third = m_images->image(url(QStringLiteral("b.png")));
+        QVERIFY(QFile::rename(path(u"a.png"_s), path(u"b.png"_s)));
+        const auto third = m_images->image(url(u"b.png"_s));
         QVERIFY(isFinished(third));
         QCOMPARE(second.result().constBits(), first.result().constBits());
         QCOMPARE(third.result().constBits(), first.result().constBits());
@@ -126,174 +82,32 @@ private Q_SLOTS:
 
     void aFileThatHasChangedIsReadAgain()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        QVERIFY(isFinished(m_images->image(url(QStringLiteral("a.png")))));
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        QVERIFY(isFinished(m_images->image(url(u"a.png"_s))));
         const QImage other = fourFields({320, 200});
-        QVERIFY(write(path(QStringLiteral("a.png")), encoded(other, QStringLiteral("png"))));
-        const auto again = m_images->image(url(QStringLiteral("a.png")));
+        QVERIFY(write(path(u"a.png"_s), encoded(other, u"png"_s)));
+        const auto again = m_images->image(url(u"a.png"_s));
         QVERIFY(isFinished(again));
         QVERIFY(lookAlike(again.result(), other));
     }
 
-    void nothingIsReadBeforeTheWriterHasClosedTheFile()
-    {
-        QFile file(path(QStringLiteral("a.png")));
-        QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        const auto thumbnail = m_images->thumbnail(url(QStringLiteral("a.png")), {64, 40});
-        const auto completion = m_images->completion(url(QStringLiteral("a.png")));
-        QVERIFY(lookedAgain(3));
-        file.write(m_png.left(m_png.size() / 2));
-        QVERIFY(lookedAgain(3));
-        file.write(m_png.mid(m_png.size() / 2).chopped(1));
-        QVERIFY(lookedAgain(6));
-        QVERIFY(!image.isFinished() && !thumbnail.isFinished() && !completion.isFinished());
-        file.write(m_png.last(1));
-        file.close();
-        QVERIFY(isFinished(image) && isFinished(thumbnail));
-        QVERIFY(QTest::qWaitFor([&] { return completion.isFinished(); }, patience));
-        QVERIFY(lookAlike(image.result(), m_picture));
-        QVERIFY(lookAlike(thumbnail.result(), fourFields({64, 40})));
-    }
-
-    void aPictureThatIsWrittenWholeIsReadSoonThoughItsWriterKeepsItOpen_data()
-    {
-        aCompletePictureIsRead_data();
-    }
-    void aPictureThatIsWrittenWholeIsReadSoonThoughItsWriterKeepsItOpen()
-    {
-        QFETCH(QString, format);
-        const QByteArray bytes = encoded(m_picture, format);
-        QVERIFY(isFinished(m_images->image(url(QStringLiteral("missing.png")))));
-        qint64 fastest = patience;
-        for (int attempt = 0; attempt < 5; ++attempt) {
-            const QString name = QString::number(attempt);
-            QFile file(path(name));
-            QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
-            file.write(bytes.first(bytes.size() - 3));
-            const auto image = m_images->image(url(name));
-            QVERIFY(!QTest::qWaitFor([&] { return image.isFinished(); }, 500));
-            file.write(bytes.last(3));
-            QElapsedTimer timer;
-            timer.start();
-            QVERIFY(isFinished(image));
-            QVERIFY(timer.elapsed() >= 190);
-            fastest = std::min(fastest, timer.elapsed());
-            QVERIFY(lookAlike(image.result(), m_picture));
-        }
-        QVERIFY2(fastest < 400, qPrintable(QString::number(fastest)));
-    }
-
-    void aSlowToolInAnotherProcessIsWaitedFor()
-    {
-        const QString name = path(QStringLiteral("a.png"));
-        QProcess tool;
-        tool.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("exec cat >\"$1\""),
-                                          QStringLiteral("sh"), name});
-        QVERIFY(QTest::qWaitFor([&] { return QFile::exists(name); }, patience));
-        const auto image = m_images->image(QUrl::fromLocalFile(name));
-        constexpr int pieces = 5;
-        for (int piece = 0; piece < pieces; ++piece) {
-            QVERIFY(lookedAgain(2));
-            QVERIFY(!image.isFinished());
-            const qsizetype begin = m_png.size() * piece / pieces;
-            const qsizetype end = m_png.size() * (piece + 1) / pieces;
-            tool.write(m_png.mid(begin, end - begin));
-            QVERIFY(QTest::qWaitFor([&] { return QFile(name).size() == end; }, patience));
-        }
-        tool.closeWriteChannel();
-        QVERIFY(isFinished(image));
-        QVERIFY(lookAlike(image.result(), m_picture));
-        QVERIFY(QTest::qWaitFor([&] { return tool.state() == QProcess::NotRunning; }, patience));
-    }
-
-    void whereNobodyTellsAHalfWrittenFileIsWaitedForAllTheSame()
-    {
-        m_writers->unknown = true;
-        QFile file(path(QStringLiteral("a.png")));
-        QVERIFY(file.open(QFile::WriteOnly | QFile::Unbuffered));
-        file.write(m_png.left(m_png.size() / 2));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(lookedAgain(8));
-        QVERIFY(!image.isFinished());
-        file.write(m_png.mid(m_png.size() / 2));
-        QVERIFY(isFinished(image));
-        QVERIFY(lookAlike(image.result(), m_picture));
-    }
-
-    void anEmptyFileThatIsFilledLaterIsWaitedFor()
-    {
-        QVERIFY(write(path(QStringLiteral("a.png")), {}));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(lookedAgain(3));
-        QVERIFY(!image.isFinished());
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        QVERIFY(isFinished(image));
-        QVERIFY(lookAlike(image.result(), m_picture));
-    }
-
-    void aBrokenFileIsNotWaitedForLong()
-    {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png.chopped(100)));
-        QElapsedTimer timer;
-        timer.start();
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(isFinished(image));
-        QVERIFY(image.result().isNull());
-        QVERIFY(timer.elapsed() < 8000);
-        timer.start();
-        const auto again = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(isFinished(again));
-        QVERIFY(timer.elapsed() < 1500);
-    }
-
     void aFileMayBeRenamedAsSoonAsItHasBeenAskedFor()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(QFile::rename(path(QStringLiteral("a.png")), path(QStringLiteral("b.png"))));
-        QVERIFY(write(path(QStringLiteral("a.png")), "an impostor"));
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        const auto image = m_images->image(url(u"a.png"_s));
+        QVERIFY(QFile::rename(path(u"a.png"_s), path(u"b.png"_s)));
+        QVERIFY(write(path(u"a.png"_s), "an impostor"));
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
     }
 
     void aFileMayBeDeletedAsSoonAsItHasBeenAskedFor()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        QVERIFY(QFile::remove(path(QStringLiteral("a.png"))));
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        const auto image = m_images->image(url(u"a.png"_s));
+        QVERIFY(QFile::remove(path(u"a.png"_s)));
         QVERIFY(isFinished(image));
         QVERIFY(lookAlike(image.result(), m_picture));
-    }
-
-    void aFileThatIsWrittenAnewInItsPlaceIsReadAnew_data()
-    {
-        QTest::addColumn<QByteArray>("before");
-        QTest::newRow("not complete before") << m_png.first(m_png.size() / 2);
-        QTest::newRow("another picture before")
-            << encoded(fourFields({64, 64}), QStringLiteral("png"));
-        QTest::newRow("empty before") << QByteArray();
-    }
-    void aFileThatIsWrittenAnewInItsPlaceIsReadAnew()
-    {
-        QFETCH(QByteArray, before);
-        QVERIFY(write(path(QStringLiteral("a.png")), before));
-        const auto held = m_images->hold(url(QStringLiteral("a.png")));
-        QVERIFY(write(path(QStringLiteral("new")), m_png));
-        QFile writer(path(QStringLiteral("a.png")));
-        QVERIFY(writer.open(QFile::ReadWrite));
-        const auto image = m_images->image(held);
-        QVERIFY(lookedAgain(3));
-        // The way an editor writes: a new file beside it, then in its place.
-        QCOMPARE(std::rename(QFile::encodeName(path(QStringLiteral("new"))).constData(),
-                             QFile::encodeName(path(QStringLiteral("a.png"))).constData()),
-                 0);
-        writer.close();
-        QVERIFY(isFinished(image));
-        QVERIFY(lookAlike(image.result(), m_picture));
-        QVERIFY(held->currentIdentity()->current().sameFile(
-            *fileIdentity(path(QStringLiteral("a.png")))));
-        QVERIFY(!held->identity().sameFile(held->currentIdentity()->current()));
     }
 
     void largePicturesWaitUntilOthersAreLetGo()
@@ -301,7 +115,7 @@ private Q_SLOTS:
         // Each takes 80 MB: there is room for two.
         QImage large(5000, 4000, QImage::Format_Grayscale8);
         large.fill(Qt::gray);
-        const QByteArray png = encoded(large, QStringLiteral("png"));
+        const QByteArray png = encoded(large, u"png"_s);
         large = {};
         QList<QFuture<QImage>> images;
         for (int number = 0; number < 5; ++number) {
@@ -330,9 +144,9 @@ private Q_SLOTS:
         QList<ScreenshotImages::Held> held;
         for (int number = 1; number <= files; ++number) {
             const QString name = QString::number(number);
-            QVERIFY(write(path(name), encoded(fourFields({number, 10}), QStringLiteral("png"))));
+            QVERIFY(write(path(name), encoded(fourFields({number, 10}), u"png"_s)));
             held.append(m_images->hold(url(name)));
-            QVERIFY(QFile::rename(path(name), path(QStringLiteral("renamed ") + name)));
+            QVERIFY(QFile::rename(path(name), path(u"renamed "_s + name)));
         }
         QVERIFY(openDescriptors() - before <= 150);
         for (int number : {1, files / 2, files}) {
@@ -340,10 +154,10 @@ private Q_SLOTS:
             QVERIFY(isFinished(image));
             QCOMPARE(image.result().size(), QSize(number, 10));
         }
-        QVERIFY(QFile::remove(path(QStringLiteral("renamed 300"))));
-        QVERIFY(write(path(QStringLiteral("300")), m_png));
+        QVERIFY(QFile::remove(path(u"renamed 300"_s)));
+        QVERIFY(write(path(u"300"_s), m_png));
         held.removeLast();
-        QVERIFY(QFile::remove(path(QStringLiteral("renamed 299"))));
+        QVERIFY(QFile::remove(path(u"renamed 299"_s)));
         const auto gone = m_images->image(held.last());
         QVERIFY(isFinished(gone));
         QVERIFY(gone.result().isNull());
@@ -353,13 +167,12 @@ private Q_SLOTS:
 
     void whatIsNoReadableFileGivesANullImageAtOnce()
     {
-        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("folder.png")));
-        const QString pipe = path(QStringLiteral("pipe.png"));
+        QVERIFY(QDir(m_folder->path()).mkdir(u"folder.png"_s));
+        const QString pipe = path(u"pipe.png"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-        QVERIFY(QFile::link(path(QStringLiteral("nowhere")), path(QStringLiteral("link.png"))));
-        const QList<QUrl> files = {url(QStringLiteral("folder.png")), QUrl::fromLocalFile(pipe),
-                                   url(QStringLiteral("link.png")),
-                                   url(QStringLiteral("missing.png")), QUrl()};
+        QVERIFY(QFile::link(path(u"nowhere"_s), path(u"link.png"_s)));
+        const QList<QUrl> files = {url(u"folder.png"_s), QUrl::fromLocalFile(pipe),
+                                   url(u"link.png"_s), url(u"missing.png"_s), QUrl()};
         QElapsedTimer timer;
         timer.start();
         for (const QUrl &file : files) {
@@ -375,27 +188,40 @@ private Q_SLOTS:
 
     void aFileThatMayNotBeReadGivesANullImage()
     {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
+        QVERIFY(write(path(u"a.png"_s), m_png));
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7755)));
-        QVERIFY(QFile::setPermissions(path(QStringLiteral("a.png")), {}));
+        QVERIFY(QFile::setPermissions(path(u"a.png"_s), {}));
         const uid_t user = ::geteuid();
         const uid_t nobody = 65534;
         if (user == 0)
             QCOMPARE(::seteuid(nobody), 0);
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
+        const auto image = m_images->image(url(u"a.png"_s));
         const bool finished = isFinished(image);
         QCOMPARE(::seteuid(user), 0);
         QVERIFY(finished);
         QVERIFY(image.result().isNull());
     }
 
+    void destructionRightAfterManyRequestsAnswersThemAll()
+    {
+        QVERIFY(write(path(u"a.png"_s), m_png));
+        QList<QFuture<QImage>> futures;
+        for (int number = 0; number < 50; ++number)
+            futures.append(m_images->thumbnail(url(u"a.png"_s), {number, number}));
+        m_images.reset();
+        for (const QFuture<QImage> &future : std::as_const(futures)) {
+            QVERIFY(future.isFinished());
+            QCOMPARE(future.resultCount(), 1);
+        }
+    }
+
     void destructionEndsWhatWaitsWithNullImages()
     {
-        QFile file(path(QStringLiteral("a.png")));
+        QFile file(path(u"a.png"_s));
         QVERIFY(file.open(QFile::WriteOnly));
-        const auto image = m_images->image(url(QStringLiteral("a.png")));
-        const auto thumbnail = m_images->thumbnail(url(QStringLiteral("a.png")), {9, 9});
-        auto completion = m_images->completion(url(QStringLiteral("a.png")));
+        const auto image = m_images->image(url(u"a.png"_s));
+        const auto thumbnail = m_images->thumbnail(url(u"a.png"_s), {9, 9});
+        auto completion = m_images->completion(url(u"a.png"_s));
         QVERIFY(lookedAgain(2));
         m_images.reset();
         QVERIFY(image.isFinished() && thumbnail.isFinished() && completion.isFinished());
@@ -404,27 +230,14 @@ private Q_SLOTS:
         QVERIFY(!completion.isCanceled());
     }
 
-    void destructionRightAfterManyRequestsAnswersThemAll()
-    {
-        QVERIFY(write(path(QStringLiteral("a.png")), m_png));
-        QList<QFuture<QImage>> futures;
-        for (int number = 0; number < 50; ++number)
-            futures.append(m_images->thumbnail(url(QStringLiteral("a.png")), {number, number}));
-        m_images.reset();
-        for (const QFuture<QImage> &future : std::as_const(futures)) {
-            QVERIFY(future.isFinished());
-            QCOMPARE(future.resultCount(), 1);
-        }
-    }
-
     void aCancelledRequestLetsGoOfTheFile()
     {
         const qsizetype idle = descriptorsAtWork();
-        QFile file(path(QStringLiteral("a.png")));
+        QFile file(path(u"a.png"_s));
         QVERIFY(file.open(QFile::WriteOnly));
         const qsizetype before = openDescriptors();
         QCOMPARE(before, idle + 1);
-        auto image = m_images->image(url(QStringLiteral("a.png")));
+        auto image = m_images->image(url(u"a.png"_s));
         QVERIFY(lookedAgain(2));
         QVERIFY(openDescriptors() > before);
         image.cancel();

@@ -13,6 +13,8 @@
 #include <array>
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -61,7 +63,7 @@ QByteArray byQt(const QImage &image, const QString &format,
     QBuffer buffer;
     buffer.open(QBuffer::WriteOnly);
     QImageWriter writer(&buffer, format.toLatin1());
-    if (format == QLatin1String("jpeg") || format == QLatin1String("webp"))
+    if (format == "jpeg"_L1 || format == "webp"_L1)
         writer.setQuality(90);
     writer.setTransformation(transformation);
     return writer.write(image) ? buffer.data() : QByteArray();
@@ -116,7 +118,7 @@ QImage noise(QSize size)
 
 QByteArray encoded(const QImage &image, const QString &format)
 {
-    if (format == QLatin1String("heic"))
+    if (format == "heic"_L1)
         return heic(image, heif_orientation_normal);
     return byQt(image, format, QImageIOHandler::TransformationNone);
 }
@@ -124,7 +126,7 @@ QByteArray encoded(const QImage &image, const QString &format)
 QByteArray encodedLying(const QImage &image, const QString &format)
 {
     const QImage lying = image.transformed(QTransform().rotate(-90));
-    if (format == QLatin1String("heic"))
+    if (format == "heic"_L1)
         return heic(lying, heif_orientation_rotate_90_cw);
     return byQt(lying, format, QImageIOHandler::TransformationRotate90);
 }

@@ -1,101 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "search/SearchIndex.h"
+#include "tests/search/SearchIndexFixture.h"
 
-#include "tests/files/TestFiles.h"
-#include "tests/world/PrivateMount.h"
 #include "tests/world/TestProgram.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTest>
-
-#include <memory>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-using Place = SearchIndex::Place;
-
-FileIdentity identityOf(const QUrl &url)
-{
-    return fileIdentity(url.toLocalFile()).value_or(FileIdentity());
-}
-
-SearchIndex::Entry entryOf(const QUrl &url, const QString &application = {})
-{
-    return {url, identityOf(url), application};
-}
-
-QStringList namesOf(const QList<SearchHit> &hits)
-{
-    QStringList names;
-    for (const SearchHit &hit : hits)
-        names << FileUrls::lastPathComponent(hit.url);
-    return names;
-}
-
-/// Locks the database, like another program that is stopped in the middle of a write.
-class Holder
-{
-public:
-    explicit Holder(const QString &path)
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
-        database.setDatabaseName(path);
-        m_holds = database.open() && QSqlQuery(database).exec(u"BEGIN EXCLUSIVE"_s);
-    }
-    ~Holder()
-    {
-        QSqlDatabase::database(u"holder"_s, false).close();
-        QSqlDatabase::removeDatabase(u"holder"_s);
-    }
-
-    bool holds() const { return m_holds; }
-
-private:
-    bool m_holds = false;
-};
-
-} // namespace
-
-/// The index on real files and a real database.
-class SearchIndexTest : public QObject
+/// What is found, and what happens to files that are known.
+class SearchIndexTest : public QObject, private SearchIndexFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<TestFiles> m_files;
-    std::unique_ptr<QTemporaryDir> m_data;
-
-    QString folder() const { return m_data->filePath(u"velmora"_s); }
-    QString path() const { return folder() + u"/search.db"_s; }
-
-    /// Adds a screenshot that has already been read.
-    QUrl screenshot(SearchIndex &index, const QString &name, const QStringList &lines,
-                    const QString &application = {}) const
-    {
-        const QUrl url = m_files->make(name);
-        if (!index.add({entryOf(url, application)}) || !index.setText(identityOf(url), lines))
-            qFatal("can't store a screenshot");
-        return url;
-    }
-    QStringList asides() const
-    {
-        return QDir(folder()).entryList({u"search.db.aside-*"_s},
-                                        QDir::AllEntries | QDir::Hidden | QDir::System);
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        m_files = std::make_unique<TestFiles>();
-        m_data = std::make_unique<QTemporaryDir>();
-    }
+    void init() { begin(); }
 
     void aScreenshotIsFoundByALineOfItsText()
     {
@@ -134,18 +52,13 @@ private Q_SLOTS:
     void aNameCountsMoreThanTheTextAndTheNewestComesFirst()
     {
         SearchIndex index(folder());
-        const auto age = [](const QUrl &url, int days) {
-            QFile file(url.toLocalFile());
-            QVERIFY(file.open(QFile::ReadWrite));
-            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-days),
-                                     QFile::FileModificationTime));
-        };
+        constexpr int day = 24 * 60;
         const QUrl oldest = m_files->make(u"a.png"_s);
         const QUrl newest = m_files->make(u"b.png"_s);
         const QUrl named = m_files->make(u"ferry.png"_s);
-        age(oldest, 3);
-        age(newest, 1);
-        age(named, 9);
+        TestFiles::setAge(oldest, 3 * day);
+        TestFiles::setAge(newest, 1 * day);
+        TestFiles::setAge(named, 9 * day);
         for (const QUrl &url : {newest, oldest, named}) {
             QVERIFY(index.add({entryOf(url)}));
             QVERIFY(index.setText(identityOf(url), {u"the ferry leaves"_s}));
@@ -226,142 +139,6 @@ private Q_SLOTS:
         QVERIFY(index.nextUnread());
     }
 
-    void secretsAreNotInTheFile()
-    {
-        {
-            SearchIndex index(folder());
-            screenshot(index, u"one.png"_s, {u"Password: hunter2secret"_s, u"lighthouse"_s});
-            QVERIFY(index.find(u"hunter2secret"_s, 10).isEmpty());
-            QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        }
-        QByteArray bytes;
-        for (const QFileInfo &file : QDir(folder()).entryInfoList(QDir::Files))
-            bytes += TestFiles::read(FileUrls::fromPath(file.filePath()));
-        QVERIFY(bytes.contains("lighthouse"));
-        QVERIFY(!bytes.contains("hunter2secret"));
-    }
-
-    void onlyItsOwnerMayReadIt()
-    {
-        QVERIFY(QDir().mkpath(folder()));
-        ::chmod(qPrintable(folder()), 0755);
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        const auto mode = [](const QString &path) {
-            struct stat status = {};
-            ::stat(qPrintable(path), &status);
-            return status.st_mode & 0777;
-        };
-        QCOMPARE(mode(folder()), mode_t(0700));
-        const QStringList files = QDir(folder()).entryList(QDir::Files | QDir::Hidden);
-        QVERIFY(files.size() > 1);
-        for (const QString &name : files)
-            QCOMPARE(mode(folder() + u'/' + name), mode_t(0600));
-    }
-
-    void aSearchMakesNoFile()
-    {
-        SearchIndex index(folder());
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-        QVERIFY(!QFileInfo::exists(folder()));
-    }
-
-    void whatIsNoneOfOursIsSetAside_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("no database") << QByteArray("This is a letter to my aunt.");
-        QTest::newRow("half a database") << QByteArray("SQLite format 3\0 and then nothing", 33);
-        QTest::newRow("a folder") << QByteArray();
-    }
-
-    void whatIsNoneOfOursIsSetAside()
-    {
-        QFETCH(const QByteArray, content);
-        QVERIFY(QDir().mkpath(folder()));
-        if (content.isEmpty())
-            QVERIFY(QDir().mkpath(path()));
-        else
-            TestFiles::write(FileUrls::fromPath(path()), content);
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        QCOMPARE(asides(), QStringList{u"search.db.aside-1"_s});
-        if (!content.isEmpty())
-            QCOMPARE(TestFiles::read(FileUrls::fromPath(folder() + u'/' + asides().constFirst())),
-                     content);
-    }
-
-    void whatIsNoFileIsSetAside_data()
-    {
-        QTest::addColumn<QString>("kind");
-        for (const char *kind : {"pipe", "link", "dangling link"})
-            QTest::newRow(kind) << QString::fromLatin1(kind);
-    }
-
-    void whatIsNoFileIsSetAside()
-    {
-        QFETCH(const QString, kind);
-        QVERIFY(QDir().mkpath(folder()));
-        const QString target = m_data->filePath(u"letter"_s);
-        if (kind == u"link")
-            TestFiles::write(FileUrls::fromPath(target), "This is a letter to my aunt.");
-        const QByteArray place = QFile::encodeName(path());
-        if (kind == u"pipe")
-            QCOMPARE(::mkfifo(place.constData(), 0600), 0);
-        else
-            QVERIFY(QFile::link(target, path()));
-        SearchIndex index(folder());
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        QCOMPARE(asides(), QStringList{u"search.db.aside-1"_s});
-        if (kind == u"link")
-            QCOMPARE(TestFiles::read(FileUrls::fromPath(target)), "This is a letter to my aunt.");
-        QVERIFY(index.forget());
-        QVERIFY(asides().isEmpty());
-        QCOMPARE(QFile::exists(target), kind == u"link");
-    }
-
-    /// With other tables than this version knows.
-    void aDatabaseOfALaterVersionIsSetAside()
-    {
-        {
-            SearchIndex index(folder());
-            screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        }
-        {
-            QSqlDatabase later = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"later"_s);
-            later.setDatabaseName(path());
-            QVERIFY(later.open());
-            QVERIFY(
-                QSqlQuery(later).exec(u"ALTER TABLE screenshots RENAME COLUMN path TO place"_s));
-            later.close();
-        }
-        QSqlDatabase::removeDatabase(u"later"_s);
-        SearchIndex index(folder());
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-        screenshot(index, u"two.png"_s, {u"harbour"_s});
-        QCOMPARE(namesOf(index.find(u"harbour"_s, 10)), QStringList{u"two.png"_s});
-        QCOMPARE(asides().size(), 1);
-    }
-
-    void aDiskThatVanishesCostsNothingButTheIndex()
-    {
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QVERIFY(QDir(folder()).removeRecursively());
-        TestFiles::write(FileUrls::fromPath(folder()), "in the way");
-        index.find(u"lighthouse"_s, 10);
-        index.add({entryOf(m_files->make(u"two.png"_s))});
-        index.close();
-        QVERIFY(!index.add({entryOf(m_files->make(u"two.png"_s))}));
-        QVERIFY(index.find(u"two"_s, 10).isEmpty());
-        QCOMPARE(TestFiles::read(FileUrls::fromPath(folder())), "in the way");
-        QVERIFY(QFile::remove(folder()));
-        QVERIFY(index.add({entryOf(m_files->make(u"two.png"_s))}));
-        QCOMPARE(index.find(u"two"_s, 10).size(), 1);
-    }
-
     void noQueryBreaksTheSearch_data()
     {
         QTest::addColumn<QString>("words");
@@ -408,140 +185,6 @@ private Q_SLOTS:
         SearchIndex index(folder());
         screenshot(index, u"one.png"_s, lines);
         QCOMPARE(index.find(u"lighthouse"_s, 10).value(0).line, u"lighthouse"_s);
-    }
-
-    void anotherProgramsDatabaseIsSetAside()
-    {
-        QVERIFY(QDir().mkpath(folder()));
-        {
-            QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
-            other.setDatabaseName(path());
-            QVERIFY(other.open());
-            QVERIFY(QSqlQuery(other).exec(u"CREATE TABLE screenshots(letter TEXT)"_s));
-            other.close();
-        }
-        QSqlDatabase::removeDatabase(u"other"_s);
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        QCOMPARE(asides().size(), 1);
-    }
-
-    void aDatabaseThatIsDamagedWhileItIsUsedIsBegunAnew()
-    {
-        const QStringList page = QString(u"word lighthouse "_s).repeated(400).split(u' ');
-        {
-            SearchIndex index(folder());
-            for (int number = 0; number < 20; ++number)
-                screenshot(index, u"%1.png"_s.arg(number), page);
-        }
-        {
-            QFile file(path());
-            QVERIFY(file.open(QFile::ReadWrite));
-            QVERIFY(file.size() > 20'000);
-            QVERIFY(file.seek(4096));
-            file.write(QByteArray(int(file.size()) - 4096, '\x5a'));
-        }
-        SearchIndex index(folder());
-        index.find(u"lighthouse"_s, 10);
-        screenshot(index, u"after.png"_s, {u"harbour"_s});
-        QCOMPARE(namesOf(index.find(u"harbour"_s, 10)), QStringList{u"after.png"_s});
-        QCOMPARE(asides().size(), 1);
-    }
-
-    void aLockedDatabaseLosesNothing()
-    {
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        const QUrl late = m_files->make(u"late.png"_s);
-        {
-            const Holder holder(path());
-            QVERIFY(holder.holds());
-            QVERIFY(!index.add({entryOf(late)}));
-            QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        }
-        QVERIFY(index.add({entryOf(late)}));
-        QCOMPARE(index.find(u"late"_s, 10).size(), 1);
-        QVERIFY(asides().isEmpty());
-    }
-
-    void aFullDiskLosesNothing()
-    {
-        PrivateMount disk("size=1m");
-        if (!disk)
-            QSKIP(PrivateMount::unavailable);
-        SearchIndex index(disk.filePath(u"velmora"_s));
-        const QUrl early = m_files->make(u"early.png"_s);
-        QVERIFY(index.add({entryOf(early)}));
-        disk.fill();
-        QStringList lines;
-        for (int line = 0; line < 20'000; ++line)
-            lines << u"lighthouse number %1"_s.arg(line);
-        QVERIFY(!index.setText(identityOf(early), lines));
-        QCOMPARE(index.find(u"early"_s, 10).size(), 1);
-        QVERIFY(QFile::remove(disk.filePath(u"filling"_s)));
-        QVERIFY(index.setText(identityOf(early), {u"lighthouse"_s}));
-        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-    }
-
-    void aReadOnlyDiskIsLeftAlone()
-    {
-        PrivateMount disk("size=4m");
-        if (!disk)
-            QSKIP(PrivateMount::unavailable);
-        const QString place = disk.filePath(u"velmora"_s);
-        SearchIndex(place).find(u"x"_s, 1);
-        const QUrl early = m_files->make(u"early.png"_s);
-        {
-            SearchIndex index(place);
-            QVERIFY(index.add({entryOf(early)}));
-        }
-        disk.setReadOnly(true);
-        {
-            SearchIndex index(place);
-            QVERIFY(!index.setText(identityOf(early), {u"lighthouse"_s}));
-            index.find(u"early"_s, 10);
-        }
-        disk.setReadOnly(false);
-        SearchIndex index(place);
-        QVERIFY(index.setText(identityOf(early), {u"lighthouse"_s}));
-        QCOMPARE(index.find(u"lighthouse early"_s, 10).size(), 1);
-        QCOMPARE(QDir(place).entryList({u"*aside*"_s}).size(), 0);
-    }
-
-    void wordsOfAnOlderVersionAreMadeAnewOfTheTexts()
-    {
-        {
-            SearchIndex index(folder());
-            screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        }
-        {
-            QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"older"_s);
-            database.setDatabaseName(path());
-            QVERIFY(database.open());
-            QSqlQuery query(database);
-            QVERIFY(query.exec(u"INSERT INTO words(words) VALUES('delete-all')"_s));
-            QVERIFY(query.exec(u"PRAGMA user_version=1"_s));
-            database.close();
-        }
-        QSqlDatabase::removeDatabase(u"older"_s);
-        SearchIndex index(folder());
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-        QVERIFY(!index.nextUnread());
-        QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-    }
-
-    void forgettingDeletesAllThatWasStored()
-    {
-        QVERIFY(QDir().mkpath(folder()));
-        TestFiles::write(FileUrls::fromPath(path()), "no database");
-        TestFiles::write(FileUrls::fromPath(folder() + u"/else"_s), "not ours");
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QVERIFY(!asides().isEmpty());
-        QVERIFY(index.forget());
-        QCOMPARE(QDir(folder()).entryList(QDir::Files | QDir::Hidden), QStringList{u"else"_s});
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
     }
 };
 
