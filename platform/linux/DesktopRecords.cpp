@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <memory>
 
 using namespace std::chrono_literals;
 
@@ -20,6 +21,38 @@ constexpr std::chrono::milliseconds lookAgainAfter[] = {0s, 1s, 4s, 15s};
 
 constexpr auto longestWaitAtTheEnd = 1s;
 
+/// The moves of the last moments; each path leads to where its file is now. Used by one thread.
+class RecentMoves
+{
+public:
+    const RecentDocuments::Moves &all() const { return m_moves; }
+
+    void add(const QString &from, const QString &to)
+    {
+        m_moves.remove(to);
+        for (QString &place : m_moves) {
+            if (place == from)
+                place = to;
+        }
+        m_moves.insert(from, to);
+    }
+
+    /// `number` tells the last file that was at this path from earlier ones.
+    void left(const QString &path, int number) { m_numbers.insert(path, number); }
+
+    void forget(const QString &path, int number)
+    {
+        if (m_numbers.value(path) != number)
+            return;
+        m_numbers.remove(path);
+        m_moves.remove(path);
+    }
+
+private:
+    RecentDocuments::Moves m_moves;
+    QHash<QString, int> m_numbers;
+};
+
 class FreedesktopRecords : public QObject, public DesktopRecords
 {
 public:
@@ -28,13 +61,8 @@ public:
     void fileMoved(const QUrl &from, const QUrl &to) override
     {
         const QString before = from.toLocalFile();
-        const QString now = to.toLocalFile();
-        m_moves.remove(now);
-        for (QString &place : m_moves) {
-            if (place == before)
-                place = now;
-        }
-        m_moves.insert(before, now);
+        m_thread.run(
+            [moves = m_moves, before, now = to.toLocalFile()] { moves->add(before, now); });
         lookSeveralTimes(before);
     }
 
@@ -44,27 +72,22 @@ private:
     void lookSeveralTimes(const QString &before)
     {
         const int number = ++m_lastNumber;
-        m_numbers.insert(before, number);
+        m_thread.run([moves = m_moves, before, number] { moves->left(before, number); });
         for (const auto delay : lookAgainAfter) {
             QTimer::singleShot(delay, this, [this, before] {
-                m_thread.run([before, moves = m_moves] {
-                    RecentDocuments::move(moves);
+                m_thread.run([moves = m_moves, before] {
+                    RecentDocuments::move(moves->all());
                     ThumbnailCache::forget(before);
                 });
             });
         }
         QTimer::singleShot(std::end(lookAgainAfter)[-1], this, [this, before, number] {
-            // Unless it was moved from there again.
-            if (m_numbers.value(before) == number) {
-                m_numbers.remove(before);
-                m_moves.remove(before);
-            }
+            m_thread.run([moves = m_moves, before, number] { moves->forget(before, number); });
         });
     }
 
-    /// The moves of the last moments; each path maps to where its file is now.
-    RecentDocuments::Moves m_moves;
-    QHash<QString, int> m_numbers;
+    /// Only the thread below uses it.
+    const std::shared_ptr<RecentMoves> m_moves = std::make_shared<RecentMoves>();
     int m_lastNumber = 0;
     BackgroundThread m_thread;
 };

@@ -33,11 +33,30 @@ struct State {
     int report = -1;
 };
 
-/// Calls also come before and after the lifetime of this library's own statics.
+/// Calls also come before this library's statics are constructed and after they are destroyed, so
+/// there is nothing to construct and nothing to destroy. Nor is there a guard of a local static:
+/// the thread sanitizer replaces guards, and calls from its own start.
+union Forever {
+    State state;
+    constexpr Forever() : state() {}
+    ~Forever() {}
+};
+constinit Forever forever;
+
 State &state()
 {
-    static State &only = *new State;
-    return only;
+    return forever.state;
+}
+
+template <typename Call>
+Call nextCall(std::atomic<Call> &known, const char *name)
+{
+    Call call = known.load(std::memory_order_relaxed);
+    if (!call) {
+        call = reinterpret_cast<Call>(::dlsym(RTLD_NEXT, name));
+        known.store(call, std::memory_order_relaxed);
+    }
+    return call;
 }
 
 std::atomic_bool isWatching = false;
@@ -236,8 +255,8 @@ std::chrono::milliseconds mainThreadDelay()
     extern "C" Result slow_disk_##name Parameters __asm__(#name);                                  \
     extern "C" Result slow_disk_##name Parameters                                                  \
     {                                                                                              \
-        static const auto next =                                                                   \
-            reinterpret_cast<Result(*) Parameters>(::dlsym(RTLD_NEXT, #name));                     \
+        static constinit std::atomic<Result(*) Parameters> known = nullptr;                        \
+        const auto next = nextCall(known, #name);                                                  \
         constexpr const char *call = #name;                                                        \
         Announcement;                                                                              \
         return next Arguments;                                                                     \
