@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/VelmoraApp.h"
+#include "core/BackgroundThread.h"
 #include "core/VelmoraIdentity.h"
 #include "core/VelmoraSettings.h"
 #include "platform/Platform.h"
@@ -7,6 +8,8 @@
 #include "style/VelmoraAssets.h"
 
 #include <QApplication>
+
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -16,9 +19,7 @@ namespace
 /// The diagnostic log is the program's only output: messages from libraries are dropped.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
-} // namespace
-
-int main(int argc, char *argv[])
+int run(int argc, char *argv[])
 {
     qInstallMessageHandler(dropMessage);
     prepareProcess();
@@ -44,4 +45,29 @@ int main(int argc, char *argv[])
     QMetaObject::invokeMethod(&velmora, &VelmoraApp::applicationDidFinishLaunching,
                               Qt::QueuedConnection);
     return QApplication::exec();
+}
+
+/// An abandoned thread may be using the globals of libraries. Made before the program's globals,
+/// this is destroyed after them, when settings and log are stored, and before those of libraries.
+class EndWithAbandonedThread
+{
+public:
+    ~EndWithAbandonedThread()
+    {
+        if (BackgroundThread::isAnyAbandoned())
+            std::_Exit(m_status);
+    }
+
+    int withStatus(int status) { return m_status = status; }
+
+private:
+    int m_status = 0;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    static EndWithAbandonedThread end;
+    return end.withStatus(run(argc, argv));
 }

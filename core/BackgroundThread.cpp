@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "core/BackgroundThread.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <thread>
+
+namespace
+{
+
+std::atomic_int abandoned = 0;
+
+} // namespace
 
 /// Shared with the thread, which may outlive its owner.
 struct BackgroundThread::Shared {
@@ -14,6 +22,7 @@ struct BackgroundThread::Shared {
     size_t done = 0;
     bool isStarted = false;
     bool mayEnd = false;
+    bool isAbandoned = false;
 
     void work()
     {
@@ -21,7 +30,7 @@ struct BackgroundThread::Shared {
         for (;;) {
             changed.wait(locker, [this] { return mayEnd || !tasks.empty(); });
             if (tasks.empty())
-                return;
+                break;
             const std::function<void()> task = std::move(tasks.front());
             locker.unlock();
             task();
@@ -30,6 +39,8 @@ struct BackgroundThread::Shared {
             ++done;
             changed.notify_all();
         }
+        if (isAbandoned)
+            --abandoned;
     }
 };
 
@@ -43,6 +54,10 @@ BackgroundThread::~BackgroundThread()
     waitForTasks(m_longestWait);
     const std::scoped_lock locker(m_shared->lock);
     m_shared->mayEnd = true;
+    if (!m_shared->tasks.empty()) {
+        m_shared->isAbandoned = true;
+        ++abandoned;
+    }
     // Tasks that have not begun are no longer needed.
     if (m_shared->tasks.size() > 1)
         m_shared->tasks.erase(m_shared->tasks.begin() + 1, m_shared->tasks.end());
@@ -71,6 +86,11 @@ size_t BackgroundThread::tasksLeft() const
 {
     const std::scoped_lock locker(m_shared->lock);
     return m_shared->tasks.size();
+}
+
+bool BackgroundThread::isAnyAbandoned()
+{
+    return abandoned > 0;
 }
 
 /// Detached, since a task may never return. waitForTasks() waits for the tasks, not for the thread.

@@ -50,6 +50,10 @@ public:
     /// The number of unfinished tasks. Any thread.
     size_t tasksLeft() const;
 
+    /// Whether an abandoned thread is still running. It may be using globals of libraries, which
+    /// std::exit() destroys. Any thread.
+    static bool isAnyAbandoned();
+
 private:
     struct Shared;
 

@@ -65,6 +65,7 @@ private Q_SLOTS:
         mayEnd->release();
         QTRY_VERIFY(answer.isFinished());
         QVERIFY(answer.isCanceled());
+        QVERIFY(QTest::qWaitFor([] { return !BackgroundThread::isAnyAbandoned(); }));
     }
 
     void itIsAnotherThreadAndAlwaysTheSame()
@@ -87,6 +88,7 @@ private Q_SLOTS:
                 thread.run([done] { ++*done; });
         }
         QCOMPARE(done->load(), 100);
+        QVERIFY(!BackgroundThread::isAnyAbandoned());
     }
 
     void whatNeverEndsIsLeftBehind()
@@ -110,11 +112,13 @@ private Q_SLOTS:
             QCOMPARE(thread.tasksLeft(), size_t(2));
         }
         QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()).constData());
+        QVERIFY(BackgroundThread::isAnyAbandoned());
         stuck->mayEnd.release();
         stuck->ended.acquire();
         // The thread has released what it held, and has not started another task.
         QTRY_COMPARE(stuck.use_count(), 1L);
         QVERIFY(!stuck->wentOn);
+        QVERIFY(QTest::qWaitFor([] { return !BackgroundThread::isAnyAbandoned(); }));
     }
 };
 
