@@ -17,8 +17,8 @@ from pngs import with_comment
 
 KILLS = 100
 LONGEST_LIFE_SECONDS = 0.8
-LONGEST_SANITIZED_LIFE_SECONDS = 2.5
 LONGEST_PAUSE_SECONDS = 0.08
+SANITIZED_SLOWNESS = 3
 TITLES = ["Alpine Bakery", "Coastal Castle", "Desert Harbour", "Forest Library"]
 TRASH = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "Trash"
 MAXIMUM_RECENT = 10
@@ -133,13 +133,11 @@ class Killed(case.EndToEnd):
             killed.set()
 
         self.velmora.start()
-        longest = (
-            LONGEST_SANITIZED_LIFE_SECONDS if self.velmora.is_sanitized else LONGEST_LIFE_SECONDS
-        )
-        timer = threading.Timer(self.random.uniform(0, longest), kill)
+        slowness = SANITIZED_SLOWNESS if self.velmora.is_sanitized else 1
+        timer = threading.Timer(self.random.uniform(0, slowness * LONGEST_LIFE_SECONDS), kill)
         timer.start()
         steps = [self.take_screenshot, self.trash_lowest_row, self.undo]
-        while not killed.wait(self.random.uniform(0, LONGEST_PAUSE_SECONDS)):
+        while not killed.wait(self.random.uniform(0, slowness * LONGEST_PAUSE_SECONDS)):
             self.random.choices(steps, weights=[4, 2, 2])[0]()
         timer.join()
 
