@@ -9,6 +9,8 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace tesseract
 {
 
@@ -55,7 +57,7 @@ QByteArray installedModels(tesseract::TessBaseAPI &api, const QStringList &langu
     const QString folder = QString::fromUtf8(api.GetDatapath());
     QByteArray models = english;
     for (const QString &language : languages) {
-        const QString model = folder % QLatin1Char('/') % language % QLatin1String(".traineddata");
+        const QString model = folder % u'/' % language % ".traineddata"_L1;
         if (language != QLatin1String(english) && QFile::exists(model))
             models += '+' + language.toLatin1();
     }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -27,7 +29,7 @@ QString lettersOf(const QString &text)
 bool isOneLetterRepeated(const QString &letters)
 {
     return letters.size() >= shortWord && letters.count(letters.front()) == letters.size() &&
-           letters.front().isLetter() && letters.compare(QLatin1String("www"), Qt::CaseInsensitive);
+           letters.front().isLetter() && letters.compare("www"_L1, Qt::CaseInsensitive);
 }
 
 } // namespace

@@ -1,99 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "filesystem/moveFile.h"
 
-#include "filesystem/FileUrls.h"
-#include "tests/filesystem/PoorFileSystem.h"
-#include "tests/world/PrivateMount.h"
+#include "tests/filesystem/MoveFileFixture.h"
 #include "tests/world/TestProgram.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
 #include <fcntl.h>
-#include <memory>
-#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
-namespace
-{
-
-const QByteArray content(300'000, 'c');
-
-QByteArray pathOf(const QUrl &url)
-{
-    return QFile::encodeName(url.toLocalFile());
-}
-
-void write(const QUrl &url, const QByteArray &bytes)
-{
-    QFile file(url.toLocalFile());
-    QVERIFY(file.open(QFile::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
-QByteArray read(const QUrl &url)
-{
-    QFile file(url.toLocalFile());
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList namesIn(const QUrl &folder)
-{
-    return QDir(folder.toLocalFile())
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
-
-struct stat statusOf(const QUrl &url)
-{
-    struct stat status = {};
-    if (::lstat(pathOf(url).constData(), &status) != 0)
-        qWarning("no status of %s", pathOf(url).constData());
-    return status;
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 /// Tests each promise within one file system and between two.
-class MoveFileTest : public QObject
+class MoveFileTest : public QObject, private MoveFileFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_here;
-    /// On another file system.
-    std::unique_ptr<QTemporaryDir> m_elsewhere;
-
-    static QString s(const char *text) { return QString::fromUtf8(text); }
-
-    QUrl here(const char *name) const { return FileUrls::fromPath(m_here->filePath(s(name))); }
-    QUrl elsewhere(const char *name) const
-    {
-        return FileUrls::fromPath(m_elsewhere->filePath(s(name)));
-    }
-    QUrl target(bool isElsewhere, const char *name) const
-    {
-        return isElsewhere ? elsewhere(name) : here(name);
-    }
-
-    static void addPlaces()
-    {
-        QTest::addColumn<bool>("isElsewhere");
-        QTest::newRow("on one file system") << false;
-        QTest::newRow("to another file system") << true;
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        m_here = std::make_unique<QTemporaryDir>();
-        m_elsewhere = std::make_unique<QTemporaryDir>(s("/dev/shm/velmora-XXXXXX"));
-        QVERIFY(m_here->isValid() && m_elsewhere->isValid());
-        QVERIFY(statusOf(here("")).st_dev != statusOf(elsewhere("")).st_dev);
-        write(here("source"), content);
-    }
+    void init() { begin(); }
 
     void theFileIsThereAndNoMoreHere_data() { addPlaces(); }
     void theFileIsThereAndNoMoreHere()
@@ -102,7 +30,7 @@ private Q_SLOTS:
         QVERIFY(!moveFile(here("source"), target(isElsewhere, "moved")));
         QCOMPARE(read(target(isElsewhere, "moved")), content);
         QVERIFY(!FileUrls::exists(here("source")));
-        QCOMPARE(namesIn(target(isElsewhere, "")), QStringList{s("moved")});
+        QCOMPARE(namesIn(target(isElsewhere, "")), QStringList{u"moved"_s});
     }
 
     void anEmptyFileIsMovedToo_data() { addPlaces(); }
@@ -147,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(moveFile(here("source"), taken) == std::errc::file_exists);
         QCOMPARE(read(taken), QByteArray("somebody else's"));
         QCOMPARE(read(here("source")), content);
-        QCOMPARE(namesIn(target(isElsewhere, "")).filter(s("velmora")), QStringList());
+        QCOMPARE(namesIn(target(isElsewhere, "")).filter(u"velmora"_s), QStringList());
     }
 
     void aLinkToNothingIsTakenToo_data() { addPlaces(); }
@@ -159,7 +87,7 @@ private Q_SLOTS:
         QVERIFY(moveFile(here("source"), taken) == std::errc::file_exists);
         QCOMPARE(read(here("source")), content);
         QVERIFY(S_ISLNK(statusOf(taken).st_mode));
-        QVERIFY(!QFile::exists(s("/nowhere")));
+        QVERIFY(!QFile::exists(u"/nowhere"_s));
     }
 
     void aFolderIsTakenToo_data() { addPlaces(); }
@@ -205,7 +133,7 @@ private Q_SLOTS:
         QVERIFY(moveFile(here("source"), target(isElsewhere, name.constData())) ==
                 std::errc::filename_too_long);
         QCOMPARE(read(here("source")), content);
-        QCOMPARE(namesIn(here("")), QStringList{s("source")});
+        QCOMPARE(namesIn(here("")), QStringList{u"source"_s});
         QCOMPARE(namesIn(elsewhere("")), QStringList());
     }
 
@@ -224,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(QByteArray(text), QByteArray("source"));
         QCOMPARE(statusOf(moved).st_mtim.tv_sec, 1'100'000'000);
         QCOMPARE(read(here("source")), content);
-        QVERIFY(!namesIn(here("")).contains(s("link")));
+        QVERIFY(!namesIn(here("")).contains(u"link"_s));
     }
 
     void aPipeIsMovedOnOneFileSystemOnly()
@@ -249,7 +177,7 @@ private Q_SLOTS:
     void aChangeOfCaseAloneIsAMove()
     {
         QVERIFY(!moveFile(here("source"), here("SOURCE")));
-        QCOMPARE(namesIn(here("")), QStringList{s("SOURCE")});
+        QCOMPARE(namesIn(here("")), QStringList{u"SOURCE"_s});
     }
 
     void aSecondNameOfTheFileIsNotReplaced()
@@ -259,89 +187,6 @@ private Q_SLOTS:
         QCOMPARE(namesIn(here("")).size(), 2);
         QCOMPARE(read(here("source")), content);
         QCOMPARE(read(here("SOURCE")), content);
-    }
-
-    void aFullDiskLeavesTheSourceAndNothingElse()
-    {
-        const PrivateMount disk("size=64k");
-        if (!disk)
-            QSKIP(PrivateMount::unavailable);
-        const QUrl folder = FileUrls::fromPath(disk.folder());
-        QVERIFY(moveFile(here("source"), FileUrls::child(folder, s("moved"))) ==
-                std::errc::no_space_on_device);
-        QCOMPARE(read(here("source")), content);
-        QCOMPARE(namesIn(folder), QStringList());
-    }
-
-    void aSourceThatCantBeRemovedStaysAlone()
-    {
-        const PrivateMount disk("size=1m");
-        if (!disk)
-            QSKIP(PrivateMount::unavailable);
-        const QUrl source = FileUrls::child(FileUrls::fromPath(disk.folder()), s("source"));
-        write(source, content);
-        disk.setReadOnly(true);
-        QVERIFY(moveFile(source, here("moved")) == std::errc::read_only_file_system);
-        QCOMPARE(read(source), content);
-        QCOMPARE(namesIn(here("")), QStringList{s("source")});
-    }
-
-    void aPoorFileSystemKeepsThePromisesToo_data()
-    {
-        QTest::addColumn<bool>("isElsewhere");
-        QTest::addColumn<bool>("hasHardLinks");
-        QTest::newRow("without exclusive rename") << false << true;
-        QTest::newRow("without hard links") << false << false;
-        QTest::newRow("to one without exclusive rename") << true << true;
-        QTest::newRow("to one without hard links") << true << false;
-    }
-
-    void aPoorFileSystemKeepsThePromisesToo()
-    {
-        QFETCH(bool, isElsewhere);
-        QFETCH(bool, hasHardLinks);
-        const PoorFileSystem poor = {
-            .hasExclusiveRename = false, .hasHardLinks = hasHardLinks, .hasNamelessFiles = false};
-        const QUrl taken = target(isElsewhere, "taken");
-        write(taken, "somebody else's");
-        const QUrl linked = target(isElsewhere, "linked");
-        QCOMPARE(::symlink("/nowhere", pathOf(linked).constData()), 0);
-        std::error_code toTaken;
-        std::error_code toLinked;
-        std::error_code fromNowhere;
-        std::error_code toFree;
-        if (!poor.run([&] {
-                toTaken = moveFile(here("source"), taken);
-                toLinked = moveFile(here("source"), linked);
-                fromNowhere = moveFile(here("gone"), target(isElsewhere, "new"));
-                toFree = moveFile(here("source"), target(isElsewhere, "free"));
-            }))
-            QSKIP("the kernel can't refuse calls");
-        QVERIFY(toTaken == std::errc::file_exists);
-        QCOMPARE(read(taken), QByteArray("somebody else's"));
-        QVERIFY(toLinked == std::errc::file_exists);
-        QVERIFY(S_ISLNK(statusOf(linked).st_mode));
-        QVERIFY(fromNowhere == std::errc::no_such_file_or_directory);
-        QVERIFY(!toFree);
-        QCOMPARE(read(target(isElsewhere, "free")), content);
-        QCOMPARE(namesIn(target(isElsewhere, "")),
-                 (QStringList{s("free"), s("linked"), s("taken")}));
-        QVERIFY(!FileUrls::exists(here("source")));
-    }
-
-    void aFullDiskWithoutNamelessFilesIsLeftCleanToo()
-    {
-        const PrivateMount disk("size=64k");
-        if (!disk)
-            QSKIP(PrivateMount::unavailable);
-        const QUrl folder = FileUrls::fromPath(disk.folder());
-        const PoorFileSystem poor = {.hasNamelessFiles = false};
-        std::error_code error;
-        if (!poor.run([&] { error = moveFile(here("source"), FileUrls::child(folder, s("new"))); }))
-            QSKIP("the kernel can't refuse calls");
-        QVERIFY(error == std::errc::no_space_on_device);
-        QCOMPARE(read(here("source")), content);
-        QCOMPARE(namesIn(folder), QStringList());
     }
 
     void ofManyWhoWantOneNameOneGetsIt_data() { addPlaces(); }

@@ -1,53 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include "platform/TextRecognizer.h"
-
 #include "tests/recognition/DrawnPage.h"
+#include "tests/recognition/TextRecognizerFixture.h"
 #include "tests/world/TestProgram.h"
 
-#include <QPainter>
-#include <QtTest>
+#include <QElapsedTimer>
+#include <QTest>
 
 #include <algorithm>
 #include <atomic>
 #include <random>
 #include <thread>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-/// Where the lines of text begin.
-constexpr int leftMargin = 60;
-
-/// A picture of lines of text, one below the other.
-QImage pictureOf(const QStringList &lines, QColor ink = Qt::black, QColor ground = Qt::white,
-                 int pixels = 16)
-{
-    QImage picture(640, 40 + 3 * pixels * int(lines.size()), QImage::Format_RGB32);
-    picture.fill(ground);
-    QPainter painter(&picture);
-    QFont font(u"DejaVu Sans"_s);
-    font.setPixelSize(pixels);
-    painter.setFont(font);
-    painter.setPen(ink);
-    for (int index = 0; index < lines.size(); ++index)
-        painter.drawText(leftMargin, 20 + pixels + 3 * pixels * index, lines[index]);
-    return picture;
-}
-
-QString textOf(TextRecognizer &recognizer, const QImage &picture)
-{
-    QStringList pieces;
-    recognizer.recognize(
-        picture,
-        [&](const QString &text) {
-            pieces.append(text);
-            return true;
-        },
-        [] { return false; });
-    return pieces.join(u' ');
-}
 
 /// In milliseconds. A tenth of a second is usual; under a sanitizer it takes some seconds to check
 /// each byte.
@@ -57,39 +25,32 @@ constexpr qint64 longestOnNoise = 30'000;
 constexpr qint64 longestOnNoise = 3000;
 #endif
 
-QStringList sortedWords(const QString &text)
-{
-    QStringList words = text.split(u' ');
-    words.sort();
-    return words;
-}
-
 } // namespace
 
-class TextRecognizerTest : public QObject
+/// What is read of ordinary text, by several at once, and when reading ends.
+class TextRecognizerTest : public QObject, private TextRecognizerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_recognizer = makeTextRecognizer(); }
+    void init() { begin(); }
 
     void twoLinesAreReadInOrder()
     {
-        QCOMPARE(
-            textOf(*m_recognizer, pictureOf({u"Quarterly report"_s, u"Numbers for the board"_s})),
-            u"Quarterly report Numbers for the board"_s);
+        QCOMPARE(textOf(pictureOf({u"Quarterly report"_s, u"Numbers for the board"_s})),
+                 u"Quarterly report Numbers for the board"_s);
     }
 
     void lightTextOnADarkGroundIsRead()
     {
-        QCOMPARE(textOf(*m_recognizer, pictureOf({u"Quarterly report"_s}, Qt::white, Qt::darkBlue)),
+        QCOMPARE(textOf(pictureOf({u"Quarterly report"_s}, Qt::white, Qt::darkBlue)),
                  u"Quarterly report"_s);
     }
 
     void aNullPictureAndAnEmptyOneGiveNothing()
     {
-        QCOMPARE(textOf(*m_recognizer, QImage()), QString());
-        QCOMPARE(textOf(*m_recognizer, pictureOf({})), QString());
+        QCOMPARE(textOf(QImage()), QString());
+        QCOMPARE(textOf(pictureOf({})), QString());
     }
 
     void readingStopsWhenTheHandlerHasEnough()
@@ -105,86 +66,6 @@ private Q_SLOTS:
         QCOMPARE(pieces, 1);
     }
 
-    void texturesAndIconsGiveNoWords()
-    {
-        DrawnPage page(QSize(800, 600));
-        page.texture(QRect(0, 0, 800, 400), 7);
-        for (int x = 20; x < 760; x += 60)
-            page.icon(QRect(x, 450, 24, 24), x);
-        QCOMPARE(textOf(*m_recognizer, page.image()), QString());
-    }
-
-    void anEmptyCheckBoxIsNoLetterOfItsLabel_data()
-    {
-        QTest::addColumn<bool>("round");
-        QTest::addColumn<int>("pixels");
-        for (const bool round : {true, false}) {
-            for (const int pixels : {12, 15, 20, 26})
-                QTest::addRow("%s, %d", round ? "round" : "square", pixels) << round << pixels;
-        }
-    }
-    void anEmptyCheckBoxIsNoLetterOfItsLabel()
-    {
-        QFETCH(bool, round);
-        QFETCH(int, pixels);
-        const QStringList labels{u"Server"_s, u"Quarterly report"_s, u"monitor"_s};
-        QImage picture = pictureOf(labels, Qt::black, QColor(240, 240, 230), pixels);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(Qt::gray, 1.3));
-        painter.setBrush(Qt::white);
-        for (int index = 0; index < labels.size(); ++index) {
-            // Directly before the label, on its base line.
-            const QRectF box(leftMargin - 1.4 * pixels, 20.5 + 0.1 * pixels + 3 * pixels * index,
-                             pixels, pixels);
-            painter.drawRoundedRect(box, round ? pixels / 2.0 : 2, round ? pixels / 2.0 : 2);
-        }
-        painter.end();
-        QCOMPARE(sortedWords(textOf(*m_recognizer, picture)), sortedWords(labels.join(u' ')));
-    }
-
-    void anIconMayStandBeforeACheckBox()
-    {
-        DrawnPage page(QSize(480, 80));
-        page.font(u"DejaVu Sans"_s, 15);
-        page.text(QPoint(90, 45), u"Server domain"_s);
-        page.box(QRect(71, 32, 13, 13));
-        page.icon(QRect(48, 31, 15, 15), 30);
-        QCOMPARE(textOf(*m_recognizer, page.image()), u"Server domain"_s);
-    }
-
-    void aRoundFirstLetterIsNoCheckBox_data()
-    {
-        QTest::addColumn<QString>("family");
-        QTest::addColumn<int>("pixels");
-        for (const char *family : {"DejaVu Sans", "DejaVu Sans Mono", "DejaVu Serif"}) {
-            for (const int pixels : {12, 16, 26})
-                QTest::addRow("%s, %d", family, pixels) << QString::fromLatin1(family) << pixels;
-        }
-    }
-    void aRoundFirstLetterIsNoCheckBox()
-    {
-        QFETCH(QString, family);
-        QFETCH(int, pixels);
-        DrawnPage page(QSize(480, 160));
-        page.font(family, pixels);
-        page.text(QPoint(20, 40), u"Oldest orange"_s);
-        page.text(QPoint(20, 120), u"Ocean"_s);
-        QCOMPARE(textOf(*m_recognizer, page.image()), u"Oldest orange Ocean"_s);
-    }
-
-    void aRoundSecondLetterIsNoCheckBox_data() { aRoundFirstLetterIsNoCheckBox_data(); }
-    void aRoundSecondLetterIsNoCheckBox()
-    {
-        QFETCH(QString, family);
-        QFETCH(int, pixels);
-        DrawnPage page(QSize(480, 60));
-        page.font(family, pixels);
-        page.text(QPoint(20, 40), u"Go back, no ticket"_s);
-        const QString text = textOf(*m_recognizer, page.image());
-        QVERIFY2(text.startsWith(QLatin1String("Go back")), qPrintable(text));
-    }
-
     void noWordOfALongLineIsReadTwice()
     {
         const QString sentence = u"Quarterly report for the northern region and the "
@@ -194,7 +75,7 @@ private Q_SLOTS:
                 DrawnPage page(QSize(1600, 60));
                 page.font(QString::fromLatin1(family), pixels);
                 page.text(QPoint(20, 40), sentence);
-                const QString text = textOf(*m_recognizer, page.image());
+                const QString text = textOf(page.image());
                 for (const char *word : {"Quarterly", "report", "northern", "harbour", "villages"})
                     QVERIFY2(text.count(QLatin1String(word)) <= 1, qPrintable(text));
             }
@@ -206,32 +87,9 @@ private Q_SLOTS:
         DrawnPage page(QSize(480, 60));
         page.font(u"DejaVu Sans Mono"_s, 12);
         page.text(QPoint(40, 40), u"if (answer_insert > 42) {"_s);
-        const QString text = textOf(*m_recognizer, page.image());
-        QVERIFY2(text.contains(QLatin1String("answer_insert")), qPrintable(text));
-        QCOMPARE(text.count(QLatin1String("ins")), 1);
-    }
-
-    void captionsCloseToPicturesInARowAreRead()
-    {
-        // At a reduced scale, the pictures with their captions look like the letters of one word.
-        const QStringList captions{u"Harbour"_s, u"Mountain"_s, u"Evening"_s, u"Village"_s};
-        QImage page(800, 200, QImage::Format_RGB32);
-        page.fill(Qt::white);
-        QPainter painter(&page);
-        QFont font(u"DejaVu Sans"_s);
-        font.setPixelSize(13);
-        painter.setFont(font);
-        std::mt19937 random(3);
-        for (int index = 0; index < captions.size(); ++index) {
-            const QRect picture(20 + 176 * index, 20, 160, 112);
-            for (int x = picture.left(); x < picture.right(); x += 4) {
-                for (int y = picture.top(); y < picture.bottom(); y += 4)
-                    painter.fillRect(x, y, 4, 4, QColor(QRgb(random() | 0xff000000U)));
-            }
-            painter.drawText(picture.bottomLeft() + QPoint(0, 12), captions[index]);
-        }
-        painter.end();
-        QCOMPARE(textOf(*m_recognizer, page), captions.join(u' '));
+        const QString text = textOf(page.image());
+        QVERIFY2(text.contains("answer_insert"_L1), qPrintable(text));
+        QCOMPARE(text.count("ins"_L1), 1);
     }
 
     void pictureFormatsAreReadAlike_data()
@@ -247,7 +105,7 @@ private Q_SLOTS:
     {
         QFETCH(QImage::Format, format);
         const QImage picture = pictureOf({u"Quarterly report"_s}).convertToFormat(format);
-        QCOMPARE(textOf(*m_recognizer, picture), u"Quarterly report"_s);
+        QCOMPARE(textOf(picture), u"Quarterly report"_s);
     }
 
     void severalThreadsReadAtOnce()
@@ -258,7 +116,7 @@ private Q_SLOTS:
         for (int thread = 0; thread < 3; ++thread) {
             threads.emplace_back([&] {
                 for (int turn = 0; turn < 3; ++turn) {
-                    if (textOf(*m_recognizer, picture) == QLatin1String("Quarterly report"))
+                    if (textOf(picture) == "Quarterly report"_L1)
                         ++right;
                 }
             });
@@ -314,12 +172,9 @@ private Q_SLOTS:
         }
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(textOf(*m_recognizer, noise), QString());
+        QCOMPARE(textOf(noise), QString());
         QVERIFY2(timer.elapsed() < longestOnNoise, qPrintable(QString::number(timer.elapsed())));
     }
-
-private:
-    std::unique_ptr<TextRecognizer> m_recognizer;
 };
 
 VELMORA_WIDGETS_TEST(TextRecognizerTest)
