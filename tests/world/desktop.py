@@ -336,6 +336,12 @@ class Velmora:
             wait_until(lambda: self._tools.tree(self.pid), "the program tells of its elements")
         return self
 
+    def welcome_window(self):
+        """The welcome window while it is shown: the only tall one."""
+        lowest = max(TRAY_HEIGHTS.values())
+        tall = (each for each in windows_of(self.pid) if geometry(each)[3] > lowest)
+        return next(tall, None)
+
     def close_welcome_window(self):
         """Closes the welcome window, as the user does."""
         front = active_window()

@@ -113,10 +113,10 @@ bool X11PanelWindow::showsTransparency() const
     return m_compositor.isRunning();
 }
 
-/// Where the manager would hide the window, or place it where it likes.
+/// Where the manager would hide the window, place it where it likes or give it the keyboard.
 bool X11PanelWindow::isBestUnmanaged(const QWindow &window)
 {
-    return m_manager.isOfWlroots() || m_manager.isShowingDesktop() ||
+    return m_manager.isOfWlroots() || !m_manager.knowsPanels() || m_manager.isShowingDesktop() ||
            m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
 }
 

@@ -29,6 +29,13 @@ bool X11WindowManager::isOfWlroots()
     return own != XCB_WINDOW_NONE && m_properties.bytes(own, "_NET_WM_NAME").contains("wlroots");
 }
 
+bool X11WindowManager::knowsPanels()
+{
+    const QList<quint32> supported = numbersOfRoot("_NET_SUPPORTED");
+    return supported.contains(m_properties.atom("_NET_WM_STATE_ABOVE")) &&
+           supported.contains(m_properties.atom("_NET_WM_USER_TIME"));
+}
+
 xcb_window_t X11WindowManager::activeWindow()
 {
     return numbersOfRoot("_NET_ACTIVE_WINDOW").value(0, XCB_WINDOW_NONE);

@@ -18,6 +18,10 @@ public:
     /// windows where it likes and gives them the keyboard.
     bool isOfWlroots();
 
+    /// Whether it says that it can keep a window above the others, and that it doesn't give the
+    /// keyboard to a new window that does not want it. Tiling managers often do neither.
+    bool knowsPanels();
+
     /// None when no window is active.
     xcb_window_t activeWindow();
 
