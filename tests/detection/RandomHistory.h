@@ -9,6 +9,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 /// A folder reached through a parent that may be a link, a second folder beside it, and what a user
 /// and their programs may do there: one random action after the other, on real files. An action
 /// that the system refuses does nothing.
@@ -20,7 +22,7 @@ class RandomHistory
 public:
     explicit RandomHistory(unsigned int seed);
 
-    QString folder() const { return m_parent + QStringLiteral("/Shots"); }
+    QString folder() const { return m_parent + u"/Shots"_s; }
 
     /// Performs an action on files with dates around `now`, and describes it.
     QString act(FileTime now);

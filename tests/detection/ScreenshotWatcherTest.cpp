@@ -3,6 +3,7 @@
 
 #include "core/VelmoraLog.h"
 #include "tests/detection/FolderActions.h"
+#include "tests/detection/ScreenshotWatcherFixture.h"
 #include "tests/detection/Watched.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
@@ -18,32 +19,12 @@ using namespace std::chrono_literals;
 using FolderActions::moveIn;
 using FolderActions::write;
 
-namespace
-{
-
-qsizetype openInotifyDescriptors()
-{
-    const QStringList all = QDir(u"/proc/self/fd"_s).entryList(QDir::System | QDir::Files);
-    return std::count_if(all.begin(), all.end(), [](const QString &number) {
-        return QFile::symLinkTarget(u"/proc/self/fd/"_s + number).contains(u"inotify"_s);
-    });
-}
-
-} // namespace
-
-class ScreenshotWatcherTest : public QObject
+class ScreenshotWatcherTest : public QObject, private ScreenshotWatcherFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        // The watchers of earlier tests end in the background.
-        QTRY_COMPARE(openInotifyDescriptors(), 0);
-        m_directory = std::make_unique<QTemporaryDir>();
-        m_folder = m_directory->path() + u"/Shots"_s;
-        QVERIFY(QDir().mkpath(m_folder));
-    }
+    void init() { begin(); }
 
     void aNewFileIsReportedOnce()
     {
@@ -117,83 +98,13 @@ private Q_SLOTS:
         QCOMPARE(watched.names(), fileNames({"new.png"}));
     }
 
-    void aFileIgnoredBeforeItAppearsIsNeverReported()
-    {
-        Watched watched(m_folder);
-        watched->start();
-        watched->ignore(QUrl::fromLocalFile(m_folder + u"/./ours.png"_s));
-        QVERIFY(write(inFolder("ours.png")));
-        QVERIFY(write(inFolder("theirs.png")));
-        QTRY_COMPARE(watched.names(), fileNames({"theirs.png"}));
-        letAllScansPass();
-        QCOMPARE(watched.names(), fileNames({"theirs.png"}));
-    }
-
-    void aFileIgnoredWhenItsReportIsAlreadyOnItsWayIsNotReported()
-    {
-        Watched watched(m_folder);
-        watched->start();
-        QVERIFY(write(inFolder("ours.png")));
-        // The watcher sees the file while its owner is still busy putting it there.
-        letAllScansPassUnheard();
-        watched->ignore(QUrl::fromLocalFile(inFolder("ours.png")));
-        letAllScansPass();
-        QCOMPARE(watched.names(), QStringList());
-    }
-
-    void aFileMayBeIgnoredFromAnyThread()
-    {
-        Watched watched(m_folder);
-        watched->start();
-        const std::unique_ptr<QThread> thread(QThread::create([this, &watched] {
-            for (int i = 0; i < 50; ++i)
-                watched->ignore(QUrl::fromLocalFile(m_folder + u"/%1.png"_s.arg(i)));
-        }));
-        thread->start();
-        for (int i = 50; i < 100; ++i)
-            QVERIFY(write(m_folder + u"/%1.png"_s.arg(i)));
-        QVERIFY(thread->wait());
-        for (int i = 0; i < 50; ++i)
-            QVERIFY(write(m_folder + u"/%1.png"_s.arg(i)));
-        QTRY_COMPARE(watched.names().size(), 50);
-        letAllScansPass();
-        QCOMPARE(watched.names().size(), 50);
-        QVERIFY(!watched.names().contains(u"0.png"_s));
-    }
-
-    void aFileIgnoredBeforeTheStartIsNeverReported()
-    {
-        Watched watched(m_folder);
-        watched->ignore(QUrl::fromLocalFile(inFolder("ours.png")));
-        watched->start();
-        QVERIFY(write(inFolder("ours.png")));
-        QVERIFY(write(inFolder("theirs.png")));
-        QTRY_COMPARE(watched.names(), fileNames({"theirs.png"}));
-    }
-
-    void aFileIgnoredAfterItWasReportedIsNotReportedAgain()
-    {
-        Watched watched(m_folder);
-        watched->start();
-        QVERIFY(write(inFolder("a.png")));
-        QTRY_COMPARE(watched.names(), fileNames({"a.png"}));
-        watched->ignore(QUrl::fromLocalFile(inFolder("a.png")));
-        QVERIFY(write(inFolder("a.png"), "another picture"));
-        letAllScansPass();
-        QVERIFY(QFile::remove(inFolder("a.png")));
-        letAllScansPass();
-        QVERIFY(write(inFolder("a.png"), "a third picture"));
-        letAllScansPass();
-        QCOMPARE(watched.names(), fileNames({"a.png"}));
-    }
-
     void filesThatLandInOneScanAreReportedByNameEachInATurnOfItsOwn()
     {
         QVERIFY(QDir().rmdir(m_folder));
         const QString prepared = m_directory->path() + u"/prepared"_s;
         QVERIFY(QDir().mkdir(prepared));
         for (const char *name : {"/b.png", "/c.png", "/a.png"})
-            QVERIFY(write(prepared + QLatin1String(name)));
+            QVERIFY(write(prepared + QString::fromUtf8(name)));
         const QString turn = u"turn"_s;
         QStringList history;
         const auto note = [&history](const QString &entry) { history.append(entry); };
@@ -342,12 +253,6 @@ private Q_SLOTS:
         QVERIFY(log.open(QIODevice::ReadOnly) && log.seek(before));
         QVERIFY(log.readAll().contains(" watcher start\n"));
     }
-
-private:
-    QString inFolder(const char *name) const { return m_folder + u'/' + QString::fromUtf8(name); }
-
-    std::unique_ptr<QTemporaryDir> m_directory;
-    QString m_folder;
 };
 
 VELMORA_EVENTS_TEST(ScreenshotWatcherTest)

@@ -166,7 +166,7 @@ private Q_SLOTS:
         QCOMPARE(named((letter.repeated(24) + u" x"_s).toUtf8().constData(), ""),
                  letter.repeated(24) + u".png"_s);
         QVERIFY(named(letter.repeated(25).toUtf8().constData(), "")
-                    .startsWith(QLatin1String("screenshot-screen-")));
+                    .startsWith("screenshot-screen-"_L1));
     }
 
     void meaningfulTokensAreLongEnoughAndCountOnce()

@@ -103,7 +103,7 @@ private Q_SLOTS:
     void aPictureWithoutTextIsNamedAfterTheApplication()
     {
         QCOMPARE(suggested(screenshot(20), "Preview"), u"preview.png"_s);
-        QVERIFY(suggested(screenshot(20), "").startsWith(QLatin1String("screenshot-screen-")));
+        QVERIFY(suggested(screenshot(20), "").startsWith("screenshot-screen-"_L1));
     }
 
     void aFileThatIsNoPictureIsNamedWithoutTheRecogniser()
