@@ -41,7 +41,8 @@ double statusMegabytes(const char *key)
         qFatal("this needs /proc");
     for (const QByteArray &line : file.readAll().split('\n')) {
         if (line.startsWith(key))
-            return line.mid(qstrlen(key)).simplified().split(' ').first().toDouble() * 1024 / 1e6;
+            return line.mid(QByteArrayView(key).size()).simplified().split(' ').first().toDouble() *
+                   1024 / 1e6;
     }
     return 0;
 }

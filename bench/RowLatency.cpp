@@ -137,7 +137,7 @@ public:
 private:
     static size_t pixelIndex(int x, int y)
     {
-        return static_cast<size_t>((y * trayWidth + x) * bytesPerPixel);
+        return (static_cast<size_t>(y) * trayWidth + static_cast<size_t>(x)) * bytesPerPixel;
     }
 
     static bool differs(const Pixels &pixels, size_t first, size_t second)

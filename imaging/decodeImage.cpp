@@ -24,7 +24,7 @@ using Transformations = QImageIOHandler::Transformations;
 constexpr qint64 signatureBytes = 64;
 
 /// A JPEG file states its orientation within these.
-constexpr qint64 headerBytes = 256 * 1024;
+constexpr qint64 headerBytes = 256 * qint64(1024);
 
 enum class Format { None, Png, Jpeg, Tiff, Webp, Heic };
 

@@ -11,8 +11,8 @@ namespace
 
 /// Screenshot tools write a few hundred bytes. A compressed text may not unpack to more than this
 /// either.
-constexpr qint64 mostBytes = 256 * 1024;
-constexpr png_alloc_size_t longestChunk = 64 * 1024;
+constexpr qint64 mostBytes = 256 * qint64(1024);
+constexpr png_alloc_size_t longestChunk = 64 * png_alloc_size_t(1024);
 constexpr png_uint_32 mostChunks = 64;
 
 struct Source {

@@ -12,6 +12,7 @@
 #include <QSemaphore>
 #include <QTemporaryDir>
 
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,19 +28,20 @@ namespace
 class HangingFolderEvents : public PoorFolderEvents
 {
 public:
-    explicit HangingFolderEvents(QSemaphore &released)
-        : PoorFolderEvents(Coverage::Some), m_released(released)
+    explicit HangingFolderEvents(std::shared_ptr<QSemaphore> released)
+        : PoorFolderEvents(Coverage::Some), m_released(std::move(released))
     {
     }
 
     Coverage arm(const QString &folder) override
     {
-        m_released.acquire();
+        m_released->acquire();
         return PoorFolderEvents::arm(folder);
     }
 
 private:
-    QSemaphore &m_released;
+    /// Shared, because the watcher's thread may outlive the test.
+    const std::shared_ptr<QSemaphore> m_released;
 };
 
 /// Gives the process an ordinary user's rights, so that permissions apply, until destroyed.
@@ -238,15 +240,15 @@ private Q_SLOTS:
     void aSlowFolderKeepsNobodyWaitingAndStillTellsOldFromNew()
     {
         QVERIFY(write(inFolder("before.png")));
-        QSemaphore released;
+        const auto released = std::make_shared<QSemaphore>();
         Watched watched(m_folder,
-                        [&released] { return std::make_unique<HangingFolderEvents>(released); });
+                        [released] { return std::make_unique<HangingFolderEvents>(released); });
         QElapsedTimer timer;
         timer.start();
         watched->start();
         QVERIFY(timer.elapsed() < 500);
         QVERIFY(moveIn(inFolder("after.png"), FileTimes::now() - 1s));
-        released.release();
+        released->release();
         QTRY_COMPARE(watched.names(), fileNames({"after.png"}));
         letAllScansPass();
         QCOMPARE(watched.names(), fileNames({"after.png"}));
@@ -254,17 +256,17 @@ private Q_SLOTS:
 
     void aFolderThatNeverAnswersDoesNotHoldUpTheEnd()
     {
-        QSemaphore released;
+        const auto released = std::make_shared<QSemaphore>();
         QElapsedTimer timer;
         {
-            Watched watched(
-                m_folder, [&released] { return std::make_unique<HangingFolderEvents>(released); });
+            Watched watched(m_folder,
+                            [released] { return std::make_unique<HangingFolderEvents>(released); });
             watched->start();
             timer.start();
         }
         // Another folder may have been chosen, so nothing waits for the previous one.
         QVERIFY(timer.elapsed() < 500);
-        released.release();
+        released->release();
         letAllScansPass();
     }
 

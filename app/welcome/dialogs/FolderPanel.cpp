@@ -24,7 +24,7 @@ FolderPanel::FolderPanel(const QUrl &start, QWidget *window)
 /// complaint, and the window and this panel may end meanwhile.
 void FolderPanel::accept()
 {
-    QDialog::accept();
+    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 /// Menus and drags run such loops too, and offer more than choosing.
