@@ -3,7 +3,6 @@
 
 #include "tests/world/TestProgram.h"
 
-#include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
@@ -44,8 +43,7 @@ private:
 
 } // namespace
 
-/// The file that the index is stored in: who may read it, and what happens if it is damaged, locked
-/// or not ours.
+/// What happens if the file that the index is stored in is damaged, locked or not ours.
 class SearchDatabaseTest : public QObject, private SearchIndexFixture
 {
     Q_OBJECT
@@ -54,59 +52,6 @@ class SearchDatabaseTest : public QObject, private SearchIndexFixture
 
 private Q_SLOTS:
     void init() { begin(); }
-
-    void onlyItsOwnerMayReadIt()
-    {
-        QVERIFY(QDir().mkpath(folder()));
-        ::chmod(qPrintable(folder()), 0755);
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        const auto mode = [](const QString &path) {
-            struct stat status = {};
-            ::stat(qPrintable(path), &status);
-            return status.st_mode & 0777;
-        };
-        QCOMPARE(mode(folder()), mode_t(0700));
-        const QStringList files = QDir(folder()).entryList(QDir::Files | QDir::Hidden);
-        QVERIFY(files.size() > 1);
-        for (const QString &name : files)
-            QCOMPARE(mode(folder() + u'/' + name), mode_t(0600));
-    }
-
-    void secretsAreNotInTheFile()
-    {
-        {
-            SearchIndex index(folder());
-            screenshot(index, u"one.png"_s, {u"Password: hunter2secret"_s, u"lighthouse"_s});
-            QVERIFY(index.find(u"hunter2secret"_s, 10).isEmpty());
-            QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
-        }
-        QByteArray bytes;
-        for (const QFileInfo &file : QDir(folder()).entryInfoList(QDir::Files))
-            bytes += TestFiles::read(FileUrls::fromPath(file.filePath()));
-        QVERIFY(bytes.contains("lighthouse"));
-        QVERIFY(!bytes.contains("hunter2secret"));
-    }
-
-    void aSearchMakesNoFile()
-    {
-        SearchIndex index(folder());
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-        QVERIFY(!QFileInfo::exists(folder()));
-    }
-
-    void forgettingDeletesAllThatWasStored()
-    {
-        QVERIFY(QDir().mkpath(folder()));
-        TestFiles::write(database(), "no database");
-        TestFiles::write(FileUrls::fromPath(folder() + u"/else"_s), "not ours");
-        SearchIndex index(folder());
-        screenshot(index, u"one.png"_s, {u"lighthouse"_s});
-        QVERIFY(!asides().isEmpty());
-        QVERIFY(index.forget());
-        QCOMPARE(QDir(folder()).entryList(QDir::Files | QDir::Hidden), QStringList{u"else"_s});
-        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
-    }
 
     void whatIsNoneOfOursIsSetAside_data()
     {
@@ -174,6 +119,20 @@ private Q_SLOTS:
         QCOMPARE(asides().size(), 1);
     }
 
+    void theSameTablesOfAnotherProgramAreSetAsideToo()
+    {
+        {
+            SearchIndex index(folder());
+            screenshot(index, u"one.png"_s, {u"lighthouse"_s});
+        }
+        QVERIFY(OtherProgram(path()).run(u"PRAGMA application_id=1"_s));
+        SearchIndex index(folder());
+        QVERIFY(index.find(u"lighthouse"_s, 10).isEmpty());
+        screenshot(index, u"two.png"_s, {u"harbour"_s});
+        QCOMPARE(namesOf(index.find(u"harbour"_s, 10)), QStringList{u"two.png"_s});
+        QCOMPARE(asides().size(), 1);
+    }
+
     /// With other tables than this version knows.
     void aDatabaseOfALaterVersionIsSetAside()
     {
@@ -206,8 +165,16 @@ private Q_SLOTS:
         QCOMPARE(index.find(u"lighthouse"_s, 10).size(), 1);
     }
 
+    void aDatabaseThatIsDamagedWhileItIsUsedIsBegunAnew_data()
+    {
+        QTest::addColumn<bool>("isSearched");
+        QTest::newRow("a search notices it") << true;
+        QTest::newRow("a change notices it") << false;
+    }
+
     void aDatabaseThatIsDamagedWhileItIsUsedIsBegunAnew()
     {
+        QFETCH(const bool, isSearched);
         const QStringList page = QString(u"word lighthouse "_s).repeated(400).split(u' ');
         {
             SearchIndex index(folder());
@@ -222,10 +189,33 @@ private Q_SLOTS:
             file.write(QByteArray(int(file.size()) - 4096, '\x5a'));
         }
         SearchIndex index(folder());
-        index.find(u"lighthouse"_s, 10);
+        if (isSearched) {
+            index.find(u"lighthouse"_s, 10);
+            QCOMPARE(asides().size(), 1);
+        }
         screenshot(index, u"after.png"_s, {u"harbour"_s});
         QCOMPARE(namesOf(index.find(u"harbour"_s, 10)), QStringList{u"after.png"_s});
         QCOMPARE(asides().size(), 1);
+    }
+
+    void aChangeThatFailsHalfwayChangesNothing()
+    {
+        SearchIndex index(folder());
+        const QUrl known = screenshot(index, u"known.png"_s, {u"lighthouse"_s});
+        const QUrl one = m_files->make(u"one.png"_s);
+        const QUrl two = m_files->make(u"two.png"_s);
+        QVERIFY(OtherProgram(path()).run(
+            u"CREATE TRIGGER no_two BEFORE INSERT ON screenshots WHEN NEW.path LIKE '%two.png'"
+            " BEGIN SELECT RAISE(ABORT, 'no'); END"_s));
+        QVERIFY(!index.setFolder(m_files->folder(), {entryOf(two), entryOf(one)}));
+        QCOMPARE(namesOf(index.find(u"lighthouse"_s, 10)), QStringList{u"known.png"_s});
+        QVERIFY(index.find(u"one"_s, 10).isEmpty());
+        QCOMPARE(index.progress().all, 1);
+
+        QVERIFY(OtherProgram(path()).run(u"DROP TRIGGER no_two"_s));
+        QVERIFY(index.setFolder(m_files->folder(), {entryOf(two), entryOf(one), entryOf(known)}));
+        QCOMPARE(index.progress().all, 3);
+        QVERIFY(asides().isEmpty());
     }
 
     void aLockedDatabaseLosesNothing()
