@@ -61,6 +61,9 @@ SearchController::SearchController(const Services &services, std::function<bool(
             [this](const QUrl &from, const QUrl &to) { m_search.moved(from, to, Place::Trash); });
     m_soon.setSingleShot(true);
     m_soon.callOnTimeout(this, [this] {
+        // The user may have deleted the texts meanwhile.
+        if (VelmoraSettings::searchConsent() != SearchConsent::given)
+            return;
         m_search.keepTexts();
         offerToDesktop();
     });

@@ -10,6 +10,8 @@
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDesktopServices>
 #include <QFile>
 #include <QTest>
@@ -34,6 +36,13 @@ QStringList found(const QString &words)
     for (const SearchHit &hit : SearchIndex().find(words, 50))
         names << FileUrls::lastPathComponent(hit.url);
     return names;
+}
+
+/// Whether the desktop's own search can ask the program.
+bool isOfferedToDesktop()
+{
+    const auto *bus = QDBusConnection::sessionBus().interface();
+    return bus->isServiceRegistered(u"app.velmora.Velmora.Search"_s);
 }
 
 RecentScreenshotsWindow *openRecent(const AppRig &rig)
@@ -202,6 +211,7 @@ private Q_SLOTS:
         rig.take(u"old.png"_s);
         rig.launch();
         QTRY_COMPARE_WITH_TIMEOUT(found(u"harvest"_s), QStringList{u"old.png"_s}, patience);
+        QVERIFY(isOfferedToDesktop());
         RecentScreenshotsWindow *window = openRecent(rig);
         window->searchFor(u"harvest"_s);
         QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 1, patience);
@@ -209,8 +219,24 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 0, patience);
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(databasePath()), patience);
         QCOMPARE(VelmoraSettings::searchConsent(), SearchConsent::refused);
-        QVERIFY(Waiting::staysTrue([] { return !QFile::exists(databasePath()); }, 1500ms));
+        QVERIFY(Waiting::staysTrue(
+            [] { return !QFile::exists(databasePath()) && !isOfferedToDesktop(); }, 1500ms));
         QVERIFY(!alert());
+        // Names are still found.
+        window->searchFor(u"old"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 1, patience);
+    }
+
+    void whatIsDeletedRightAfterTheLaunchDoesNotComeBack()
+    {
+        VelmoraSettings::setSearchConsent(SearchConsent::given);
+        AppRig rig;
+        rig.take(u"old.png"_s);
+        rig.launch();
+        Q_EMIT openRecent(rig)->deletionWanted();
+        QCOMPARE(VelmoraSettings::searchConsent(), SearchConsent::refused);
+        QVERIFY(Waiting::staysTrue(
+            [] { return !QFile::exists(databasePath()) && !isOfferedToDesktop(); }, 7000ms));
     }
 };
 
