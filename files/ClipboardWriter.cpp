@@ -45,12 +45,10 @@ std::optional<Picture> picture(const QUrl &url)
     return Picture{*bytes, imageType(url), [content = *bytes] { return decodeImage(content); }};
 }
 
-/// A file reference counts as copied, whatever the system reports.
 bool put(Pasteboard &pasteboard, PasteboardContents contents)
 {
-    const bool hasFile = contents.file.has_value();
-    if (hasFile || contents.picture)
-        return pasteboard.write(std::move(contents)) || hasFile;
+    if (contents.file || contents.picture)
+        return pasteboard.write(std::move(contents));
     pasteboard.clear();
     return false;
 }
