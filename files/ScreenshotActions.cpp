@@ -170,6 +170,11 @@ void ScreenshotActions::reveal(const Screenshot &screenshot)
     m_services.fileBrowser.reveal(screenshot.url());
 }
 
+std::unique_ptr<DraggedFile> ScreenshotActions::drag(const QUrl &file)
+{
+    return m_services.pasteboard.drag(file);
+}
+
 void ScreenshotActions::remember(const UndoableAction &action)
 {
     m_history.push(action);

@@ -6,6 +6,7 @@
 #include "files/ScreenshotMoves.h"
 #include "files/WorkQueue.h"
 #include "files/renameScreenshot.h"
+#include "platform/DraggedFile.h"
 
 #include <QObject>
 
@@ -70,6 +71,9 @@ public:
     void copyNew(const ScreenshotPointer &screenshot, CopyBehavior behavior);
 
     void reveal(const Screenshot &screenshot);
+
+    /// What a drag of this file carries.
+    std::unique_ptr<DraggedFile> drag(const QUrl &file);
 
     // The bookkeeping of a change, for its requester, once it knows the outcome.
 

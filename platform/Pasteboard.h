@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+class DraggedFile;
+
 /// What one copy puts on the clipboard.
 struct PasteboardContents {
     /// The kinds of bytes that a picture file holds.
@@ -37,11 +39,14 @@ public:
 
     virtual void clear() = 0;
 
-    /// Replaces the clipboard's contents. False when the system refused.
+    /// Replaces the clipboard's contents. False when the desktop has not taken them.
     virtual bool write(PasteboardContents contents) = 0;
 
-    /// The file has moved: contents of ours that name its old path name the new one from now on.
-    /// Otherwise nothing happens.
+    /// What a drag of this file carries.
+    virtual std::unique_ptr<DraggedFile> drag(const QUrl &file) = 0;
+
+    /// The file has moved: contents of ours, and the last drag, that name its old path name the new
+    /// one from now on. Otherwise nothing happens.
     virtual void fileMoved(const QUrl &from, const QUrl &to) = 0;
 };
 

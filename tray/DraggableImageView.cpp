@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tray/DraggableImageView.h"
 
-#include "filesystem/FileUrls.h"
 #include "tray/DragPace.h"
 
 #include <QApplication>
@@ -9,25 +8,8 @@
 #include <QMouseEvent>
 #include <QTimer>
 
-using namespace Qt::StringLiterals;
-
-namespace
-{
-
-/// Describes the dragged file to other programs: its URL, its plain path for those that want text,
-/// and its name for those that create a file of their own from the data.
-void describe(const QUrl &file, QMimeData &data)
-{
-    data.setUrls({file});
-    data.setText(file.toLocalFile());
-    data.setData(u"application/x-kde-suggestedfilename"_s,
-                 FileUrls::lastPathComponent(file).toUtf8());
-}
-
-} // namespace
-
-DraggableImageView::DraggableImageView(const QUrl &fileURL, QWidget *parent)
-    : ImageView(parent), m_fileURL(fileURL)
+DraggableImageView::DraggableImageView(const QUrl &fileURL, MakeDrag makeDrag, QWidget *parent)
+    : ImageView(parent), m_fileURL(fileURL), m_makeDrag(std::move(makeDrag))
 {
 }
 
@@ -35,7 +17,7 @@ void DraggableImageView::setFileURL(const QUrl &url)
 {
     m_fileURL = url;
     if (m_dragged)
-        describe(url, *m_dragged);
+        m_dragged->setFile(url);
     Q_EMIT fileURLChanged(url);
 }
 
@@ -67,8 +49,7 @@ void DraggableImageView::drag(QPoint from)
 {
     if (image().isNull())
         return;
-    m_dragged = new QMimeData;
-    describe(m_fileURL, *m_dragged);
+    m_dragged = m_makeDrag(m_fileURL).release();
 
     // The row may be removed during the drag; the window stays.
     auto *drag = new QDrag(window());

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DraggedFile.h"
 #include "style/ImageView.h"
 
-#include <QMimeData>
 #include <QPointer>
 #include <QUrl>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 /// A picture that can be dragged into other programs as a copy of its file. Without a picture
@@ -15,7 +17,10 @@ class DraggableImageView : public ImageView
 {
     Q_OBJECT
 public:
-    explicit DraggableImageView(const QUrl &fileURL, QWidget *parent = nullptr);
+    /// Makes what a drag of a file carries.
+    using MakeDrag = std::function<std::unique_ptr<DraggedFile>(const QUrl &file)>;
+
+    DraggableImageView(const QUrl &fileURL, MakeDrag makeDrag, QWidget *parent = nullptr);
 
     QUrl fileURL() const { return m_fileURL; }
 
@@ -39,6 +44,7 @@ private:
     void drag(QPoint from);
 
     QUrl m_fileURL;
+    const MakeDrag m_makeDrag;
     std::optional<Press> m_press;
-    QPointer<QMimeData> m_dragged;
+    QPointer<DraggedFile> m_dragged;
 };

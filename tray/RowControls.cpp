@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tray/RowControls.h"
 
+#include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
 #include "platform/SystemWords.h"
 #include "style/BezelButton.h"
@@ -48,14 +49,16 @@ BezelButton *makeUndoButton(QWidget *row)
     return button;
 }
 
-RowControls makeControls(QWidget *row, const QUrl &file, const QString &filename)
+RowControls makeControls(QWidget *row, const QUrl &file, const QString &filename,
+                         ScreenshotActions &actions)
 {
+    const auto makeDrag = [&actions](const QUrl &dragged) { return actions.drag(dragged); };
     const auto symbolButton = [row](const QString &symbol, const QString &toolTip) {
         return BezelButton::withSymbol(symbol, toolTip, row);
     };
     return {
         .accentView = new PaletteView(row),
-        .thumbnailView = new DraggableImageView(file, row),
+        .thumbnailView = new DraggableImageView(file, makeDrag, row),
         .freshnessLabel = new BadgeLabel(row),
         .statusLabel = new StatusLabel(row),
         .filenameField = new FilenameTextField(filename, row),
@@ -131,9 +134,10 @@ QLayout *layOutButtons(const RowControls &controls)
 
 } // namespace
 
-RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename)
+RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename,
+                             ScreenshotActions &actions)
 {
-    const RowControls controls = makeControls(row, file, filename);
+    const RowControls controls = makeControls(row, file, filename, actions);
     configure(controls);
     nameAfterFile(row, controls.thumbnailView);
 

@@ -10,6 +10,7 @@ class DraggableImageView;
 class FilenameTextField;
 class PaletteView;
 class QWidget;
+class ScreenshotActions;
 class StatusLabel;
 
 /// The controls of one row, in tab order. The row owns them.
@@ -27,4 +28,5 @@ struct RowControls {
 };
 
 /// Creates a row's controls and lays them out in it.
-RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename);
+RowControls buildRowControls(QWidget *row, const QUrl &file, const QString &filename,
+                             ScreenshotActions &actions);

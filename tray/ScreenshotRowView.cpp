@@ -44,7 +44,7 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &s
     , m_screenshot(screenshot)
     , m_services(services)
     , m_onAction(std::move(onAction))
-    , m_controls(buildRowControls(this, screenshot->url(), suggestedFilename))
+    , m_controls(buildRowControls(this, screenshot->url(), suggestedFilename, services.actions))
     , m_status(*m_controls.statusLabel)
     , m_thumbnail(*m_controls.thumbnailView, screenshot, services.images)
     , m_veil(new PaletteView(this))

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Pasteboard.h"
 
+#include "platform/linux/clipboard/FileTransferPortal.h"
 #include "platform/linux/clipboard/ScreenshotMimeData.h"
+#include "platform/linux/clipboard/TransferableDrag.h"
 #include "platform/linux/wayland/CompositorClipboard.h"
 
 #include <QClipboard>
@@ -32,7 +34,7 @@ public:
 
     bool write(PasteboardContents contents) override
     {
-        auto data = std::make_unique<ScreenshotMimeData>(std::move(contents));
+        auto data = std::make_unique<ScreenshotMimeData>(std::move(contents), m_portal);
         m_written = data.get();
         if (isWithCompositor())
             return m_compositor->offer(std::move(data));
@@ -40,10 +42,19 @@ public:
         return QGuiApplication::clipboard()->ownsClipboard() && !wouldBeRefused();
     }
 
+    std::unique_ptr<DraggedFile> drag(const QUrl &file) override
+    {
+        auto drag = std::make_unique<TransferableDrag>(m_portal, file);
+        m_dragged = drag.get();
+        return drag;
+    }
+
     void fileMoved(const QUrl &from, const QUrl &to) override
     {
         if (m_written)
             m_written->fileMoved(from, to);
+        if (m_dragged && m_dragged->file() == from)
+            m_dragged->setFile(to);
     }
 
 private:
@@ -55,9 +66,11 @@ private:
 
     bool isWithCompositor() const { return m_compositor && m_compositor->isAvailable(); }
 
+    FileTransferPortal m_portal;
     std::unique_ptr<CompositorClipboard> m_compositor;
     /// Owned by the clipboard; null as soon as the clipboard holds something else.
     QPointer<ScreenshotMimeData> m_written;
+    QPointer<DraggedFile> m_dragged;
 };
 
 } // namespace

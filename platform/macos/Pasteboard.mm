@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Pasteboard.h"
 
+#include "platform/DraggedFile.h"
+
+#include <QPointer>
+
 #import <AppKit/AppKit.h>
 
 namespace
@@ -74,9 +78,18 @@ public:
         return wrote;
     }
 
+    std::unique_ptr<DraggedFile> drag(const QUrl &file) override
+    {
+        auto drag = std::make_unique<DraggedFile>(file);
+        m_dragged = drag.get();
+        return drag;
+    }
+
     /// The contents of a pasteboard can't be changed, so they are written again.
     void fileMoved(const QUrl &from, const QUrl &to) override
     {
+        if (m_dragged && m_dragged->file() == from)
+            m_dragged->setFile(to);
         if (!m_written)
             return;
         if (NSPasteboard.generalPasteboard.changeCount != m_changeCount) {
@@ -91,6 +104,7 @@ private:
     /// Ours until something else is put there, which changes the count.
     std::optional<PasteboardContents> m_written;
     NSInteger m_changeCount = 0;
+    QPointer<DraggedFile> m_dragged;
 };
 
 } // namespace

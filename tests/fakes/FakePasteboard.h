@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DraggedFile.h"
 #include "platform/Pasteboard.h"
 
 /// A clipboard in memory that can be made to refuse.
@@ -24,6 +25,11 @@ public:
         if (!refuses)
             contents = std::move(written);
         return !refuses;
+    }
+
+    std::unique_ptr<DraggedFile> drag(const QUrl &file) override
+    {
+        return std::make_unique<DraggedFile>(file);
     }
 
     void fileMoved(const QUrl &from, const QUrl &to) override

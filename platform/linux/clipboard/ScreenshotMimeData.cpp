@@ -68,6 +68,13 @@ QVariant fileData(const QUrl &file, const QString &mimeType, QMetaType type)
 
 } // namespace
 
+ScreenshotMimeData::ScreenshotMimeData(PasteboardContents contents, FileTransferPortal &portal)
+    : m_contents(std::move(contents))
+{
+    if (m_contents.file)
+        m_transfer.emplace(portal, *m_contents.file);
+}
+
 QStringList ScreenshotMimeData::formats() const
 {
     QStringList formats;
@@ -75,6 +82,8 @@ QStringList ScreenshotMimeData::formats() const
         for (const QStringView format : FileFormat::all)
             formats.append(format.toString());
     }
+    if (m_transfer && m_transfer->isOffered())
+        formats += FileTransfer::formats();
     if (m_contents.picture) {
         const Picture &picture = *m_contents.picture;
         if (picture.bytes)
@@ -87,8 +96,10 @@ QStringList ScreenshotMimeData::formats() const
 
 void ScreenshotMimeData::fileMoved(const QUrl &from, const QUrl &to)
 {
-    if (m_contents.file == from)
-        m_contents.file = to;
+    if (m_contents.file != from)
+        return;
+    m_contents.file = to;
+    m_transfer->setFile(to);
 }
 
 QVariant ScreenshotMimeData::retrieveData(const QString &mimeType, QMetaType type) const
@@ -97,6 +108,8 @@ QVariant ScreenshotMimeData::retrieveData(const QString &mimeType, QMetaType typ
         const QVariant data = fileData(*m_contents.file, mimeType, type);
         if (data.isValid())
             return data;
+        if (FileTransfer::formats().contains(mimeType))
+            return m_transfer->key();
     }
     return m_contents.picture ? pictureData(*m_contents.picture, mimeType) : QVariant();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/clipboard/FileTransfer.h"
 
 #include <QMimeData>
 
@@ -10,7 +11,7 @@
 class ScreenshotMimeData : public QMimeData
 {
 public:
-    explicit ScreenshotMimeData(PasteboardContents contents) : m_contents(std::move(contents)) {}
+    ScreenshotMimeData(PasteboardContents contents, FileTransferPortal &portal);
 
     QStringList formats() const override;
     bool hasFormat(const QString &mimeType) const override { return formats().contains(mimeType); }
@@ -24,6 +25,7 @@ private:
     QVariant pictureData(const PasteboardContents::Picture &picture, const QString &mimeType) const;
 
     PasteboardContents m_contents;
+    std::optional<FileTransfer> m_transfer; ///< of the file
     /// Encoded on the first request.
     mutable std::optional<QByteArray> m_png;
 };
