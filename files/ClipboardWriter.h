@@ -26,8 +26,8 @@ Contents read(const QUrl &url, CopyBehavior behavior);
 Contents missing(const QUrl &url);
 
 /// Replaces the clipboard. False if nothing was copied: the behaviour was `none`, only a picture
-/// was wanted and it cannot be read, or the desktop has not taken it. Also false for a missing file;
-/// then the clipboard is unchanged. Main thread; returns at once.
+/// was wanted and it cannot be read, or the desktop has not taken it. Also false for a missing
+/// file; then the clipboard is unchanged. Main thread; returns at once.
 bool copy(Pasteboard &pasteboard, Contents read);
 
 } // namespace ClipboardWriter
