@@ -1,22 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "platform/FileBrowser.h"
-
-#include "filesystem/FileUrls.h"
+#include "tests/platform/FileBrowserFixture.h"
 #include "tests/world/Commands.h"
 #include "tests/world/TestProgram.h"
-#include "tests/world/XDesktop.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -77,47 +69,20 @@ public Q_SLOTS:
 
 } // namespace
 
-class FileBrowserTest : public QObject
+/// Which file manager is asked to show a file, and how. Its answers are the test's.
+class FileBrowserTest : public QObject, private FileBrowserFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Commands> m_commands;
     std::unique_ptr<FakeFileManager> m_manager;
-    std::unique_ptr<FileBrowser> m_browser;
-    QUrl m_shot;
     QTemporaryDir m_systemFolder;
-    QByteArray m_dataFolders;
 
     static QDBusConnection serviceBus()
     {
         return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"services"_s);
     }
-
-    /// Makes it the user's program for opening folders.
-    static void choose(const QString &entry, const QString &list = u"mimeapps.list"_s)
-    {
-        write(qEnvironmentVariable("XDG_CONFIG_HOME") + u'/' + list,
-              "[Default Applications]\ninode/directory=gone.desktop;" + entry.toUtf8() + ";\n");
-        install(entry);
-    }
-
-    static void install(const QString &entry)
-    {
-        write(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications/"_s + entry,
-              "[Desktop Entry]\nType=Application\nName=Files\nExec=true\n");
-    }
-
-    static void write(const QString &path, const QByteArray &content)
-    {
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QFile::WriteOnly));
-        file.write(content);
-    }
-
     static QString uri(const QUrl &url) { return QString::fromLatin1(url.toEncoded()); }
-    QUrl folder() const { return FileUrls::fromPath(m_folder->path()); }
 
 private Q_SLOTS:
     void initTestCase()
@@ -126,25 +91,19 @@ private Q_SLOTS:
         QVERIFY(serviceBus().registerService(u"org.freedesktop.portal.Desktop"_s));
         m_commands = std::make_unique<Commands>();
         // Keeps what is installed on the machine out of the test.
-        m_dataFolders = qgetenv("XDG_DATA_DIRS");
         qputenv("XDG_DATA_DIRS", QFile::encodeName(m_systemFolder.path()));
     }
 
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_shot = FileUrls::child(folder(), u"a b é%25#.png"_s);
-        QFile file(m_shot.toLocalFile());
-        QVERIFY(file.open(QFile::WriteOnly));
-        if (m_commands)
-            m_commands->clear();
+        begin();
+        m_commands->clear();
         m_manager = std::make_unique<FakeFileManager>();
         QDBusConnection bus = serviceBus();
         QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, m_manager.get(),
                                    QDBusConnection::ExportAllSlots));
-        // A real one from another test may still be ending.
+        // The bus may have started a real one, which is still ending.
         QTRY_VERIFY_WITH_TIMEOUT(bus.registerService(u"org.freedesktop.FileManager1"_s), 20'000);
-        m_browser = makeFileBrowser();
     }
 
     void cleanup()
@@ -153,10 +112,7 @@ private Q_SLOTS:
         serviceBus().unregisterObject(u"/org/freedesktop/FileManager1"_s);
         qunsetenv("SNAP");
         qunsetenv("XDG_CURRENT_DESKTOP");
-        const QDir configuration(qEnvironmentVariable("XDG_CONFIG_HOME"));
-        for (const QString &list : configuration.entryList({u"*mimeapps.list"_s}))
-            QVERIFY(QFile::remove(configuration.filePath(list)));
-        QDir(qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s).removeRecursively();
+        end();
     }
 
     void theFileManagerIsAskedToShowTheFile()
@@ -309,53 +265,6 @@ private Q_SLOTS:
         serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
         QCoreApplication::processEvents();
         QCOMPARE(m_commands->calls(), QStringList());
-    }
-
-    /// The last tests: they need the real commands.
-    void theRealFileManagerOpensAWindowOfTheFolder()
-    {
-        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
-        const QString service =
-            u"/usr/share/dbus-1/services/org.xfce.Thunar.FileManager1.service"_s;
-        if (!QFile::exists(service))
-            QSKIP("Thunar is not installed");
-        m_commands.reset();
-        m_dataFolders.isEmpty() ? qunsetenv("XDG_DATA_DIRS")
-                                : qputenv("XDG_DATA_DIRS", m_dataFolders);
-        choose(u"thunar.desktop"_s);
-        m_browser->reveal(m_shot);
-        const auto windowNames = [] {
-            return XDesktop::run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s,
-                                                u"thunar"_s, u"getwindowname"_s, u"%@"_s});
-        };
-        const QString name = FileUrls::lastPathComponent(folder());
-        QTRY_VERIFY_WITH_TIMEOUT(windowNames().contains(name), 20'000);
-        XDesktop::run(u"thunar"_s, {u"-q"_s});
-    }
-
-    void cajaComesToTheFront()
-    {
-        if (QStandardPaths::findExecutable(u"caja"_s).isEmpty())
-            QSKIP("Caja is not installed");
-        serviceBus().unregisterService(u"org.freedesktop.FileManager1"_s);
-        choose(u"caja-folder-handler.desktop"_s);
-        // It is already running; the user is in another application.
-        QProcess caja;
-        caja.setStandardErrorFile(QProcess::nullDevice());
-        caja.start(u"caja"_s, {u"--no-desktop"_s, m_systemFolder.path()});
-        const auto active = [] {
-            return XDesktop::run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s});
-        };
-        const QString other = QFileInfo(m_systemFolder.path()).fileName();
-        QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(other), 20'000);
-        const Terminal terminal(m_systemFolder.filePath(u"typed"_s));
-        terminal.activate();
-        XDesktop::type(u"words"_s);
-        m_browser->reveal(m_shot);
-        const QString name = FileUrls::lastPathComponent(folder());
-        QTRY_VERIFY_WITH_TIMEOUT(active().startsWith(name), 20'000);
-        caja.kill();
-        caja.waitForFinished();
     }
 };
 

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// The real events of a folder, and what they have reported.
 class FolderEventsFixture
 {
@@ -20,7 +22,7 @@ protected:
     void begin()
     {
         m_directory = std::make_unique<QTemporaryDir>();
-        m_folder = m_directory->path() + QStringLiteral("/Shots");
+        m_folder = m_directory->path() + u"/Shots"_s;
         QVERIFY(QDir().mkdir(m_folder));
         m_events = makeFolderEvents();
         m_names.clear();
@@ -40,7 +42,7 @@ protected:
     }
     static QStringList openDescriptors()
     {
-        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files);
+        return QDir(u"/proc/self/fd"_s).entryList(QDir::System | QDir::Files);
     }
     QString path(const char *name) const { return m_folder + u'/' + QLatin1String(name); }
 

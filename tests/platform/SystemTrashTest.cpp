@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/SystemTrash.h"
 
-#include "filesystem/FileUrls.h"
-#include "tests/files/TestFiles.h"
+#include "tests/platform/SystemTrashFixture.h"
 #include "tests/world/TestProgram.h"
 
-#include <QDateTime>
-#include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
 
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,13 +16,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr uid_t nobody = 65534;
-
-QByteArray pathOf(const QUrl &url)
-{
-    return QFile::encodeName(url.toLocalFile());
-}
-
 mode_t permissionsOf(const QString &path)
 {
     struct stat status = {};
@@ -34,54 +23,36 @@ mode_t permissionsOf(const QString &path)
     return status.st_mode & 07777U;
 }
 
-QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
-}
-
 } // namespace
 
 /// The freedesktop trash. What every trash promises is in SystemTrashContractTest.
-class SystemTrashTest : public QObject
+class SystemTrashTest : public QObject, private SystemTrashFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<TestFiles> m_files;
-    std::unique_ptr<QTemporaryDir> m_data;
-    std::unique_ptr<SystemTrash> m_trash;
-
-    QString homeTrash() const { return m_data->filePath(u"data/Trash"_s); }
-    QString homeTrashed(const QString &name) const { return homeTrash() + u"/files/"_s + name; }
-    QString homeInfo(const QString &name) const
+    void makeFolders() const
     {
-        return homeTrash() + u"/info/"_s + name + u".trashinfo"_s;
+        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s) &&
+                QDir().mkpath(homeTrash() + u"/info"_s));
     }
-    static QByteArray contentOf(const QString &path)
+    static void setPermissions(const QStringList &folders, mode_t permissions)
     {
-        return TestFiles::read(FileUrls::fromPath(path));
+        for (const QString &folder : folders)
+            QCOMPARE(::chmod(QFile::encodeName(folder).constData(), permissions), 0);
     }
-
-    /// The file's path from an info file, whose other contents are checked.
-    static QByteArray notedPath(const QString &infoPath)
+    SystemTrash::Trashed trashAsNobody(const QUrl &file) const
     {
-        const QList<QByteArray> lines = contentOf(infoPath).split('\n');
-        if (lines.size() != 4 || lines.at(0) != "[Trash Info]" || !lines.at(3).isEmpty() ||
-            !lines.at(1).startsWith("Path=") || !lines.at(2).startsWith("DeletionDate="))
-            return "no proper note: " + contentOf(infoPath);
-        const auto deleted = QDateTime::fromString(
-            QString::fromLatin1(lines.at(2).mid(qstrlen("DeletionDate="))), Qt::ISODate);
-        const qint64 age = deleted.secsTo(QDateTime::currentDateTime());
-        return age >= 0 && age < 60 ? lines.at(1).mid(qstrlen("Path=")) : "no proper date";
+        constexpr uid_t nobody = 65534;
+        if (::seteuid(nobody) != 0)
+            qFatal("can't be somebody else");
+        const SystemTrash::Trashed trashed = m_trash->trash(file);
+        if (::seteuid(0) != 0)
+            qFatal("can't be root again");
+        return trashed;
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_files = std::make_unique<TestFiles>();
-        m_data = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_data->filePath(u"data"_s)));
-        m_trash = makeSystemTrash();
-    }
+    void init() { begin(); }
 
     void theHomeTrashHoldsTheFileAndANote()
     {
@@ -161,73 +132,6 @@ private Q_SLOTS:
                                                            u"/.local/share/Trash/files/Shot"_s));
     }
 
-    void aTakenNameGetsACounterBeforeTheExtension()
-    {
-        m_trash->trash(m_files->make(u"Shot.png"_s, "1"));
-        m_trash->trash(m_files->make(u"Shot.png"_s, "2"));
-        const auto third = m_trash->trash(m_files->make(u"Shot.png"_s, "3"));
-        QCOMPARE(third.location->toLocalFile(), homeTrashed(u"Shot.3.png"_s));
-        QCOMPARE(filesIn(homeTrash() + u"/files"_s),
-                 (QStringList{u"Shot.2.png"_s, u"Shot.3.png"_s, u"Shot.png"_s}));
-        QCOMPARE(notedPath(homeInfo(u"Shot.3.png"_s)), pathOf(m_files->url(u"Shot.png"_s)));
-        QCOMPARE(m_trash->trash(m_files->make(u"Shot"_s)).location->toLocalFile(),
-                 homeTrashed(u"Shot"_s));
-        QCOMPARE(m_trash->trash(m_files->make(u"Shot"_s)).location->toLocalFile(),
-                 homeTrashed(u"Shot.2"_s));
-    }
-
-    void aTrashedFileWithoutANoteIsNotReplaced()
-    {
-        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s));
-        TestFiles::write(FileUrls::fromPath(homeTrashed(u"Shot.png"_s)), "an orphan");
-        const auto trashed = m_trash->trash(m_files->make(u"Shot.png"_s));
-        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(u"Shot.2.png"_s));
-        QCOMPARE(contentOf(homeTrashed(u"Shot.png"_s)), QByteArray("an orphan"));
-        QVERIFY(!QFile::exists(homeInfo(u"Shot.png"_s)));
-        QVERIFY(QFile::exists(homeInfo(u"Shot.2.png"_s)));
-    }
-
-    void aNoteWithoutAFileKeepsItsName()
-    {
-        QVERIFY(QDir().mkpath(homeTrash() + u"/info"_s));
-        TestFiles::write(FileUrls::fromPath(homeInfo(u"Shot.png"_s)), "an orphan");
-        const auto trashed = m_trash->trash(m_files->make(u"Shot.png"_s));
-        QCOMPARE(trashed.location->toLocalFile(), homeTrashed(u"Shot.2.png"_s));
-        QCOMPARE(contentOf(homeInfo(u"Shot.png"_s)), QByteArray("an orphan"));
-    }
-
-    void aLongNameIsCutBetweenCharacters_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("end");
-        QTest::newRow("letters") << QString(251, u'n') + u".png"_s << u".png"_s;
-        QTest::newRow("two bytes each") << QString(125, QChar(0xE9)) + u".jpeg"_s << u".jpeg"_s;
-        QTest::newRow("three bytes each") << QString(83, QChar(0x65E5)) + u".heic"_s << u".heic"_s;
-        QTest::newRow("four bytes each") << u"😀"_s.repeated(62) + u".png"_s << u".png"_s;
-        QTest::newRow("all extension") << u"a." + QString(253, u'x') << QString();
-        QTest::newRow("no extension") << QString(255, u'n') << QString();
-    }
-
-    void aLongNameIsCutBetweenCharacters()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, end);
-        const QByteArray suffix(".trashinfo");
-        for (int time = 0; time < 3; ++time) {
-            const auto trashed = m_trash->trash(m_files->make(name));
-            QVERIFY2(!trashed.error, trashed.error.message().c_str());
-            const QString kept = FileUrls::lastPathComponent(*trashed.location);
-            const qsizetype length = kept.toUtf8().size() + suffix.size();
-            QVERIFY2(length <= 255 && length > 248, QByteArray::number(length).constData());
-            QVERIFY(!kept.contains(QChar::ReplacementCharacter));
-            QVERIFY2(kept.endsWith(end), qPrintable(kept));
-            QCOMPARE(notedPath(homeInfo(kept)).right(10),
-                     pathOf(m_files->url(name)).toPercentEncoding("/").right(10));
-            QVERIFY(!m_trash->restore(*trashed.location, m_files->url(name)));
-            m_trash->trash(m_files->url(name));
-        }
-    }
-
     void aTrashThatIsALinkIsFollowed()
     {
         const QString real = m_data->filePath(u"elsewhere"_s);
@@ -291,15 +195,10 @@ private Q_SLOTS:
         if (::getuid() != 0)
             QSKIP("only root can be somebody else");
         const QUrl shot = m_files->make(u"Shot.png"_s);
-        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s) &&
-                QDir().mkpath(homeTrash() + u"/info"_s));
-        QCOMPARE(::chmod(QFile::encodeName(m_data->path()).constData(), 0755), 0);
-        QCOMPARE(::chmod(QFile::encodeName(homeTrash() + u"/info"_s).constData(), 0555), 0);
-        QCOMPARE(::chmod(pathOf(m_files->folder()).constData(), 0755), 0);
-        QCOMPARE(::seteuid(nobody), 0);
-        const auto trashed = m_trash->trash(shot);
-        QCOMPARE(::seteuid(0), 0);
-        QVERIFY(trashed.error == std::errc::permission_denied);
+        makeFolders();
+        setPermissions({m_data->path(), m_files->folder().toLocalFile()}, 0755);
+        setPermissions({homeTrash() + u"/info"_s}, 0555);
+        QVERIFY(trashAsNobody(shot).error == std::errc::permission_denied);
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
     }
 
@@ -308,17 +207,12 @@ private Q_SLOTS:
         if (::getuid() != 0)
             QSKIP("only root can be somebody else");
         const QUrl shot = m_files->make(u"Shot.png"_s);
-        QVERIFY(QDir().mkpath(homeTrash() + u"/files"_s) &&
-                QDir().mkpath(homeTrash() + u"/info"_s));
-        const QStringList folders = {m_data->path(), m_data->filePath(u"data"_s), homeTrash(),
-                                     homeTrash() + u"/files"_s, homeTrash() + u"/info"_s};
-        for (const QString &folder : folders)
-            QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
-        QCOMPARE(::chmod(pathOf(m_files->folder()).constData(), 0755), 0);
-        QCOMPARE(::seteuid(nobody), 0);
-        const auto trashed = m_trash->trash(shot);
-        QCOMPARE(::seteuid(0), 0);
-        QVERIFY(trashed.error == std::errc::permission_denied);
+        makeFolders();
+        setPermissions({m_data->path(), m_data->filePath(u"data"_s), homeTrash(),
+                        homeTrash() + u"/files"_s, homeTrash() + u"/info"_s},
+                       0777);
+        setPermissions({m_files->folder().toLocalFile()}, 0755);
+        QVERIFY(trashAsNobody(shot).error == std::errc::permission_denied);
         QCOMPARE(TestFiles::read(shot), QByteArray("Shot.png"));
         QCOMPARE(filesIn(homeTrash() + u"/info"_s), QStringList());
     }

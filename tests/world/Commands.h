@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 /// The only commands that programs started from now on can find, besides the shell: each records
 /// that it was called, and how. Restores the search path at its end.
 class Commands
@@ -30,9 +32,8 @@ public:
         QFile script(m_folder.filePath(name));
         if (!script.open(QFile::WriteOnly))
             qFatal("can't write a command");
-        script.write(QStringLiteral("#!/bin/sh\necho \"%1 $*\" >>'%2'\necho '%3'\n")
-                         .arg(name, notes(), output)
-                         .toUtf8());
+        script.write(
+            u"#!/bin/sh\necho \"%1 $*\" >>'%2'\necho '%3'\n"_s.arg(name, notes(), output).toUtf8());
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
@@ -46,7 +47,7 @@ public:
     }
 
 private:
-    QString notes() const { return m_folder.filePath(QStringLiteral("notes")); }
+    QString notes() const { return m_folder.filePath(u"notes"_s); }
 
     QTemporaryDir m_folder;
     QByteArray m_path;

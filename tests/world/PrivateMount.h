@@ -9,6 +9,8 @@
 #include <sched.h>
 #include <sys/mount.h>
 
+using namespace Qt::StringLiterals;
+
 /// A file system in memory that only this program sees.
 class PrivateMount
 {
@@ -36,7 +38,7 @@ public:
     /// Writes until not a single byte more fits.
     void fill() const
     {
-        QFile file(filePath(QStringLiteral("filling")));
+        QFile file(filePath(u"filling"_s));
         file.open(QFile::WriteOnly | QFile::Unbuffered);
         while (file.write(QByteArray(4096, 'x')) > 0) {
         }
