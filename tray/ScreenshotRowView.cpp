@@ -204,7 +204,7 @@ void ScreenshotRowView::showName()
         m_controls.filenameField->setText(FileUrls::lastPathComponent(fileURL()));
 }
 
-void ScreenshotRowView::moveToTrash(Trashed trashed)
+void ScreenshotRowView::moveToTrash(const Trashed &trashed)
 {
     if (std::exchange(m_isTrashing, true))
         return;
@@ -238,7 +238,7 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
         undoTapped();
 }
 
-void ScreenshotRowView::performUndo(const UndoableAction &action, Restored restored)
+void ScreenshotRowView::performUndo(const UndoableAction &action, const Restored &restored)
 {
     if (std::exchange(m_isUndoing, true))
         return;

@@ -66,8 +66,8 @@ public:
     /// the same.
     void renameFile(const std::optional<QString> &successMessage, Renamed renamed);
 
-    void moveToTrash(Trashed trashed);
-    void performUndo(const UndoableAction &action, Restored restored);
+    void moveToTrash(const Trashed &trashed);
+    void performUndo(const UndoableAction &action, const Restored &restored);
 
     /// The row is about to be removed. A name that the user has typed but not committed is
     /// committed, as if the field had lost focus, or forgotten.

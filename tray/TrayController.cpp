@@ -39,6 +39,9 @@ template <typename... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+// Some compilers do not deduce this of an aggregate yet.
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 } // namespace
 
