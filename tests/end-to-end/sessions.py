@@ -124,6 +124,9 @@ class SwaySession:
         self.environment = self._sway.environment | {"GRIM_DEFAULT_DIR": str(desktop.FOLDER)}
         if not x11:
             self.environment |= {"QT_QPA_PLATFORM": "wayland", "DISPLAY": ""}
+            # Slow, but long enough traces to recognise Mesa's leaks by (tests/world/leaks.supp).
+            slow = f"{os.environ['ASAN_OPTIONS']}:fast_unwind_on_malloc=0"
+            self.environment["ASAN_OPTIONS"] = slow
 
     def start(self, _tools):
         desktop.install_gazette("foot")

@@ -148,7 +148,7 @@ private Q_SLOTS:
         }));
         QVERIFY(settles());
         QVERIFY(isReported([&] { return QFile::remove(path); }));
-        QVERIFY(settles());
+        QVERIFY(Waiting::settles([&] { return changes.size(); }, 500ms));
         const qsizetype before = changes.size();
         QVERIFY(writeFile(path + u".other"_s, "nobody cares"));
         QVERIFY(Waiting::staysTrue([&] { return changes.size() == before; }, 100ms));
