@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "style/BezelButton.h"
-#include "style/VelmoraPalette.h"
-#include "tests/tray/TrayBesideTerminal.h"
-#include "tests/world/Screens.h"
+#include "tests/tray/TrayAmongWindowsFixture.h"
 #include "tests/world/TestProgram.h"
 #include "tests/world/WindowManager.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
 
-#include <QGuiApplication>
-#include <QScreen>
 #include <QTest>
 
 #include <functional>
@@ -25,22 +21,13 @@ using TrayOnScreen::status;
 namespace
 {
 
-constexpr int aWhile = 500;
-
 using PutAway = std::function<void(WId)>;
-
-/// Whether the condition holds now and keeps holding for a while.
-template <typename Condition>
-bool stays(Condition condition)
-{
-    return !QTest::qWaitFor([&condition] { return !condition(); }, aWhile);
-}
 
 } // namespace
 
 /// The tray among the windows of other programs. All of this must hold under every window manager;
 /// this program is run under several.
-class TrayAmongWindowsTest : public QObject, TrayBesideTerminal
+class TrayAmongWindowsTest : public QObject, TrayAmongWindowsFixture
 {
     Q_OBJECT
 
@@ -187,100 +174,6 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
     }
 
-    void itIsSeenOverTheFullScreenWindowThatTheUserWorksIn()
-    {
-        WindowManager::setFullScreen(m_terminal->window(), true);
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::white), patience);
-        m_terminal->activate();
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        XDesktop::type(u"still "_s);
-        add(u"two.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QVERIFY(stays([this] { return isSeen(); }));
-        XDesktop::type(u"here\n"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"still here\n"_s, patience);
-    }
-
-    void aWindowWithoutAFrameThatCoversTheScreenCountsAsFullScreen()
-    {
-        QWidget other(nullptr, Qt::FramelessWindowHint);
-        other.setPalette(Qt::black);
-        other.setGeometry(QGuiApplication::primaryScreen()->geometry());
-        other.show();
-        other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other, patience));
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::black), patience);
-        for (const QString &file : {u"one.png"_s, u"two.png"_s}) {
-            add(file);
-            QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-            QVERIFY(stays([&] { return isSeen() && other.isActiveWindow(); }));
-        }
-    }
-
-    void itIsSeenOverAFullScreenWindowWhileNothingIsActive()
-    {
-        m_terminal.reset();
-        QWidget other(nullptr, Qt::FramelessWindowHint);
-        other.setAttribute(Qt::WA_ShowWithoutActivating);
-        other.setPalette(Qt::black);
-        other.setGeometry(QGuiApplication::primaryScreen()->geometry());
-        other.show();
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::black), patience);
-        for (const QString &file : {u"one.png"_s, u"two.png"_s}) {
-            add(file);
-            QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-            QVERIFY(stays([this] { return isSeen(); }));
-        }
-    }
-
-    void aTrayThatAFullScreenWindowHasCoveredIsThereAgainWithTheNextScreenshot()
-    {
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        WindowManager::setFullScreen(m_terminal->window(), true);
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::white), patience);
-        m_terminal->activate();
-        add(u"two.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QVERIFY(m_terminal->isActive());
-
-        WindowManager::setFullScreen(m_terminal->window(), false);
-        QTRY_VERIFY_WITH_TIMEOUT(screenColor({1500, 100}) != QColor(Qt::white), patience);
-        add(u"three.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QCOMPARE(rows().size(), 3);
-        QTRY_VERIFY_WITH_TIMEOUT(XDesktop::property(panel()->winId(), u"_NET_WM_STATE"_s)
-                                     .contains(u"_NET_WM_STATE_ABOVE"_s),
-                                 patience);
-        QVERIFY(m_terminal->isActive());
-    }
-
-    void itComesAndGoesOverAFullScreenWindowHoweverSlowTheManagerIs()
-    {
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        WindowManager::setFullScreen(m_terminal->window(), true);
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::white), patience);
-        m_terminal->activate();
-        {
-            const WindowManager::Standstill standstill;
-            add(u"two.png"_s);
-        }
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
-
-        WindowManager::setFullScreen(m_terminal->window(), false);
-        QTRY_VERIFY_WITH_TIMEOUT(screenColor({1500, 100}) != QColor(Qt::white), patience);
-        {
-            const WindowManager::Standstill standstill;
-            for (const QString &file : {u"three.png"_s, u"four.png"_s, u"five.png"_s})
-                add(file);
-        }
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QVERIFY(stays([this] { return isSeen() && m_terminal->isActive(); }));
-    }
-
     void itComesAgainWhenTheManagerHasNotSeenItGoYet()
     {
         add(u"one.png"_s);
@@ -300,44 +193,6 @@ private Q_SLOTS:
         QCOMPARE(XDesktop::property(panel()->winId(), u"_NET_WM_DESKTOP"_s), u"4294967295"_s);
     }
 
-    void aFullScreenWindowOnAnotherScreenDoesNotCount()
-    {
-        const Screens screens;
-        QVERIFY(screens.divide());
-        WindowManager::setFullScreen(m_terminal->window(), true);
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({700, 900}), QColor(Qt::white), patience);
-        if (screenColor({1500, 900}) == QColor(Qt::white))
-            QSKIP("this window manager takes both screens for one");
-        m_terminal->activate();
-        XDesktop::movePointer({1200, 500});
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        QVERIFY(panel()->x() >= 800);
-        const auto isManaged = [] {
-            return XDesktop::property(panel()->winId(), u"WM_STATE"_s).contains(u"Normal"_s);
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(isManaged(), patience);
-        QVERIFY(stays([&] { return isManaged() && isSeen() && m_terminal->hasKeyboard(); }));
-    }
-
-    void overAFullScreenWindowANameCanBeTypedAndTheKeyboardGoesBack()
-    {
-        WindowManager::setFullScreen(m_terminal->window(), true);
-        QTRY_COMPARE_WITH_TIMEOUT(screenColor({1500, 100}), QColor(Qt::white), patience);
-        m_terminal->activate();
-        add(u"one.png"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
-        typeIntoName(u"Quarterly report"_s);
-        QVERIFY(stays([] { return name(rows().first())->hasFocus(); }));
-        XDesktop::type(u"s"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(name(rows().first())->text(), u"Quarterly reports"_s, patience);
-        XDesktop::click(centerOf(button(rows().first(), u"Dismiss"_s)));
-        QTRY_VERIFY_WITH_TIMEOUT(!panel()->isVisible(), patience);
-        QTRY_VERIFY_WITH_TIMEOUT(m_terminal->hasKeyboard(), patience);
-        XDesktop::type(u"back\n"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
-    }
-
 private:
     static bool mayBeMinimised()
     {
@@ -346,41 +201,6 @@ private:
     }
 
     static constexpr QPoint placeInTerminal = {60, 60};
-
-    void add(const QString &file)
-    {
-        m_tray->addScreenshot(m_rig->open(m_rig->screenshot(file)), file);
-        QTRY_COMPARE_WITH_TIMEOUT(rows().first()->x(), 8, patience);
-    }
-
-    static void typeIntoName(const QString &text)
-    {
-        XDesktop::click(centerOf(name(rows().first())));
-        QTRY_VERIFY_WITH_TIMEOUT(name(rows().first())->hasFocus(), patience);
-        XDesktop::pressKey(u"ctrl+a"_s);
-        XDesktop::type(text);
-        QTRY_COMPARE_WITH_TIMEOUT(name(rows().first())->text(), text, patience);
-    }
-
-    /// A column of pixels that ends at `bottom`.
-    QImage screenPicture(QPoint bottom, int height) const
-    {
-        const QString file = m_rig->place(u"screen.png"_s).toLocalFile();
-        const QString area =
-            u"1x%1+%2+%3"_s.arg(height).arg(bottom.x()).arg(bottom.y() - height + 1);
-        XDesktop::run(u"maim"_s, {u"--geometry"_s, area, file});
-        return QImage(file);
-    }
-
-    QColor screenColor(QPoint place) const { return screenPicture(place, 1).pixelColor(0, 0); }
-
-    /// Whether the newest row is visible on the screen, in front of everything.
-    bool isSeen() const
-    {
-        const QImage picture = screenPicture(rows().first()->mapToGlobal(QPoint(300, 4)), 9);
-        return picture.pixelColor(0, 8).rgb() == VelmoraPalette::card().rgb() &&
-               picture.pixelColor(0, 0).rgb() == VelmoraPalette::tray().rgb();
-    }
 };
 
 VELMORA_WIDGETS_TEST(TrayAmongWindowsTest)

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// A tray that keeps its rows until they are dismissed, and another program that has the keyboard.
 class TrayBesideTerminal
 {
@@ -30,7 +32,7 @@ protected:
         m_terminal.reset();
     }
 
-    QString typedFile() const { return m_rig->place(QStringLiteral("typed")).toLocalFile(); }
+    QString typedFile() const { return m_rig->place(u"typed"_s).toLocalFile(); }
 
     QString typedIntoTerminal() const
     {

@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /// The screens of a test's world, which can be made smaller and divided into monitors, as a user
 /// might do it. Destroying this object restores them.
 class Screens
@@ -31,11 +33,10 @@ public:
         const QStringList timings = {width, width, width, width, height, height, height, height};
         // A mode that already exists is not created again.
         if (size != m_whole) {
-            randr(QStringList{QStringLiteral("--newmode"), mode, QStringLiteral("0")} + timings);
-            randr({QStringLiteral("--addmode"), QStringLiteral("screen"), mode});
+            randr(QStringList{u"--newmode"_s, mode, u"0"_s} + timings);
+            randr({u"--addmode"_s, u"screen"_s, mode});
         }
-        randr(
-            {QStringLiteral("--output"), QStringLiteral("screen"), QStringLiteral("--mode"), mode});
+        randr({u"--output"_s, u"screen"_s, u"--mode"_s, mode});
         return QTest::qWaitFor([size] { return QGuiApplication::primaryScreen()->size() == size; });
     }
 
@@ -43,26 +44,21 @@ public:
     bool divide() const
     {
         const int half = m_whole.width() / 2;
-        const QString size = QStringLiteral("%1/200x%2/200").arg(half).arg(m_whole.height());
-        randr({QStringLiteral("--setmonitor"), QStringLiteral("left"), size + u"+0+0",
-               QStringLiteral("screen")});
-        randr({QStringLiteral("--setmonitor"), QStringLiteral("right"),
-               size + QStringLiteral("+%1+0").arg(half), QStringLiteral("none")});
+        const QString size = u"%1/200x%2/200"_s.arg(half).arg(m_whole.height());
+        randr({u"--setmonitor"_s, u"left"_s, size + u"+0+0", u"screen"_s});
+        randr({u"--setmonitor"_s, u"right"_s, size + u"+%1+0"_s.arg(half), u"none"_s});
         return QTest::qWaitFor([] { return QGuiApplication::screens().size() == 2; });
     }
 
     bool joinMonitors() const
     {
         for (const char *name : {"left", "right"})
-            randr({QStringLiteral("--delmonitor"), QString::fromLatin1(name)});
+            randr({u"--delmonitor"_s, QString::fromLatin1(name)});
         return QTest::qWaitFor([] { return QGuiApplication::screens().size() == 1; });
     }
 
 private:
-    static void randr(const QStringList &arguments)
-    {
-        XDesktop::run(QStringLiteral("xrandr"), arguments);
-    }
+    static void randr(const QStringList &arguments) { XDesktop::run(u"xrandr"_s, arguments); }
 
     QSize m_whole;
 };
