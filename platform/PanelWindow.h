@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QObject>
+#include <QScreen>
 
 #include <memory>
 
-class QScreen;
 class QWindow;
 
 /// Makes a window a floating panel: above other windows, on all workspaces, in no task bar or
@@ -21,6 +21,10 @@ public:
     /// The screen for new panels: the one that the user works on, as far as the desktop reports it.
     /// Null when there is no screen.
     virtual QScreen *screen() const = 0;
+
+    /// The part of a screen that no desktop bar covers. Ask again for each placement: its changes
+    /// are not always signalled.
+    virtual QRect visibleFrame(const QScreen &screen) const { return screen.availableGeometry(); }
 
     /// Call it once for each native window, before showing it. The window's content is a rectangle
     /// with corners rounded by this radius, in points. Where transparency shows, the window gets a

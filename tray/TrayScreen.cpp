@@ -25,7 +25,7 @@ void TrayScreen::choose()
 
 std::optional<QRect> TrayScreen::visibleFrame() const
 {
-    return m_screen ? std::optional(m_screen->availableGeometry()) : std::nullopt;
+    return m_screen ? std::optional(m_panelWindow.visibleFrame(*m_screen)) : std::nullopt;
 }
 
 /// Queued, because the remaining screens are only known after this event.

@@ -16,6 +16,29 @@ using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
 
+namespace
+{
+
+/// A desktop's bar, at an edge that it keeps for itself.
+class Bar : public QWidget
+{
+public:
+    /// @param reserved the property that tells the window manager
+    Bar(const QRect &place, const QString &reserved) : QWidget(nullptr, Qt::FramelessWindowHint)
+    {
+        setAttribute(Qt::WA_ShowWithoutActivating);
+        setAttribute(Qt::WA_X11NetWmWindowTypeDock);
+        setGeometry(place);
+        const QString property = u"_NET_WM_STRUT_PARTIAL"_s;
+        XDesktop::run(u"xprop"_s, {u"-id"_s, QString::number(winId()), u"-f"_s, property, u"32c"_s,
+                                   u"-set"_s, property, reserved});
+        show();
+        [[maybe_unused]] const bool isShown = QTest::qWaitForWindowExposed(this);
+    }
+};
+
+} // namespace
+
 /// The tray on a desktop with two screens side by side, each 800 by 1000.
 class TrayScreensTest : public QObject, ControllerFixture
 {
@@ -45,6 +68,22 @@ private Q_SLOTS:
         XDesktop::movePointer(onTheLeft);
         add("three.png");
         QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 1000 - 244 - 44, 620, 244));
+    }
+
+    void itKeepsClearOfTheBarsOfItsScreen()
+    {
+        const Bar below({0, 940, 800, 60}, u"0,0,0,60,0,0,0,0,0,0,0,799"_s);
+        const Bar atTheSide({1520, 0, 80, 1000}, u"0,80,0,0,0,0,0,999,0,0,0,0"_s);
+        // Its icons grow under the mouse, so that its window is larger than what it reserves.
+        const Bar above({800, 0, 720, 90}, u"0,0,30,0,0,0,0,0,800,1519,0,0"_s);
+        add("one.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(800 - 620 - 44, 940 - 88 - 44, 620, 88));
+        XDesktop::movePointer(onTheRight);
+        add("two.png");
+        QTRY_COMPARE(panel()->geometry(), QRect(1520 - 620 - 44, 1000 - 166 - 44, 620, 166));
+        VelmoraSettings::setTrayPosition(TrayPosition::topRight);
+        m_tray->layoutPanel();
+        QTRY_COMPARE(panel()->geometry(), QRect(1520 - 620 - 44, 30 + 44, 620, 166));
     }
 
     void withoutANewScreenshotItStaysOnItsScreen()

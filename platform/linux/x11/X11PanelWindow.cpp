@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <cmath>
 #include <utility>
 
 namespace
@@ -28,6 +29,7 @@ X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
     , m_compositor(m_own)
     , m_properties(connection, m_own.root())
     , m_manager(m_own)
+    , m_bars(m_own)
     , m_keyboard(m_own, m_manager)
     , m_compositorKeyboard(m_own)
 {
@@ -47,6 +49,22 @@ QScreen *X11PanelWindow::screen() const
 {
     QScreen *underPointer = QGuiApplication::screenAt(QCursor::pos());
     return underPointer ? underPointer : QGuiApplication::primaryScreen();
+}
+
+QRect X11PanelWindow::visibleFrame(const QScreen &screen) const
+{
+    if (QGuiApplication::screens().size() < 2 || !m_own.isAlive())
+        return screen.availableGeometry();
+    const QRect whole = devicePixels(screen);
+    const auto free = m_bars.freePart(whole);
+    if (!free)
+        return screen.availableGeometry();
+    const auto points = [ratio = screen.devicePixelRatio()](int pixels) {
+        return static_cast<int>(std::ceil(pixels / ratio));
+    };
+    return screen.geometry().marginsRemoved(
+        {points(free->left() - whole.left()), points(free->top() - whole.top()),
+         points(whole.right() - free->right()), points(whole.bottom() - free->bottom())});
 }
 
 void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
@@ -120,13 +138,17 @@ bool X11PanelWindow::isBestUnmanaged(const QWindow &window)
            m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
 }
 
-/// The screen that the window is on, or will be on when it is shown, in device pixels. Qt does not
-/// scale the position of a screen's corner.
+/// Qt does not scale the position of a screen's corner.
+QRect X11PanelWindow::devicePixels(const QScreen &screen)
+{
+    return {screen.geometry().topLeft(), screen.size() * screen.devicePixelRatio()};
+}
+
+/// The screen that the window is on, or will be on when it is shown, in device pixels.
 QRect X11PanelWindow::screenOf(const QWindow &window)
 {
     const QScreen *found = QGuiApplication::screenAt(window.geometry().center());
-    const QScreen *screen = found ? found : window.screen();
-    return {screen->geometry().topLeft(), screen->size() * screen->devicePixelRatio()};
+    return devicePixels(found ? *found : *window.screen());
 }
 
 /// Desktops hide, raise and minimise a group's windows together.

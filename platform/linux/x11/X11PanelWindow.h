@@ -5,6 +5,7 @@
 #include "platform/linux/x11/BorrowedKeyboard.h"
 #include "platform/linux/x11/CompositorKeyboard.h"
 #include "platform/linux/x11/CompositorWatch.h"
+#include "platform/linux/x11/DesktopBars.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11Properties.h"
 #include "platform/linux/x11/X11WindowManager.h"
@@ -29,6 +30,7 @@ public:
 
     Qt::WindowType windowType() const override;
     QScreen *screen() const override;
+    QRect visibleFrame(const QScreen &screen) const override;
     void prepare(QWindow &window, double cornerRadius) override;
     bool bringToFront(QWindow &window) override;
     void takeFocus(QWindow &window) override;
@@ -37,6 +39,7 @@ public:
 
 private:
     bool isBestUnmanaged(const QWindow &window);
+    static QRect devicePixels(const QScreen &screen);
     static QRect screenOf(const QWindow &window);
     void makeGroupOfItsOwn(xcb_window_t window);
 
@@ -45,6 +48,7 @@ private:
     CompositorWatch m_compositor;
     X11Properties m_properties;
     X11WindowManager m_manager;
+    DesktopBars m_bars;
     BorrowedKeyboard m_keyboard;
     CompositorKeyboard m_compositorKeyboard;
     std::unique_ptr<WindowOutline> m_outline;
