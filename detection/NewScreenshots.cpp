@@ -43,6 +43,11 @@ void NewScreenshots::start(const FolderListing::Files &candidates, FileTime came
     }
 }
 
+void NewScreenshots::noteTime(FileTime now)
+{
+    m_startedAt = std::min(m_startedAt, now);
+}
+
 QList<QUrl> NewScreenshots::scan(const FolderListing::Files &candidates)
 {
     QSet<QUrl> current;

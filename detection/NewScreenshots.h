@@ -21,6 +21,10 @@ public:
     /// later: these arrived while the watcher was starting.
     void start(const FolderListing::Files &candidates, FileTime cameSince = FileTime::max());
 
+    /// The system's clock shows this time now. If it was set back to before the watcher was
+    /// created, for instance by a time server after the login, that counts as its creation.
+    void noteTime(FileTime now);
+
     /// The new files, sorted by file name in code point order.
     QList<QUrl> scan(const FolderListing::Files &candidates);
 

@@ -69,7 +69,9 @@ void ScreenshotScanner::stop()
 void ScreenshotScanner::scan()
 {
     // Unchanged candidates contain nothing new.
-    const bool altered = m_follower->look(FileTimes::now());
+    const FileTime now = FileTimes::now();
+    m_newScreenshots.noteTime(now);
+    const bool altered = m_follower->look(now);
     startTickOrAgeing();
     if (!altered && m_hasScanned)
         return;

@@ -71,6 +71,20 @@ private Q_SLOTS:
         QCOMPARE(joined(screenshots.scan(present)), u"after.png"_s);
     }
 
+    void aFileIsNewAlsoAfterTheClockWasSetBack()
+    {
+        NewScreenshots screenshots(startedAt);
+        screenshots.start(files({"old.png"}));
+        const FileTime corrected = startedAt - 2h;
+        screenshots.noteTime(corrected);
+        const auto present = files({{"old.png", startedAt},
+                                    {"older.png", corrected - 2500ms},
+                                    {"new.png", corrected + 1s}});
+        QCOMPARE(joined(screenshots.scan(present)), u"new.png"_s);
+        screenshots.noteTime(startedAt);
+        QCOMPARE(joined(screenshots.scan(present)), QString());
+    }
+
     void aFileOlderThanTheGraceIsNotNew()
     {
         NewScreenshots screenshots(startedAt);
