@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -33,8 +35,8 @@ private Q_SLOTS:
     void init()
     {
         m_place.emplace();
-        m_own = m_place->filePath(QStringLiteral("own/applications"));
-        m_system = m_place->filePath(QStringLiteral("system/applications"));
+        m_own = m_place->filePath(u"own/applications"_s);
+        m_system = m_place->filePath(u"system/applications"_s);
         for (const char *name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES"})
             qunsetenv(name);
         qputenv("LANG", "C.UTF-8");
@@ -42,39 +44,39 @@ private Q_SLOTS:
 
     void theUsersEntryHidesTheSystemsOfTheSameId()
     {
-        write(m_own + QStringLiteral("/a.desktop"), application("Mine"));
-        write(m_system + QStringLiteral("/a.desktop"), application("Theirs"));
-        QCOMPARE(nameOf(QStringLiteral("a")), QStringLiteral("Mine"));
+        write(m_own + u"/a.desktop"_s, application("Mine"));
+        write(m_system + u"/a.desktop"_s, application("Theirs"));
+        QCOMPARE(nameOf(u"a"_s), u"Mine"_s);
     }
 
     void anEntryThatTheUserDeletedHidesTheSystems()
     {
-        write(m_own + QStringLiteral("/a.desktop"), application("Mine", "Hidden=true\n"));
-        write(m_system + QStringLiteral("/a.desktop"), application("Theirs", "StartupWMClass=A\n"));
+        write(m_own + u"/a.desktop"_s, application("Mine", "Hidden=true\n"));
+        write(m_system + u"/a.desktop"_s, application("Theirs", "StartupWMClass=A\n"));
         const DesktopEntries entries = read();
-        QVERIFY(!entries.contains(QStringLiteral("a")));
-        QVERIFY(!entries.claimant(QStringLiteral("A")));
+        QVERIFY(!entries.contains(u"a"_s));
+        QVERIFY(!entries.claimant(u"A"_s));
     }
 
     void aSubfolderIsPartOfTheId()
     {
-        write(m_system + QStringLiteral("/kde/deep/tool.desktop"), application("Tool"));
-        QCOMPARE(nameOf(QStringLiteral("kde-deep-tool")), QStringLiteral("Tool"));
+        write(m_system + u"/kde/deep/tool.desktop"_s, application("Tool"));
+        QCOMPARE(nameOf(u"kde-deep-tool"_s), u"Tool"_s);
     }
 
     void aFolderLinkedIntoItselfComesToAnEnd()
     {
-        write(m_system + QStringLiteral("/a.desktop"), application("A"));
-        QVERIFY(QFile::link(m_system, m_system + QStringLiteral("/again")));
-        QVERIFY(read().contains(QStringLiteral("a")));
+        write(m_system + u"/a.desktop"_s, application("A"));
+        QVERIFY(QFile::link(m_system, m_system + u"/again"_s));
+        QVERIFY(read().contains(u"a"_s));
     }
 
     void onlyApplicationsCount()
     {
-        write(m_system + QStringLiteral("/link.desktop"),
+        write(m_system + u"/link.desktop"_s,
               "[Desktop Entry]\nType=Link\nName=Link\nURL=https://example.org\n");
-        write(m_system + QStringLiteral("/broken.desktop"), "\x00\xff no entry");
-        write(m_system + QStringLiteral("/empty.desktop"), "");
+        write(m_system + u"/broken.desktop"_s, "\x00\xff no entry");
+        write(m_system + u"/empty.desktop"_s, "");
         const DesktopEntries entries = read();
         for (const char *id : {"link", "broken", "empty"})
             QVERIFY(!entries.contains(QString::fromLatin1(id)));
@@ -82,42 +84,40 @@ private Q_SLOTS:
 
     void aShownEntryClaimsAWindowBeforeAHiddenOne()
     {
-        write(m_system + QStringLiteral("/a.desktop"),
+        write(m_system + u"/a.desktop"_s,
               application("Hidden", "StartupWMClass=Thing\nNoDisplay=true\n"));
-        QCOMPARE(read().claimant(QStringLiteral("Thing")), QStringLiteral("a"));
-        write(m_system + QStringLiteral("/b.desktop"),
-              application("Shown", "StartupWMClass=Thing\n"));
-        QCOMPARE(read().claimant(QStringLiteral("Thing")), QStringLiteral("b"));
+        QCOMPARE(read().claimant(u"Thing"_s), u"a"_s);
+        write(m_system + u"/b.desktop"_s, application("Shown", "StartupWMClass=Thing\n"));
+        QCOMPARE(read().claimant(u"Thing"_s), u"b"_s);
     }
 
     void ofTwoClaimantsTheOneNamedSoIsTaken()
     {
-        write(m_system + QStringLiteral("/a.desktop"), application("A", "StartupWMClass=thing\n"));
-        write(m_system + QStringLiteral("/thing.desktop"),
-              application("B", "StartupWMClass=thing\n"));
-        QCOMPARE(read().claimant(QStringLiteral("thing")), QStringLiteral("thing"));
-        QVERIFY(!read().claimant(QStringLiteral("Thing")));
+        write(m_system + u"/a.desktop"_s, application("A", "StartupWMClass=thing\n"));
+        write(m_system + u"/thing.desktop"_s, application("B", "StartupWMClass=thing\n"));
+        QCOMPARE(read().claimant(u"thing"_s), u"thing"_s);
+        QVERIFY(!read().claimant(u"Thing"_s));
     }
 
     void aNameResemblesAnIdOnlyWhenNoOtherIsMeant()
     {
-        write(m_system + QStringLiteral("/org.kde.dolphin.desktop"), application("Dolphin"));
-        QCOMPARE(read().resembling(QStringLiteral("Dolphin")), QStringLiteral("org.kde.dolphin"));
-        write(m_system + QStringLiteral("/org.sea.Dolphin.desktop"), application("Sea"));
-        QVERIFY(!read().resembling(QStringLiteral("Dolphin")));
+        write(m_system + u"/org.kde.dolphin.desktop"_s, application("Dolphin"));
+        QCOMPARE(read().resembling(u"Dolphin"_s), u"org.kde.dolphin"_s);
+        write(m_system + u"/org.sea.Dolphin.desktop"_s, application("Sea"));
+        QVERIFY(!read().resembling(u"Dolphin"_s));
     }
 
     void whatIsInstalledOrRemovedMakesTheEntriesOutdated()
     {
-        write(m_system + QStringLiteral("/sub/a.desktop"), application("A"));
+        write(m_system + u"/sub/a.desktop"_s, application("A"));
         // A folder that changed a moment ago is never trusted, so wait until one is.
         DesktopEntries entries;
         QTRY_VERIFY((entries = read(), !entries.isOutdated()));
-        write(m_system + QStringLiteral("/sub/b.desktop"), application("B"));
+        write(m_system + u"/sub/b.desktop"_s, application("B"));
         QVERIFY(entries.isOutdated());
 
         QTRY_VERIFY((entries = read(), !entries.isOutdated()));
-        QVERIFY(QFile::remove(m_system + QStringLiteral("/sub/a.desktop")));
+        QVERIFY(QFile::remove(m_system + u"/sub/a.desktop"_s));
         QVERIFY(entries.isOutdated());
 
         QTRY_VERIFY((entries = read(), !entries.isOutdated()));
@@ -149,34 +149,33 @@ private Q_SLOTS:
         QFETCH(QByteArray, variable);
         QFETCH(QByteArray, locale);
         QFETCH(QString, name);
-        write(m_system + QStringLiteral("/files.desktop"),
+        write(m_system + u"/files.desktop"_s,
               application("Files", "Name[de]=Dateien\nName[de_CH]=Dateien CH\nName[pt_BR]="
                                    "Arquivos\nName[sr@latin]=Datoteke\nName[sr]=Датотеке\n"
                                    "GenericName[fr]=Gestionnaire\n"));
         qputenv(variable.constData(), locale);
-        QCOMPARE(nameOf(QStringLiteral("files")), name);
+        QCOMPARE(nameOf(u"files"_s), name);
     }
 
     void theListOfPreferredLanguagesComesFirst()
     {
-        write(m_system + QStringLiteral("/files.desktop"),
+        write(m_system + u"/files.desktop"_s,
               application("Files", "Name[de]=Dateien\nName[it]=File\n"));
         qputenv("LANG", "de_DE.UTF-8");
         qputenv("LANGUAGE", "fr:it:de");
-        QCOMPARE(nameOf(QStringLiteral("files")), QStringLiteral("File"));
+        QCOMPARE(nameOf(u"files"_s), u"File"_s);
     }
 
     void valuesAreReadWithTheirEscapesAndSpaces()
     {
-        write(m_system + QStringLiteral("/a.desktop"),
+        write(m_system + u"/a.desktop"_s,
               "# comment\r\n\n[Desktop Entry]\r\nType = Application\r\nName = A\\sb\\\\c \r\n"
               "OnlyShowIn=GNOME;XFCE;\nNoDisplay=false\nHidden=perhaps\n"
               "[Desktop Action x]\nName=Other\n");
-        const auto entry = read().entry(QStringLiteral("a"));
+        const auto entry = read().entry(u"a"_s);
         QVERIFY(entry);
-        QCOMPARE(entry->string("Name"), QStringLiteral("A b\\c"));
-        QCOMPARE(entry->list("OnlyShowIn"),
-                 (QStringList{QStringLiteral("GNOME"), QStringLiteral("XFCE")}));
+        QCOMPARE(entry->string("Name"), u"A b\\c"_s);
+        QCOMPARE(entry->list("OnlyShowIn"), (QStringList{u"GNOME"_s, u"XFCE"_s}));
         QCOMPARE(entry->boolean("NoDisplay"), false);
         QVERIFY(!entry->boolean("Hidden"));
         QVERIFY(!entry->boolean("Missing"));

@@ -13,6 +13,8 @@
 
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -32,12 +34,11 @@ class Terminal
 public:
     Terminal(const QString &instance, const QString &windowClass)
     {
-        m_process.start(QStringLiteral("xterm"),
-                        {QStringLiteral("-name"), instance, QStringLiteral("-class"), windowClass,
-                         QStringLiteral("-e"), QStringLiteral("echo $WINDOWID; exec sleep 1000")});
+        m_process.start(u"xterm"_s, {u"-name"_s, instance, u"-class"_s, windowClass, u"-e"_s,
+                                     u"echo $WINDOWID; exec sleep 1000"_s});
         const QString pid = QString::number(m_process.processId());
-        [&] { QTRY_VERIFY(!run(QStringLiteral("xdotool"), search(pid)).isEmpty()); }();
-        m_window = run(QStringLiteral("xdotool"), search(pid)).section(u'\n', 0, 0);
+        [&] { QTRY_VERIFY(!run(u"xdotool"_s, search(pid)).isEmpty()); }();
+        m_window = run(u"xdotool"_s, search(pid)).section(u'\n', 0, 0);
     }
 
     ~Terminal() { close(); }
@@ -50,15 +51,13 @@ public:
 
     void set(const QStringList &property)
     {
-        run(QStringLiteral("xprop"), QStringList{QStringLiteral("-id"), m_window} + property);
+        run(u"xprop"_s, QStringList{u"-id"_s, m_window} + property);
     }
 
     void activate() const
     {
-        run(QStringLiteral("xdotool"), {QStringLiteral("windowactivate"), m_window});
-        const auto active = [] {
-            return run(QStringLiteral("xdotool"), {QStringLiteral("getactivewindow")});
-        };
+        run(u"xdotool"_s, {u"windowactivate"_s, m_window});
+        const auto active = [] { return run(u"xdotool"_s, {u"getactivewindow"_s}); };
         QTRY_COMPARE(active(), m_window);
     }
 
@@ -68,8 +67,7 @@ public:
 private:
     static QStringList search(const QString &pid)
     {
-        return {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
-                pid};
+        return {u"search"_s, u"--onlyvisible"_s, u"--pid"_s, pid};
     }
 
     QProcess m_process;
@@ -96,7 +94,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         qRegisterMetaType<Application>();
-        m_folder = qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/applications");
+        m_folder = qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s;
         QVERIFY(QDir().mkpath(m_folder));
         install("fox", "Name=Fox Browser\nName[de]=Fuchs\nStartupWMClass=Fox-esr\n");
         install("paint", "Name=Paint Box\n");
@@ -351,7 +349,7 @@ private Q_SLOTS:
 private:
     void install(const QByteArray &id, const QByteArray &lines)
     {
-        QFile file(m_folder + u'/' + QString::fromUtf8(id) + QStringLiteral(".desktop"));
+        QFile file(m_folder + u'/' + QString::fromUtf8(id) + u".desktop"_s);
         QVERIFY(file.open(QFile::WriteOnly));
         file.write("[Desktop Entry]\nType=Application\nExec=true\n" + lines);
     }

@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -52,12 +54,12 @@ private Q_SLOTS:
     void init()
     {
         m_place.emplace();
-        const QString own = m_place->filePath(QStringLiteral("config"));
-        const QString system = m_place->filePath(QStringLiteral("xdg"));
+        const QString own = m_place->filePath(u"config"_s);
+        const QString system = m_place->filePath(u"xdg"_s);
         qputenv("XDG_CONFIG_HOME", own.toUtf8());
         qputenv("XDG_CONFIG_DIRS", system.toUtf8());
         qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
-        const QString name = QStringLiteral("/autostart/app.velmora.Velmora.desktop");
+        const QString name = u"/autostart/app.velmora.Velmora.desktop"_s;
         m_ownEntry = own + name;
         m_systemEntry = system + name;
         m_item = makeLoginItem();
@@ -78,7 +80,7 @@ private Q_SLOTS:
     void theEntryIsValid()
     {
         QVERIFY(!m_item->setEnabled(true));
-        QCOMPARE(run(QStringLiteral("desktop-file-validate"), {m_ownEntry}), QString());
+        QCOMPARE(run(u"desktop-file-validate"_s, {m_ownEntry}), QString());
     }
 
     void theRealStateIsReadEachTime_data()
@@ -131,15 +133,15 @@ private Q_SLOTS:
         QVERIFY(m_item->isEnabled());
         QVERIFY(!m_item->setEnabled(false));
         QVERIFY(!m_item->isEnabled());
-        QVERIFY(contentOf(m_ownEntry).contains(QStringLiteral("Hidden=true")));
-        QCOMPARE(run(QStringLiteral("desktop-file-validate"), {m_ownEntry}), QString());
+        QVERIFY(contentOf(m_ownEntry).contains(u"Hidden=true"_s));
+        QCOMPARE(run(u"desktop-file-validate"_s, {m_ownEntry}), QString());
         QVERIFY(!m_item->setEnabled(true));
         QVERIFY(m_item->isEnabled());
     }
 
     void aFailureIsDescribed()
     {
-        write(m_place->filePath(QStringLiteral("config")), "a file where the folder should be");
+        write(m_place->filePath(u"config"_s), "a file where the folder should be");
         const std::optional<QString> failure = m_item->setEnabled(true);
         QVERIFY(failure && !failure->isEmpty());
         QVERIFY(!m_item->isEnabled());
@@ -148,7 +150,7 @@ private Q_SLOTS:
     void aDeadLinkIsTurnedOffToo()
     {
         QVERIFY(QDir().mkpath(QFileInfo(m_ownEntry).path()));
-        QVERIFY(QFile::link(QStringLiteral("/gone/velmora.desktop"), m_ownEntry));
+        QVERIFY(QFile::link(u"/gone/velmora.desktop"_s, m_ownEntry));
         QVERIFY(!m_item->setEnabled(false));
         QVERIFY(!QFileInfo(m_ownEntry).isSymLink());
     }
@@ -165,16 +167,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("runner");
         QTest::addColumn<QString>("folder");
         const QStringList folders = {
-            QStringLiteral("plain"),
-            QStringLiteral("My Programs"),
-            QStringLiteral("it's (mine) & yours; <all> ~ * ? # |"),
-            QStringLiteral("größer"),
+            u"plain"_s,
+            u"My Programs"_s,
+            u"it's (mine) & yours; <all> ~ * ? # |"_s,
+            u"größer"_s,
         };
         for (const QString &folder : folders) {
             QTest::addRow("openbox %s", qPrintable(folder)) << openbox() << folder;
             QTest::addRow("gio %s", qPrintable(folder)) << gio() << folder;
         }
-        QTest::newRow("gio quotes") << gio() << QStringLiteral("a\"b`c$d\\e");
+        QTest::newRow("gio quotes") << gio() << u"a\"b`c$d\\e"_s;
     }
 
     void realSessionsStartTheProgram()
@@ -182,35 +184,35 @@ private Q_SLOTS:
         QFETCH(QString, runner);
         QFETCH(QString, folder);
         const QString program = installIn(folder);
-        QCOMPARE(run(program, {QStringLiteral("on")}), QStringLiteral("done"));
-        QCOMPARE(run(program, {QStringLiteral("state")}), QStringLiteral("on"));
-        QCOMPARE(run(QStringLiteral("desktop-file-validate"), {m_ownEntry}), QString());
+        QCOMPARE(run(program, {u"on"_s}), u"done"_s);
+        QCOMPARE(run(program, {u"state"_s}), u"on"_s);
+        QCOMPARE(run(u"desktop-file-validate"_s, {m_ownEntry}), QString());
         startSession(runner);
-        QTRY_COMPARE_WITH_TIMEOUT(contentOf(m_place->filePath(QStringLiteral("started"))),
-                                  QStringLiteral("1 ") + program, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(contentOf(m_place->filePath(u"started"_s)), u"1 "_s + program,
+                                  patience);
     }
 
     void aPercentSignIsNoFieldCode()
     {
-        const QString program = installIn(QStringLiteral("50% off %f"));
-        QCOMPARE(run(program, {QStringLiteral("on")}), QStringLiteral("done"));
-        QCOMPARE(run(program, {QStringLiteral("state")}), QStringLiteral("on"));
-        QCOMPARE(run(QStringLiteral("desktop-file-validate"), {m_ownEntry}), QString());
-        QVERIFY(contentOf(m_ownEntry).contains(QStringLiteral("/50%% off %%f/velmora\"\n")));
+        const QString program = installIn(u"50% off %f"_s);
+        QCOMPARE(run(program, {u"on"_s}), u"done"_s);
+        QCOMPARE(run(program, {u"state"_s}), u"on"_s);
+        QCOMPARE(run(u"desktop-file-validate"_s, {m_ownEntry}), QString());
+        QVERIFY(contentOf(m_ownEntry).contains(u"/50%% off %%f/velmora\"\n"_s));
     }
 
     void whatIsTurnedOffIsNotStarted()
     {
-        const QString program = installIn(QStringLiteral("plain"));
-        QCOMPARE(run(program, {QStringLiteral("on")}), QStringLiteral("done"));
-        QCOMPARE(run(program, {QStringLiteral("off")}), QStringLiteral("done"));
+        const QString program = installIn(u"plain"_s);
+        QCOMPARE(run(program, {u"on"_s}), u"done"_s);
+        QCOMPARE(run(program, {u"off"_s}), u"done"_s);
         // Another entry shows when the session has started everything.
-        const QString last = m_place->filePath(QStringLiteral("last"));
-        write(QFileInfo(m_ownEntry).path() + QStringLiteral("/zz-last.desktop"),
+        const QString last = m_place->filePath(u"last"_s);
+        write(QFileInfo(m_ownEntry).path() + u"/zz-last.desktop"_s,
               "[Desktop Entry]\nType=Application\nName=Last\nExec=touch " + last.toUtf8() + '\n');
         startSession(openbox());
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(last), patience);
-        QVERIFY(!QFile::exists(m_place->filePath(QStringLiteral("started"))));
+        QVERIFY(!QFile::exists(m_place->filePath(u"started"_s)));
     }
 
     void whatIsNoEntryIsNeitherReadNorLost_data()
@@ -232,39 +234,34 @@ private Q_SLOTS:
         QVERIFY(!m_item->isEnabled());
         QVERIFY(!m_item->setEnabled(true));
         QVERIFY(m_item->isEnabled());
-        const QFileInfo aside(m_ownEntry + QStringLiteral(".aside-1"));
+        const QFileInfo aside(m_ownEntry + u".aside-1"_s);
         QVERIFY(target.isEmpty() ? aside.exists() && !aside.isFile()
                                  : aside.symLinkTarget() == QString::fromUtf8(target));
-        QVERIFY(!contentOf(QStringLiteral("/etc/hostname")).contains(QStringLiteral("Desktop")));
+        QVERIFY(!contentOf(u"/etc/hostname"_s).contains(u"Desktop"_s));
     }
 
 private:
-    static QString openbox()
-    {
-        return QStringLiteral("/usr/lib/x86_64-linux-gnu/openbox-xdg-autostart");
-    }
+    static QString openbox() { return u"/usr/lib/x86_64-linux-gnu/openbox-xdg-autostart"_s; }
 
     /// Reads entries the way GNOME's session does.
-    static QString gio() { return QStringLiteral("gio"); }
+    static QString gio() { return u"gio"_s; }
 
     QString installIn(const QString &folder)
     {
         const QString path = m_place->filePath(folder);
         [&] {
             QVERIFY(QDir().mkpath(path));
-            QVERIFY(
-                QFile::copy(QStringLiteral(LOGIN_ITEM_PROCESS), path + QStringLiteral("/velmora")));
+            QVERIFY(QFile::copy(QStringLiteral(LOGIN_ITEM_PROCESS), path + u"/velmora"_s));
         }();
-        return path + QStringLiteral("/velmora");
+        return path + u"/velmora"_s;
     }
 
     void startSession(const QString &runner)
     {
         QProcessEnvironment session = QProcessEnvironment::systemEnvironment();
-        session.insert(QStringLiteral("STARTED_FOLDER"), m_place->path());
-        const QStringList arguments = runner == gio()
-                                          ? QStringList{QStringLiteral("launch"), m_ownEntry}
-                                          : QStringList{QStringLiteral("GNOME")};
+        session.insert(u"STARTED_FOLDER"_s, m_place->path());
+        const QStringList arguments =
+            runner == gio() ? QStringList{u"launch"_s, m_ownEntry} : QStringList{u"GNOME"_s};
         run(runner, arguments, session);
     }
 

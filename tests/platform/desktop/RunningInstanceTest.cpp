@@ -15,6 +15,8 @@
 #include <sys/types.h>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -81,17 +83,15 @@ QString run(const QString &program, const QStringList &arguments)
 
 QString callOverBus(const QString &method, const QStringList &arguments)
 {
-    return run(QStringLiteral("gdbus"),
-               QStringList{QStringLiteral("call"), QStringLiteral("--session"),
-                           QStringLiteral("--dest"), QStringLiteral("app.velmora.Velmora"),
-                           QStringLiteral("--object-path"), QStringLiteral("/app/velmora/Velmora"),
-                           QStringLiteral("--method"),
-                           QStringLiteral("org.freedesktop.Application.") + method} +
+    return run(u"gdbus"_s,
+               QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"app.velmora.Velmora"_s,
+                           u"--object-path"_s, u"/app/velmora/Velmora"_s, u"--method"_s,
+                           u"org.freedesktop.Application."_s + method} +
                    arguments);
 }
 
-const QString runs = QStringLiteral("runs");
-const QString anotherRuns = QStringLiteral("another runs");
+const QString runs = u"runs"_s;
+const QString anotherRuns = u"another runs"_s;
 
 } // namespace
 
@@ -105,9 +105,8 @@ private Q_SLOTS:
         m_runtime.emplace();
         m_withBus = QProcessEnvironment::systemEnvironment();
         m_withoutBus = m_withBus;
-        m_withoutBus.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-                            QStringLiteral("unix:path=/nonexistent/bus"));
-        m_withoutBus.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime->path());
+        m_withoutBus.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
+        m_withoutBus.insert(u"XDG_RUNTIME_DIR"_s, m_runtime->path());
     }
 
     void aSecondStartReopensTheFirstAndEnds_data() { waysOfMeeting(); }
@@ -118,10 +117,10 @@ private Q_SLOTS:
         Instance second(environment());
         QCOMPARE(second.nextLine(), anotherRuns);
         QCOMPARE(second.exitCode(), 0);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened"));
+        QCOMPARE(first.nextLine(), u"reopened"_s);
         Instance third(environment());
         QCOMPARE(third.nextLine(), anotherRuns);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened"));
+        QCOMPARE(first.nextLine(), u"reopened"_s);
     }
 
     void theSecondsTokensReachTheFirst_data() { waysOfMeeting(); }
@@ -130,10 +129,10 @@ private Q_SLOTS:
         Instance first(environment());
         QCOMPARE(first.nextLine(), runs);
         QProcessEnvironment launched = environment();
-        launched.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("leave-1"));
+        launched.insert(u"XDG_ACTIVATION_TOKEN"_s, u"leave-1"_s);
         Instance second(launched);
         QCOMPARE(second.nextLine(), anotherRuns);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened leave-1"));
+        QCOMPARE(first.nextLine(), u"reopened leave-1"_s);
     }
 
     void theDesktopHearsThatTheLaunchIsOver_data() { waysOfMeeting(); }
@@ -152,8 +151,7 @@ private Q_SLOTS:
         Instance first(environment());
         QCOMPARE(first.nextLine(), runs);
         QProcessEnvironment launched = environment();
-        launched.insert(QStringLiteral("DESKTOP_STARTUP_ID"),
-                        QStringLiteral("panel/\"velmora\"/7-1_TIME123456"));
+        launched.insert(u"DESKTOP_STARTUP_ID"_s, u"panel/\"velmora\"/7-1_TIME123456"_s);
         Instance second(launched);
         QCOMPARE(second.nextLine(), anotherRuns);
         const QByteArray ended = "remove: ID=panel/\\\"velmora\\\"/7-1_TIME123456";
@@ -170,7 +168,7 @@ private Q_SLOTS:
         QCOMPARE(second.nextLine(), runs);
         Instance third(environment());
         QCOMPARE(third.nextLine(), anotherRuns);
-        QCOMPARE(second.nextLine(), QStringLiteral("reopened"));
+        QCOMPARE(second.nextLine(), u"reopened"_s);
     }
 
     void aFirstThatHangsCostsTwoSecondsAndHearsOfItLater_data() { waysOfMeeting(); }
@@ -186,7 +184,7 @@ private Q_SLOTS:
         QVERIFY2(timer.elapsed() < longestHang, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(second.exitCode(), 0);
         first.send(SIGCONT);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened"));
+        QCOMPARE(first.nextLine(), u"reopened"_s);
     }
 
     void aFirstThatDiesWhileItHangsIsSucceededAtOnce_data() { waysOfMeeting(); }
@@ -216,19 +214,15 @@ private Q_SLOTS:
     {
         Instance first(m_withBus);
         QCOMPARE(first.nextLine(), runs);
-        const QString platformData = QStringLiteral("{'activation-token': <'from-a-dock'>}");
-        QCOMPARE(callOverBus(QStringLiteral("Activate"), {platformData}), QStringLiteral("()"));
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened from-a-dock"));
-        QCOMPARE(callOverBus(QStringLiteral("Open"),
-                             {QStringLiteral("['file:///tmp/a.png']"), QStringLiteral("{}")}),
-                 QStringLiteral("()"));
-        QVERIFY(first.nextLine().startsWith(QStringLiteral("reopened")));
+        const QString platformData = u"{'activation-token': <'from-a-dock'>}"_s;
+        QCOMPARE(callOverBus(u"Activate"_s, {platformData}), u"()"_s);
+        QCOMPARE(first.nextLine(), u"reopened from-a-dock"_s);
+        QCOMPARE(callOverBus(u"Open"_s, {u"['file:///tmp/a.png']"_s, u"{}"_s}), u"()"_s);
+        QVERIFY(first.nextLine().startsWith(u"reopened"_s));
         for (const char *name : {"recent", "undo", "instant", "reveal", "quit"}) {
             const QString action = QString::fromLatin1(name);
-            QCOMPARE(callOverBus(QStringLiteral("ActivateAction"),
-                                 {action, QStringLiteral("[]"), QStringLiteral("{}")}),
-                     QStringLiteral("()"));
-            QCOMPARE(first.nextLine(), QStringLiteral("action ") + action);
+            QCOMPARE(callOverBus(u"ActivateAction"_s, {action, u"[]"_s, u"{}"_s}), u"()"_s);
+            QCOMPARE(first.nextLine(), u"action "_s + action);
         }
     }
 
@@ -236,10 +230,8 @@ private Q_SLOTS:
     {
         Instance first(m_withBus);
         QCOMPARE(first.nextLine(), runs);
-        QVERIFY(
-            callOverBus(QStringLiteral("ActivateAction"),
-                        {QStringLiteral("format-disk"), QStringLiteral("[]"), QStringLiteral("{}")})
-                .contains(QStringLiteral("InvalidArgs")));
+        QVERIFY(callOverBus(u"ActivateAction"_s, {u"format-disk"_s, u"[]"_s, u"{}"_s})
+                    .contains(u"InvalidArgs"_s));
         QVERIFY(first.saysNothingMore());
     }
 
@@ -250,7 +242,7 @@ private Q_SLOTS:
         for (const QByteArray &call : {QByteArray("hello\n"), QByteArray("\n"),
                                        QByteArray(200'000, 'x'), QByteArray("[1,2]\n")}) {
             QLocalSocket socket;
-            socket.connectToServer(m_runtime->filePath(QStringLiteral("velmora.socket")));
+            socket.connectToServer(m_runtime->filePath(u"velmora.socket"_s));
             QVERIFY(socket.waitForConnected(patience));
             socket.write(call);
             QTRY_COMPARE(socket.state(), QLocalSocket::UnconnectedState);
@@ -258,14 +250,14 @@ private Q_SLOTS:
         }
         Instance second(m_withoutBus);
         QCOMPARE(second.nextLine(), anotherRuns);
-        QCOMPARE(first.nextLine(), QStringLiteral("reopened"));
+        QCOMPARE(first.nextLine(), u"reopened"_s);
     }
 
     void theSocketIsTheUsersAlone()
     {
         Instance first(m_withoutBus);
         QCOMPARE(first.nextLine(), runs);
-        const QFileInfo socket(m_runtime->filePath(QStringLiteral("velmora.socket")));
+        const QFileInfo socket(m_runtime->filePath(u"velmora.socket"_s));
         const QFile::Permissions others =
             QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
         QCOMPARE(socket.permissions() & others, QFile::Permissions());
@@ -278,7 +270,7 @@ private Q_SLOTS:
                                                  QFile::ExeOwner | QFile::WriteOther));
         Instance first(m_withoutBus);
         QCOMPARE(first.nextLine(), runs);
-        QVERIFY(!QFile::exists(m_runtime->filePath(QStringLiteral("velmora.lock"))));
+        QVERIFY(!QFile::exists(m_runtime->filePath(u"velmora.lock"_s)));
         Instance second(m_withoutBus);
         QCOMPARE(second.nextLine(), anotherRuns);
         QFile::setPermissions(m_runtime->path(),

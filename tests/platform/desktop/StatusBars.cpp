@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <xcb/xcb.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -74,12 +76,12 @@ QRect menuOnScreen()
 
 void xdotool(const QStringList &arguments)
 {
-    QProcess::execute(QStringLiteral("xdotool"), arguments);
+    QProcess::execute(u"xdotool"_s, arguments);
 }
 
 void movePointer(QPoint place)
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
+    xdotool({u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
 }
 
 QPoint outOfTheWay()
@@ -125,19 +127,17 @@ void StatusBars::Program::kill()
 
 std::unique_ptr<StatusBars::Program> StatusBars::startPanel()
 {
-    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") +
-                           QStringLiteral("/xfce4/xfconf/xfce-perchannel-xml");
+    const QString folder =
+        qEnvironmentVariable("XDG_CONFIG_HOME") + u"/xfce4/xfconf/xfce-perchannel-xml"_s;
     QDir().mkpath(folder);
-    QFile::copy(QStringLiteral(PANEL_SETTINGS), folder + QStringLiteral("/xfce4-panel.xml"));
-    return std::make_unique<Program>(QStringLiteral("xfce4-panel"),
-                                     QStringList{QStringLiteral("--disable-wm-check")});
+    QFile::copy(QStringLiteral(PANEL_SETTINGS), folder + u"/xfce4-panel.xml"_s);
+    return std::make_unique<Program>(u"xfce4-panel"_s, QStringList{u"--disable-wm-check"_s});
 }
 
 std::unique_ptr<StatusBars::Program> StatusBars::startOlderTray()
 {
     return std::make_unique<Program>(
-        QStringLiteral("trayer"),
-        QStringLiteral("--edge top --align left --widthtype request --height 32").split(u' '));
+        u"trayer"_s, u"--edge top --align left --widthtype request --height 32"_s.split(u' '));
 }
 
 std::optional<QPoint> StatusBars::itemOnScreen()
@@ -150,7 +150,7 @@ std::optional<QPoint> StatusBars::itemOnScreen()
 void StatusBars::click(QPoint place, int button)
 {
     movePointer(place);
-    xdotool({QStringLiteral("click"), QString::number(button)});
+    xdotool({u"click"_s, QString::number(button)});
 }
 
 QRect StatusBars::openMenu(int button)

@@ -14,6 +14,8 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using StatusBars::Program;
 
 namespace
@@ -38,21 +40,21 @@ struct Entry {
 std::unique_ptr<Program> startItem()
 {
     auto item = std::make_unique<Program>(QStringLiteral(STATUS_ITEM_PROCESS), QStringList());
-    [&] { QCOMPARE(item->nextLine(), QStringLiteral("runs")); }();
+    [&] { QCOMPARE(item->nextLine(), u"runs"_s); }();
     return item;
 }
 
 bool hasStatusNotifierWatcher()
 {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(
-        QStringLiteral("org.kde.StatusNotifierWatcher"));
+        u"org.kde.StatusNotifierWatcher"_s);
 }
 
 QVariant busProperty(const QString &service, const QString &path, const QString &interface,
                      const QString &name)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        service, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     call.setAutoStartService(false);
     call << interface << name;
     const QDBusReply<QDBusVariant> reply = QDBusConnection::sessionBus().call(call);
@@ -62,9 +64,9 @@ QVariant busProperty(const QString &service, const QString &path, const QString 
 /// The bus address of the item registered with the panel.
 QString registeredItem()
 {
-    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-    return busProperty(watcher, QStringLiteral("/StatusNotifierWatcher"), watcher,
-                       QStringLiteral("RegisteredStatusNotifierItems"))
+    const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
+    return busProperty(watcher, u"/StatusNotifierWatcher"_s, watcher,
+                       u"RegisteredStatusNotifierItems"_s)
         .toStringList()
         .value(0)
         .section(u'/', 0, 0);
@@ -72,16 +74,15 @@ QString registeredItem()
 
 QString propertyOfItem(const QString &name)
 {
-    return busProperty(registeredItem(), QStringLiteral("/StatusNotifierItem"),
-                       QStringLiteral("org.kde.StatusNotifierItem"), name)
+    return busProperty(registeredItem(), u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s,
+                       name)
         .toString();
 }
 
 QDBusMessage callMenu(const QString &method, const QVariantList &arguments)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(registeredItem(), QStringLiteral("/MenuBar"),
-                                       QStringLiteral("com.canonical.dbusmenu"), method);
+    QDBusMessage call = QDBusMessage::createMethodCall(registeredItem(), u"/MenuBar"_s,
+                                                       u"com.canonical.dbusmenu"_s, method);
     call.setArguments(arguments);
     return QDBusConnection::sessionBus().call(call);
 }
@@ -90,7 +91,7 @@ QDBusMessage callMenu(const QString &method, const QVariantList &arguments)
 QList<Entry> menuOnBus()
 {
     const QDBusMessage reply =
-        callMenu(QStringLiteral("GetLayout"), {0, -1, QVariant::fromValue(QStringList())});
+        callMenu(u"GetLayout"_s, {0, -1, QVariant::fromValue(QStringList())});
     QList<Entry> entries;
     if (reply.arguments().size() < 2)
         return entries;
@@ -117,11 +118,11 @@ QStringList describe(const QList<Entry> &entries)
 {
     QStringList lines;
     for (const Entry &entry : entries) {
-        const bool enabled = entry.properties.value(QStringLiteral("enabled"), true).toBool();
-        const QString label = entry.properties.value(QStringLiteral("label")).toString();
-        const QString type = entry.properties.value(QStringLiteral("type")).toString();
+        const bool enabled = entry.properties.value(u"enabled"_s, true).toBool();
+        const QString label = entry.properties.value(u"label"_s).toString();
+        const QString type = entry.properties.value(u"type"_s).toString();
         lines.append((type.isEmpty() || type == u"standard" ? label : type) +
-                     (enabled ? QString() : QStringLiteral(" (disabled)")));
+                     (enabled ? QString() : u" (disabled)"_s));
     }
     return lines;
 }
@@ -166,7 +167,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!StatusBars::itemOnScreen(), patience);
         panel = StatusBars::startPanel();
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
-        QCOMPARE(chosen(*item, leftButton, first), QStringLiteral("triggered First"));
+        QCOMPARE(chosen(*item, leftButton, first), u"triggered First"_s);
     }
 
     void anyClickOpensTheMenuAndEachEntryWorks_data()
@@ -182,10 +183,10 @@ private Q_SLOTS:
         const auto panel = StatusBars::startPanel();
         const auto item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
-        QCOMPARE(chosen(*item, button, first), QStringLiteral("triggered First"));
-        QCOMPARE(chosen(*item, button, third), QStringLiteral("triggered Third"));
+        QCOMPARE(chosen(*item, button, first), u"triggered First"_s);
+        QCOMPARE(chosen(*item, button, third), u"triggered Third"_s);
         // By now it is enabled and has another name.
-        QCOMPARE(chosen(*item, button, second), QStringLiteral("triggered Second again"));
+        QCOMPARE(chosen(*item, button, second), u"triggered Second again"_s);
     }
 
     void theMenuClosesWhenTheUserClicksElsewhere()
@@ -197,23 +198,22 @@ private Q_SLOTS:
         QVERIFY(!menu.isEmpty());
         StatusBars::click(menu.bottomRight() + QPoint(200, 200), leftButton);
         QTRY_VERIFY(!StatusBars::isMenuOpen());
-        QCOMPARE(chosen(*item, leftButton, first), QStringLiteral("triggered First"));
+        QCOMPARE(chosen(*item, leftButton, first), u"triggered First"_s);
     }
 
     void titlesAndStatesAreReadOverTheBus()
     {
         const auto panel = StatusBars::startPanel();
         const auto item = startItem();
-        const QStringList atFirst = {QStringLiteral("First"), QStringLiteral("Second (disabled)"),
-                                     QStringLiteral("separator"), QStringLiteral("Third")};
+        const QStringList atFirst = {u"First"_s, u"Second (disabled)"_s, u"separator"_s,
+                                     u"Third"_s};
         QTRY_COMPARE_WITH_TIMEOUT(describe(menuOnBus()), atFirst, patience);
 
         const int idOfThird = menuOnBus().at(3).id;
-        callMenu(QStringLiteral("Event"), {idOfThird, QStringLiteral("clicked"),
-                                           QVariant::fromValue(QDBusVariant(QString())), uint(0)});
-        QCOMPARE(item->nextLine(), QStringLiteral("triggered Third"));
-        const QStringList afterwards = {QStringLiteral("First"), QStringLiteral("Second again"),
-                                        QStringLiteral("separator"), QStringLiteral("Third")};
+        callMenu(u"Event"_s,
+                 {idOfThird, u"clicked"_s, QVariant::fromValue(QDBusVariant(QString())), uint(0)});
+        QCOMPARE(item->nextLine(), u"triggered Third"_s);
+        const QStringList afterwards = {u"First"_s, u"Second again"_s, u"separator"_s, u"Third"_s};
         QTRY_COMPARE_WITH_TIMEOUT(describe(menuOnBus()), afterwards, patience);
     }
 
@@ -222,19 +222,19 @@ private Q_SLOTS:
         const auto panel = StatusBars::startPanel();
         auto item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
-        QCOMPARE(propertyOfItem(QStringLiteral("IconName")), QString());
+        QCOMPARE(propertyOfItem(u"IconName"_s), QString());
         item.reset();
         QTRY_VERIFY_WITH_TIMEOUT(registeredItem().isEmpty(), patience);
 
         const QString folder =
-            qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/icons/hicolor/symbolic/apps");
-        const QString name = QStringLiteral("app.velmora.Velmora-symbolic");
-        const QString installed = folder + u'/' + name + QStringLiteral(".svg");
+            qEnvironmentVariable("XDG_DATA_HOME") + u"/icons/hicolor/symbolic/apps"_s;
+        const QString name = u"app.velmora.Velmora-symbolic"_s;
+        const QString installed = folder + u'/' + name + u".svg"_s;
         QVERIFY(QDir().mkpath(folder));
         QVERIFY(QFile::copy(QStringLiteral(SYMBOLIC_ICON), installed));
         item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), patience);
-        QCOMPARE(propertyOfItem(QStringLiteral("IconName")), name);
+        QCOMPARE(propertyOfItem(u"IconName"_s), name);
         QVERIFY(QFile::remove(installed));
     }
 
@@ -244,8 +244,8 @@ private Q_SLOTS:
         const auto item = startItem();
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
         for (const int button : {leftButton, rightButton}) {
-            QCOMPARE(chosen(*item, button, first), QStringLiteral("triggered First"));
-            QCOMPARE(chosen(*item, button, third), QStringLiteral("triggered Third"));
+            QCOMPARE(chosen(*item, button, first), u"triggered First"_s);
+            QCOMPARE(chosen(*item, button, third), u"triggered Third"_s);
         }
     }
 
@@ -256,9 +256,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
         const auto isNamed = [] {
             QProcess search;
-            search.start(
-                QStringLiteral("xdotool"),
-                {QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^Velmora$")});
+            search.start(u"xdotool"_s, {u"search"_s, u"--name"_s, u"^Velmora$"_s});
             search.waitForFinished();
             return !search.readAllStandardOutput().trimmed().isEmpty();
         };
@@ -274,7 +272,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!StatusBars::itemOnScreen(), patience);
         tray = StatusBars::startOlderTray();
         QTRY_VERIFY_WITH_TIMEOUT(StatusBars::itemOnScreen(), patience);
-        QCOMPARE(chosen(*item, leftButton, first), QStringLiteral("triggered First"));
+        QCOMPARE(chosen(*item, leftButton, first), u"triggered First"_s);
     }
 
     void withoutASessionBusTheOlderTrayIsUsed()

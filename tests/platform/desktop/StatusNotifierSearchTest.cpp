@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -29,19 +30,17 @@ class Watcher : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
 public:
-    Watcher()
-        : m_bus(
-              QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("watcher")))
+    Watcher() : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"watcher"_s))
     {
         m_bus.registerObject(
             path(), this, QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSignals);
-        m_bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+        m_bus.registerService(u"org.kde.StatusNotifierWatcher"_s);
     }
 
     ~Watcher() override
     {
-        m_bus.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("watcher"));
+        m_bus.unregisterService(u"org.kde.StatusNotifierWatcher"_s);
+        QDBusConnection::disconnectFromBus(u"watcher"_s);
     }
 
     bool hasHost()
@@ -61,7 +60,7 @@ Q_SIGNALS:
     void asked();
 
 private:
-    static QString path() { return QStringLiteral("/StatusNotifierWatcher"); }
+    static QString path() { return u"/StatusNotifierWatcher"_s; }
 
     QDBusConnection m_bus;
     bool m_hasHost = false;

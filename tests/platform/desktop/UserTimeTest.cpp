@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -83,7 +85,7 @@ private Q_SLOTS:
         QWindow window;
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
-        const Terminal terminal(m_place.filePath(QStringLiteral("typed")));
+        const Terminal terminal(m_place.filePath(u"typed"_s));
         terminal.activate();
         QTRY_VERIFY(!window.isActive());
 

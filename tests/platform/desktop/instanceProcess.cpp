@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -22,15 +24,14 @@ int main(int argc, char *argv[])
 {
     QGuiApplication application(argc, argv);
     const auto instance = makeRunningInstance();
-    QObject::connect(instance.get(), &RunningInstance::reopened, instance.get(), [] {
-        say(QStringLiteral("reopened ") + qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
-    });
+    QObject::connect(instance.get(), &RunningInstance::reopened, instance.get(),
+                     [] { say(u"reopened "_s + qEnvironmentVariable("XDG_ACTIVATION_TOKEN")); });
     QObject::connect(instance.get(), &RunningInstance::actionRequested, instance.get(),
-                     [](const QString &name) { say(QStringLiteral("action ") + name); });
+                     [](const QString &name) { say(u"action "_s + name); });
     if (!instance->claim()) {
-        say(QStringLiteral("another runs"));
+        say(u"another runs"_s);
         return 0;
     }
-    say(QStringLiteral("runs"));
+    say(u"runs"_s);
     return application.exec();
 }

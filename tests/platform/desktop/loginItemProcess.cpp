@@ -10,12 +10,14 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QString order = application.arguments().value(1);
     if (order.isEmpty()) {
-        QFile note(qEnvironmentVariable("STARTED_FOLDER") + QStringLiteral("/started"));
+        QFile note(qEnvironmentVariable("STARTED_FOLDER") + u"/started"_s);
         if (!note.open(QFile::WriteOnly))
             return 1;
         note.write(QByteArray::number(argc) + ' ' + application.applicationFilePath().toUtf8());

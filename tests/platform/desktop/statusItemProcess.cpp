@@ -9,6 +9,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -25,27 +27,27 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    QAction first(QStringLiteral("First"));
-    first.setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
-    QAction second(QStringLiteral("Second"));
+    QAction first(u"First"_s);
+    first.setShortcut(QKeySequence(u"Ctrl+R"_s));
+    QAction second(u"Second"_s);
     second.setEnabled(false);
     QAction separator;
     separator.setSeparator(true);
-    QAction third(QStringLiteral("Third"));
+    QAction third(u"Third"_s);
     for (QAction *action : {&first, &second, &third}) {
         QObject::connect(action, &QAction::triggered, action,
-                         [action] { say(QStringLiteral("triggered ") + action->text()); });
+                         [action] { say(u"triggered "_s + action->text()); });
     }
     QObject::connect(&third, &QAction::triggered, &second, [&second] {
         second.setEnabled(true);
-        second.setText(QStringLiteral("Second again"));
+        second.setText(u"Second again"_s);
     });
 
     QPixmap picture(64, 64);
     picture.fill(QColor(255, 0, 255));
     const auto item = makeStatusItem();
-    item->show(QIcon(picture), QStringLiteral("Velmora"), {&first, &second, &separator, &third});
-    item->setTitle(QStringLiteral(" Velmora"));
-    say(QStringLiteral("runs"));
+    item->show(QIcon(picture), u"Velmora"_s, {&first, &second, &separator, &third});
+    item->setTitle(u" Velmora"_s);
+    say(u"runs"_s);
     return application.exec();
 }
