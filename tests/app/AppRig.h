@@ -21,6 +21,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 /// The coordinator on the real platform, except for what the test controls.
 class AppRig
 {
@@ -28,10 +30,10 @@ public:
     AppRig() : platform(nativePlatform())
     {
         frontmost = new FakeFrontmostApplication;
-        frontmost->inFront = {QStringLiteral("Safari"), QStringLiteral("org.example.Safari")};
+        frontmost->inFront = {u"Safari"_s, u"org.example.Safari"_s};
         platform.frontmostApplication.reset(frontmost);
         recognizer = new FakeTextRecognizer;
-        recognizer->setLines({QStringLiteral("Harvest festival invitation")});
+        recognizer->setLines({u"Harvest festival invitation"_s});
         platform.textRecognizer.reset(recognizer);
         pasteboard = new FakePasteboard;
         platform.pasteboard.reset(pasteboard);
@@ -56,7 +58,7 @@ public:
     /// Saves a picture into the watched folder, as a tool does.
     QUrl take(const QString &name, QSize size = {320, 200}) const
     {
-        const QString path = folder() + QLatin1Char('/') + name;
+        const QString path = folder() + u'/' + name;
         QImage picture(size, QImage::Format_RGB32);
         picture.fill(Qt::darkGreen);
         picture.save(path);
@@ -71,7 +73,7 @@ public:
         tool->wait();
     }
 
-    static QString folder() { return QDir::homePath() + QStringLiteral("/Desktop"); }
+    static QString folder() { return QDir::homePath() + u"/Desktop"_s; }
 
     static QStringList filesInFolder() { return QDir(folder()).entryList(QDir::Files); }
 

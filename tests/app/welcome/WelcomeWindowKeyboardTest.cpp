@@ -15,13 +15,6 @@ using namespace WelcomeWindowParts;
 namespace
 {
 
-/// Shows the window, and waits until key presses on the desktop reach it.
-bool hasKeyboard(WelcomeWindow &window)
-{
-    return showActive(window) &&
-           QTest::qWaitFor([&window] { return XDesktop::activeWindow() == window.winId(); });
-}
-
 QAccessibleInterface *accessible(QWidget *part)
 {
     return QAccessible::queryAccessibleInterface(part);

@@ -4,6 +4,7 @@
 #include "app/welcome/OptionPopUp.h"
 #include "app/welcome/WelcomeWindow.h"
 #include "platform/DesktopLimits.h"
+#include "tests/world/XDesktop.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -12,6 +13,8 @@
 #include <QTest>
 
 #include <cstdlib>
+
+using namespace Qt::StringLiterals;
 
 /// What the tests look for in the welcome window.
 namespace WelcomeWindowParts
@@ -39,7 +42,7 @@ inline SteeredDesktopLimits &limits()
 }
 
 inline WelcomeState state(bool instantModeOn = false, bool startsAtLogin = false,
-                          const QString &folder = QStringLiteral("/home/anna/Pictures/Screenshots"))
+                          const QString &folder = u"/home/anna/Pictures/Screenshots"_s)
 {
     return {QUrl::fromLocalFile(folder), instantModeOn, startsAtLogin, false, limits()};
 }
@@ -87,15 +90,15 @@ inline QStringList titles(const OptionPopUp &popUp)
 /// The controls, in the order in which Tab reaches them.
 inline QList<QWidget *> controls(const WelcomeWindow &window)
 {
-    return {button(window, QStringLiteral("Make Instant")),
-            button(window, QStringLiteral("Start at login")),
-            button(window, QStringLiteral("Change Folder")),
-            popUp(window, QStringLiteral("Auto-copy")),
-            popUp(window, QStringLiteral("Tray duration")),
-            popUp(window, QStringLiteral("Tray position")),
-            button(window, QStringLiteral("Recent Screenshots")),
-            button(window, QStringLiteral("Done")),
-            button(window, QStringLiteral("Feedback"))};
+    return {button(window, u"Make Instant"_s),
+            button(window, u"Start at login"_s),
+            button(window, u"Change Folder"_s),
+            popUp(window, u"Auto-copy"_s),
+            popUp(window, u"Tray duration"_s),
+            popUp(window, u"Tray position"_s),
+            button(window, u"Recent Screenshots"_s),
+            button(window, u"Done"_s),
+            button(window, u"Feedback"_s)};
 }
 
 /// Shows the window and waits until it has the keyboard.
@@ -105,6 +108,13 @@ inline bool showActive(WelcomeWindow &window)
     window.raise();
     window.activateWindow();
     return QTest::qWaitForWindowActive(&window);
+}
+
+/// Shows the window, and waits until key presses on the desktop reach it.
+inline bool hasKeyboard(WelcomeWindow &window)
+{
+    return showActive(window) &&
+           QTest::qWaitFor([&window] { return XDesktop::activeWindow() == window.winId(); });
 }
 
 /// The position of a part within the window.

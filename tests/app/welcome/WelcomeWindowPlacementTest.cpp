@@ -19,13 +19,6 @@ using namespace WelcomeWindowParts;
 namespace
 {
 
-/// Shows the window, and waits until key presses on the desktop reach it.
-bool hasKeyboard(WelcomeWindow &window)
-{
-    return showActive(window) &&
-           QTest::qWaitFor([&window] { return XDesktop::activeWindow() == window.winId(); });
-}
-
 QScrollBar *scrollBar(const WelcomeWindow &window)
 {
     return window.findChild<QScrollArea *>()->verticalScrollBar();
