@@ -30,6 +30,8 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -82,7 +84,7 @@ void letRest()
 
 double residentMegabytes()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toDouble() * double(::sysconf(_SC_PAGESIZE)) / 1e6;
@@ -142,14 +144,14 @@ void print(const Sums &sums, double megabytes)
         total += milliseconds;
     const int words = sums.right + sums.wrong;
     const QJsonObject summary{
-        {QStringLiteral("total_ms"), std::round(total)},
-        {QStringLiteral("median_ms"), percentile(sums.milliseconds, 0.5)},
-        {QStringLiteral("p95_ms"), percentile(sums.milliseconds, 0.95)},
-        {QStringLiteral("precision"), share(sums.right, words)},
-        {QStringLiteral("coverage"), share(sums.covered, sums.withText)},
-        {QStringLiteral("headline"), share(sums.inHeadline, words)},
-        {QStringLiteral("silence"), share(sums.silent, sums.withoutText)},
-        {QStringLiteral("memory_mb"), std::round(megabytes)},
+        {u"total_ms"_s, std::round(total)},
+        {u"median_ms"_s, percentile(sums.milliseconds, 0.5)},
+        {u"p95_ms"_s, percentile(sums.milliseconds, 0.95)},
+        {u"precision"_s, share(sums.right, words)},
+        {u"coverage"_s, share(sums.covered, sums.withText)},
+        {u"headline"_s, share(sums.inHeadline, words)},
+        {u"silence"_s, share(sums.silent, sums.withoutText)},
+        {u"memory_mb"_s, std::round(megabytes)},
     };
     std::puts(QJsonDocument(summary).toJson(QJsonDocument::Compact).constData());
 }
@@ -177,7 +179,7 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     QStringList arguments = application.arguments().mid(1);
-    const bool page = arguments.removeAll(QStringLiteral("--page")) > 0;
+    const bool page = arguments.removeAll(u"--page"_s) > 0;
     const auto pictures = NamingTruth::read(arguments.value(0));
     if (!pictures) {
         std::fputs("usage: naming_bench [--page] FOLDER-WITH-truth.json\n", stderr);

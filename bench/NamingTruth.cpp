@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -26,7 +28,7 @@ void addFolded(const QJsonValue &words, QSet<QString> &folded)
 
 std::optional<QList<NamingTruth>> NamingTruth::read(const QString &folder)
 {
-    QFile file(folder + QLatin1String("/truth.json"));
+    QFile file(folder + "/truth.json"_L1);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
@@ -36,12 +38,12 @@ std::optional<QList<NamingTruth>> NamingTruth::read(const QString &folder)
     for (const QJsonValue &value : document.array()) {
         const QJsonObject object = value.toObject();
         NamingTruth picture;
-        picture.m_file = object[QLatin1String("file")].toString();
-        picture.m_appName = object[QLatin1String("app")].toString();
-        picture.m_hasText = object[QLatin1String("has_text")].toBool();
-        addFolded(object[QLatin1String("words")], picture.m_words);
-        addFolded(object[QLatin1String("also")], picture.m_words);
-        addFolded(object[QLatin1String("headline")], picture.m_headline);
+        picture.m_file = object["file"_L1].toString();
+        picture.m_appName = object["app"_L1].toString();
+        picture.m_hasText = object["has_text"_L1].toBool();
+        addFolded(object["words"_L1], picture.m_words);
+        addFolded(object["also"_L1], picture.m_words);
+        addFolded(object["headline"_L1], picture.m_headline);
         pictures.append(picture);
     }
     return pictures;
@@ -51,7 +53,7 @@ bool NamingTruth::isRight(const QString &word, const QString &text) const
 {
     if (m_words.contains(word))
         return true;
-    static const QRegularExpression separators(QStringLiteral("[^\\p{L}\\p{M}\\p{N}]+"));
+    static const QRegularExpression separators(u"[^\\p{L}\\p{M}\\p{N}]+"_s);
     for (const QString &token : text.split(separators, Qt::SkipEmptyParts)) {
         if (m_words.contains(foldedText(token)) && ScreenshotNamer::tokens(token).contains(word))
             return true;

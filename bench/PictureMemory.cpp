@@ -28,6 +28,8 @@
 #include <future>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -36,7 +38,7 @@ constexpr QSize thumbnailBounds{128, 100};
 
 double statusMegabytes(const char *key)
 {
-    QFile file(QStringLiteral("/proc/self/status"));
+    QFile file(u"/proc/self/status"_s);
     if (!file.open(QFile::ReadOnly))
         qFatal("this needs /proc");
     for (const QByteArray &line : file.readAll().split('\n')) {
@@ -51,7 +53,7 @@ double statusMegabytes(const char *key)
 double startCounting()
 {
     releaseFreeMemory();
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    QFile file(u"/proc/self/clear_refs"_s);
     if (!file.open(QFile::WriteOnly | QFile::Unbuffered) || file.write("5") != 1)
         qFatal("this needs /proc");
     return statusMegabytes("VmRSS:");
@@ -118,6 +120,6 @@ int main(int argc, char **argv)
     bool isAllowed = true;
     for (const QString &picture : pictures)
         isAllowed &= measure({picture}, QFileInfo(picture).fileName(), services);
-    isAllowed &= measure(pictures, QStringLiteral("all at once"), services);
+    isAllowed &= measure(pictures, u"all at once"_s, services);
     return isAllowed ? 0 : 1;
 }

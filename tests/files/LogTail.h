@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 /// What is written to the program's log from now on. All tests on a machine share that file, so
 /// each checks only lines about its own folder.
 class LogTail
@@ -33,7 +35,7 @@ private:
     static QString written()
     {
         VelmoraLog::waitUntilWritten(std::chrono::seconds(10));
-        return QStringLiteral("/tmp/Velmora.log");
+        return u"/tmp/Velmora.log"_s;
     }
 
     qint64 m_start;

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /// The X clipboard as another program sees it, which this program continues to serve meanwhile.
 namespace XClip
 {
@@ -15,8 +17,7 @@ constexpr int patience = 20'000; // milliseconds
 inline QByteArray read(const QString &format)
 {
     QProcess xclip;
-    xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"),
-                                          QStringLiteral("-o"), QStringLiteral("-target"), format});
+    xclip.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s, u"-target"_s, format});
     if (!QTest::qWaitFor([&xclip] { return xclip.state() == QProcess::NotRunning; }, patience))
         qWarning("xclip does not end");
     return xclip.exitCode() == 0 ? xclip.readAllStandardOutput() : QByteArray();
@@ -25,21 +26,19 @@ inline QByteArray read(const QString &format)
 /// The formats in the order offered.
 inline QStringList formats()
 {
-    return QString::fromLatin1(read(QStringLiteral("TARGETS")))
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromLatin1(read(u"TARGETS"_s)).split(u'\n', Qt::SkipEmptyParts);
 }
 
 /// Another program puts a text there. Its background process may take a while to do so.
 inline void take(const QByteArray &text)
 {
     QProcess xclip;
-    xclip.start(QStringLiteral("xclip"),
-                {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-i")});
+    xclip.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-i"_s});
     xclip.write(text);
     xclip.closeWriteChannel();
     if (!QTest::qWaitFor([&xclip] { return xclip.state() == QProcess::NotRunning; }, patience))
         qWarning("xclip does not end");
-    if (!QTest::qWaitFor([&text] { return read(QStringLiteral("UTF8_STRING")) == text; }, patience))
+    if (!QTest::qWaitFor([&text] { return read(u"UTF8_STRING"_s) == text; }, patience))
         qWarning("xclip does not take the clipboard");
 }
 

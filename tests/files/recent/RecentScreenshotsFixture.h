@@ -13,6 +13,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// The recent list of a folder of real files.
 class RecentScreenshotsFixture
 {
@@ -30,13 +32,11 @@ protected:
     static QStringList stored()
     {
         if (!VelmoraSettings::open().waitUntilStored(std::chrono::seconds(10)))
-            return {QStringLiteral("not stored")};
+            return {u"not stored"_s};
         const QTemporaryDir copy;
-        const QString path = copy.filePath(QStringLiteral("copy.conf"));
+        const QString path = copy.filePath(u"copy.conf"_s);
         QFile::copy(VelmoraSettings::open().fileName(), path);
-        return QSettings(path, QSettings::IniFormat)
-            .value(QStringLiteral("recentScreenshots"))
-            .toStringList();
+        return QSettings(path, QSettings::IniFormat).value(u"recentScreenshots"_s).toStringList();
     }
 
     static QStringList pathsOf(const QList<QUrl> &urls)
