@@ -9,10 +9,24 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
+
+/// Whether the desktop's status bar draws a symbol in the colour of its texts. Others, such as
+/// LXQt's, draw it as it is: dark, which can't be seen on a dark bar.
+bool drawsSymbolsInItsColour()
+{
+    const QStringList drawing = {u"budgie"_s,   u"cinnamon"_s, u"gnome"_s,      u"kde"_s,
+                                 u"pantheon"_s, u"unity"_s,    u"x-cinnamon"_s, u"xfce"_s};
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").toLower();
+    const QStringList names = desktops.split(u':');
+    return std::any_of(names.begin(), names.end(),
+                       [&](const QString &name) { return drawing.contains(name); });
+}
 
 /// The item as Qt's tray icon, which talks to status notifier hosts over the session bus, or embeds
 /// itself in an XEmbed tray.
@@ -64,11 +78,13 @@ private:
         }
     }
 
-    /// A host that finds the installed symbol by its name draws it in the colour of its bar.
+    /// Many hosts find the installed symbol by its name and draw it in the colour of their bar. An
+    /// icon with an edge can be seen on every bar.
     QIcon iconFor(StatusNotifierSearch::StatusBar bar) const
     {
         const QString name = u"app.velmora.Velmora-symbolic"_s;
-        if (bar == StatusNotifierSearch::StatusBar::Host && QIcon::hasThemeIcon(name))
+        if (bar == StatusNotifierSearch::StatusBar::Host && drawsSymbolsInItsColour() &&
+            QIcon::hasThemeIcon(name))
             return QIcon::fromTheme(name);
         return edgedIcon(m_icon);
     }
