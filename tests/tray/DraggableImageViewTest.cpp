@@ -10,12 +10,71 @@
 #include <QMouseEvent>
 #include <QTest>
 
+#include <cstdlib>
+#include <xcb/xcb.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
 constexpr int patience = 20000;
+
+/// Another X client that reads the data of the drag in progress.
+class EarlyReader
+{
+public:
+    EarlyReader()
+    {
+        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+        m_window = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    }
+    ~EarlyReader() { xcb_disconnect(m_connection); }
+    Q_DISABLE_COPY_MOVE(EarlyReader)
+
+    /// Nothing when the request is refused.
+    std::optional<QByteArray> read(const QByteArray &format)
+    {
+        const xcb_atom_t target = atom(format);
+        xcb_convert_selection(m_connection, m_window, atom("XdndSelection"), target, target,
+                              XCB_CURRENT_TIME);
+        xcb_flush(m_connection);
+        std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(nullptr, &std::free);
+        const auto isAnswered = [this, &event] {
+            event.reset(xcb_poll_for_event(m_connection));
+            return event && (event->response_type & 0x7f) == XCB_SELECTION_NOTIFY;
+        };
+        if (!QTest::qWaitFor(isAnswered, patience) ||
+            reinterpret_cast<xcb_selection_notify_event_t *>(event.get())->property ==
+                XCB_ATOM_NONE)
+            return std::nullopt;
+        const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> property(
+            xcb_get_property_reply(
+                m_connection,
+                xcb_get_property(m_connection, false, m_window, target, XCB_ATOM_ANY, 0, 1000),
+                nullptr),
+            &std::free);
+        return QByteArray(static_cast<const char *>(xcb_get_property_value(property.get())),
+                          xcb_get_property_value_length(property.get()));
+    }
+
+private:
+    xcb_atom_t atom(const QByteArray &name) const
+    {
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(
+                m_connection,
+                xcb_intern_atom(m_connection, false, uint16_t(name.size()), name.constData()),
+                nullptr),
+            &std::free);
+        return reply->atom;
+    }
+
+    xcb_connection_t *const m_connection = xcb_connect(nullptr, nullptr);
+    xcb_window_t m_window = 0;
+};
 
 } // namespace
 
@@ -65,6 +124,24 @@ private Q_SLOTS:
         QCOMPARE(formats[u"application/x-kde-suggestedfilename"_s].toString(),
                  u"a shot é 50%.png"_s);
         QVERIFY(formats.keys().filter(u"vnd.portal"_s).isEmpty());
+    }
+
+    /// As mutter does for Wayland programs: before the drop, and without the time of a position.
+    void aProgramMayAskForTheFileBeforeTheDrop()
+    {
+        std::optional<QByteArray> formats;
+        std::optional<QByteArray> answer;
+        m_program->onOver = [&formats, &answer] {
+            EarlyReader reader;
+            formats = reader.read("TARGETS");
+            answer = reader.read("text/uri-list");
+            DropTargetProgram::letGo();
+        };
+        dragToTheProgram();
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        QVERIFY(formats && formats->size() >= qsizetype(sizeof(xcb_atom_t)) * 4);
+        QCOMPARE(answer, m_url.toEncoded() + "\r\n");
+        QCOMPARE(m_program->whatWasDropped()[u"urls"_s].toArray(), QJsonArray{m_url.toString()});
     }
 
     void aFileThatIsRenamedDuringTheDragArrivesUnderItsNewName()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/DraggedFile.h"
+#include "platform/linux/x11/EarlyDragAnswers.h"
 
 #include <memory>
 
@@ -24,4 +25,5 @@ protected:
 
 private:
     const std::shared_ptr<FileTransfer> m_transfer;
+    const EarlyDragAnswers m_answers{*this};
 };
