@@ -61,9 +61,11 @@ SearchController::SearchController(const Services &services, std::function<bool(
             [this](const QUrl &from, const QUrl &to) { m_search.moved(from, to, Place::Trash); });
     m_soon.setSingleShot(true);
     m_soon.callOnTimeout(this, [this] {
-        // The user may have deleted the texts meanwhile.
-        if (VelmoraSettings::searchConsent() != SearchConsent::given)
+        // The user may have agreed or deleted the texts meanwhile.
+        if (VelmoraSettings::searchConsent() != SearchConsent::given) {
+            m_search.forgetTexts();
             return;
+        }
         m_search.keepTexts();
         offerToDesktop();
     });
@@ -81,7 +83,8 @@ SearchController::~SearchController() = default;
 
 void SearchController::start()
 {
-    if (VelmoraSettings::searchConsent() == SearchConsent::given)
+    // If the program ended while it was deleting the texts, some may be left.
+    if (VelmoraSettings::searchConsent() != SearchConsent::notAsked)
         m_soon.start(startDelay);
 }
 

@@ -227,6 +227,19 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(window->searchView()->rows().size(), 1, patience);
     }
 
+    void whatTheLastEndLeftOfDeletedTextsIsDeleted()
+    {
+        VelmoraSettings::setSearchConsent(SearchConsent::refused);
+        QVERIFY(QDir().mkpath(QFileInfo(databasePath()).path()));
+        QFile left(databasePath());
+        QVERIFY(left.open(QFile::WriteOnly));
+        left.close();
+        AppRig rig;
+        rig.launch();
+        QTRY_VERIFY_WITH_TIMEOUT(!left.exists(), patience);
+        QCOMPARE(VelmoraSettings::searchConsent(), SearchConsent::refused);
+    }
+
     void whatIsDeletedRightAfterTheLaunchDoesNotComeBack()
     {
         VelmoraSettings::setSearchConsent(SearchConsent::given);
