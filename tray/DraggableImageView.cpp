@@ -6,11 +6,25 @@
 #include <QApplication>
 #include <QDrag>
 #include <QMouseEvent>
-#include <QTimer>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// File managers copy a dropped file after the drop, perhaps after a look at the other files there.
+constexpr auto timeToRead = 5s;
+
+} // namespace
 
 DraggableImageView::DraggableImageView(const QUrl &fileURL, MakeDrag makeDrag, QWidget *parent)
     : ImageView(parent), m_fileURL(fileURL), m_makeDrag(std::move(makeDrag))
 {
+    m_afterDrop.setSingleShot(true);
+    m_afterDrop.setInterval(timeToRead);
+    m_afterDrop.callOnTimeout(this, &DraggableImageView::handedOver);
 }
 
 void DraggableImageView::setFileURL(const QUrl &url)
@@ -58,5 +72,14 @@ void DraggableImageView::drag(QPoint from)
     drag->setHotSpot(from);
     DragPace pace;
     QTimer::singleShot(0, &pace, &DragPace::begin);
-    drag->exec(Qt::CopyAction);
+    m_isDragging = true;
+    const QPointer self(this);
+    const Qt::DropAction action = drag->exec(Qt::CopyAction);
+    if (!self)
+        return;
+    m_isDragging = false;
+    if (action == Qt::IgnoreAction)
+        Q_EMIT handedOver();
+    else
+        m_afterDrop.start();
 }

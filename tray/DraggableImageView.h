@@ -5,6 +5,7 @@
 #include "style/ImageView.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <QUrl>
 
 #include <functional>
@@ -27,8 +28,14 @@ public:
     /// The file has moved. A drag in progress carries the new location from now on.
     void setFileURL(const QUrl &url);
 
+    /// Whether another program may be about to read the file by the path that a drag has told it:
+    /// during a drag and for five seconds after a drop.
+    bool isHandingOver() const { return m_isDragging || m_afterDrop.isActive(); }
+
 Q_SIGNALS:
     void fileURLChanged(const QUrl &url);
+    /// isHandingOver() has become false.
+    void handedOver();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -47,4 +54,6 @@ private:
     const MakeDrag m_makeDrag;
     std::optional<Press> m_press;
     QPointer<DraggedFile> m_dragged;
+    bool m_isDragging = false;
+    QTimer m_afterDrop;
 };

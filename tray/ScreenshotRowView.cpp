@@ -77,6 +77,10 @@ void ScreenshotRowView::connectControls()
     connect(field, &FilenameTextField::pressed, this, &ScreenshotRowView::nameClicked);
     connect(field, &QLineEdit::returnPressed, this, &ScreenshotRowView::renameFromField);
     connect(field, &QLineEdit::editingFinished, this, &ScreenshotRowView::renameFromField);
+    connect(m_controls.thumbnailView, &DraggableImageView::handedOver, this, [this] {
+        if (const auto name = std::exchange(m_nameAfterDrag, std::nullopt))
+            updateSuggestedFilename(*name, true);
+    });
     connect(m_screenshot.get(), &Screenshot::takesLong, this,
             [this](const QString &work) { m_status.announce(work); });
 }
@@ -132,6 +136,10 @@ void ScreenshotRowView::updateSuggestedFilename(const QString &name, bool autoRe
     m_controls.filenameField->setText(name);
     if (!autoRename)
         return;
+    if (m_controls.thumbnailView->isHandingOver()) {
+        m_nameAfterDrag = name;
+        return;
+    }
     requestRename({ScreenshotActions::By::Program, name, u"Renamed automatically"_s,
                    renameHandler(), m_status.number()});
 }

@@ -109,6 +109,8 @@ private:
     double m_arrival = 1;
     std::optional<UndoableAction> m_pendingUndo;
     bool m_userEditedFilename = false;
+    /// A suggested name that waits until programs have read a dragged file.
+    std::optional<QString> m_nameAfterDrag;
     /// Whether the field contains a name that the user has typed but not committed.
     bool m_hasTypedName = false;
     /// The text that the file is being renamed to.
