@@ -84,8 +84,8 @@ std::optional<QRect> DesktopBars::reportedPart(const QRect &screen) const
     const QByteArray property = "_GTK_WORKAREAS_D" + QByteArray::number(desktop);
     const QList<quint32> areas = m_properties.numbers(m_x11.root(), property.constData());
     for (qsizetype first = 0; first + 3 < areas.size(); first += 4) {
-        const QRect area(int(areas[first]), int(areas[first + 1]), int(areas[first + 2]),
-                         int(areas[first + 3]));
+        const QRect area{int(areas[first]), int(areas[first + 1]), int(areas[first + 2]),
+                         int(areas[first + 3])};
         if (!area.isEmpty() && screen.contains(area))
             return area;
     }
