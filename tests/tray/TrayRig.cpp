@@ -89,6 +89,8 @@ void TrayRig::settle()
         screenshot->whenComplete(&context, [&isComplete] { isComplete = true; });
         QTRY_VERIFY_WITH_TIMEOUT(isComplete, 20000);
     }
+    // A rename that waits for the same may be told a moment later.
+    QCoreApplication::processEvents();
     QVERIFY(actions.finish(std::chrono::seconds(20)));
 }
 
