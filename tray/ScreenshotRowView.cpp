@@ -77,10 +77,8 @@ void ScreenshotRowView::connectControls()
     connect(field, &FilenameTextField::pressed, this, &ScreenshotRowView::nameClicked);
     connect(field, &QLineEdit::returnPressed, this, &ScreenshotRowView::renameFromField);
     connect(field, &QLineEdit::editingFinished, this, &ScreenshotRowView::renameFromField);
-    connect(m_controls.thumbnailView, &DraggableImageView::handedOver, this, [this] {
-        if (const auto name = std::exchange(m_nameAfterDrag, std::nullopt))
-            updateSuggestedFilename(*name, true);
-    });
+    connect(m_controls.thumbnailView, &DraggableImageView::handedOver, this,
+            &ScreenshotRowView::renameAsSuggested);
     connect(m_screenshot.get(), &Screenshot::takesLong, this,
             [this](const QString &work) { m_status.announce(work); });
 }
@@ -136,12 +134,17 @@ void ScreenshotRowView::updateSuggestedFilename(const QString &name, bool autoRe
     m_controls.filenameField->setText(name);
     if (!autoRename)
         return;
-    if (m_controls.thumbnailView->isHandingOver()) {
-        m_nameAfterDrag = name;
-        return;
-    }
-    requestRename({ScreenshotActions::By::Program, name, u"Renamed automatically"_s,
-                   renameHandler(), m_status.number()});
+    m_suggestedName = name;
+    if (!m_controls.thumbnailView->isHandingOver())
+        renameAsSuggested();
+}
+
+void ScreenshotRowView::renameAsSuggested()
+{
+    const std::optional<QString> name = std::exchange(m_suggestedName, std::nullopt);
+    if (name && !m_userEditedFilename)
+        requestRename({ScreenshotActions::By::Program, *name, u"Renamed automatically"_s,
+                       renameHandler(), m_status.number()});
 }
 
 void ScreenshotRowView::renameFile(const std::optional<QString> &successMessage, Renamed renamed)
@@ -239,6 +242,7 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
         return;
     }
     m_hasTypedName = false;
+    m_suggestedName.reset();
     m_controls.thumbnailView->setFileURL(ended.result->trashedURL);
     setPendingUndo(UndoableAction::trash(ended.result->originalURL, ended.result->trashedURL));
     m_status.show(u"Moved to Trash"_s);
@@ -281,6 +285,7 @@ void ScreenshotRowView::retire(TypedName typed)
         if (m_controls.filenameField->hasFocus())
             QGuiApplication::inputMethod()->commit();
         renameFromField();
+        renameAsSuggested();
     }
     m_isRetired = true;
 }

@@ -86,6 +86,7 @@ private:
     struct Rename;
 
     void connectControls();
+    void renameAsSuggested();
     void requestRename(const Rename &rename);
     void renameEnded(const Rename &rename, const ScreenshotRename &ended);
     Renamed renameHandler() const;
@@ -109,8 +110,8 @@ private:
     double m_arrival = 1;
     std::optional<UndoableAction> m_pendingUndo;
     bool m_userEditedFilename = false;
-    /// A suggested name that waits until programs have read a dragged file.
-    std::optional<QString> m_nameAfterDrag;
+    /// Waits until other programs have read a dragged file, or the row is about to be removed.
+    std::optional<QString> m_suggestedName;
     /// Whether the field contains a name that the user has typed but not committed.
     bool m_hasTypedName = false;
     /// The text that the file is being renamed to.

@@ -29,11 +29,7 @@ class DragIntoSandboxTest : public QObject, RowFixture
     std::unique_ptr<DocumentPortal> m_portal;
     std::unique_ptr<DropTargetProgram> m_program;
 
-    void dragToTheProgram()
-    {
-        const DraggableImageView *thumbnail = TrayOnScreen::thumbnail(m_row);
-        DropTargetProgram::dragFrom(thumbnail->mapToGlobal(thumbnail->rect().center()));
-    }
+    void dragToTheProgram() { DropTargetProgram::dragFrom(*TrayOnScreen::thumbnail(m_row)); }
 
     /// The key that the window has received; empty if it has received none.
     QByteArray key() const

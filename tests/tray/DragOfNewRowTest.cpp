@@ -28,11 +28,7 @@ class DragOfNewRowTest : public QObject, RowFixture
 
     std::unique_ptr<DropTargetProgram> m_program;
 
-    void dragToTheProgram()
-    {
-        const DraggableImageView *thumbnail = TrayOnScreen::thumbnail(m_row);
-        DropTargetProgram::dragFrom(thumbnail->mapToGlobal(thumbnail->rect().center()));
-    }
+    void dragToTheProgram() { DropTargetProgram::dragFrom(*TrayOnScreen::thumbnail(m_row)); }
 
 private Q_SLOTS:
     void init()
@@ -79,6 +75,20 @@ private Q_SLOTS:
         dragToTheProgram();
         QTRY_VERIFY_WITH_TIMEOUT(m_row->fileURL().fileName() == u"harvest.png"_s, 4000);
         QVERIFY(!m_program->output(u"dropped"_s));
+    }
+
+    void aRowThatIsClosedRightAfterTheDropDoesNotTakeTheNameAlong()
+    {
+        m_program->onOver = [&] {
+            m_row->updateSuggestedFilename(u"harvest.png"_s, true);
+            DropTargetProgram::letGo();
+        };
+        dragToTheProgram();
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        m_row->retire(ScreenshotRowView::TypedName::Commit);
+        delete m_row;
+        const auto isNamed = [this] { return m_rig->filesInFolder().contains(u"harvest.png"_s); };
+        QVERIFY(QTest::qWaitFor(isNamed, 4000));
     }
 
     void aNameTypedMeanwhileStays()

@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QRect>
 #include <QTest>
+#include <QWidget>
 
 #include <functional>
 #include <optional>
@@ -52,6 +53,11 @@ public:
         xdotool(moveTo(start) + press() + moveTo(start + QPoint(4, 0)) +
                 moveTo(start + QPoint(40, 30)) + moveTo(place.center()) +
                 moveTo(place.center() + QPoint(5, 5)));
+    }
+
+    static void dragFrom(const QWidget &widget)
+    {
+        dragFrom(widget.mapToGlobal(widget.rect().center()));
     }
 
     static void letGo() { xdotool(release()); }
