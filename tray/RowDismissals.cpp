@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tray/RowDismissals.h"
 
+#include "core/VelmoraSettings.h"
+
 #include <QTimer>
+
+using namespace std::chrono_literals;
 
 void RowDismissals::schedule(const QUuid &id, std::chrono::milliseconds delay)
 {
@@ -15,6 +19,20 @@ void RowDismissals::schedule(const QUuid &id, std::chrono::milliseconds delay)
     });
     m_timers.insert(id, timer);
     timer->start(delay);
+}
+
+void RowDismissals::schedule(const QUuid &id, TrayDuration duration)
+{
+    switch (duration) {
+    case TrayDuration::fifteenSeconds:
+        schedule(id, 15s);
+        return;
+    case TrayDuration::sixtySeconds:
+        schedule(id, 60s);
+        return;
+    case TrayDuration::untilDismissed:
+        return;
+    }
 }
 
 void RowDismissals::cancel(const QUuid &id)

@@ -8,6 +8,7 @@
 #include <chrono>
 
 class QTimer;
+enum class TrayDuration;
 
 /// When rows are dismissed automatically. Main thread.
 class RowDismissals : public QObject
@@ -18,6 +19,9 @@ public:
 
     /// Makes the row due after `delay`, instead of any time scheduled before.
     void schedule(const QUuid &id, std::chrono::milliseconds delay);
+
+    /// Does nothing for rows that stay until the user dismisses them.
+    void schedule(const QUuid &id, TrayDuration duration);
 
     /// Does nothing if nothing is scheduled.
     void cancel(const QUuid &id);

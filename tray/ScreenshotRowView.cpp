@@ -4,12 +4,11 @@
 #include "core/VelmoraLog.h"
 #include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
-#include "naming/ScreenshotNamer.h"
 #include "style/BezelButton.h"
-#include "style/VelmoraPalette.h"
 #include "tray/BadgeLabel.h"
 #include "tray/DraggableImageView.h"
 #include "tray/FilenameTextField.h"
+#include "tray/RowVeil.h"
 #include "tray/StatusLabel.h"
 #include "tray/rowStyle.h"
 
@@ -45,15 +44,15 @@ ScreenshotRowView::ScreenshotRowView(const QUuid &id, const ScreenshotPointer &s
     , m_services(services)
     , m_onAction(std::move(onAction))
     , m_controls(buildRowControls(this, screenshot->url(), suggestedFilename, services.actions))
+    , m_name(*m_controls.filenameField, screenshot)
     , m_status(*m_controls.statusLabel)
     , m_thumbnail(*m_controls.thumbnailView, screenshot, services.images)
-    , m_veil(new PaletteView(this))
+    , m_veil(new RowVeil(this))
 {
     setCornerRadius(cornerRadius);
     // So that Tab visits the row's controls together and in their order.
     setFocusPolicy(Qt::TabFocus);
     setFocusProxy(m_controls.filenameField);
-    m_veil->setAttribute(Qt::WA_TransparentForMouseEvents);
     connectControls();
     setNewest(true);
 }
@@ -69,11 +68,7 @@ void ScreenshotRowView::connectControls()
     connect(m_controls.undoButton, &QPushButton::clicked, this, &ScreenshotRowView::undoTapped);
 
     FilenameTextField *field = m_controls.filenameField;
-    connect(field, &FilenameTextField::edited, this, [this] {
-        m_userEditedFilename = true;
-        m_hasTypedName = true;
-        m_screenshot->setNamedByUser();
-    });
+    connect(field, &FilenameTextField::edited, this, [this] { m_name.edited(); });
     connect(field, &FilenameTextField::pressed, this, &ScreenshotRowView::nameClicked);
     connect(field, &QLineEdit::returnPressed, this, &ScreenshotRowView::renameFromField);
     connect(field, &QLineEdit::editingFinished, this, &ScreenshotRowView::renameFromField);
@@ -91,24 +86,12 @@ void ScreenshotRowView::setNewest(bool isNewest)
     m_controls.accentView->setFillColor(style.accent);
     setFillColor(style.background);
     setBorder(style.borderWidth, style.border);
-    m_alpha = style.alpha;
-    updateVeil();
+    m_veil->setAlpha(style.alpha);
 }
 
 void ScreenshotRowView::setArrival(double arrival)
 {
-    m_arrival = arrival;
-    updateVeil();
-}
-
-/// A translucent row shows the tray's single colour. Painting that colour over the row gives the
-/// same pixels, at a fraction of the cost of drawing the row off-screen and blending it.
-void ScreenshotRowView::updateVeil()
-{
-    const double alpha = m_alpha * m_arrival;
-    m_veil->setFillColor(VelmoraPalette::withAlpha(VelmoraPalette::tray(), 1 - alpha));
-    m_veil->setVisible(alpha < 1);
-    m_veil->raise();
+    m_veil->setArrival(arrival);
 }
 
 void ScreenshotRowView::resizeEvent(QResizeEvent *)
@@ -129,28 +112,24 @@ void ScreenshotRowView::setPendingUndo(const std::optional<UndoableAction> &acti
 
 void ScreenshotRowView::updateSuggestedFilename(const QString &name, bool autoRename)
 {
-    if (m_userEditedFilename)
+    if (!m_name.suggest(name) || !autoRename)
         return;
-    m_controls.filenameField->setText(name);
-    if (!autoRename)
-        return;
-    m_suggestedName = name;
+    m_name.keepSuggestion(name);
     if (!m_controls.thumbnailView->isHandingOver())
         renameAsSuggested();
 }
 
 void ScreenshotRowView::renameAsSuggested()
 {
-    const std::optional<QString> name = std::exchange(m_suggestedName, std::nullopt);
-    if (name && !m_userEditedFilename)
+    if (const std::optional<QString> name = m_name.takeSuggestion())
         requestRename({ScreenshotActions::By::Program, *name, u"Renamed automatically"_s,
                        renameHandler(), m_status.number()});
 }
 
 void ScreenshotRowView::renameFile(const std::optional<QString> &successMessage, Renamed renamed)
 {
-    requestRename({ScreenshotActions::By::User, m_controls.filenameField->text(), successMessage,
-                   std::move(renamed), m_status.number()});
+    requestRename({ScreenshotActions::By::User, m_name.text(), successMessage, std::move(renamed),
+                   m_status.number()});
 }
 
 ScreenshotRowView::Renamed ScreenshotRowView::renameHandler() const
@@ -162,37 +141,26 @@ ScreenshotRowView::Renamed ScreenshotRowView::renameHandler() const
 
 void ScreenshotRowView::requestRename(const Rename &rename)
 {
-    if (m_isRenaming == rename.text)
+    const std::optional<QString> name = m_name.beginRename(rename.text);
+    if (!name)
         return;
-    m_hasTypedName = false;
-    const QString current = FileUrls::lastPathComponent(fileURL());
-    // Sanitising could shorten the current name, because a counter may have made it longer than a
-    // typed name may be.
-    const QString name =
-        rename.text == current ? current : ScreenshotNamer::sanitize(rename.text, current);
-    if (name == current && !m_isRenaming) {
-        m_controls.filenameField->setText(current);
-        return;
-    }
-    m_isRenaming = rename.text;
     const auto ended = [row = QPointer(this), rename](const ScreenshotRename &outcome) {
         if (row)
             row->renameEnded(rename, outcome);
         if (outcome.result)
             rename.renamed(*outcome.result);
     };
-    m_services.actions.rename(m_screenshot, name, rename.by, ended);
+    m_services.actions.rename(m_screenshot, *name, rename.by, ended);
 }
 
 void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename &ended)
 {
-    if (m_isRenaming == rename.text)
-        m_isRenaming.reset();
+    m_name.endRename(rename.text);
     m_status.endAnnouncement();
-    showName();
+    m_name.showFilename();
     if (ended.outcome == ScreenshotRename::Outcome::Failed)
         setStatus(u"Rename failed"_s);
-    const bool undoes = !m_isRenaming && std::exchange(m_undoesWhenMoved, false);
+    const bool undoes = !m_name.isRenaming() && std::exchange(m_undoesWhenMoved, false);
     if (!ended.result)
         return;
     const auto &[oldURL, newURL] = *ended.result;
@@ -206,13 +174,6 @@ void ScreenshotRowView::renameEnded(const Rename &rename, const ScreenshotRename
     }
     if (undoes)
         undoTapped();
-}
-
-/// Keeps a name that the user is typing or that the file is being renamed to.
-void ScreenshotRowView::showName()
-{
-    if (!m_hasTypedName && !m_isRenaming)
-        m_controls.filenameField->setText(FileUrls::lastPathComponent(fileURL()));
 }
 
 void ScreenshotRowView::moveToTrash(const Trashed &trashed)
@@ -241,8 +202,8 @@ void ScreenshotRowView::trashEnded(const ScreenshotMoves::Trashing &ended)
         setStatus(u"Trash failed"_s);
         return;
     }
-    m_hasTypedName = false;
-    m_suggestedName.reset();
+    m_name.forgetTyped();
+    m_name.forgetSuggestion();
     m_controls.thumbnailView->setFileURL(ended.result->trashedURL);
     setPendingUndo(UndoableAction::trash(ended.result->originalURL, ended.result->trashedURL));
     m_status.show(u"Moved to Trash"_s);
@@ -273,7 +234,7 @@ void ScreenshotRowView::undoEnded(const UndoableAction &action, const std::error
     }
     m_controls.thumbnailView->setFileURL(fileURL());
     m_thumbnail.reload();
-    showName();
+    m_name.showFilename();
     if (m_pendingUndo == action)
         setPendingUndo(std::nullopt);
     setStatus(u"Restored"_s);
@@ -292,14 +253,14 @@ void ScreenshotRowView::retire(TypedName typed)
 
 void ScreenshotRowView::renameFromField()
 {
-    if (m_hasTypedName && !m_isRetired)
+    if (m_name.isTyped() && !m_isRetired)
         renameFile(std::nullopt, renameHandler());
 }
 
 /// While the file is being moved, Undo means that move. If the move then fails, nothing is undone.
 void ScreenshotRowView::undoTapped()
 {
-    if (m_isRenaming || m_isTrashing)
+    if (m_name.isRenaming() || m_isTrashing)
         m_undoesWhenMoved = true;
     else if (m_pendingUndo)
         m_onAction({m_id, ScreenshotRowAction::Undo{*m_pendingUndo}});
@@ -311,6 +272,6 @@ void ScreenshotRowView::keyPressEvent(QKeyEvent *event)
         PaletteView::keyPressEvent(event);
         return;
     }
-    m_hasTypedName = false;
+    m_name.forgetTyped();
     m_onAction({m_id, ScreenshotRowAction::Close()});
 }

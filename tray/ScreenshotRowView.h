@@ -5,6 +5,7 @@
 #include "files/ScreenshotMoves.h"
 #include "style/PaletteView.h"
 #include "tray/RowControls.h"
+#include "tray/RowName.h"
 #include "tray/RowStatus.h"
 #include "tray/RowThumbnail.h"
 #include "tray/ScreenshotRowAction.h"
@@ -15,6 +16,7 @@
 #include <functional>
 #include <optional>
 
+class RowVeil;
 class ScreenshotActions;
 class ScreenshotImages;
 
@@ -92,30 +94,20 @@ private:
     Renamed renameHandler() const;
     void trashEnded(const ScreenshotMoves::Trashing &ended);
     void undoEnded(const UndoableAction &action, const std::error_code &error);
-    void showName();
     void setPendingUndo(const std::optional<UndoableAction> &action);
     void renameFromField();
     void undoTapped();
-    void updateVeil();
 
     const QUuid m_id;
     const ScreenshotPointer m_screenshot;
     const Services m_services;
     const OnAction m_onAction;
     const RowControls m_controls;
+    RowName m_name;
     RowStatus m_status;
     RowThumbnail m_thumbnail;
-    PaletteView *m_veil;
-    double m_alpha = 1;
-    double m_arrival = 1;
+    RowVeil *m_veil;
     std::optional<UndoableAction> m_pendingUndo;
-    bool m_userEditedFilename = false;
-    /// Waits until other programs have read a dragged file, or the row is about to be removed.
-    std::optional<QString> m_suggestedName;
-    /// Whether the field contains a name that the user has typed but not committed.
-    bool m_hasTypedName = false;
-    /// The text that the file is being renamed to.
-    std::optional<QString> m_isRenaming;
     bool m_isTrashing = false;
     bool m_isUndoing = false;
     bool m_undoesWhenMoved = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tray/TrayController.h"
 
+#include "core/Overloaded.h"
 #include "core/VelmoraSettings.h"
 #include "files/ScreenshotActions.h"
 #include "filesystem/FileUrls.h"
@@ -15,33 +16,11 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace
 {
 
 constexpr int maximumRows = 3;
-
-std::optional<std::chrono::seconds> dismissalDelay(TrayDuration duration)
-{
-    switch (duration) {
-    case TrayDuration::fifteenSeconds:
-        return 15s;
-    case TrayDuration::sixtySeconds:
-        return 60s;
-    case TrayDuration::untilDismissed:
-        break;
-    }
-    return std::nullopt;
-}
-
-template <typename... Cases>
-struct Overloaded : Cases... {
-    using Cases::operator()...;
-};
-// Some compilers do not deduce this of an aggregate yet.
-template <typename... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>;
 
 } // namespace
 
@@ -149,8 +128,7 @@ QList<PanelPlace> TrayController::placesBetween(FileTime from, FileTime to) cons
 
 void TrayController::scheduleDismissal(const QUuid &id)
 {
-    if (const auto delay = dismissalDelay(VelmoraSettings::trayDuration()))
-        m_dismissalTasks.schedule(id, *delay);
+    m_dismissalTasks.schedule(id, VelmoraSettings::trayDuration());
 }
 
 void TrayController::removeRow(const QUuid &id)
