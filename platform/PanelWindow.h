@@ -22,8 +22,7 @@ public:
     /// Null when there is no screen.
     virtual QScreen *screen() const = 0;
 
-    /// The part of a screen that no desktop bar covers. Ask again for each placement: its changes
-    /// are not always signalled.
+    /// The part of a screen that no desktop bar covers.
     virtual QRect visibleFrame(const QScreen &screen) const { return screen.availableGeometry(); }
 
     /// Call it once for each native window, before showing it. The window's content is a rectangle
@@ -53,6 +52,10 @@ public:
 Q_SIGNALS:
     /// `showsTransparency()` may have changed.
     void transparencyChanged();
+
+    /// `visibleFrame()` may have changed although the screen's available geometry has not, or the
+    /// window manager may have moved the window out of the way of a desktop bar.
+    void visibleFrameChanged();
 };
 
 std::unique_ptr<PanelWindow> makePanelWindow();

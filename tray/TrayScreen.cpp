@@ -8,6 +8,7 @@
 TrayScreen::TrayScreen(const PanelWindow &panelWindow) : m_panelWindow(panelWindow)
 {
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &TrayScreen::screenRemoved);
+    connect(&panelWindow, &PanelWindow::visibleFrameChanged, this, &TrayScreen::changed);
     choose();
 }
 

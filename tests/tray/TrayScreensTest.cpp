@@ -2,6 +2,7 @@
 #include "tests/tray/ControllerFixture.h"
 #include "tests/world/Screens.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 #include "tests/world/XDesktop.h"
 
 #include "core/VelmoraSettings.h"
@@ -11,7 +12,11 @@
 
 #include <QTest>
 
+#include <cstdlib>
+#include <xcb/xcb.h>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
@@ -27,14 +32,85 @@ public:
     Bar(const QRect &place, const QString &reserved) : QWidget(nullptr, Qt::FramelessWindowHint)
     {
         setAttribute(Qt::WA_ShowWithoutActivating);
+        winId();
         setAttribute(Qt::WA_X11NetWmWindowTypeDock);
+        set(place, reserved);
+        show();
+        [[maybe_unused]] const bool isShown = QTest::qWaitForWindowExposed(this);
+    }
+
+    void set(const QRect &place, const QString &reserved)
+    {
         setGeometry(place);
         const QString property = u"_NET_WM_STRUT_PARTIAL"_s;
         XDesktop::run(u"xprop"_s, {u"-id"_s, QString::number(winId()), u"-f"_s, property, u"32c"_s,
                                    u"-set"_s, property, reserved});
-        show();
-        [[maybe_unused]] const bool isShown = QTest::qWaitForWindowExposed(this);
     }
+};
+
+/// The work area of each screen, as GNOME's window manager reports them.
+class ReportedAreas
+{
+public:
+    enum class Reporter { Running, Gone };
+
+    ReportedAreas(const QList<quint32> &areas, Reporter reporter)
+        : m_connection(xcb_connect(nullptr, nullptr))
+        , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
+        , m_areas(atom("_GTK_WORKAREAS_D0"))
+        , m_supported(atom("_NET_SUPPORTED"))
+    {
+        m_reply = xcb_get_property_reply(
+            m_connection,
+            xcb_get_property(m_connection, 0, m_root, m_supported, XCB_ATOM_ATOM, 0, 1024),
+            nullptr);
+        set(m_areas, XCB_ATOM_CARDINAL, areas);
+        QList<quint32> supported = formerlySupported();
+        if (reporter == Reporter::Running)
+            supported.append(atom("_GTK_WORKAREAS"));
+        set(m_supported, XCB_ATOM_ATOM, supported);
+    }
+
+    ~ReportedAreas()
+    {
+        xcb_delete_property(m_connection, m_root, m_areas);
+        set(m_supported, XCB_ATOM_ATOM, formerlySupported());
+        std::free(m_reply);
+        xcb_disconnect(m_connection);
+    }
+    Q_DISABLE_COPY_MOVE(ReportedAreas)
+
+private:
+    xcb_atom_t atom(const QByteArray &name) const
+    {
+        auto *reply = xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, 0, uint16_t(name.size()), name.constData()),
+            nullptr);
+        const xcb_atom_t result = reply->atom;
+        std::free(reply);
+        return result;
+    }
+
+    QList<quint32> formerlySupported() const
+    {
+        const auto *atoms = static_cast<const quint32 *>(xcb_get_property_value(m_reply));
+        return {atoms, atoms + m_reply->value_len};
+    }
+
+    void set(xcb_atom_t property, xcb_atom_t type, const QList<quint32> &values)
+    {
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_root, property, type, 32,
+                            uint32_t(values.size()), values.constData());
+        // A server may drop unread requests when the connection ends.
+        std::free(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    }
+
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root;
+    xcb_atom_t m_areas;
+    xcb_atom_t m_supported;
+    xcb_get_property_reply_t *m_reply;
 };
 
 } // namespace
@@ -86,6 +162,61 @@ private Q_SLOTS:
         QTRY_COMPARE(panel()->geometry(), QRect(1520 - 620 - 44, 30 + 44, 620, 166));
     }
 
+    void itMovesClearOfABarThatComesGrowsMovesAndGoes()
+    {
+        // As long as it is there, the desktop's work area ends above it, whatever other bars do.
+        const Bar largest({800, 880, 800, 120}, u"0,0,0,120,0,0,0,0,0,0,800,1599"_s);
+        add("one.png");
+        const QPoint corner(800 - 620 - 44, 1000 - 88 - 44);
+        QVERIFY(comesToRestAt(corner));
+        {
+            Bar bar({0, 940, 800, 60}, u"0,0,0,60,0,0,0,0,0,0,0,799"_s);
+            QVERIFY(comesToRestAt(corner - QPoint(0, 60)));
+            bar.set({0, 920, 800, 80}, u"0,0,0,80,0,0,0,0,0,0,0,799"_s);
+            QVERIFY(comesToRestAt(corner - QPoint(0, 80)));
+            bar.set({740, 0, 60, 1000}, u"0,860,0,0,0,0,0,999,0,0,0,0"_s);
+            QVERIFY(comesToRestAt(corner - QPoint(60, 0)));
+        }
+        QVERIFY(comesToRestAt(corner));
+    }
+
+    void itKeepsToTheWorkAreaThatGnomeReportsForItsScreen()
+    {
+        add("one.png");
+        const QPoint corner(800 - 620 - 44, 1000 - 88 - 44);
+        QVERIFY(comesToRestAt(corner));
+        {
+            const ReportedAreas areas({800, 32, 800, 968, 0, 0, 800, 930},
+                                      ReportedAreas::Reporter::Running);
+            QVERIFY(comesToRestAt(corner - QPoint(0, 70)));
+        }
+        QVERIFY(comesToRestAt(corner));
+    }
+
+    void aWorkAreaThatCanNotBeTrueIsIgnored_data()
+    {
+        QTest::addColumn<QList<quint32>>("areas");
+        QTest::addColumn<bool>("isReporterGone");
+        QTest::newRow("too short") << QList<quint32>{0, 0, 800} << false;
+        QTest::newRow("of no size") << QList<quint32>{0, 0, 0, 0, 800, 0, 0, 0} << false;
+        QTest::newRow("of almost no size") << QList<quint32>{300, 300, 20, 20} << false;
+        QTest::newRow("elsewhere") << QList<quint32>{5000, 5000, 800, 930} << false;
+        QTest::newRow("beyond all numbers") << QList<quint32>(512, 0x7FFFFFFF) << false;
+        QTest::newRow("of both screens") << QList<quint32>{0, 0, 1600, 930} << false;
+        QTest::newRow("left by a former manager") << QList<quint32>{0, 0, 800, 930} << true;
+    }
+
+    void aWorkAreaThatCanNotBeTrueIsIgnored()
+    {
+        QFETCH(QList<quint32>, areas);
+        QFETCH(bool, isReporterGone);
+        const Bar bar({0, 940, 800, 60}, u"0,0,0,60,0,0,0,0,0,0,0,799"_s);
+        const ReportedAreas reported(areas, isReporterGone ? ReportedAreas::Reporter::Gone
+                                                           : ReportedAreas::Reporter::Running);
+        add("one.png");
+        QVERIFY(comesToRestAt({800 - 620 - 44, 940 - 88 - 44}));
+    }
+
     void withoutANewScreenshotItStaysOnItsScreen()
     {
         add("one.png");
@@ -122,6 +253,20 @@ private Q_SLOTS:
 private:
     static constexpr QPoint onTheLeft = {300, 300};
     static constexpr QPoint onTheRight = {1300, 300};
+
+    /// Where the server has the panel, which a window manager may have moved.
+    static bool comesToRestAt(QPoint corner)
+    {
+        const auto isThere = [corner] {
+            const QString place = XDesktop::run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s,
+                                                               QString::number(panel()->winId())});
+            return place.contains(u"\nX=%1\nY=%2\n"_s.arg(corner.x()).arg(corner.y()));
+        };
+        const bool stays = QTest::qWaitFor(isThere, 20'000) && Waiting::staysTrue(isThere, 500ms);
+        if (!stays)
+            qWarning() << "the panel is at" << panel()->pos();
+        return stays;
+    }
 
     Screens m_screens;
 };

@@ -3,18 +3,24 @@
 
 #include "platform/linux/x11/X11Properties.h"
 
+#include <QList>
+#include <QMargins>
+#include <QObject>
 #include <QRect>
+#include <QTimer>
 
 #include <optional>
 
 class X11Connection;
 
-/// The desktop's bars (panels, docks), which keep an edge of a screen for themselves. For desktops
-/// with several screens: most window managers report one work area for all of them, so that for Qt
-/// a bar on one screen takes room on the others, too. Main thread; the connection must outlive it.
-class DesktopBars
+/// The desktop's bars (panels, docks), which keep an edge of a screen for themselves. For what Qt
+/// can't tell: most window managers report one work area for all screens, so that a bar between two
+/// screens is not in it; some managers report none. Main thread.
+class DesktopBars : public QObject
 {
+    Q_OBJECT
 public:
+    /// @param x11 reports the root window's properties, and must outlive this object
     explicit DesktopBars(X11Connection &x11);
 
     /// The part of this screen that no bar keeps for itself, in device pixels. Nothing if the
@@ -22,9 +28,32 @@ public:
     /// trips.
     std::optional<QRect> freePart(const QRect &screen) const;
 
+    /// Whether the window manager reports a work area. Asks the server on each call.
+    bool areInWorkArea() const;
+
+Q_SIGNALS:
+    /// A bar may have come, changed or gone a moment ago. Emitted once for all that changes
+    /// together, and only for new bars and those that were there at the last call of `freePart`.
+    void changed();
+
 private:
+    struct Bar {
+        quint32 window;
+        QMargins reserved; ///< from the edges of the whole desktop, as the bar says
+        QRect place;
+    };
+
+    QList<Bar> bars() const;
+    void watch(const QList<Bar> &bars) const;
     std::optional<QRect> reportedPart(const QRect &screen) const;
+    bool isReported() const;
+    void readEvent(const xcb_generic_event_t *event);
+    bool tellsOfBars(const xcb_generic_event_t *event) const;
 
     X11Connection &m_x11;
     mutable X11Properties m_properties;
+    /// Windows that are bars, and the properties whose changes may be those of a bar.
+    mutable QList<quint32> m_watched;
+    mutable QList<quint32> m_telling;
+    QTimer m_settled;
 };

@@ -25,7 +25,7 @@ xcb_window_t idOf(const QWindow &window)
 
 X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
     : m_connection(connection)
-    , m_own(XCB_EVENT_MASK_NO_EVENT)
+    , m_own(XCB_EVENT_MASK_PROPERTY_CHANGE)
     , m_compositor(m_own)
     , m_properties(connection, m_own.root())
     , m_manager(m_own)
@@ -34,6 +34,7 @@ X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
     , m_compositorKeyboard(m_own)
 {
     connect(&m_compositor, &CompositorWatch::changed, this, &PanelWindow::transparencyChanged);
+    connect(&m_bars, &DesktopBars::changed, this, &PanelWindow::visibleFrameChanged);
 }
 
 X11PanelWindow::~X11PanelWindow() = default;
@@ -53,7 +54,7 @@ QScreen *X11PanelWindow::screen() const
 
 QRect X11PanelWindow::visibleFrame(const QScreen &screen) const
 {
-    if (QGuiApplication::screens().size() < 2 || !m_own.isAlive())
+    if (!m_own.isAlive() || (QGuiApplication::screens().size() < 2 && m_bars.areInWorkArea()))
         return screen.availableGeometry();
     const QRect whole = devicePixels(screen);
     const auto free = m_bars.freePart(whole);
