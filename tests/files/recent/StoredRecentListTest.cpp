@@ -143,7 +143,7 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         const QString configuration = qEnvironmentVariable("XDG_CONFIG_HOME");
         environment.insert(u"SLOW_DISK_FOLDERS"_s, configuration);
-        environment.insert(u"SLOW_DISK_MILLISECONDS"_s, u"200"_s);
+        environment.insert(u"SLOW_DISK_MILLISECONDS"_s, u"100"_s);
         QProcess program;
         program.setProcessEnvironment(environment);
         program.start(QStringLiteral(RECENT_LIST_WRITER),
