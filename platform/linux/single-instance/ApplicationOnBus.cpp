@@ -41,6 +41,12 @@ bool isOwnerGone(const QDBusMessage &answer)
 
 ApplicationOnBus::ApplicationOnBus() : m_bus(QDBusConnection::sessionBus()) {}
 
+ApplicationOnBus::~ApplicationOnBus()
+{
+    if (m_ownsName)
+        m_bus.unregisterService(busName());
+}
+
 ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
 {
     if (!m_bus.isConnected())
@@ -57,8 +63,10 @@ ApplicationOnBus::Claim ApplicationOnBus::claim(const LaunchToken &token)
             m_bus.interface()->registerService(busName());
         if (!reply.isValid())
             return Claim::Impossible;
-        if (reply.value() == QDBusConnectionInterface::ServiceRegistered)
+        if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+            m_ownsName = true;
             return Claim::Ours;
+        }
         const int timeLeft = std::max(1, int(deadline.remainingTime()));
         const QDBusMessage answer = m_bus.call(activate, QDBus::Block, timeLeft);
         if (!isOwnerGone(answer))

@@ -17,12 +17,16 @@ class ApplicationOnBus : public QObject, protected QDBusContext
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
     enum class Claim {
-        Ours,       ///< this process owns the name until it ends
+        Ours,       ///< this object owns the name until it is destroyed
         Theirs,     ///< another process owns it and was asked to come to the front
         Impossible, ///< there is no session bus
     };
 
     ApplicationOnBus();
+
+    /// Leaves the name to the next process. The program may need seconds more to end, until a
+    /// clipboard manager has what was copied.
+    ~ApplicationOnBus() override;
 
     /// Blocks for two seconds at most when the other process does not answer. That process is then
     /// taken to be busy, because the bus would know if it had died; it gets the message later.
@@ -41,4 +45,5 @@ Q_SIGNALS:
 
 private:
     QDBusConnection m_bus;
+    bool m_ownsName = false;
 };

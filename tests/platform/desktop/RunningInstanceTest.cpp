@@ -54,6 +54,9 @@ public:
         return QString::fromUtf8(m_process.readLine()).trimmed();
     }
 
+    /// It leaves the place to others, as the program does that ends.
+    void leave() { m_process.write("\n"); }
+
     bool saysNothingMore() { return !m_process.canReadLine(); }
     int exitCode()
     {
@@ -121,6 +124,22 @@ private Q_SLOTS:
         Instance third(environment());
         QCOMPARE(third.nextLine(), anotherRuns);
         QCOMPARE(first.nextLine(), u"reopened"_s);
+    }
+
+    /// A program that ends may take seconds until a clipboard manager has what it has copied.
+    void aStartWhileTheFirstIsStillEndingTakesItsPlace_data() { waysOfMeeting(); }
+    void aStartWhileTheFirstIsStillEndingTakesItsPlace()
+    {
+        Instance first(environment());
+        QCOMPARE(first.nextLine(), runs);
+        first.leave();
+        QCOMPARE(first.nextLine(), u"has left"_s);
+        Instance second(environment());
+        QCOMPARE(second.nextLine(), runs);
+        Instance third(environment());
+        QCOMPARE(third.nextLine(), anotherRuns);
+        QCOMPARE(second.nextLine(), u"reopened"_s);
+        QVERIFY(first.saysNothingMore());
     }
 
     void theSecondsTokensReachTheFirst_data() { waysOfMeeting(); }

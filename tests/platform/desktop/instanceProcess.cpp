@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// A single-instance program. Prints the signals that it receives.
+// A single-instance program. Prints the signals that it receives. After a line on its standard
+// input it is no longer the instance, but keeps running.
 
 #include "platform/RunningInstance.h"
 
 #include <QGuiApplication>
+#include <QSocketNotifier>
 
 #include <cstdio>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +26,7 @@ void say(const QString &line)
 int main(int argc, char *argv[])
 {
     QGuiApplication application(argc, argv);
-    const auto instance = makeRunningInstance();
+    auto instance = makeRunningInstance();
     QObject::connect(instance.get(), &RunningInstance::reopened, instance.get(),
                      [] { say(u"reopened "_s + qEnvironmentVariable("XDG_ACTIVATION_TOKEN")); });
     QObject::connect(instance.get(), &RunningInstance::actionRequested, instance.get(),
@@ -33,5 +36,11 @@ int main(int argc, char *argv[])
         return 0;
     }
     say(u"runs"_s);
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
+        input.setEnabled(false);
+        instance.reset();
+        say(u"has left"_s);
+    });
     return application.exec();
 }
