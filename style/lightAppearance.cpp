@@ -11,6 +11,8 @@
 void applyLightAppearance()
 {
     QApplication::setStyle(new VelmoraStyle);
+    // In the direction of the texts, which are all in English.
+    QApplication::setLayoutDirection(Qt::LeftToRight);
     QApplication::setPalette(VelmoraPalette::lightPalette());
     QApplication::setFont(systemFont(13));
     QToolTip::setPalette(VelmoraPalette::lightPalette());

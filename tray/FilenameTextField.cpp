@@ -146,8 +146,13 @@ void FilenameTextField::paintElided()
     const QRect area = textArea();
     const QFontMetrics metrics = fontMetrics();
     const int top = area.y() + (area.height() - metrics.height() + 1) / 2;
+    const QString elided = metrics.elidedText(text(), Qt::ElideMiddle, area.width());
+    const bool fromTheRight = text().isRightToLeft();
+    // There, QLineEdit leaves room for the cursor behind the last letter.
+    constexpr int cursorRoom = 2;
+    const int right = area.right() + 1 - cursorRoom - metrics.horizontalAdvance(elided);
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(area.x(), top + metrics.ascent(),
-                     metrics.elidedText(text(), Qt::ElideMiddle, area.width()));
+    painter.setLayoutDirection(fromTheRight ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.drawText(fromTheRight ? right : area.x(), top + metrics.ascent(), elided);
 }

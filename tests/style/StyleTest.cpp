@@ -78,6 +78,13 @@ private Q_SLOTS:
         QCOMPARE(QApplication::font().pixelSize(), 13);
     }
 
+    void theWindowsReadFromLeftToRightLikeTheirTexts()
+    {
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        applyLightAppearance();
+        QCOMPARE(QApplication::layoutDirection(), Qt::LeftToRight);
+    }
+
     void anAlertThatInformsBearsTheLogo()
     {
         QMessageBox alert;

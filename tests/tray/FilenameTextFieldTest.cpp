@@ -185,16 +185,21 @@ private Q_SLOTS:
     void theTextDoesNotMoveWhenTheEditingBegins_data()
     {
         QTest::addColumn<int>("height");
-        QTest::newRow("even") << 24;
-        QTest::newRow("odd") << 25;
+        QTest::addColumn<QString>("name");
+        QTest::newRow("even") << 24 << u"shot.png"_s;
+        QTest::newRow("odd") << 25 << u"shot.png"_s;
+        QTest::newRow("from right to left") << 24 << u"\u05dc\u05e7\u05d8\u05ea.png"_s;
     }
 
     void theTextDoesNotMoveWhenTheEditingBegins()
     {
         QFETCH(const int, height);
+        QFETCH(const QString, name);
         m_field->setFixedHeight(height);
+        m_field->setText(name);
         QTRY_COMPARE(m_field->height(), height);
-        const auto beginning = [this] { return m_field->grab({0, 0, 40, 24}).toImage(); };
+        const int left = name.isRightToLeft() ? m_field->width() - 40 : 0;
+        const auto beginning = [&] { return m_field->grab({left, 0, 40, 24}).toImage(); };
         m_field->setFocus();
         m_field->end(false);
         const QImage editing = beginning();
