@@ -91,6 +91,9 @@ class Deb(unittest.TestCase):
         for name in ("libqt6widgets6", "libqt6svg6", "libtesseract5", "libheif1", "libpng16-16"):
             self.assertIn(name, names)
 
+    def test_what_opens_files_and_mail_is_recommended(self):
+        self.assertIn("xdg-utils", self.field("Recommends"))
+
     def test_the_desktop_entry_is_valid(self):
         self.assertEqual(
             output("desktop-file-validate", self.share / f"applications/{ID}.desktop"), "")
