@@ -45,6 +45,9 @@ public:
     /// the window; without the focus it does nothing.
     virtual void giveFocusBack(QWindow &window) = 0;
 
+    /// The same, while the window stays visible. Does nothing where a program can't do that.
+    virtual void giveFocusBackAndStay(QWindow &) {}
+
     /// Whether transparent parts of a window show what is behind it. Otherwise they are black.
     /// Checked on each call.
     virtual bool showsTransparency() const = 0;

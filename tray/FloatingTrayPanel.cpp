@@ -97,7 +97,8 @@ void FloatingTrayPanel::present()
 
 void FloatingTrayPanel::dismiss()
 {
-    giveFocusBack();
+    if (isVisible())
+        m_panelWindow.giveFocusBack(*windowHandle());
     hide();
 }
 
@@ -109,7 +110,7 @@ void FloatingTrayPanel::takeFocus()
 void FloatingTrayPanel::giveFocusBack()
 {
     if (isVisible())
-        m_panelWindow.giveFocusBack(*windowHandle());
+        m_panelWindow.giveFocusBackAndStay(*windowHandle());
 }
 
 void FloatingTrayPanel::moveEvent(QMoveEvent *)

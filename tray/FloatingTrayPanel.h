@@ -30,7 +30,8 @@ public:
     /// Takes keyboard focus from the program that has it.
     void takeFocus();
 
-    /// If the panel has keyboard focus, returns it to the program that had it before.
+    /// If the panel has keyboard focus, returns it to the program that had it before. The panel
+    /// stays visible.
     void giveFocusBack();
 
     /// Where the panel was visible during the last minute.

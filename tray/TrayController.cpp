@@ -11,6 +11,7 @@
 #include "tray/ScreenshotRowView.h"
 #include "tray/trayFrame.h"
 
+#include <QApplication>
 #include <QPointer>
 
 #include <algorithm>
@@ -98,8 +99,11 @@ void TrayController::trimRows()
 void TrayController::takeOut(ScreenshotRowView *row)
 {
     const QUuid id = row->id();
+    const bool hasKeyboard = row->isAncestorOf(QApplication::focusWidget());
     row->retire(ScreenshotRowView::TypedName::Commit);
     m_stackView->remove(row);
+    if (hasKeyboard && !m_rowOrder.isEmpty())
+        m_panel->giveFocusBack();
     if (onRowGone)
         onRowGone(id);
 }

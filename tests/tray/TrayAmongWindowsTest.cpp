@@ -105,6 +105,33 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
     }
 
+    void theKeyboardGoesBackWithTheRowWhoseNameHadItAlthoughOthersStay_data()
+    {
+        QTest::addColumn<bool>("isPushedOut");
+        QTest::newRow("closed by Escape") << false;
+        QTest::newRow("pushed out by newer ones") << true;
+    }
+
+    void theKeyboardGoesBackWithTheRowWhoseNameHadItAlthoughOthersStay()
+    {
+        QFETCH(const bool, isPushedOut);
+        add(u"one.png"_s);
+        if (!isPushedOut)
+            add(u"two.png"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
+        typeIntoName(u"Report"_s);
+        if (isPushedOut) {
+            for (const QString &file : {u"two.png"_s, u"three.png"_s, u"four.png"_s})
+                add(file);
+        } else {
+            XDesktop::pressKey(u"Escape"_s);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(m_terminal->isActive() && m_terminal->hasKeyboard(), patience);
+        QVERIFY(stays([this] { return m_terminal->hasKeyboard() && isSeen(); }));
+        XDesktop::type(u"back\n"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
+    }
+
     void aScreenshotWhileANameIsTypedDoesNotDisturbIt()
     {
         add(u"one.png"_s);

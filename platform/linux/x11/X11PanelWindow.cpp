@@ -127,6 +127,14 @@ void X11PanelWindow::giveFocusBack(QWindow &window)
         m_keyboard.giveBack(idOf(window));
 }
 
+void X11PanelWindow::giveFocusBackAndStay(QWindow &window)
+{
+    if (m_compositorKeyboard.isWith(window))
+        m_compositorKeyboard.giveBack();
+    else
+        m_keyboard.giveBack(idOf(window));
+}
+
 bool X11PanelWindow::showsTransparency() const
 {
     return m_compositor.isRunning();

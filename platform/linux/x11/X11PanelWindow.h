@@ -35,6 +35,7 @@ public:
     bool bringToFront(QWindow &window) override;
     void takeFocus(QWindow &window) override;
     void giveFocusBack(QWindow &window) override;
+    void giveFocusBackAndStay(QWindow &window) override;
     bool showsTransparency() const override;
 
 private:
