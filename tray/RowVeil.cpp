@@ -25,5 +25,4 @@ void RowVeil::showThrough()
     const double alpha = m_alpha * m_arrival;
     setFillColor(VelmoraPalette::withAlpha(VelmoraPalette::tray(), 1 - alpha));
     setVisible(alpha < 1);
-    raise();
 }

@@ -118,8 +118,10 @@ void TrayController::updateFreshness()
 
 void TrayController::layoutPanel()
 {
+    if (m_rowOrder.isEmpty())
+        return;
     const std::optional<QRect> visible = m_screen.visibleFrame();
-    if (!m_panel || !visible)
+    if (!visible)
         return;
     m_panel->setGeometry(
         trayFrame(*visible, int(m_rowOrder.size()), VelmoraSettings::trayPosition()));

@@ -68,7 +68,8 @@ public:
     /// exit.
     void commitTypedNames();
 
-    /// Moves the tray to the place given by the settings and the screen.
+    /// Moves the tray to the place given by the settings and the screen. Does nothing while it is
+    /// hidden: the next row places it.
     void layoutPanel();
 
 private:

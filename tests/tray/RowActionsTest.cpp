@@ -36,6 +36,28 @@ private Q_SLOTS:
         QVERIFY(!button("Undo")->isHidden());
     }
 
+    void aTrashThatIsAskedForTwiceIsDoneOnce()
+    {
+        int trashed = 0;
+        const auto count = [&trashed](const TrashResult &) { ++trashed; };
+        m_row->moveToTrash(count);
+        m_row->moveToTrash(count);
+        m_rig->settle();
+        QCOMPARE(trashed, 1);
+        QCOMPARE(status(), u"Moved to Trash"_s);
+    }
+
+    void aTypedNameIsNotGivenToAFileInTheTrash()
+    {
+        type("mine");
+        const auto result = trash();
+        m_row->retire(ScreenshotRowView::TypedName::Commit);
+        m_rig->settle();
+        QCOMPARE(m_row->fileURL(), result->trashedURL);
+        QVERIFY(QFile::exists(result->trashedURL.toLocalFile()));
+        QVERIFY(sent<ScreenshotRowAction::Renamed>().isEmpty());
+    }
+
     void aFileThatIsGoneCantBeTrashedAndTheLogSaysSo()
     {
         QVERIFY(QFile::remove(m_url.toLocalFile()));

@@ -16,13 +16,18 @@ RowFixture::~RowFixture() = default;
 void RowFixture::begin()
 {
     m_rig = std::make_unique<TrayRig>();
-    m_actions.clear();
     m_url = m_rig->screenshot(u"Shot.png"_s);
+    show(m_url);
+}
+
+void RowFixture::show(const QUrl &url)
+{
+    m_actions.clear();
     m_id = QUuid::createUuid();
     m_window = std::make_unique<PaletteView>();
     m_window->setFillColor(VelmoraPalette::tray());
     m_row = new ScreenshotRowView(
-        m_id, m_rig->open(m_url), u"app-screen.png"_s, {m_rig->actions, m_rig->images},
+        m_id, m_rig->open(url), u"app-screen.png"_s, {m_rig->actions, m_rig->images},
         [this](const ScreenshotRowAction &action) { m_actions.append(action); });
     m_row->setParent(m_window.get());
     m_row->setGeometry(8, 8, 604, 72);

@@ -25,6 +25,9 @@ protected:
     void begin();
     void end();
 
+    /// Another row instead, with this screenshot.
+    void show(const QUrl &url);
+
     FilenameTextField *name() const;
     BezelButton *button(const char *accessibleName) const;
     QString status() const;

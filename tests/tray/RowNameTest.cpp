@@ -196,12 +196,30 @@ private Q_SLOTS:
         QTest::keyClick(name(), Qt::Key_Return);
         type("two");
         QTest::keyClick(name(), Qt::Key_Return);
+        QStringList shown;
+        connect(name(), &QLineEdit::textChanged, this,
+                [&shown](const QString &text) { shown.append(text); });
         m_rig->settle();
+        QCOMPARE(shown, QStringList{u"two.png"_s});
         QCOMPARE(m_rig->filesInFolder(), QStringList{u"two.png"_s});
         QCOMPARE(name()->text(), u"two.png"_s);
         const auto renames = sent<ScreenshotRowAction::Renamed>();
         QCOMPARE(renames.size(), 2);
         QCOMPARE(renames[1].result.oldURL, m_rig->place(u"one.png"_s));
+    }
+
+    void aNameBegunWhileTheFileIsWrittenKeepsTheSuggestionAway()
+    {
+        const QUrl url = m_rig->screenshot(u"Slow.png"_s);
+        QFile writer(url.toLocalFile());
+        QVERIFY(writer.open(QFile::ReadWrite));
+        show(url);
+        m_row->updateSuggestedFilename(u"chrome-pull-request.png"_s, true);
+        type("z");
+        writer.close();
+        m_rig->settle();
+        QCOMPARE(name()->text(), u"z"_s);
+        QCOMPARE(m_rig->filesInFolder(), (QStringList{u"Shot.png"_s, u"Slow.png"_s}));
     }
 
     void whatTheUserTypesWhileTheFileIsRenamedStays()
