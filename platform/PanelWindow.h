@@ -3,10 +3,9 @@
 
 #include <QObject>
 #include <QScreen>
+#include <QWindow>
 
 #include <memory>
-
-class QWindow;
 
 /// Makes a window a floating panel: above other windows, on all workspaces, in no task bar or
 /// pager, shown without taking the focus. Serves one window. Main thread.
@@ -24,6 +23,13 @@ public:
 
     /// The part of a screen that no desktop bar covers.
     virtual QRect visibleFrame(const QScreen &screen) const { return screen.availableGeometry(); }
+
+    /// Says where the window is to be. Call it before `prepare()` and with each change, besides
+    /// moving the window: there are desktops on which windows can't move themselves.
+    virtual void setFrame(const QRect &) {}
+
+    /// Where the window is, as far as the program can know.
+    virtual QRect frame(const QWindow &window) const { return window.geometry(); }
 
     /// Call it once for each native window, before showing it. The window's content is a rectangle
     /// with corners rounded by this radius, in points. Where transparency shows, the window gets a
@@ -53,6 +59,10 @@ public:
     virtual bool showsTransparency() const = 0;
 
 Q_SIGNALS:
+    /// The desktop has removed the shown window, for example with its screen: make and show another
+    /// one.
+    void removed();
+
     /// `showsTransparency()` may have changed.
     void transparencyChanged();
 

@@ -71,6 +71,7 @@ FloatingTrayPanel::FloatingTrayPanel(PanelWindow &panelWindow)
     m_background->setCornerRadius(cornerRadius);
     connect(&m_panelWindow, &PanelWindow::transparencyChanged, this,
             &FloatingTrayPanel::updateEdge);
+    connect(&m_panelWindow, &PanelWindow::removed, this, &FloatingTrayPanel::replaceRemoved);
     updateEdge();
 }
 
@@ -79,6 +80,12 @@ void FloatingTrayPanel::setContent(QWidget *content)
     m_content = content;
     content->setParent(m_background);
     content->setGeometry(rect());
+}
+
+void FloatingTrayPanel::place(const QRect &frame)
+{
+    m_panelWindow.setFrame(frame);
+    setGeometry(frame);
 }
 
 void FloatingTrayPanel::present()
@@ -111,6 +118,12 @@ void FloatingTrayPanel::giveFocusBack()
 {
     if (isVisible())
         m_panelWindow.giveFocusBackAndStay(*windowHandle());
+}
+
+void FloatingTrayPanel::replaceRemoved()
+{
+    if (isVisible())
+        present();
 }
 
 void FloatingTrayPanel::moveEvent(QMoveEvent *)
@@ -146,7 +159,7 @@ void FloatingTrayPanel::changeEvent(QEvent *event)
 void FloatingTrayPanel::notePlace()
 {
     if (isVisible() && !isMinimized())
-        m_history.shown(placeOf(geometry(), *screen()), FileTimes::now());
+        m_history.shown(placeOf(m_panelWindow.frame(*windowHandle()), *screen()), FileTimes::now());
     else
         m_history.hidden(FileTimes::now());
 }

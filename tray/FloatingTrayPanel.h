@@ -20,6 +20,9 @@ public:
     /// Fills the panel. The panel takes ownership.
     void setContent(QWidget *content);
 
+    /// Moves the panel there, as far as the desktop lets it.
+    void place(const QRect &frame);
+
     /// Shows the panel in front of other windows, whatever has happened to it, without changing
     /// keyboard focus.
     void present();
@@ -49,6 +52,7 @@ private:
     QColor borderColor() const;
     void updateEdge();
     void notePlace();
+    void replaceRemoved();
 
     PanelWindow &m_panelWindow;
     PaletteView *m_background;

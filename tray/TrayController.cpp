@@ -123,8 +123,7 @@ void TrayController::layoutPanel()
     const std::optional<QRect> visible = m_screen.visibleFrame();
     if (!visible)
         return;
-    m_panel->setGeometry(
-        trayFrame(*visible, int(m_rowOrder.size()), VelmoraSettings::trayPosition()));
+    m_panel->place(trayFrame(*visible, int(m_rowOrder.size()), VelmoraSettings::trayPosition()));
 }
 
 QList<PanelPlace> TrayController::placesBetween(FileTime from, FileTime to) const

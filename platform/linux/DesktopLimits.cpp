@@ -3,6 +3,7 @@
 
 #include "platform/linux/kwin/KWinFocusSource.h"
 #include "platform/linux/status-item/StatusNotifierSearch.h"
+#include "platform/linux/wayland/LayerShell.h"
 #include "platform/linux/wayland/ToplevelFocusSource.h"
 #include "platform/linux/wayland/WaylandConnection.h"
 
@@ -25,7 +26,7 @@ class LinuxDesktopLimits : public DesktopLimits
 public:
     LinuxDesktopLimits() : m_search(StatusNotifierSearch::Patience())
     {
-        if (QGuiApplication::platformName() == u"wayland")
+        if (QGuiApplication::platformName() == u"wayland" && !LayerShell::find())
             m_missing.insert(DesktopLimit::TrayPlace);
         if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
             askCompositor();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PanelWindow.h"
 
+#include "platform/linux/wayland/LayerPanelWindow.h"
+#include "platform/linux/wayland/LayerShell.h"
 #include "platform/linux/x11/X11PanelWindow.h"
 #include "platform/linux/x11/qtConnection.h"
 
@@ -45,5 +47,7 @@ std::unique_ptr<PanelWindow> makePanelWindow()
 {
     if (xcb_connection_t *const connection = qtConnection())
         return std::make_unique<X11PanelWindow>(connection);
+    if (auto shell = LayerShell::find())
+        return std::make_unique<LayerPanelWindow>(std::move(shell));
     return std::make_unique<PlainPanelWindow>();
 }

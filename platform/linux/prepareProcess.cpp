@@ -21,6 +21,13 @@ void preferX11()
         qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
+/// Lets the tray be a panel of a Wayland compositor: Qt then leaves windows with
+/// Qt::BypassWindowManagerHint to the program. It affects no other window.
+void leavePanelsToProgram()
+{
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
 /// Several recognitions run in parallel, each on one core; an engine that uses all cores slows all
 /// of them down.
 void keepEnginesOnOneCore()
@@ -54,6 +61,7 @@ void requestTermination(int)
 void prepareProcess()
 {
     preferX11();
+    leavePanelsToProgram();
     keepEnginesOnOneCore();
     silenceLibraries();
 }

@@ -31,7 +31,6 @@ class X11Session:
     """The window manager of the test's world."""
 
     screen = (1600, 1000)
-    tray_is_in_corner = True
 
     def __init__(self, tool, clipboard_manager=None):
         self._tool = tool
@@ -119,7 +118,6 @@ class SwaySession:
     keeps_clipboard = False
 
     def __init__(self, x11):
-        self.tray_is_in_corner = x11
         self._sway = sway.Sway(x11)
         self.environment = self._sway.environment | {"GRIM_DEFAULT_DIR": str(desktop.FOLDER)}
         if not x11:
@@ -211,22 +209,17 @@ class Session(unittest.TestCase):
         self.assertEqual(desktop.pictures(), [row.filename])
         named = str(desktop.FOLDER / row.filename).encode()
         desktop.wait_until(lambda: self.session.pasted("text/plain") == named, "the clipboard")
-        desktop.wait_until(self.tray_is_at_its_place, "the tray at its place")
-        if self.session.tray_is_in_corner:
-            self.assertTrue(desktop.stays(self.session.has_keyboard, 0.5))
+        desktop.wait_until(self.tray_is_in_its_corner, "the tray in its corner")
+        self.assertTrue(desktop.stays(self.session.has_keyboard, 0.5))
         if self.session.keeps_clipboard:
             self.velmora.stop()
             self.assertEqual(self.session.pasted("text/plain"), named)
 
-    def tray_is_at_its_place(self):
-        """In its corner, or in the middle where windows can't choose their place."""
+    def tray_is_in_its_corner(self):
         photograph = self.outside / "photograph.png"
         self.session.photograph(photograph)
         width, height = self.session.screen
         right, bottom = width - MARGIN, height - MARGIN
-        if not self.session.tray_is_in_corner:
-            right = (width + desktop.TRAY_WIDTH) // 2
-            bottom = (height + desktop.TRAY_HEIGHTS[1]) // 2
         top = bottom - desktop.TRAY_HEIGHTS[1]
         edges = [(right - 300, top + 4), (right - 300, bottom - 4), (right - 4, bottom - 40)]
         return all(pixel(photograph, *place) == TRAY_COLOUR for place in edges)

@@ -38,13 +38,14 @@ QJsonObject focusedIn(const QJsonObject &node)
 
 } // namespace
 
-Sway::Sway(X11 x11)
+Sway::Sway(X11 x11, const QByteArray &settings)
 {
-    QFile settings(m_folder.filePath(u"config"_s));
-    if (!settings.open(QFile::WriteOnly))
+    QFile file(m_folder.filePath(u"config"_s));
+    if (!file.open(QFile::WriteOnly))
         qFatal("can't write sway's settings");
-    settings.write(x11 == X11::Yes ? "xwayland enable\n" : "xwayland disable\n");
-    settings.close();
+    file.write(x11 == X11::Yes ? "xwayland enable\n" : "xwayland disable\n");
+    file.write(settings);
+    file.close();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"SWAYSOCK"_s})
         environment.remove(name);
@@ -56,9 +57,9 @@ Sway::Sway(X11 x11)
     m_process.setProcessEnvironment(environment);
     m_process.setStandardOutputFile(QProcess::nullDevice());
     m_process.setStandardErrorFile(QProcess::nullDevice());
-    QStringList command = {u"sway"_s, u"--config"_s, settings.fileName()};
+    QStringList command = {u"sway"_s, u"--config"_s, file.fileName()};
     if (::geteuid() == 0) {
-        for (const QString &path : {m_folder.path(), settings.fileName()})
+        for (const QString &path : {m_folder.path(), file.fileName()})
             if (::chown(QFile::encodeName(path).constData(), ordinaryUser, ordinaryUser) != 0)
                 qFatal("can't give sway its folder");
         const QString user = QString::number(ordinaryUser);
@@ -133,6 +134,7 @@ void Sway::start(QProcess &process, const QString &program, const QStringList &a
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"WAYLAND_DISPLAY"_s, display());
+    environment.insert(u"SWAYSOCK"_s, ipcSocket());
     environment.remove(u"DISPLAY"_s);
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());

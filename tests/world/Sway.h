@@ -15,7 +15,8 @@ class Sway
 public:
     enum class X11 { No, Yes };
 
-    explicit Sway(X11 x11 = X11::No);
+    /// @param settings more lines of sway's settings
+    explicit Sway(X11 x11 = X11::No, const QByteArray &settings = {});
     ~Sway();
     Q_DISABLE_COPY_MOVE(Sway)
 
@@ -23,6 +24,9 @@ public:
 
     /// What WAYLAND_DISPLAY has to be for programs of this desktop.
     QString display() const;
+
+    /// What SWAYSOCK has to be for programs of this desktop.
+    QString ipcSocket() const;
 
     /// A folder that programs of this desktop may write to, too.
     QString folder() const { return m_folder.path(); }
@@ -47,7 +51,6 @@ public:
     void start(QProcess &process, const QString &program, const QStringList &arguments) const;
 
 private:
-    QString ipcSocket() const;
     QJsonDocument ask(const QString &type) const;
 
     QTemporaryDir m_folder;

@@ -12,6 +12,7 @@ namespace
 
 /// As the kernel numbers it.
 constexpr uint32_t leftButton = 0x110;
+constexpr uint32_t rightButton = 0x111;
 
 constexpr uint32_t millisecondsApart = 10;
 
@@ -59,12 +60,12 @@ void WaylandPointer::moveTo(const QPoint &place)
 
 void WaylandPointer::press()
 {
-    setButton(true);
+    setButton(leftButton, true);
 }
 
 void WaylandPointer::release()
 {
-    setButton(false);
+    setButton(leftButton, false);
 }
 
 void WaylandPointer::click(const QPoint &place)
@@ -72,6 +73,13 @@ void WaylandPointer::click(const QPoint &place)
     moveTo(place);
     press();
     release();
+}
+
+void WaylandPointer::rightClick(const QPoint &place)
+{
+    moveTo(place);
+    setButton(rightButton, true);
+    setButton(rightButton, false);
 }
 
 void WaylandPointer::showAt(const QPoint &place)
@@ -82,9 +90,9 @@ void WaylandPointer::showAt(const QPoint &place)
     finish();
 }
 
-void WaylandPointer::setButton(bool isDown)
+void WaylandPointer::setButton(uint32_t button, bool isDown)
 {
-    zwlr_virtual_pointer_v1_button(m_pointer, m_time, leftButton, isDown ? 1 : 0);
+    zwlr_virtual_pointer_v1_button(m_pointer, m_time, button, isDown ? 1 : 0);
     finish();
 }
 

@@ -25,10 +25,11 @@ public:
     void press();
     void release();
     void click(const QPoint &place);
+    void rightClick(const QPoint &place);
 
 private:
     void showAt(const QPoint &place);
-    void setButton(bool isDown);
+    void setButton(uint32_t button, bool isDown);
     void finish();
 
     QSize m_screen;
