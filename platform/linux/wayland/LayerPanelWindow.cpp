@@ -110,11 +110,6 @@ void LayerPanelWindow::takeFocus(QWindow &window)
     m_patience.start();
 }
 
-void LayerPanelWindow::giveFocusBack(QWindow &)
-{
-    releaseKeyboard();
-}
-
 bool LayerPanelWindow::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() == QEvent::PlatformSurface) {

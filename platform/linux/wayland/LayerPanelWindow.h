@@ -29,7 +29,8 @@ public:
     void prepare(QWindow &window, double cornerRadius) override;
     bool bringToFront(QWindow &window) override;
     void takeFocus(QWindow &window) override;
-    void giveFocusBack(QWindow &window) override;
+    void giveFocusBack(QWindow &) override { releaseKeyboard(); }
+    void giveFocusBackAndStay(QWindow &) override { releaseKeyboard(); }
     bool showsTransparency() const override { return true; }
 
     bool eventFilter(QObject *receiver, QEvent *event) override;
