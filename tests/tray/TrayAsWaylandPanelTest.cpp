@@ -184,26 +184,6 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(trayPlace(3)), patience);
     }
 
-    void theNextScreenshotBringsItToTheScreenThatTheUserWorksOn()
-    {
-        // After the drag, Qt takes the button for pressed until the mouse is over the tray again.
-        m_pointer->moveTo(nameIn(trayPlace(3)));
-        m_pointer->moveTo({300, 300});
-        m_sway->command(u"create_output"_s);
-        m_sway->command(u"output HEADLESS-2 resolution 1280x720 position 1280 0"_s);
-        m_sway->command(u"output HEADLESS-1 position 0 0"_s);
-        m_sway->command(u"focus output HEADLESS-2"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(hasPrinted("screen\n"), patience);
-        m_tray.write("there.png\n");
-        const QRect there = trayPlace(3, {{1280, 0}, screenSize});
-        QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(there), patience);
-        QVERIFY(staysAt(there));
-        m_sway->command(u"focus output HEADLESS-1"_s);
-        m_tray.write("here.png\n");
-        QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(trayPlace(3)), patience);
-        QVERIFY(staysAt(trayPlace(3)));
-    }
-
     void aboveABarItKeepsItsDistance()
     {
         end();

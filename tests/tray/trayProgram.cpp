@@ -19,7 +19,7 @@ namespace
 
 /// A program with a tray, which gets a second row after a while, and one more for each line of
 /// standard input. Prints the new names of files, and "typing" or "resting" when it gets or loses
-/// the keyboard, and "screen" when there is another one.
+/// the keyboard.
 class TrayProgram : public ControllerFixture
 {
 public:
@@ -34,8 +34,6 @@ public:
         QObject::connect(qApp, &QGuiApplication::focusWindowChanged, [](const QWindow *window) {
             QTextStream(stdout) << (window ? "typing" : "resting") << Qt::endl;
         });
-        QObject::connect(qApp, &QGuiApplication::screenAdded,
-                         [] { QTextStream(stdout) << "screen" << Qt::endl; });
         QObject::connect(&m_input, &QSocketNotifier::activated, &m_input, [this] { read(); });
     }
 

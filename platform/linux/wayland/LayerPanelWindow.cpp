@@ -88,18 +88,10 @@ void LayerPanelWindow::prepare(QWindow &window, double)
     connect(m_popUps.get(), &PanelPopUps::dismissed, this, &LayerPanelWindow::releaseKeyboard);
 }
 
-/// The compositor chooses the screen of a new window only, so where there are several, a window
-/// that is not in use is replaced.
-bool LayerPanelWindow::bringToFront(QWindow &window)
+/// Panels are always in front.
+bool LayerPanelWindow::bringToFront(QWindow &)
 {
-    if (std::exchange(m_isNew, false))
-        return true;
-    if (!m_surface)
-        return false;
-    // While the user drags from it, a button is pressed, and Qt believes so for a little longer.
-    const bool isInUse = QGuiApplication::focusWindow() == &window || m_popUps->hasMenu() ||
-                         QGuiApplication::mouseButtons() != Qt::NoButton;
-    return isInUse || QGuiApplication::screens().size() == 1;
+    return std::exchange(m_isNew, false) || m_surface;
 }
 
 void LayerPanelWindow::takeFocus(QWindow &window)
