@@ -184,15 +184,6 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(trayPlace(3)), patience);
     }
 
-    void aboveABarItKeepsItsDistance()
-    {
-        end();
-        begin(Sway::X11::No, "bar {\n position bottom\n height 30\n}\n");
-        const QRect place = trayPlace(2, {{0, 0}, screenSize - QSize(0, 30)});
-        QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(place), patience);
-        QVERIFY(staysAt(place));
-    }
-
 private:
     void typeIntoTerminal(const std::function<void()> &act, const QString &text)
     {
