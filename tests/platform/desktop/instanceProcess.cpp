@@ -39,6 +39,9 @@ int main(int argc, char *argv[])
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
         input.setEnabled(false);
+        // Started by the bus, it has an empty input.
+        if (std::getchar() == EOF)
+            return;
         instance.reset();
         say(u"has left"_s);
     });
