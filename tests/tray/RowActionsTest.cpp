@@ -56,6 +56,8 @@ private Q_SLOTS:
         QCOMPARE(m_row->fileURL(), result->trashedURL);
         QVERIFY(QFile::exists(result->trashedURL.toLocalFile()));
         QVERIFY(sent<ScreenshotRowAction::Renamed>().isEmpty());
+        // Nor is it tried.
+        QCOMPARE(status(), u"Moved to Trash"_s);
     }
 
     void aFileThatIsGoneCantBeTrashedAndTheLogSaysSo()
