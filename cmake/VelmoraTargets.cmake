@@ -117,4 +117,3 @@ function(velmora_test_in name class suffix variable)
         COMMAND ${PROJECT_SOURCE_DIR}/tests/world/run-in-world $<TARGET_FILE:${name}_tests> ${class})
     set_tests_properties(${name}.${class}.${suffix} PROPERTIES TIMEOUT 300 ENVIRONMENT "${variable}")
 endfunction()
-

@@ -30,6 +30,17 @@ class DragOfNewRowTest : public QObject, RowFixture
 
     void dragToTheProgram() { DropTargetProgram::dragFrom(*TrayOnScreen::thumbnail(m_row)); }
 
+    /// The name is suggested just before the drop.
+    void dropWhileTheNameComes()
+    {
+        m_program->onOver = [this] {
+            m_row->updateSuggestedFilename(u"harvest.png"_s, true);
+            DropTargetProgram::letGo();
+        };
+        dragToTheProgram();
+        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -79,12 +90,7 @@ private Q_SLOTS:
 
     void aRowThatIsClosedRightAfterTheDropDoesNotTakeTheNameAlong()
     {
-        m_program->onOver = [&] {
-            m_row->updateSuggestedFilename(u"harvest.png"_s, true);
-            DropTargetProgram::letGo();
-        };
-        dragToTheProgram();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        dropWhileTheNameComes();
         m_row->retire(ScreenshotRowView::TypedName::Commit);
         delete m_row;
         const auto isNamed = [this] { return m_rig->filesInFolder().contains(u"harvest.png"_s); };
@@ -93,12 +99,7 @@ private Q_SLOTS:
 
     void aNameTypedMeanwhileStays()
     {
-        m_program->onOver = [&] {
-            m_row->updateSuggestedFilename(u"harvest.png"_s, true);
-            DropTargetProgram::letGo();
-        };
-        dragToTheProgram();
-        QTRY_VERIFY_WITH_TIMEOUT(m_program->output(u"dropped"_s), patience);
+        dropWhileTheNameComes();
         type("mine");
         QTest::keyClick(name(), Qt::Key_Return);
         QTRY_COMPARE_WITH_TIMEOUT(m_row->fileURL().fileName(), u"mine.png"_s, patience);

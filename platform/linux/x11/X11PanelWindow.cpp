@@ -119,12 +119,11 @@ void X11PanelWindow::takeFocus(QWindow &window)
 
 /// When a window that they manage goes, window managers give the keyboard to the next one
 /// themselves; KWin does so only if nobody else has.
+/// A window manager does it itself when one of its windows goes.
 void X11PanelWindow::giveFocusBack(QWindow &window)
 {
-    if (m_compositorKeyboard.isWith(window))
-        m_compositorKeyboard.giveBack();
-    else if (m_isUnmanaged)
-        m_keyboard.giveBack(idOf(window));
+    if (m_isUnmanaged || m_compositorKeyboard.isWith(window))
+        giveFocusBackAndStay(window);
 }
 
 void X11PanelWindow::giveFocusBackAndStay(QWindow &window)
