@@ -4,6 +4,8 @@
 #include "core/VelmoraSettings.h"
 #include "filesystem/FileUrls.h"
 #include "style/BezelButton.h"
+#include "tests/world/Waiting.h"
+#include "tests/world/XDesktop.h"
 #include "tray/FilenameTextField.h"
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
@@ -80,6 +82,18 @@ void ControllerFixture::click(QWidget *row, const char *accessibleName)
     QVERIFY(found);
     QTest::mouseClick(found, Qt::LeftButton);
     m_rig->settle();
+}
+
+bool ControllerFixture::comesToRestAt(QPoint corner)
+{
+    using namespace std::chrono_literals;
+    const auto isThere = [corner] {
+        return XDesktop::placeOf(panel()->winId()).topLeft() == corner;
+    };
+    const bool stays = QTest::qWaitFor(isThere, 20'000) && Waiting::staysTrue(isThere, 500ms);
+    if (!stays)
+        qWarning() << "the panel is at" << panel()->pos();
+    return stays;
 }
 
 QStringList ControllerFixture::names()

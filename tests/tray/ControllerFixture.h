@@ -27,6 +27,10 @@ protected:
     /// Waits for the outcome.
     void click(QWidget *row, const char *accessibleName);
 
+    /// Whether the server soon has the panel with this corner, and keeps it there: a window manager
+    /// may move it.
+    static bool comesToRestAt(QPoint corner);
+
     /// Top to bottom.
     static QStringList names();
     static QStringList badges();

@@ -2,7 +2,6 @@
 #include "tests/tray/ControllerFixture.h"
 #include "tests/world/Screens.h"
 #include "tests/world/TestProgram.h"
-#include "tests/world/Waiting.h"
 #include "tests/world/XDesktop.h"
 
 #include "core/VelmoraSettings.h"
@@ -16,7 +15,6 @@
 #include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
@@ -253,20 +251,6 @@ private Q_SLOTS:
 private:
     static constexpr QPoint onTheLeft = {300, 300};
     static constexpr QPoint onTheRight = {1300, 300};
-
-    /// Where the server has the panel, which a window manager may have moved.
-    static bool comesToRestAt(QPoint corner)
-    {
-        const auto isThere = [corner] {
-            const QString place = XDesktop::run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s,
-                                                               QString::number(panel()->winId())});
-            return place.contains(u"\nX=%1\nY=%2\n"_s.arg(corner.x()).arg(corner.y()));
-        };
-        const bool stays = QTest::qWaitFor(isThere, 20'000) && Waiting::staysTrue(isThere, 500ms);
-        if (!stays)
-            qWarning() << "the panel is at" << panel()->pos();
-        return stays;
-    }
 
     Screens m_screens;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/world/XDesktop.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +33,19 @@ QString XDesktop::property(WId window, const QString &name)
 {
     const QString line = run(u"xprop"_s, {u"-id"_s, QString::number(window), name});
     return line.contains(u'=') ? line.section(u'=', 1).trimmed() : line.section(u':', 1).trimmed();
+}
+
+QRect XDesktop::placeOf(WId window)
+{
+    const QStringList lines =
+        xdotool({u"getwindowgeometry"_s, u"--shell"_s, QString::number(window)}).split(u'\n');
+    const auto value = [&lines](const QString &name) {
+        return lines.filter(QRegularExpression(u'^' + name + u'='))
+            .value(0)
+            .section(u'=', 1)
+            .toInt();
+    };
+    return {value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s)};
 }
 
 WId XDesktop::activeWindow()

@@ -3,6 +3,7 @@
 
 #include <QPoint>
 #include <QProcess>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <QWindow>
@@ -17,6 +18,9 @@ QString run(const QString &program, const QStringList &arguments);
 
 /// xprop's output for a window's property, without the name.
 QString property(WId window, const QString &name);
+
+/// Where the server has the window, on the screen.
+QRect placeOf(WId window);
 
 /// 0 when no window is active.
 WId activeWindow();

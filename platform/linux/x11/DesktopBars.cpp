@@ -96,6 +96,7 @@ DesktopBars::DesktopBars(X11Connection &x11) : m_x11(x11), m_properties(x11.get(
     m_settled.setSingleShot(true);
     m_settled.setInterval(timeToSettle);
     connect(&m_settled, &QTimer::timeout, this, &DesktopBars::changed);
+    connect(&m_unlisted, &UnlistedBars::mayHaveCome, this, &DesktopBars::settle);
     if (!m_x11.isAlive())
         return;
     m_telling = m_properties.atoms({"_NET_WORKAREA", "_NET_CLIENT_LIST", "_NET_CURRENT_DESKTOP",
@@ -150,7 +151,13 @@ void DesktopBars::watch(const QList<Bar> &bars) const
 
 void DesktopBars::readEvent(const xcb_generic_event_t *event)
 {
-    if (!m_settled.isActive() && tellsOfBars(event))
+    if (tellsOfBars(event))
+        settle();
+}
+
+void DesktopBars::settle()
+{
+    if (!m_settled.isActive())
         m_settled.start();
 }
 
@@ -164,12 +171,29 @@ bool DesktopBars::tellsOfBars(const xcb_generic_event_t *event) const
     case XCB_CONFIGURE_NOTIFY:
         return m_watched.contains(
             reinterpret_cast<const xcb_configure_notify_event_t *>(event)->window);
+    case XCB_UNMAP_NOTIFY:
+        return m_watched.contains(
+            reinterpret_cast<const xcb_unmap_notify_event_t *>(event)->window);
     case XCB_REPARENT_NOTIFY:
         return m_watched.contains(
             reinterpret_cast<const xcb_reparent_notify_event_t *>(event)->window);
     default:
         return false;
     }
+}
+
+/// A window manager that knows of bars reports a work area, and lists them.
+QList<quint32> DesktopBars::candidates() const
+{
+    QList<quint32> windows = m_properties.numbers(m_x11.root(), "_NET_CLIENT_LIST");
+    if (areInWorkArea())
+        return windows;
+    const QList<quint32> unlisted = m_unlisted.find();
+    for (const quint32 window : unlisted) {
+        if (!windows.contains(window))
+            windows.append(window);
+    }
+    return windows;
 }
 
 QList<DesktopBars::Bar> DesktopBars::bars() const
@@ -180,7 +204,7 @@ QList<DesktopBars::Bar> DesktopBars::bars() const
     };
     // All are asked before the first reply is awaited.
     std::vector<Questions> asked;
-    const QList<quint32> windows = m_properties.numbers(m_x11.root(), "_NET_CLIENT_LIST");
+    const QList<quint32> windows = candidates();
     for (const quint32 window : windows) {
         asked.push_back({window, ask(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM),
                          ask(window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/linux/x11/UnlistedBars.h"
 #include "platform/linux/x11/X11Properties.h"
 
 #include <QList>
@@ -43,15 +44,18 @@ private:
         QRect place;
     };
 
+    QList<quint32> candidates() const;
     QList<Bar> bars() const;
     void watch(const QList<Bar> &bars) const;
     std::optional<QRect> reportedPart(const QRect &screen) const;
     bool isReported() const;
     void readEvent(const xcb_generic_event_t *event);
     bool tellsOfBars(const xcb_generic_event_t *event) const;
+    void settle();
 
     X11Connection &m_x11;
     mutable X11Properties m_properties;
+    mutable UnlistedBars m_unlisted;
     /// Windows that are bars, and the properties whose changes may be those of a bar.
     mutable QList<quint32> m_watched;
     mutable QList<quint32> m_telling;
