@@ -3,8 +3,6 @@
 
 #include "platform/linux/x11/X11Connection.h"
 
-#include <QMargins>
-
 #include <algorithm>
 #include <chrono>
 #include <vector>
@@ -13,9 +11,6 @@ using namespace std::chrono_literals;
 
 namespace
 {
-
-/// Left, right, top and bottom; more numbers follow in newer programs' property.
-constexpr quint32 sides = 4;
 
 /// No screen is larger than the server's coordinates, which have 16 bits.
 constexpr quint32 largestNumber = 32'767;
@@ -33,50 +28,12 @@ struct Questions {
     xcb_translate_coordinates_cookie_t corner;
 };
 
-QMargins marginsOf(const X11Owned<xcb_get_property_reply_t> &reply)
-{
-    if (!reply || reply->format != 32 || reply->value_len < sides)
-        return {};
-    const auto *numbers = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
-    return {int(numbers[0]), int(numbers[2]), int(numbers[1]), int(numbers[3])};
-}
-
-bool has(const X11Owned<xcb_get_property_reply_t> &reply, xcb_atom_t value)
+QList<quint32> numbersIn(const X11Owned<xcb_get_property_reply_t> &reply)
 {
     if (!reply || reply->format != 32)
-        return false;
-    const auto *values = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
-    return std::find(values, values + reply->value_len, value) != values + reply->value_len;
-}
-
-/// How much of one edge of a screen a bar takes.
-/// @param reserved what it says, from the edge of the whole desktop
-/// @param outside from there to the screen's edge
-/// @param depth from the screen's edge to the far side of the bar's window. A bar may reserve less,
-///        for instance because its icons grow under the mouse. A bar on the lower of two screens
-///        may count from that screen's edge; then its window tells the truth.
-int taken(int reserved, int outside, int depth, int screen)
-{
-    if (reserved <= 0)
-        return 0;
-    const int result = reserved > outside ? std::min(reserved - outside, depth) : depth;
-    return result <= screen / 2 ? result : 0;
-}
-
-/// @param reserved what a bar takes from the edges of the whole desktop, as it says
-QMargins takenBy(const QMargins &reserved, const QRect &bar, const QRect &screen,
-                 const QSize &desktop)
-{
-    const QRect place = bar & screen;
-    if (place.isEmpty())
         return {};
-    const int right = desktop.width() - screen.right() - 1;
-    const int bottom = desktop.height() - screen.bottom() - 1;
-    return {
-        taken(reserved.left(), screen.left(), place.right() + 1 - screen.left(), screen.width()),
-        taken(reserved.top(), screen.top(), place.bottom() + 1 - screen.top(), screen.height()),
-        taken(reserved.right(), right, screen.right() + 1 - place.left(), screen.width()),
-        taken(reserved.bottom(), bottom, screen.bottom() + 1 - place.top(), screen.height())};
+    const auto *first = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
 }
 
 template <typename Reply, typename Cookie>
@@ -200,7 +157,8 @@ QList<DesktopBars::Bar> DesktopBars::bars() const
 {
     xcb_connection_t *const x11 = m_x11.get();
     const auto ask = [&](quint32 window, const char *property, xcb_atom_t type) {
-        return xcb_get_property(x11, 0, window, m_properties.atom(property), type, 0, sides);
+        return xcb_get_property(x11, 0, window, m_properties.atom(property), type, 0,
+                                ReservedEdges::most);
     };
     // All are asked before the first reply is awaited.
     std::vector<Questions> asked;
@@ -214,19 +172,28 @@ QList<DesktopBars::Bar> DesktopBars::bars() const
     }
     QList<Bar> found;
     for (const Questions &each : asked) {
-        const auto types = replyTo(x11, each.types, &xcb_get_property_reply);
-        const QMargins reserved = marginsOf(replyTo(x11, each.reserved, &xcb_get_property_reply));
-        const QMargins older =
-            marginsOf(replyTo(x11, each.reservedByOldPrograms, &xcb_get_property_reply));
+        const QList<quint32> types = numbersIn(replyTo(x11, each.types, &xcb_get_property_reply));
+        const ReservedEdges reserved(
+            numbersIn(replyTo(x11, each.reserved, &xcb_get_property_reply)));
+        const ReservedEdges older(
+            numbersIn(replyTo(x11, each.reservedByOldPrograms, &xcb_get_property_reply)));
         const auto size = replyTo(x11, each.size, &xcb_get_geometry_reply);
         const auto corner = replyTo(x11, each.corner, &xcb_translate_coordinates_reply);
-        const bool isDock = has(types, m_properties.atom("_NET_WM_WINDOW_TYPE_DOCK"));
-        const QMargins margins = reserved.isNull() ? older : reserved;
-        if (size && corner && (isDock || !margins.isNull()))
+        const bool isDock = types.contains(m_properties.atom("_NET_WM_WINDOW_TYPE_DOCK"));
+        const ReservedEdges &edges = reserved.isEmpty() ? older : reserved;
+        if (size && corner && (isDock || !edges.isEmpty()))
             found.append(
-                {each.window, margins, {corner->dst_x, corner->dst_y, size->width, size->height}});
+                {each.window, edges, {corner->dst_x, corner->dst_y, size->width, size->height}});
     }
+    m_x11.readEventsSoon();
     return found;
+}
+
+QSize DesktopBars::desktop() const
+{
+    const auto whole =
+        replyTo(m_x11.get(), xcb_get_geometry(m_x11.get(), m_x11.root()), &xcb_get_geometry_reply);
+    return whole ? QSize(whole->width, whole->height) : QSize();
 }
 
 std::optional<QRect> DesktopBars::freePart(const QRect &screen) const
@@ -234,19 +201,24 @@ std::optional<QRect> DesktopBars::freePart(const QRect &screen) const
     const auto reported = reportedPart(screen);
     if (reported)
         return reported;
-    const auto desktop =
-        replyTo(m_x11.get(), xcb_get_geometry(m_x11.get(), m_x11.root()), &xcb_get_geometry_reply);
+    const QSize whole = desktop();
     const QList<Bar> found = bars();
     watch(found);
-    m_x11.readEventsSoon();
-    if (!desktop)
+    if (whole.isEmpty())
         return std::nullopt;
     bool hasBars = false;
     QMargins margins;
     for (const Bar &bar : found) {
-        hasBars = hasBars || !bar.reserved.isNull();
-        margins =
-            margins | takenBy(bar.reserved, bar.place, screen, {desktop->width, desktop->height});
+        hasBars = hasBars || !bar.reserved.isEmpty();
+        margins = margins | bar.reserved.takenFrom(screen, bar.place, whole);
     }
     return hasBars ? std::optional(screen.marginsRemoved(margins)) : std::nullopt;
+}
+
+bool DesktopBars::reserve(const QRect &place) const
+{
+    const QSize whole = desktop();
+    const QList<Bar> found = bars();
+    return std::any_of(found.begin(), found.end(),
+                       [&](const Bar &bar) { return bar.reserved.cover(place, whole); });
 }

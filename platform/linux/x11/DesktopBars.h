@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/linux/x11/ReservedEdges.h"
 #include "platform/linux/x11/UnlistedBars.h"
 #include "platform/linux/x11/X11Properties.h"
 
 #include <QList>
-#include <QMargins>
 #include <QObject>
 #include <QRect>
+#include <QSize>
 #include <QTimer>
 
 #include <optional>
@@ -29,6 +30,12 @@ public:
     /// trips.
     std::optional<QRect> freePart(const QRect &screen) const;
 
+    /// Whether a bar reserves part of this place, in device pixels, by the letter of its property.
+    /// That counts from the edges of the whole desktop, so that a bar between two screens reserves
+    /// one of them whole, and some window managers push windows off it. Asks the server on each
+    /// call, in a few round trips.
+    bool reserve(const QRect &place) const;
+
     /// Whether the window manager reports a work area. Asks the server on each call.
     bool areInWorkArea() const;
 
@@ -40,12 +47,13 @@ Q_SIGNALS:
 private:
     struct Bar {
         quint32 window;
-        QMargins reserved; ///< from the edges of the whole desktop, as the bar says
+        ReservedEdges reserved;
         QRect place;
     };
 
     QList<quint32> candidates() const;
     QList<Bar> bars() const;
+    QSize desktop() const;
     void watch(const QList<Bar> &bars) const;
     std::optional<QRect> reportedPart(const QRect &screen) const;
     bool isReported() const;

@@ -34,7 +34,7 @@ X11PanelWindow::X11PanelWindow(xcb_connection_t *connection)
     , m_compositorKeyboard(m_own)
 {
     connect(&m_compositor, &CompositorWatch::changed, this, &PanelWindow::transparencyChanged);
-    connect(&m_bars, &DesktopBars::changed, this, &PanelWindow::visibleFrameChanged);
+    connect(&m_bars, &DesktopBars::changed, this, &X11PanelWindow::moveAside);
 }
 
 X11PanelWindow::~X11PanelWindow() = default;
@@ -44,6 +44,14 @@ X11PanelWindow::~X11PanelWindow() = default;
 Qt::WindowType X11PanelWindow::windowType() const
 {
     return Qt::Window;
+}
+
+/// The window manager would push the window off the place that it is to move to now.
+void X11PanelWindow::moveAside()
+{
+    Q_EMIT visibleFrameChanged();
+    if (m_window && m_window->isVisible() && !m_isUnmanaged && isPushedByBars())
+        Q_EMIT removed();
 }
 
 QScreen *X11PanelWindow::screen() const
@@ -68,9 +76,15 @@ QRect X11PanelWindow::visibleFrame(const QScreen &screen) const
          points(whole.right() - free->right()), points(whole.bottom() - free->bottom())});
 }
 
+void X11PanelWindow::setFrame(const QRect &frame)
+{
+    m_place = frame;
+}
+
 void X11PanelWindow::prepare(QWindow &window, double cornerRadius)
 {
     const xcb_window_t id = idOf(window);
+    m_window = &window;
     m_isNew = true;
     m_compositorKeyboard.giveBack();
     m_isUnmanaged = isBestUnmanaged(window);
@@ -143,7 +157,18 @@ bool X11PanelWindow::showsTransparency() const
 bool X11PanelWindow::isBestUnmanaged(const QWindow &window)
 {
     return m_manager.isOfWlroots() || !m_manager.knowsPanels() || m_manager.isShowingDesktop() ||
-           m_manager.hidesUnderFullScreen(idOf(window), screenOf(window));
+           m_manager.hidesUnderFullScreen(idOf(window), screenOf(window)) || isPushedByBars();
+}
+
+/// With one screen, there is nothing on the far side of a bar.
+bool X11PanelWindow::isPushedByBars() const
+{
+    const QScreen *const screen = QGuiApplication::screenAt(m_place.center());
+    if (!screen || QGuiApplication::screens().size() < 2)
+        return false;
+    const QPoint corner = screen->geometry().topLeft();
+    const double ratio = screen->devicePixelRatio();
+    return m_bars.reserve({corner + (m_place.topLeft() - corner) * ratio, m_place.size() * ratio});
 }
 
 /// Qt does not scale the position of a screen's corner.

@@ -10,7 +10,9 @@
 #include "platform/linux/x11/X11Properties.h"
 #include "platform/linux/x11/X11WindowManager.h"
 
+#include <QPointer>
 #include <QRect>
+#include <QWindow>
 
 class WindowOutline;
 
@@ -31,6 +33,7 @@ public:
     Qt::WindowType windowType() const override;
     QScreen *screen() const override;
     QRect visibleFrame(const QScreen &screen) const override;
+    void setFrame(const QRect &frame) override;
     void prepare(QWindow &window, double cornerRadius) override;
     bool bringToFront(QWindow &window) override;
     void takeFocus(QWindow &window) override;
@@ -40,6 +43,8 @@ public:
 
 private:
     bool isBestUnmanaged(const QWindow &window);
+    bool isPushedByBars() const;
+    void moveAside();
     static QRect devicePixels(const QScreen &screen);
     static QRect screenOf(const QWindow &window);
     void makeGroupOfItsOwn(xcb_window_t window);
@@ -52,6 +57,9 @@ private:
     DesktopBars m_bars;
     BorrowedKeyboard m_keyboard;
     CompositorKeyboard m_compositorKeyboard;
+    QPointer<QWindow> m_window;
+    /// Where it is to be. A window manager may have moved it.
+    QRect m_place;
     std::unique_ptr<WindowOutline> m_outline;
     /// Shown without the window manager, above everything.
     bool m_isUnmanaged = false;
