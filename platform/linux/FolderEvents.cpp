@@ -89,6 +89,9 @@ private:
 
     void reportGone()
     {
+        // One change can have several causes for this report.
+        if (!m_way)
+            return;
         disarm();
         Q_EMIT folderGone();
     }

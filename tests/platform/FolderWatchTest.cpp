@@ -123,20 +123,47 @@ private Q_SLOTS:
         QTRY_COMPARE(m_gone->count(), 1);
     }
 
-    void aMountOverTheFolderIsReported()
+    void aMountOnThePathIsReported_data()
     {
-        QVERIFY(write(path("beneath")));
-        const PrivateMount place("size=64k");
-        if (!place)
+        QTest::addColumn<QString>("place");
+        QTest::newRow("over the folder") << u"above/Shots"_s;
+        QTest::newRow("over a folder above it") << u"above"_s;
+    }
+
+    void aMountOnThePathIsReported()
+    {
+        QFETCH(QString, place);
+        const PrivateMount disk("size=64k");
+        if (!disk)
             QSKIP(PrivateMount::unavailable);
-        const QString folder = place.filePath(u"inner"_s);
-        QVERIFY(QDir().mkdir(folder));
+        const QString folder = disk.filePath(u"above/Shots"_s);
+        const QByteArray mountPoint = raw(disk.filePath(place));
+        QVERIFY(QDir().mkpath(folder));
         QCOMPARE(m_events->arm(folder), Coverage::All);
-        QVERIFY(Waiting::settles([&] { return m_gone->count(); }, 50ms));
-        const qsizetype before = m_gone->count();
-        QVERIFY(::mount("tmpfs", raw(folder).constData(), "tmpfs", 0, nullptr) == 0);
-        QTRY_COMPARE(m_gone->count(), before + 1);
-        QVERIFY(::umount2(raw(folder).constData(), MNT_DETACH) == 0);
+        QVERIFY(::mount("tmpfs", mountPoint.constData(), "tmpfs", 0, nullptr) == 0);
+        QTRY_COMPARE(m_gone->count(), 1);
+        m_events->arm(folder);
+        QVERIFY(::umount2(mountPoint.constData(), MNT_DETACH) == 0);
+        QTRY_COMPARE(m_gone->count(), 2);
+        QVERIFY(Waiting::staysTrue([&] { return m_gone->count() == 2; }, 100ms));
+    }
+
+    void aMountElsewhereIsNotReported()
+    {
+        const PrivateMount elsewhere("size=64k");
+        if (!elsewhere)
+            QSKIP(PrivateMount::unavailable);
+        const QString inner = elsewhere.filePath(u"inner"_s);
+        QVERIFY(QDir().mkdir(inner));
+        QCOMPARE(m_events->arm(m_folder), Coverage::All);
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(::mount("tmpfs", raw(inner).constData(), "tmpfs", 0, nullptr) == 0);
+            QVERIFY(Waiting::staysTrue([&] { return m_gone->isEmpty(); }, 100ms));
+            QVERIFY(::umount2(raw(inner).constData(), MNT_DETACH) == 0);
+            QVERIFY(Waiting::staysTrue([&] { return m_gone->isEmpty(); }, 100ms));
+        }
+        QVERIFY(write(path("new")));
+        QTRY_VERIFY(m_names.contains(u"new"_s));
     }
 
     void aPathThatIsNoneCantBeWatched()

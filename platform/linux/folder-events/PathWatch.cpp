@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/inotify.h>
@@ -48,33 +49,33 @@ QByteArray targetOf(const QByteArray &link)
 
 } // namespace
 
-PathWatch::PathWatch()
-    : m_events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
-    , m_mounts(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC))
+PathWatch::PathWatch() : m_events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
     if (m_events >= 0) {
         auto *notifier = new QSocketNotifier(m_events, QSocketNotifier::Read, this);
         connect(notifier, &QSocketNotifier::activated, this, &PathWatch::read);
     }
-    if (m_mounts >= 0) {
-        auto *notifier = new QSocketNotifier(m_mounts, QSocketNotifier::Exception, this);
-        connect(notifier, &QSocketNotifier::activated, this, &PathWatch::changed);
-    }
+    connect(&m_mountTable, &MountTable::changed, this, &PathWatch::compareMounts);
 }
 
 PathWatch::~PathWatch()
 {
     qDeleteAll(findChildren<QSocketNotifier *>());
-    for (const int descriptor : {m_events, m_mounts}) {
-        if (descriptor >= 0)
-            ::close(descriptor);
-    }
+    if (m_events >= 0)
+        ::close(m_events);
 }
 
 bool PathWatch::watch(const QByteArray &path, End end)
 {
-    if (m_events < 0 || m_mounts < 0 || !path.startsWith('/'))
+    if (m_events < 0 || !m_mountTable.isOpen() || !path.startsWith('/'))
         return false;
+    // What is mounted from here on is noticed as a difference.
+    return watchWay(path, end, m_mountTable.read());
+}
+
+bool PathWatch::watchWay(const QByteArray &path, End end, const MountTable::Mounts &mounts)
+{
+    noteMounts("/", mounts);
     QByteArray folder = "/";
     QList<QByteArray> rest = path.split('/');
     rest.removeAll(QByteArray());
@@ -91,6 +92,7 @@ bool PathWatch::watch(const QByteArray &path, End end)
             return false;
         isReported = isReported && reportsEveryChange(folder);
         const QByteArray entry = child(folder, name);
+        noteMounts(entry, mounts);
         struct stat status = {};
         if (::lstat(entry.constData(), &status) != 0)
             return isReported && errno == ENOENT;
@@ -109,6 +111,14 @@ bool PathWatch::watch(const QByteArray &path, End end)
     return isReported;
 }
 
+void PathWatch::noteMounts(const QByteArray &entry, const MountTable::Mounts &mounts)
+{
+    const QMutexLocker locker(&m_lock);
+    // What is known of it from another path may be older, and is yet to be compared.
+    if (!m_mounts.contains(entry))
+        m_mounts.insert(entry, mounts.value(entry));
+}
+
 bool PathWatch::watchEntry(const QByteArray &folder, const QByteArray &name, Place place, End end)
 {
     const uint32_t contentMask = end == End::File ? IN_CLOSE_WRITE : 0;
@@ -121,6 +131,21 @@ bool PathWatch::watchEntry(const QByteArray &folder, const QByteArray &name, Pla
     QHash<QByteArray, Place> &names = m_names[watch];
     names.insert(name, std::min(place, names.value(name, place)));
     return true;
+}
+
+void PathWatch::compareMounts()
+{
+    bool isConcerned = false;
+    {
+        const QMutexLocker locker(&m_lock);
+        const MountTable::Mounts now = m_mountTable.read();
+        for (auto [entry, mounts] : m_mounts.asKeyValueRange()) {
+            const QByteArrayList known = std::exchange(mounts, now.value(entry));
+            isConcerned = isConcerned || mounts != known;
+        }
+    }
+    if (isConcerned)
+        Q_EMIT changed();
 }
 
 void PathWatch::read()
