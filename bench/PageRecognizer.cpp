@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/PageRecognizer.h"
 
+#include "recognition/engine/libraryThreads.h"
+
 #include <leptonica/allheaders.h>
-#include <omp.h>
 #include <tesseract/baseapi.h>
 
 #include <mutex>
@@ -26,7 +27,7 @@ public:
         const std::lock_guard lock(m_mutex);
         if (!m_ready || page.image.isNull())
             return;
-        omp_set_max_active_levels(0); // one thread
+        keepLibraryOnThisThread();
         const QImage picture = page.image.convertToFormat(QImage::Format_RGB888);
         m_engine.SetImage(picture.constBits(), picture.width(), picture.height(), 3,
                           int(picture.bytesPerLine()));

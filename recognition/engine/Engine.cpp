@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "recognition/engine/Engine.h"
 
+#include "recognition/engine/libraryThreads.h"
+
 #include <QFile>
 
 #include <leptonica/allheaders.h>
-#include <omp.h>
 #include <tesseract/baseapi.h>
 
 #include <mutex>
@@ -100,9 +101,7 @@ std::vector<ReadWord> Engine::read(const QImage &line)
 {
     if (!d->ready || line.isNull())
         return {};
-    // On one line the engine's own threads cost more than they gain. The setting holds for the
-    // calling thread.
-    omp_set_max_active_levels(0);
+    keepLibraryOnThisThread();
     d->api.SetImage(line.constBits(), line.width(), line.height(), 1, int(line.bytesPerLine()));
     d->api.SetSourceResolution(300);
     std::vector<ReadWord> words;

@@ -5,6 +5,7 @@
 #include "tests/recognition/DrawnPage.h"
 #include "tests/world/TestProgram.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QTest>
@@ -36,6 +37,19 @@ class EngineTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The first test of all: threads would stay, and so those of an earlier one would be counted
+    // before.
+    void readingStartsNoThreads()
+    {
+        Engine engine({});
+        const auto threads = [] {
+            return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+        };
+        const qsizetype before = threads();
+        QCOMPARE(wordsRead(engine, u"The weather report"_s), u"The weather report"_s);
+        QCOMPARE(threads(), before);
+    }
+
     void aLocaleHasTheModelOfItsLanguage_data()
     {
         QTest::addColumn<QString>("locale");
