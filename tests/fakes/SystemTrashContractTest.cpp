@@ -19,7 +19,7 @@ class SystemTrashContractTest : public QObject
 {
     Q_OBJECT
 
-    const TestFiles m_files;
+    const TestFiles m_files{};
 
     static void addMakers()
     {

@@ -17,7 +17,12 @@ qint64 statusBytes(const char *key)
         return -1;
     for (const QByteArray &line : file.readAll().split('\n')) {
         if (line.startsWith(key))
-            return line.mid(qstrlen(key)).simplified().split(' ').first().toLongLong() * 1024;
+            return line.mid(QByteArrayView(key).size())
+                       .simplified()
+                       .split(' ')
+                       .first()
+                       .toLongLong() *
+                   1024;
     }
     return -1;
 }

@@ -66,7 +66,7 @@ class FileTransferTest : public QObject
 {
     Q_OBJECT
 
-    const TestFiles m_files;
+    const TestFiles m_files{};
     std::unique_ptr<DocumentPortal> m_portal;
     std::unique_ptr<Pasteboard> m_pasteboard;
 

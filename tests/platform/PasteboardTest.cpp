@@ -54,7 +54,7 @@ class PasteboardTest : public QObject
 {
     Q_OBJECT
 
-    const TestFiles m_files;
+    const TestFiles m_files{};
     const QUrl m_shot = m_files.make(u"a b é%25.png"_s);
     const QUrl m_other = m_files.make(u"other.png"_s);
 

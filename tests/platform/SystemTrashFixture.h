@@ -50,9 +50,11 @@ protected:
             !lines.at(1).startsWith("Path=") || !lines.at(2).startsWith("DeletionDate="))
             return "no proper note: " + contentOf(infoPath);
         const auto deleted = QDateTime::fromString(
-            QString::fromLatin1(lines.at(2).mid(qstrlen("DeletionDate="))), Qt::ISODate);
+            QString::fromLatin1(lines.at(2).mid(QByteArrayView("DeletionDate=").size())),
+            Qt::ISODate);
         const qint64 age = deleted.secsTo(QDateTime::currentDateTime());
-        return age >= 0 && age < 60 ? lines.at(1).mid(qstrlen("Path=")) : "no proper date";
+        return age >= 0 && age < 60 ? lines.at(1).mid(QByteArrayView("Path=").size())
+                                    : "no proper date";
     }
 
     std::unique_ptr<TestFiles> m_files;

@@ -21,9 +21,12 @@ private Q_SLOTS:
     void anEngineThatCameBackIsTakenAgain()
     {
         EnginePool pool({});
-        Engine *const first = pool.take().get();
+        EnginePool::Lease lease = pool.take();
+        const Engine *const first = lease.get();
+        lease.reset();
         QCOMPARE(pool.waiting(), 1);
-        QCOMPARE(pool.take().get(), first);
+        lease = pool.take();
+        QCOMPARE(lease.get(), first);
     }
 
     void noTwoJobsShareAnEngine()

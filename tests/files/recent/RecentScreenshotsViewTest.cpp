@@ -43,7 +43,7 @@ class RecentScreenshotsViewTest : public QObject
 {
     Q_OBJECT
 
-    const TestFiles m_files;
+    const TestFiles m_files{};
     QList<RecentScreenshotAction> m_actions;
     std::unique_ptr<RecentScreenshotsView> m_view;
 

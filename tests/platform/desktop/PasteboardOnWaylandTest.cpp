@@ -36,7 +36,7 @@ class PasteboardOnWaylandTest : public QObject
 {
     Q_OBJECT
 
-    const TestFiles m_files;
+    const TestFiles m_files{};
     const QUrl m_shot = m_files.make(u"a b é%25.png"_s);
     const QUrl m_other = m_files.make(u"other.png"_s);
     std::unique_ptr<Sway> m_sway;
