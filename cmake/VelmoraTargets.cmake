@@ -69,7 +69,7 @@ add_library(velmora_test_library INTERFACE)
 target_link_libraries(velmora_test_library INTERFACE Qt6::Network Qt6::Test Qt6::Widgets)
 target_compile_options(velmora_test_library INTERFACE
     -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR
-    # A fifth of the compiler's time; what is tested is optimised as ever.
+    # A tenth of the compiler's time; what is tested is optimised as ever.
     $<$<CONFIG:RelWithDebInfo>:-O1>)
 
 # velmora_tests(NAME [NEUTRAL class...] [CLASSES class...] [LINKS library...]
