@@ -3,7 +3,6 @@
 
 #include "core/VelmoraLog.h"
 #include "core/VelmoraSettings.h"
-#include "core/whenFinished.h"
 #include "detection/ScreenshotFolderResolver.h"
 #include "detection/ScreenshotWatcher.h"
 #include "files/recent/RecentScreenshotsWindow.h"
@@ -37,7 +36,6 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
     , m_platform(platform)
     , m_folder(*platform.screenshotPreferences)
     , m_images(*platform.fileWriters)
-    , m_namer(*platform.textRecognizer, m_images)
     , m_activeApplication(*platform.frontmostApplication)
     , m_actions({*platform.systemTrash, *platform.pasteboard, *platform.fileBrowser, m_images,
                  *platform.desktopRecords},
@@ -49,12 +47,13 @@ VelmoraApp::VelmoraApp(Platform &platform, QObject *parent)
       })
     , m_search({platform.textRecognizer, platform.powerSource, m_actions, m_images,
                 *platform.desktopSearch},
-               [this] { return !m_suggestions.isEmpty(); })
+               [this] { return m_names.isAnyExpected(); })
     , m_recentWindow({m_actions, m_images, &m_search.search()}, m_recentScreenshots)
     , m_statusMenu(*platform.statusItem)
     , m_welcome({*platform.screenshotPreferences, *platform.loginItem, *platform.desktopLimits},
                 m_folder)
     , m_trayController(*platform.panelWindow, m_images, m_actions)
+    , m_names(*platform.textRecognizer, m_images, m_trayController)
 {
     m_welcomeSoon.setSingleShot(true);
     m_welcomeSoon.setTimerType(Qt::PreciseTimer);
@@ -136,50 +135,16 @@ void VelmoraApp::takeIn(const QUrl &url)
         m_actions.open(url, m_activeApplication.lastActiveAppName());
     m_search.arrived(url, screenshot->applicationName());
     const QString fallback = ScreenshotNamer::fallbackName(screenshot->applicationName(), url);
-    const BlindAreas trayAreas = trayAreasUntilNow();
+    const BlindAreas trayAreas = m_names.trayAreasUntilNow();
     const QUuid itemID = m_trayController.addScreenshot(screenshot, fallback);
     m_trayController.updateSuggestion(itemID, fallback, true);
     m_trayController.markNaming(itemID);
 
     if (behavior != CopyBehavior::none)
         m_actions.copyNew(screenshot, behavior);
-    const auto kind = m_activeApplication.isKnown() ? ScreenshotNamer::AppName::Known
-                                                    : ScreenshotNamer::AppName::Assumed;
-    screenshot->whenOpened(this, [this, itemID, trayAreas, kind, screenshot = screenshot.get()] {
-        suggestName(itemID, *screenshot, trayAreas, kind);
-    });
-}
-
-/// A picture of the whole screen shows the tray as it was when the picture was taken, a moment
-/// before its file appears. The tray's words are not part of the screenshot's text.
-BlindAreas VelmoraApp::trayAreasUntilNow() const
-{
-    constexpr std::chrono::seconds longestMoment{2};
-    const FileTime now = FileTimes::now();
-    const QList<PanelPlace> places = m_trayController.placesBetween(now - longestMoment, now);
-    return [places](QSize picture) {
-        QList<QRect> areas;
-        for (const PanelPlace &place : places) {
-            const QRect area = place.inPicture(picture);
-            if (!area.isEmpty())
-                areas.append(area);
-        }
-        return areas;
-    };
-}
-
-void VelmoraApp::suggestName(const QUuid &itemID, const Screenshot &screenshot,
-                             const BlindAreas &trayAreas, ScreenshotNamer::AppName kind)
-{
-    if (!m_trayController.fileURL(itemID))
-        return;
-    const QFuture<QString> suggestion = m_namer.suggestFilename(
-        screenshot.held(), screenshot.url(), screenshot.applicationName(), trayAreas, kind);
-    m_suggestions.insert(itemID, suggestion);
-    whenFinished(suggestion, this, [this, itemID](const QString &filename) {
-        m_suggestions.remove(itemID);
-        m_trayController.updateSuggestion(itemID, filename, true);
-    });
+    const auto application = m_activeApplication.isKnown() ? ScreenshotNamer::AppName::Known
+                                                           : ScreenshotNamer::AppName::Assumed;
+    m_names.suggest(itemID, screenshot, {trayAreas, application});
 }
 
 void VelmoraApp::connectMenu()
@@ -231,10 +196,7 @@ void VelmoraApp::connectTray()
     m_trayController.onUndoPerformed = [this](const UndoableAction &action, const QUrl &url) {
         m_actions.noteUndone(action, url);
     };
-    // Its name is no longer needed.
-    m_trayController.onRowGone = [this](const QUuid &itemID) {
-        m_suggestions.take(itemID).cancel();
-    };
+    m_trayController.onRowGone = [this](const QUuid &itemID) { m_names.cancel(itemID); };
 }
 
 /// The program itself has put the file there, so it is a recent screenshot but not a new one.

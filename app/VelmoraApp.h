@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/ActiveApplication.h"
+#include "app/NameSuggestions.h"
 #include "app/SearchController.h"
 #include "app/StatusMenu.h"
 #include "app/welcome/WelcomeController.h"
@@ -11,15 +12,11 @@
 #include "files/recent/RecentScreenshots.h"
 #include "files/recent/RecentScreenshotsController.h"
 #include "imaging/ScreenshotImages.h"
-#include "naming/ScreenshotNamer.h"
 #include "tray/TrayController.h"
 
-#include <QFuture>
-#include <QHash>
 #include <QObject>
 #include <QTimer>
 #include <QUrl>
-#include <QUuid>
 
 #include <memory>
 
@@ -59,9 +56,6 @@ private:
 
     void folderChanged(const QUrl &folder);
     void takeIn(const QUrl &url);
-    BlindAreas trayAreasUntilNow() const;
-    void suggestName(const QUuid &itemID, const Screenshot &screenshot, const BlindAreas &trayAreas,
-                     ScreenshotNamer::AppName kind);
 
     void perform(const QString &action);
     void showRecentScreenshots();
@@ -70,7 +64,6 @@ private:
     Platform &m_platform;
     ScreenshotFolder m_folder;
     ScreenshotImages m_images;
-    ScreenshotNamer m_namer;
     ActiveApplication m_activeApplication;
     UndoHistory m_undoHistory;
     ScreenshotActions m_actions;
@@ -81,6 +74,6 @@ private:
     WelcomeController m_welcome;
     QTimer m_welcomeSoon;
     TrayController m_trayController;
-    QHash<QUuid, QFuture<QString>> m_suggestions; ///< their rows are waiting for them
+    NameSuggestions m_names;
     std::unique_ptr<ScreenshotWatcher> m_watcher;
 };
