@@ -62,9 +62,9 @@ class AtRestTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        // Not in the common temporary folder, because the watched folder's parents are watched,
+        // Neither in /tmp nor in /dev/shm, where other programs are busy: the parents are watched,
         // too.
-        m_directory = std::make_unique<QTemporaryDir>(u"/dev/shm/velmora-XXXXXX"_s);
+        m_directory = std::make_unique<QTemporaryDir>(u"/var/tmp/velmora-XXXXXX"_s);
         QVERIFY(m_directory->isValid());
         m_folder = m_directory->path() + u"/Shots"_s;
         QVERIFY(QDir().mkdir(m_folder));
