@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tray/TrayOnSwayFixture.h"
 #include "tests/world/TestProgram.h"
-#include "tests/world/Waiting.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,7 +8,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 /// The tray on a wlroots desktop without an X server, where the compositor itself places panels.
 class TrayAsWaylandPanelTest : public QObject, TrayOnSwayFixture
@@ -127,6 +125,40 @@ private Q_SLOTS:
         QVERIFY(staysAt(trayPlace(1)));
     }
 
+    void aSoftShadowSurroundsItAndLetsTheMouseThrough()
+    {
+        const QRect place = trayPlace(1);
+        m_pointer->moveTo({300, 300});
+        const auto darkness = [](const QPoint &at, const QImage &seen) {
+            return 255 - qGray(seen.pixel(at));
+        };
+        const auto hasShadow = [&] {
+            const QImage seen = photograph();
+            const int below = darkness({place.center().x(), place.bottom() + 6}, seen);
+            const int beside = darkness({place.left() - 6, place.center().y()}, seen);
+            const int beyond = darkness({place.left() - 40, place.center().y()}, seen);
+            return below > beside && beside > 5 && beyond == 0 && below < 100;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(hasShadow(), patience);
+        const auto clickAndLeave = [&] {
+            m_pointer->click(nameIn(place));
+            QTRY_VERIFY_WITH_TIMEOUT(trayHasKeyboard(), patience);
+            m_pointer->moveTo(place.bottomLeft() + QPoint(100, 6));
+        };
+        typeIntoTerminal(clickAndLeave, u"through the shadow"_s);
+    }
+
+    void anotherCornerInTheSettingsMovesItAtOnce()
+    {
+        m_tray.write("corner topLeft\n");
+        const QRect place({44, 44}, trayPlace(1).size());
+        QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(place), patience);
+        QVERIFY(staysAt(place));
+        m_tray.write("corner bottomRight\n");
+        QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(trayPlace(1)), patience);
+        QVERIFY(staysAt(trayPlace(1)));
+    }
+
     void itIsSeenOverAFullScreenWindow()
     {
         m_sway->command(u"fullscreen enable"_s);
@@ -189,12 +221,6 @@ private:
     {
         typeLineWhen([&] { return terminalHasKeyboard() && !trayHasKeyboard(); }, act, text);
         QTRY_VERIFY_WITH_TIMEOUT(typed().endsWith(text), patience);
-    }
-
-    /// Whether it is there for the next half second, too.
-    bool staysAt(const QRect &place, int scale = 1) const
-    {
-        return Waiting::staysTrue([&] { return isSeenAt(place, scale); }, 500ms);
     }
 
     /// How many windows sway manages. The tray and its pop-ups are none.

@@ -2,11 +2,13 @@
 #include "tests/tray/TrayOnSwayFixture.h"
 
 #include "style/VelmoraPalette.h"
+#include "tests/world/Waiting.h"
 
 #include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -19,16 +21,29 @@ QString contents(const QString &path)
 
 } // namespace
 
-void TrayOnSwayFixture::begin(Sway::X11 x11, const QByteArray &settings)
+void TrayOnSwayFixture::begin(Sway::X11 x11, const QByteArray &settings, Sway::Screens screens)
 {
-    m_sway = std::make_unique<Sway>(x11, settings);
+    m_sway = std::make_unique<Sway>(x11, settings, screens);
     const QString typedFile = m_folder.filePath(u"typed"_s);
     m_sway->start(m_terminal, u"foot"_s,
-                  {u"--app-id"_s, u"terminal"_s, u"sh"_s, u"-c"_s, u"cat > \"$0\""_s, typedFile});
+                  {u"--app-id=terminal"_s, u"--override=colors.background=ffffff"_s, u"sh"_s,
+                   u"-c"_s, u"cat > \"$0\""_s, typedFile});
     QTRY_VERIFY_WITH_TIMEOUT(m_sway->tree().isEmpty() == false && QFile::exists(typedFile),
                              patience);
     startTray(x11);
-    m_pointer = std::make_unique<WaylandPointer>(m_sway->display(), screenSize);
+    setDesktopSize(screenSize);
+}
+
+void TrayOnSwayFixture::restartTray()
+{
+    m_tray.kill();
+    m_tray.waitForFinished();
+    startTray(Sway::X11::No);
+}
+
+void TrayOnSwayFixture::setDesktopSize(QSize size)
+{
+    m_pointer = std::make_unique<WaylandPointer>(m_sway->display(), size);
 }
 
 void TrayOnSwayFixture::startTray(Sway::X11 x11)
@@ -58,12 +73,29 @@ void TrayOnSwayFixture::end()
     }
     m_pointer.reset();
     m_sway.reset();
+    QFile::remove(m_folder.filePath(u"typed"_s));
+    m_output.clear();
 }
 
 QRect TrayOnSwayFixture::trayPlace(int rows, const QRect &screen)
 {
     const QSize size(620, 72 * rows + 6 * (rows - 1) + 16);
     return {screen.bottomRight() - QPoint(size.width() + 43, size.height() + 43), size};
+}
+
+QByteArray TrayOnSwayFixture::screenSettings(const QByteArray &kind)
+{
+    return "output " + kind + "-1 resolution 1280x720 position 0 0\noutput " + kind +
+           "-2 resolution 1280x720 position 1280 0\n";
+}
+
+void TrayOnSwayFixture::addSecondScreen(const QString &kind)
+{
+    const QSize both = QRect({0, 0}, screenSize).united(secondScreen).size();
+    m_sway->command(u"create_output"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(photograph().size(), both, patience);
+    m_sway->command(u"focus output %1-1"_s.arg(kind));
+    setDesktopSize(both);
 }
 
 QImage TrayOnSwayFixture::photograph() const
@@ -85,6 +117,21 @@ bool TrayOnSwayFixture::isSeenAt(const QRect &place, int scale) const
            isTray(left + 20, place.bottom() - 4) && isTray(right - 20, place.bottom() - 4) &&
            !isTray(left + 300, place.top() - 2) && !isTray(left + 300, place.bottom() + 3) &&
            !isTray(left - 3, place.top() + 30) && !isTray(right + 3, place.top() + 30);
+}
+
+bool TrayOnSwayFixture::staysAt(const QRect &place, int scale) const
+{
+    return Waiting::staysTrue([&] { return isSeenAt(place, scale); }, 500ms);
+}
+
+void TrayOnSwayFixture::worksAt(const QRect &place)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(place), patience);
+    QVERIFY(staysAt(place));
+    m_pointer->click(dismissButtonIn(place));
+    const QRect smaller(place.topLeft() + QPoint(0, 78), place.bottomRight());
+    QTRY_VERIFY_WITH_TIMEOUT(isSeenAt(smaller), patience);
+    QVERIFY(staysAt(smaller));
 }
 
 void TrayOnSwayFixture::typeLineAfter(const std::function<void()> &act, const QString &text) const

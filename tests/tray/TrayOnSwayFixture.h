@@ -20,10 +20,18 @@ protected:
 
     /// The size of the headless screen.
     static constexpr QSize screenSize = {1280, 720};
+    static constexpr QRect secondScreen = {1280, 0, 1280, 720};
 
     /// @param settings more lines of sway's settings
-    void begin(Sway::X11 x11, const QByteArray &settings = {});
+    void begin(Sway::X11 x11, const QByteArray &settings = {},
+               Sway::Screens screens = Sway::Screens::Nowhere);
     void end();
+
+    /// Ends the tray's program and starts another one.
+    void restartTray();
+
+    /// Says how large the desktop is when it has several screens; the mouse has to know.
+    void setDesktopSize(QSize size);
 
     /// In the corner at the bottom right of the screen, or of the part above a bar.
     static QRect trayPlace(int rows, const QRect &screen = {{0, 0}, screenSize});
@@ -34,11 +42,21 @@ protected:
     static QPoint copyButtonIn(const QRect &tray) { return tray.topLeft() + QPoint(476, 44); }
     static QPoint dismissButtonIn(const QRect &tray) { return tray.topLeft() + QPoint(588, 44); }
 
+    /// Two screens side by side of this kind, of which the second one is added later.
+    static QByteArray screenSettings(const QByteArray &kind);
+    void addSecondScreen(const QString &kind);
+
     /// What the screen shows.
     QImage photograph() const;
 
     /// @param scale of the screen, which the place does not include
     bool isSeenAt(const QRect &place, int scale = 1) const;
+
+    /// Whether it is there for the next half second, too.
+    bool staysAt(const QRect &place, int scale = 1) const;
+
+    /// Asserts that the tray is there, and that a click dismisses its newest row.
+    void worksAt(const QRect &place);
 
     /// Types the text and a return. The keyboard is there before the action: when a new one comes,
     /// sway gives it to the window that it calls focused, and that is never the tray.

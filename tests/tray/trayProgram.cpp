@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/VelmoraSettings.h"
 #include "filesystem/FileUrls.h"
 #include "platform/prepareProcess.h"
 #include "tests/tray/ControllerFixture.h"
@@ -18,8 +19,8 @@ namespace
 {
 
 /// A program with a tray, which gets a second row after a while, and one more for each line of
-/// standard input. Prints the new names of files, and "typing" or "resting" when it gets or loses
-/// the keyboard.
+/// standard input, unless the line is "corner" and one: then the tray moves there. Prints the new
+/// names of files, and "typing" or "resting" when it gets or loses the keyboard.
 class TrayProgram : public ControllerFixture
 {
 public:
@@ -46,8 +47,17 @@ private:
         const QByteArray name = input.readLine().trimmed();
         if (name.isEmpty())
             m_input.setEnabled(false);
+        else if (name.startsWith("corner "))
+            moveTo(name.mid(7));
         else
             add(name.constData());
+    }
+
+    void moveTo(const QByteArray &corner)
+    {
+        VelmoraSettings::setTrayPosition(corner == "topLeft" ? TrayPosition::topLeft
+                                                             : TrayPosition::bottomRight);
+        m_tray->layoutPanel();
     }
 
     QSocketNotifier m_input{STDIN_FILENO, QSocketNotifier::Read};

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "tests/world/Sway.h"
 
+#include "tests/world/XDesktop.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +44,7 @@ QJsonObject focusedIn(const QJsonObject &node)
 
 } // namespace
 
-Sway::Sway(X11 x11, const QByteArray &settings)
+Sway::Sway(X11 x11, const QByteArray &settings, Screens screens)
 {
     QFile file(m_folder.filePath(u"config"_s));
     if (!file.open(QFile::WriteOnly))
@@ -47,11 +53,15 @@ Sway::Sway(X11 x11, const QByteArray &settings)
     file.write(settings);
     file.close();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"SWAYSOCK"_s})
+    for (const QString &name : {u"WAYLAND_DISPLAY"_s, u"SWAYSOCK"_s})
         environment.remove(name);
+    if (screens == Screens::Windows)
+        XDesktop::run(u"xhost"_s, {u"+local:"_s});
+    else
+        environment.remove(u"DISPLAY"_s);
     environment.insert(u"HOME"_s, m_folder.path());
     environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
-    environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
+    environment.insert(u"WLR_BACKENDS"_s, screens == Screens::Windows ? u"x11"_s : u"headless"_s);
     environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
     m_process.setProcessEnvironment(environment);
@@ -94,6 +104,30 @@ QString Sway::display() const
 QString Sway::command(const QString &command) const
 {
     return QString::fromUtf8(run(u"swaymsg"_s, {u"--socket"_s, ipcSocket(), command}));
+}
+
+void Sway::unplug(const QString &screen)
+{
+    const QString described =
+        XDesktop::run(u"xwininfo"_s, {u"-int"_s, u"-name"_s, u"wlroots - "_s + screen});
+    const QRegularExpression number(u"Window id: (\\d+)"_s);
+    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
+    const auto atom = [connection](const char *name) {
+        const auto cookie = xcb_intern_atom(connection, 0, uint16_t(qstrlen(name)), name);
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+        return reply->atom;
+    };
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = number.match(described).captured(1).toUInt();
+    event.type = atom("WM_PROTOCOLS");
+    event.data.data32[0] = atom("WM_DELETE_WINDOW");
+    xcb_send_event(connection, 0, event.window, 0, reinterpret_cast<const char *>(&event));
+    // A server may drop unread requests when the connection ends.
+    atom("WM_DELETE_WINDOW");
+    xcb_disconnect(connection);
 }
 
 QJsonDocument Sway::ask(const QString &type) const

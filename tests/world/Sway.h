@@ -14,9 +14,14 @@ class Sway
 {
 public:
     enum class X11 { No, Yes };
+    enum class Screens {
+        Nowhere, ///< named HEADLESS-1 and so on; they can't go away
+        Windows, ///< named X11-1 and so on, on the X desktop of the test's world
+    };
 
     /// @param settings more lines of sway's settings
-    explicit Sway(X11 x11 = X11::No, const QByteArray &settings = {});
+    explicit Sway(X11 x11 = X11::No, const QByteArray &settings = {},
+                  Screens screens = Screens::Nowhere);
     ~Sway();
     Q_DISABLE_COPY_MOVE(Sway)
 
@@ -33,6 +38,9 @@ public:
 
     /// Runs one of sway's commands ("workspace 2", "exec xterm") and returns its answer.
     QString command(const QString &command) const;
+
+    /// Closes the window that is this screen, for which that is like being unplugged.
+    static void unplug(const QString &screen);
 
     /// All outputs, workspaces and windows.
     QJsonObject tree() const;

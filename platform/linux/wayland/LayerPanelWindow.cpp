@@ -4,10 +4,13 @@
 #include "platform/linux/wayland/LayerShell.h"
 #include "platform/linux/wayland/LayerSurface.h"
 #include "platform/linux/wayland/PanelPopUps.h"
+#include "platform/linux/wayland/PanelShadow.h"
+#include "platform/linux/wayland/activeScreen.h"
 #include "platform/linux/wayland/qtWayland.h"
 
 #include <QGuiApplication>
 #include <QPlatformSurfaceEvent>
+#include <QThread>
 #include <QWindow>
 
 #include <chrono>
@@ -45,18 +48,29 @@ LayerPanelWindow::~LayerPanelWindow()
     end();
 }
 
-/// The compositor chooses; this one is as good as any other for the distances from the edges.
 QScreen *LayerPanelWindow::screen() const
 {
-    return QGuiApplication::primaryScreen();
+    if (m_isToldScreen && QGuiApplication::screens().size() > 1) {
+        if (QScreen *const active = activeScreen(*m_shell))
+            return active;
+        // Waiting in vain for each screenshot would be noticed.
+        m_isToldScreen = false;
+    }
+    return m_screenOfSurface ? m_screenOfSurface.data() : QGuiApplication::primaryScreen();
 }
 
 void LayerPanelWindow::setFrame(const QRect &frame)
 {
-    if (const QScreen *const measured = screen())
-        m_place = CornerPlace::of(frame, measured->geometry());
-    if (m_surface)
-        m_surface->setPlace(m_place);
+    QScreen *const found = QGuiApplication::screenAt(frame.center());
+    m_screen = found ? found : QGuiApplication::primaryScreen();
+    if (m_screen)
+        m_place = CornerPlace::of(frame, m_screen->geometry());
+    if (!m_surface)
+        return;
+    drawShadow();
+    m_surface->setPlace(m_place);
+    if (!hasScaleOfScreen(*m_window) && !isInUse())
+        QMetaObject::invokeMethod(this, &PanelWindow::removed, Qt::QueuedConnection);
 }
 
 /// Qt moves all windows to the corner of their screen. Bars are not taken into account: nobody says
@@ -66,7 +80,7 @@ QRect LayerPanelWindow::frame(const QWindow &window) const
     return m_place.on(window.screen()->geometry());
 }
 
-void LayerPanelWindow::prepare(QWindow &window, double)
+void LayerPanelWindow::prepare(QWindow &window, double cornerRadius)
 {
     end();
     m_window = &window;
@@ -78,20 +92,54 @@ void LayerPanelWindow::prepare(QWindow &window, double)
         if (!isVisible)
             end();
     });
-    m_surface = std::make_unique<LayerSurface>(*m_shell, qtWayland::surface(window));
-    connect(m_surface.get(), &LayerSurface::closed, this, &LayerPanelWindow::closed,
-            Qt::QueuedConnection);
+    m_screenOfSurface = m_screen;
+    wl_surface *const surface = qtWayland::surface(window);
+    m_surface = std::make_unique<LayerSurface>(*m_shell, surface,
+                                               m_screen ? qtWayland::output(*m_screen) : nullptr);
     m_surface->setPlace(m_place);
     if (!m_surface->appear())
         return m_surface.reset();
+    connect(m_surface.get(), &LayerSurface::closed, this, &LayerPanelWindow::closed,
+            Qt::QueuedConnection);
+    m_shadow = std::make_unique<PanelShadow>(*m_shell, surface, cornerRadius);
+    drawShadow();
     m_popUps = std::make_unique<PanelPopUps>(*m_shell, *m_surface, window);
     connect(m_popUps.get(), &PanelPopUps::dismissed, this, &LayerPanelWindow::releaseKeyboard);
 }
 
-/// Panels are always in front.
-bool LayerPanelWindow::bringToFront(QWindow &)
+/// Panels are always in front. What is in use stays as it is.
+bool LayerPanelWindow::bringToFront(QWindow &window)
 {
-    return std::exchange(m_isNew, false) || m_surface;
+    if (std::exchange(m_isNew, false))
+        return true;
+    return m_surface && (isInUse() || isAsMade(window));
+}
+
+/// While the user drags from it, the program runs a loop of events for that.
+bool LayerPanelWindow::isInUse() const
+{
+    const bool isPressed = m_hasMouse && QGuiApplication::mouseButtons() != Qt::NoButton;
+    return isPressed || m_popUps->hasMenu() || QThread::currentThread()->loopLevel() > 1 ||
+           QGuiApplication::focusWindow() == m_window;
+}
+
+/// A panel can't move to another screen.
+bool LayerPanelWindow::isAsMade(const QWindow &window) const
+{
+    const QScreen *const madeFor = m_screenOfSurface ? m_screenOfSurface.data() : window.screen();
+    return m_screen == madeFor && hasScaleOfScreen(window);
+}
+
+/// Qt goes on drawing a window in the scale that its screen had when the window came there.
+bool LayerPanelWindow::hasScaleOfScreen(const QWindow &window)
+{
+    return window.devicePixelRatio() == window.screen()->devicePixelRatio();
+}
+
+void LayerPanelWindow::drawShadow()
+{
+    if (m_window)
+        m_shadow->draw(m_place.size, int(m_window->devicePixelRatio()));
 }
 
 void LayerPanelWindow::takeFocus(QWindow &window)
@@ -108,9 +156,12 @@ bool LayerPanelWindow::eventFilter(QObject *, QEvent *event)
         const auto &change = static_cast<const QPlatformSurfaceEvent &>(*event);
         if (change.surfaceEventType() == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
             end();
-    } else if (event->type() == QEvent::Leave && m_popUps && !m_popUps->hasMenu() &&
-               keepsKeyboardAfterClickElsewhere()) {
-        releaseKeyboard();
+    } else if (event->type() == QEvent::Enter) {
+        m_hasMouse = true;
+    } else if (event->type() == QEvent::Leave) {
+        m_hasMouse = false;
+        if (m_popUps && !m_popUps->hasMenu() && keepsKeyboardAfterClickElsewhere())
+            releaseKeyboard();
     }
     return false;
 }
@@ -138,6 +189,7 @@ void LayerPanelWindow::releaseKeyboard()
 void LayerPanelWindow::closed()
 {
     m_popUps.reset();
+    m_shadow.reset();
     m_surface.reset();
     offerAnother();
 }
@@ -145,6 +197,7 @@ void LayerPanelWindow::closed()
 /// If there is no screen now, one will be added.
 void LayerPanelWindow::offerAnother()
 {
+    m_isToldScreen = true;
     if (m_window && m_window->isVisible() && !m_surface)
         Q_EMIT removed();
 }
@@ -153,7 +206,9 @@ void LayerPanelWindow::offerAnother()
 void LayerPanelWindow::end()
 {
     m_patience.stop();
+    m_hasMouse = false;
     m_popUps.reset();
+    m_shadow.reset();
     m_surface.reset();
     if (QWindow *const window = std::exchange(m_window, nullptr)) {
         window->removeEventFilter(this);

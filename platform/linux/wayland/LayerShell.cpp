@@ -1,25 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/LayerShell.h"
 
+#include "filesystem/Descriptor.h"
 #include "platform/linux/wayland/qtWayland.h"
 
 #include <wlr-layer-shell-client.h>
 
 #include <QDeadlineTimer>
+#include <QHash>
+#include <QImage>
 
 #include <algorithm>
-#include <chrono>
 #include <poll.h>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <wayland-client.h>
 #include <xdg-shell-client.h>
-
-using namespace std::chrono_literals;
 
 namespace
 {
 
 constexpr uint32_t newestVersion = 4;
-constexpr auto longestWait = 2s;
 
 wl_proxy *proxyOf(void *object)
 {
@@ -36,21 +37,28 @@ auto onQueue(Object *object, wl_event_queue *queue)
                                                                         wl_proxy_wrapper_destroy);
 }
 
-struct Globals {
-    uint32_t layers = 0;
-    uint32_t layersVersion = 0;
-    uint32_t popUps = 0;
+/// What the compositor offers, by its name.
+struct Global {
+    uint32_t name = 0;
+    uint32_t version = 0;
 };
+using Globals = QHash<QByteArray, Global>;
 
 void noteGlobal(void *data, wl_registry *, uint32_t name, const char *interface, uint32_t version)
 {
-    auto &globals = *static_cast<Globals *>(data);
-    if (qstrcmp(interface, zwlr_layer_shell_v1_interface.name) == 0) {
-        globals.layers = name;
-        globals.layersVersion = std::min(version, newestVersion);
-    } else if (qstrcmp(interface, xdg_wm_base_interface.name) == 0) {
-        globals.popUps = name;
-    }
+    static_cast<Globals *>(data)->insert(interface, {name, version});
+}
+
+/// Null if there is none.
+template <typename Object>
+Object *bind(wl_registry *registry, const Globals &globals, const wl_interface &interface,
+             uint32_t newest)
+{
+    const Global found = globals.value(interface.name);
+    if (found.version == 0)
+        return nullptr;
+    return static_cast<Object *>(
+        wl_registry_bind(registry, found.name, &interface, std::min(found.version, newest)));
 }
 
 } // namespace
@@ -63,7 +71,7 @@ std::unique_ptr<LayerShell> LayerShell::find()
     if (!display)
         return nullptr;
     std::unique_ptr<LayerShell> shell(new LayerShell(display));
-    return shell->m_layers && shell->m_popUps ? std::move(shell) : nullptr;
+    return shell->isComplete() ? std::move(shell) : nullptr;
 }
 
 LayerShell::LayerShell(wl_display *display)
@@ -74,6 +82,9 @@ LayerShell::LayerShell(wl_display *display)
 
 LayerShell::~LayerShell()
 {
+    for (wl_proxy *each : {proxyOf(m_surfaces), proxyOf(m_parts), proxyOf(m_memory)})
+        if (each)
+            wl_proxy_destroy(each);
     if (m_popUps)
         xdg_wm_base_destroy(m_popUps);
     if (m_layers && m_version >= ZWLR_LAYER_SHELL_V1_DESTROY_SINCE_VERSION)
@@ -83,6 +94,7 @@ LayerShell::~LayerShell()
     wl_event_queue_destroy(m_queue);
 }
 
+/// Not those that Qt has bound: a newer Qt may know events of them that this program doesn't.
 void LayerShell::bindGlobals()
 {
     static const wl_registry_listener listener = {
@@ -93,26 +105,32 @@ void LayerShell::bindGlobals()
     wl_registry *registry = wl_display_get_registry(onQueue(m_display, m_queue).get());
     wl_registry_add_listener(registry, &listener, &globals);
     wl_display_roundtrip_queue(m_display, m_queue);
-    m_version = globals.layersVersion;
-    if (globals.layers)
-        m_layers = static_cast<zwlr_layer_shell_v1 *>(
-            wl_registry_bind(registry, globals.layers, &zwlr_layer_shell_v1_interface, m_version));
-    if (globals.popUps) {
+    m_version = std::min(newestVersion, globals[zwlr_layer_shell_v1_interface.name].version);
+    m_layers =
+        bind<zwlr_layer_shell_v1>(registry, globals, zwlr_layer_shell_v1_interface, newestVersion);
+    m_popUps = bind<xdg_wm_base>(registry, globals, xdg_wm_base_interface, 1);
+    m_surfaces = bind<wl_compositor>(registry, globals, wl_compositor_interface, 4);
+    m_parts = bind<wl_subcompositor>(registry, globals, wl_subcompositor_interface, 1);
+    m_memory = bind<wl_shm>(registry, globals, wl_shm_interface, 1);
+    wl_registry_destroy(registry);
+    if (m_popUps) {
         static const xdg_wm_base_listener pings = {
             .ping = [](void *, xdg_wm_base *base, uint32_t serial) {
                 xdg_wm_base_pong(base, serial);
             }};
-        m_popUps = static_cast<xdg_wm_base *>(
-            wl_registry_bind(registry, globals.popUps, &xdg_wm_base_interface, 1));
         xdg_wm_base_add_listener(m_popUps, &pings, nullptr);
         leaveToQt(m_popUps);
     }
-    wl_registry_destroy(registry);
 }
 
-zwlr_layer_surface_v1 *LayerShell::makePanel(wl_surface *surface) const
+bool LayerShell::isComplete() const
 {
-    return zwlr_layer_shell_v1_get_layer_surface(onQueue(m_layers, m_queue).get(), surface, nullptr,
+    return m_layers && m_popUps && m_surfaces && m_parts && m_memory;
+}
+
+zwlr_layer_surface_v1 *LayerShell::makePanel(wl_surface *surface, wl_output *output) const
+{
+    return zwlr_layer_shell_v1_get_layer_surface(onQueue(m_layers, m_queue).get(), surface, output,
                                                  ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "velmora");
 }
 
@@ -126,10 +144,41 @@ xdg_positioner *LayerShell::makePositioner() const
     return xdg_wm_base_create_positioner(m_popUps);
 }
 
-/// Qt reads from the connection on another thread at the same time.
-bool LayerShell::waitFor(const bool &done) const
+wl_surface *LayerShell::makeSurface() const
 {
-    const QDeadlineTimer deadline(longestWait);
+    return wl_compositor_create_surface(m_surfaces);
+}
+
+wl_subsurface *LayerShell::makePart(wl_surface *surface, wl_surface *whole) const
+{
+    return wl_subcompositor_get_subsurface(m_parts, surface, whole);
+}
+
+void LayerShell::ignoreMouse(wl_surface *surface) const
+{
+    wl_region *const nothing = wl_compositor_create_region(m_surfaces);
+    wl_surface_set_input_region(surface, nothing);
+    wl_region_destroy(nothing);
+}
+
+wl_buffer *LayerShell::makeBuffer(const QImage &picture) const
+{
+    const qsizetype size = picture.sizeInBytes();
+    const Descriptor memory(::memfd_create("velmora", MFD_CLOEXEC));
+    if (::write(memory.number(), picture.constBits(), size_t(size)) != size)
+        return nullptr;
+    wl_shm_pool *const pool = wl_shm_create_pool(m_memory, memory.number(), int32_t(size));
+    wl_buffer *const buffer =
+        wl_shm_pool_create_buffer(pool, 0, picture.width(), picture.height(),
+                                  int32_t(picture.bytesPerLine()), WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    return buffer;
+}
+
+/// Qt reads from the connection on another thread at the same time.
+bool LayerShell::waitFor(const bool &done, std::chrono::milliseconds longest) const
+{
+    const QDeadlineTimer deadline(longest);
     while (!done && !deadline.hasExpired()) {
         if (wl_display_prepare_read_queue(m_display, m_queue) != 0) {
             wl_display_dispatch_queue_pending(m_display, m_queue);
@@ -147,8 +196,8 @@ bool LayerShell::waitFor(const bool &done) const
     return done;
 }
 
-void LayerShell::leaveProxyToQt(void *role) const
+void LayerShell::leaveProxyToQt(void *object) const
 {
-    wl_proxy_set_queue(proxyOf(role), nullptr);
+    wl_proxy_set_queue(proxyOf(object), nullptr);
     wl_display_dispatch_queue_pending(m_display, m_queue);
 }

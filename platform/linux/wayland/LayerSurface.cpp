@@ -26,8 +26,8 @@ uint32_t valueOf(LayerSurface::Keyboard keyboard)
 
 } // namespace
 
-LayerSurface::LayerSurface(const LayerShell &shell, wl_surface *surface)
-    : m_shell(shell), m_surface(surface), m_role(shell.makePanel(surface))
+LayerSurface::LayerSurface(const LayerShell &shell, wl_surface *surface, wl_output *output)
+    : m_shell(shell), m_surface(surface), m_role(shell.makePanel(surface, output))
 {
     static const auto self = [](void *data) { return static_cast<LayerSurface *>(data); };
     static const zwlr_layer_surface_v1_listener listener = {
@@ -54,6 +54,9 @@ LayerSurface::~LayerSurface()
 
 void LayerSurface::setPlace(const CornerPlace &place)
 {
+    const CornerPlace former = std::exchange(m_place, place);
+    if (former == place)
+        return;
     zwlr_layer_surface_v1_set_size(m_role, uint32_t(place.size.width()),
                                    uint32_t(place.size.height()));
     zwlr_layer_surface_v1_set_anchor(
@@ -64,6 +67,8 @@ void LayerSurface::setPlace(const CornerPlace &place)
     // Those at the other edges do not count.
     zwlr_layer_surface_v1_set_margin(m_role, place.fromEnd, place.fromSide, place.fromEnd,
                                      place.fromSide);
+    if (m_isConfigured && former.size == place.size)
+        wl_surface_commit(m_surface);
 }
 
 void LayerSurface::setKeyboard(Keyboard keyboard)

@@ -6,6 +6,7 @@
 #include <QObject>
 
 class LayerShell;
+struct wl_output;
 struct wl_surface;
 struct xdg_popup;
 struct zwlr_layer_surface_v1;
@@ -22,11 +23,12 @@ public:
         ByClick, ///< only where LayerShell::movesKeyboardByClick()
     };
 
-    LayerSurface(const LayerShell &shell, wl_surface *surface);
+    /// @param output its screen, or null for the one that the compositor chooses
+    LayerSurface(const LayerShell &shell, wl_surface *surface, wl_output *output);
     ~LayerSurface() override;
 
-    /// Clear of the bars at the screen's edges, if the compositor knows them. Counts with the
-    /// surface's next content.
+    /// Clear of the bars at the screen's edges, if the compositor knows them. A new size counts
+    /// with the surface's next content, a new place at once.
     void setPlace(const CornerPlace &place);
 
     /// Counts at once.
@@ -47,6 +49,7 @@ private:
     const LayerShell &m_shell;
     wl_surface *m_surface;
     zwlr_layer_surface_v1 *m_role;
+    CornerPlace m_place;
     Keyboard m_keyboard = Keyboard::Never;
     bool m_isConfigured = false;
     bool m_isClosed = false;

@@ -28,13 +28,6 @@ PopUpSurface::~PopUpSurface()
     xdg_surface_destroy(m_role);
 }
 
-void PopUpSurface::ignoreMouse()
-{
-    wl_region *const nothing = wl_compositor_create_region(qtWayland::compositor());
-    wl_surface_set_input_region(m_surface, nothing);
-    wl_region_destroy(nothing);
-}
-
 bool PopUpSurface::appear(const QRect &place, LayerSurface &panel, const PopUpSurface *parent,
                           Input input)
 {
@@ -61,7 +54,7 @@ bool PopUpSurface::appear(const QRect &place, LayerSurface &panel, const PopUpSu
     if (input == Input::Grabbed)
         xdg_popup_grab(m_popUp, qtWayland::seat(), qtWayland::serial());
     else
-        ignoreMouse();
+        m_shell.ignoreMouse(m_surface);
     wl_surface_commit(m_surface);
     m_shell.waitFor(m_isConfigured);
     m_shell.leaveToQt(m_popUp);

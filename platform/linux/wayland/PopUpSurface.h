@@ -34,8 +34,6 @@ Q_SIGNALS:
     void closed();
 
 private:
-    void ignoreMouse();
-
     const LayerShell &m_shell;
     wl_surface *m_surface;
     xdg_surface *m_role;

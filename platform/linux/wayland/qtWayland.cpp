@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 #include <QLibraryInfo>
+#include <QScreen>
 
 #include <qpa/qplatformnativeinterface.h>
 
@@ -36,9 +37,12 @@ wl_surface *qtWayland::surface(QWindow &window)
     return static_cast<wl_surface *>(native().nativeResourceForWindow("surface", &window));
 }
 
-wl_compositor *qtWayland::compositor()
+wl_output *qtWayland::output(QScreen &screen)
 {
-    return static_cast<wl_compositor *>(native().nativeResourceForIntegration("compositor"));
+    // The invented one has no size, and no output to ask for.
+    if (screen.geometry().isEmpty())
+        return nullptr;
+    return static_cast<wl_output *>(native().nativeResourceForScreen("output", &screen));
 }
 
 wl_seat *qtWayland::seat()

@@ -3,9 +3,10 @@
 
 #include <cstdint>
 
+class QScreen;
 class QWindow;
-struct wl_compositor;
 struct wl_display;
+struct wl_output;
 struct wl_seat;
 struct wl_surface;
 
@@ -21,7 +22,8 @@ wl_display *display();
 /// window is hidden.
 wl_surface *surface(QWindow &window);
 
-wl_compositor *compositor();
+/// Null for the one that Qt invents while there is none.
+wl_output *output(QScreen &screen);
 
 /// The seat of the user. Call it only after an input event.
 wl_seat *seat();

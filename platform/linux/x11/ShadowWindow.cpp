@@ -3,7 +3,7 @@
 
 #include "platform/linux/x11/TransparentWindow.h"
 #include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/softShadow.h"
+#include "platform/linux/shadow/softShadow.h"
 
 #include <algorithm>
 #include <array>

@@ -5,15 +5,37 @@
 #include "tests/world/TestProgram.h"
 #include "tests/world/Waiting.h"
 
+#include <QFile>
+#include <QProcess>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace std::chrono_literals;
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
 
 constexpr int patience = 40'000;
+
+/// Whether a program finds no way there to put the tray into its corner.
+bool lacksTrayPlace(const QString &display)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"wayland"_s);
+    environment.insert(u"WAYLAND_DISPLAY"_s, display);
+    environment.remove(u"DISPLAY"_s);
+    process.setProcessEnvironment(environment);
+    process.start(QString::fromUtf8(LIMITS_PROCESS), {});
+    process.waitForFinished(patience);
+    const QByteArray output = process.readAllStandardOutput();
+    if (output != "free\n" && output != "placed\n")
+        qFatal("the program does not run there");
+    return output == "free\n";
+}
 
 } // namespace
 
@@ -47,6 +69,26 @@ private Q_SLOTS:
             return !limits->missing().contains(DesktopLimit::ApplicationInFront);
         };
         QVERIFY(Waiting::staysTrue(tells, 1s));
+    }
+
+    void aCompositorThatPlacesPanelsHasAPlaceForTheTray()
+    {
+        if (!Sway::isInstalled())
+            QSKIP("sway or setpriv is not installed");
+        const Sway sway;
+        QVERIFY(!lacksTrayPlace(sway.display()));
+    }
+
+    void aCompositorThatPlacesNoPanelsHasNone()
+    {
+        QProcess compositor;
+        const QTemporaryDir folder;
+        const QString display = folder.filePath(u"display"_s);
+        compositor.start(QString::fromUtf8(CLIPBOARD_COMPOSITOR), {display});
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(display), patience);
+        QVERIFY(lacksTrayPlace(display));
+        compositor.kill();
+        compositor.waitForFinished();
     }
 
     void aWaylandDesktopThatTellsNothingLacksTheApplicationInFront()

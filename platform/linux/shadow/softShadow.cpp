@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/x11/softShadow.h"
+#include "platform/linux/shadow/softShadow.h"
 
 #include <QPainter>
 
