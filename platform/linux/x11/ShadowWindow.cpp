@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/ShadowWindow.h"
 
+#include "platform/linux/shadow/softShadow.h"
 #include "platform/linux/x11/TransparentWindow.h"
 #include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/shadow/softShadow.h"
 
 #include <algorithm>
 #include <array>
