@@ -208,6 +208,19 @@ private Q_SLOTS:
         QCOMPARE(renames[1].result.oldURL, m_rig->place(u"one.png"_s));
     }
 
+    void theFormerNameTypedAgainDuringARenameIsGivenBack()
+    {
+        name()->setText(u"first"_s);
+        QVERIFY(rename());
+        type("one");
+        QTest::keyClick(name(), Qt::Key_Return);
+        type("first.png");
+        QTest::keyClick(name(), Qt::Key_Return);
+        m_rig->settle();
+        QCOMPARE(m_rig->filesInFolder(), QStringList{u"first.png"_s});
+        QCOMPARE(name()->text(), u"first.png"_s);
+    }
+
     void aNameBegunWhileTheFileIsWrittenKeepsTheSuggestionAway()
     {
         const QUrl url = m_rig->screenshot(u"Slow.png"_s);
