@@ -97,6 +97,17 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor(isNamed, 4000));
     }
 
+    void inTheTrashTheFileKeepsItsName()
+    {
+        dropWhileTheNameComes();
+        QUrl trashed;
+        m_row->moveToTrash([&](const TrashResult &result) { trashed = result.trashedURL; });
+        QTRY_VERIFY_WITH_TIMEOUT(trashed.isValid(), patience);
+        QVERIFY(Waiting::staysTrue([&] { return QFile::exists(trashed.toLocalFile()); }, 6000ms));
+        QVERIFY(!m_rig->filesInFolder().contains(u"harvest.png"_s));
+        QCOMPARE(status(), u"Moved to Trash"_s);
+    }
+
     void aNameTypedMeanwhileStays()
     {
         dropWhileTheNameComes();
