@@ -61,9 +61,11 @@ bool ReservedEdges::cover(const QRect &place, const QSize &desktop) const
 {
     if (isEmpty())
         return false;
-    const auto first = [this](Side side) { return m_property.value(sides + 2 * side, 0); };
+    const auto first = [this](Side side) {
+        return m_property.value(sides + 2 * qsizetype(side), 0);
+    };
     const auto last = [this](Side side) {
-        return m_property.value(sides + 2 * side + 1, int(largestNumber));
+        return m_property.value(sides + 2 * qsizetype(side) + 1, int(largestNumber));
     };
     const QPoint end(desktop.width() - 1, desktop.height() - 1);
     const std::array strips = {
