@@ -7,6 +7,7 @@
 #include "tray/FloatingTrayPanel.h"
 #include "tray/ScreenshotRowView.h"
 
+#include <QDialog>
 #include <QTest>
 
 #include <functional>
@@ -154,6 +155,33 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(m_terminal->isActive(), patience);
         XDesktop::type(u"back\n"_s);
         QTRY_COMPARE_WITH_TIMEOUT(typedIntoTerminal(), u"back\n"_s, patience);
+    }
+
+    /// Some window managers would give it to the window that waits for the dialog.
+    void theKeyboardGoesBackToADialogOfTheSameProgram()
+    {
+        QWidget window;
+        window.setGeometry(500, 100, 400, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window, patience));
+        XDesktop::click(window.geometry().center());
+        QVERIFY(QTest::qWaitForWindowActive(&window, patience));
+        QDialog dialog(&window);
+        dialog.setGeometry(550, 150, 200, 100);
+        dialog.open();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog, patience));
+        add(u"one.png"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(isSeen(), patience);
+        typeIntoName(u"Report"_s);
+        XDesktop::pressKey(u"Escape"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!panel()->isVisible(), patience);
+        const auto hasKeyboard = [&dialog] {
+            return dialog.isActiveWindow() && XDesktop::activeWindow() == dialog.winId();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(), patience);
+        QVERIFY(stays(hasKeyboard));
+        XDesktop::pressKey(u"Escape"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!dialog.isVisible(), patience);
     }
 
     void aTrayThatTheUserPutAwayIsThereAgainWithTheNextScreenshot_data()

@@ -16,6 +16,9 @@ public:
 
     bool isWith(xcb_window_t window) const;
 
+    /// The window that had it before `take`.
+    xcb_window_t lender() const { return m_lender; }
+
     void take(xcb_window_t window);
 
     /// Gives the focus to the window that had it before, or else to the active one. Does nothing

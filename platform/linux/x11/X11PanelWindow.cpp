@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -19,6 +20,14 @@ constexpr quint32 allDesktops = 0xFFFFFFFF;
 xcb_window_t idOf(const QWindow &window)
 {
     return static_cast<xcb_window_t>(window.winId());
+}
+
+bool isOfThisProgram(xcb_window_t window)
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(), [window](const QWindow *own) {
+        return own->handle() && own->winId() == window;
+    });
 }
 
 } // namespace
@@ -133,10 +142,11 @@ void X11PanelWindow::takeFocus(QWindow &window)
 
 /// When a window that they manage goes, window managers give the keyboard to the next one
 /// themselves; KWin does so only if nobody else has.
-/// A window manager does it itself when one of its windows goes.
+/// But they may choose a window of ours that waits for its dialog.
 void X11PanelWindow::giveFocusBack(QWindow &window)
 {
-    if (m_isUnmanaged || m_compositorKeyboard.isWith(window))
+    if (m_isUnmanaged || m_compositorKeyboard.isWith(window) ||
+        isOfThisProgram(m_keyboard.lender()))
         giveFocusBackAndStay(window);
 }
 
