@@ -31,6 +31,7 @@ class X11Session:
     """The window manager of the test's world."""
 
     screen = (1600, 1000)
+    bar_below = 0
 
     def __init__(self, tool, clipboard_manager=None):
         self._tool = tool
@@ -95,8 +96,13 @@ class KWinSession(X11Session):
 
 
 class TilingSession(X11Session):
-    """A window manager that knows no key of ours to close a window, and whose panel tells nobody
-    how much of the screen it takes."""
+    """A window manager that knows no key of ours to close a window."""
+
+    @property
+    def bar_below(self):
+        """The height of i3's own bar; awesome has its bar above."""
+        done = desktop.output_of("xdotool", "search", "--onlyvisible", "--class", "^i3bar$")
+        return sum(desktop.geometry(window)[3] for window in map(int, done.stdout.split()))
 
     def close_welcome_window(self, velmora):
         window = desktop.wait_until(velmora.welcome_window, "the welcome window")
@@ -115,6 +121,7 @@ class TilingSession(X11Session):
 
 class SwaySession:
     screen = (1280, 720)
+    bar_below = 0
     keeps_clipboard = False
 
     def __init__(self, x11):
@@ -219,7 +226,7 @@ class Session(unittest.TestCase):
         photograph = self.outside / "photograph.png"
         self.session.photograph(photograph)
         width, height = self.session.screen
-        right, bottom = width - MARGIN, height - MARGIN
+        right, bottom = width - MARGIN, height - MARGIN - self.session.bar_below
         top = bottom - desktop.TRAY_HEIGHTS[1]
         edges = [(right - 300, top + 4), (right - 300, bottom - 4), (right - 4, bottom - 40)]
         return all(pixel(photograph, *place) == TRAY_COLOUR for place in edges)
