@@ -2,6 +2,7 @@
 #include "tests/tray/ControllerFixture.h"
 #include "tests/world/Screens.h"
 #include "tests/world/TestProgram.h"
+#include "tests/world/Waiting.h"
 #include "tests/world/XDesktop.h"
 
 #include "core/VelmoraSettings.h"
@@ -15,6 +16,7 @@
 #include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using TrayOnScreen::name;
 using TrayOnScreen::panel;
 using TrayOnScreen::rows;
@@ -210,6 +212,9 @@ private Q_SLOTS:
         add("one.png");
         QVERIFY(comesToRestAt(corner));
         const Bar bar(place, reserved);
+        // The window manager may have moved it for a moment.
+        const auto position = [] { return XDesktop::placeOf(panel()->winId()); };
+        QVERIFY(Waiting::settles(position, 500ms));
         QVERIFY(comesToRestAt(corner));
         add("two.png");
         QVERIFY(comesToRestAt(corner - QPoint(0, 78)));
