@@ -112,7 +112,7 @@ private Q_SLOTS:
         Waiting::letPass(400ms);
         QCOMPARE(sleepsOfWatcher(), before);
         QTRY_VERIFY_WITH_TIMEOUT(sleepsOfWatcher() > before, 1500);
-        Waiting::letPass(200ms);
+        QVERIFY(Waiting::settles(sleepsOfWatcher, 600ms));
         const int afterwards = sleepsOfWatcher();
         Waiting::letPass(1000ms);
         QCOMPARE(sleepsOfWatcher(), afterwards);
