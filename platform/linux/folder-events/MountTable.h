@@ -12,7 +12,8 @@ class MountTable : public QObject
 {
     Q_OBJECT
 public:
-    /// By path, the oldest first: each entry is different from those before and after.
+    /// What is mounted at each path, the oldest first: its device, for instance, and the folder of
+    /// it that is shown there. Only to be compared.
     using Mounts = QHash<QByteArray, QByteArrayList>;
 
     MountTable();

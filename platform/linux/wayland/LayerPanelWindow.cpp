@@ -115,11 +115,17 @@ bool LayerPanelWindow::bringToFront(QWindow &window)
     return m_surface && (isInUse() || isAsMade(window));
 }
 
+/// Can be asked while the panel goes, which closes its menus.
+bool LayerPanelWindow::hasMenu() const
+{
+    return m_popUps && m_popUps->hasMenu();
+}
+
 /// While the user drags from it, the program runs a loop of events for that.
 bool LayerPanelWindow::isInUse() const
 {
     const bool isPressed = m_hasMouse && QGuiApplication::mouseButtons() != Qt::NoButton;
-    return isPressed || m_popUps->hasMenu() || QThread::currentThread()->loopLevel() > 1 ||
+    return isPressed || hasMenu() || QThread::currentThread()->loopLevel() > 1 ||
            QGuiApplication::focusWindow() == m_window;
 }
 
@@ -138,7 +144,7 @@ bool LayerPanelWindow::hasScaleOfScreen(const QWindow &window)
 
 void LayerPanelWindow::drawShadow()
 {
-    if (m_window)
+    if (m_shadow)
         m_shadow->draw(m_place.size, int(m_window->devicePixelRatio()));
 }
 
@@ -160,7 +166,7 @@ bool LayerPanelWindow::eventFilter(QObject *, QEvent *event)
         m_hasMouse = true;
     } else if (event->type() == QEvent::Leave) {
         m_hasMouse = false;
-        if (m_popUps && !m_popUps->hasMenu() && keepsKeyboardAfterClickElsewhere())
+        if (!hasMenu() && keepsKeyboardAfterClickElsewhere())
             releaseKeyboard();
     }
     return false;
@@ -174,7 +180,7 @@ void LayerPanelWindow::focusChanged(const QWindow *focused)
         m_patience.stop();
         if (m_shell->movesKeyboardByClick())
             m_surface->setKeyboard(Keyboard::ByClick);
-    } else if (!focused || !m_popUps->hasMenu()) {
+    } else if (!focused || !hasMenu()) {
         releaseKeyboard();
     }
 }

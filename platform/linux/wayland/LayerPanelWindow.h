@@ -43,6 +43,7 @@ private:
     void closed();
     void offerAnother();
     void drawShadow();
+    bool hasMenu() const;
     bool isInUse() const;
     bool isAsMade(const QWindow &window) const;
     static bool hasScaleOfScreen(const QWindow &window);

@@ -12,9 +12,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// No screen is larger than the server's coordinates, which have 16 bits.
-constexpr quint32 largestNumber = 32'767;
-
 /// A bar that grows or moves changes its window and its property, and then the window manager
 /// reports a new work area.
 constexpr auto timeToSettle = 50ms;
@@ -83,8 +80,9 @@ std::optional<QRect> DesktopBars::reportedPart(const QRect &screen) const
     if (const quint32 atom = m_properties.atom(property.constData()); !m_telling.contains(atom))
         m_telling.append(atom);
     const QList<quint32> areas = m_properties.numbers(m_x11.root(), property.constData());
-    const bool arePlaces = std::all_of(areas.begin(), areas.end(),
-                                       [](quint32 number) { return number <= largestNumber; });
+    const bool arePlaces = std::all_of(areas.begin(), areas.end(), [](quint32 number) {
+        return number <= ReservedEdges::largestNumber;
+    });
     for (qsizetype first = 0; arePlaces && first + 3 < areas.size(); first += 4) {
         const QRect area{int(areas[first]), int(areas[first + 1]), int(areas[first + 2]),
                          int(areas[first + 3])};

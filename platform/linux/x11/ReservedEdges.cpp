@@ -10,9 +10,6 @@ namespace
 enum Side { Left, Right, Top, Bottom };
 constexpr qsizetype sides = 4;
 
-/// No screen is larger than the server's coordinates, which have 16 bits.
-constexpr quint32 largestNumber = 32'767;
-
 /// How much of one edge of a screen a bar takes.
 /// @param reserved what it says, from the edge of the whole desktop
 /// @param outside from there to the screen's edge

@@ -13,6 +13,9 @@ public:
     /// How many numbers the property has at most.
     static constexpr int most = 12;
 
+    /// No screen is larger than the server's coordinates, which have 16 bits.
+    static constexpr quint32 largestNumber = 32'767;
+
     ReservedEdges() = default;
 
     /// @param property for the left, right, top and bottom edge of the whole desktop, how deep the
